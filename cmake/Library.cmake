@@ -1,0 +1,35 @@
+# The library itself, shared and static, from one compilation of its components.
+get_property(components GLOBAL PROPERTY DTSDB_COMPONENTS)
+list(TRANSFORM components REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
+
+foreach(kind SHARED STATIC)
+  set(target dtsdb)
+  if(kind STREQUAL STATIC)
+    set(target dtsdb_static)
+  endif()
+  add_library(${target} ${kind} ${objects})
+  add_library(dtsdb::${target} ALIAS ${target})
+  target_link_libraries(${target} PUBLIC Qt6::Core)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/dtsdb>)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME dtsdb LINKER_LANGUAGE CXX)
+  if(DTSDB_SANITIZE)
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+endforeach()
+set_target_properties(dtsdb PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+
+# Installation: headers under include/dtsdb/ by the paths they have here, and the CMake package dtsdb.
+include(CMakePackageConfigHelpers)
+install(TARGETS dtsdb dtsdb_static EXPORT dtsdbTargets)
+foreach(folder include model validation topology)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/dtsdb/${folder}
+          FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(EXPORT dtsdbTargets NAMESPACE dtsdb:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)
+configure_package_config_file(cmake/dtsdbConfig.cmake.in ${PROJECT_BINARY_DIR}/dtsdbConfig.cmake
+                              INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/dtsdbConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/dtsdbConfig.cmake ${PROJECT_BINARY_DIR}/dtsdbConfigVersion.cmake
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)

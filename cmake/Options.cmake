@@ -1,0 +1,25 @@
+# The warnings, sanitizers and definitions that all of the project's own code is compiled with.
+add_library(dtsdb_options INTERFACE)
+target_compile_options(dtsdb_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+                                               -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+if(DTSDB_SANITIZE)
+  target_compile_options(dtsdb_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                 -fno-omit-frame-pointer)
+  target_link_options(dtsdb_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+# dtsdb_component(NAME SOURCES...): one folder of the library, compiled once for the shared and the static library and
+# for the tests. Everything that includes its headers links dtsdb_NAME.
+function(dtsdb_component name)
+  add_library(dtsdb_${name} OBJECT ${ARGN})
+  target_include_directories(dtsdb_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  # Assigning a char const* to a QString would decode UTF-8 and ruin identity bytes.
+  target_compile_definitions(dtsdb_${name} PRIVATE QT_NO_CAST_FROM_ASCII)
+  target_link_libraries(dtsdb_${name} PUBLIC Qt6::Core PRIVATE dtsdb_options)
+  set_property(GLOBAL APPEND PROPERTY DTSDB_COMPONENTS dtsdb_${name})
+endfunction()

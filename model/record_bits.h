@@ -1,0 +1,141 @@
+/// \file
+/// The bits of the records' status words, and how the kinds of branch differ.
+#pragma once
+
+#include "model/records.h"
+
+namespace dtsdb {
+
+/// \name BS `status`
+///@{
+inline constexpr u32 BS_DEAD = 1;      ///< lies in no live island
+inline constexpr u32 BS_ISOLATED = 2;  ///< not a proper section: the head of the dead ring, or a fragment
+inline constexpr u32 BS_BROKEN = 32;   ///< fragment made for a branch end that is open
+///@}
+
+/// \name BS `flags`
+///@{
+inline constexpr u32 BS_BASE = 1;       ///< made by the first node pass, kept for the life of the work arrays
+inline constexpr u32 BS_UNCLAIMED = 2;  ///< work mark: no node group has taken this section yet
+///@}
+
+/// \name BS `island` where it is no island number
+///@{
+inline constexpr i32 ISLAND_NOT_PLACED = -2;
+inline constexpr i32 ISLAND_DEAD = -1;
+///@}
+
+/// \name ND `flags`
+///@{
+inline constexpr u32 ND_DEAD = 1;     ///< lies in a group that is no section
+inline constexpr u32 ND_HAS_UN = 2;   ///< carries a generating unit
+inline constexpr u32 ND_HAS_LD = 4;   ///< carries a load
+inline constexpr u32 ND_HAS_CP = 8;   ///< carries a capacitor or reactor
+inline constexpr u32 ND_HAS_BUS = 16; ///< carries a physical bus
+inline constexpr u32 ND_MARK = 64;    ///< work mark: not yet visited by the pass under way
+///@}
+
+/// \name ST `flag`: what stands in the station
+///@{
+inline constexpr u8 ST_HAS_UN = 1;
+inline constexpr u8 ST_HAS_CP = 2;
+inline constexpr u8 ST_HAS_XF = 4;
+inline constexpr u8 ST_HAS_LD = 8;
+inline constexpr u8 ST_HAS_CB = 16;
+///@}
+
+/// \name CB `flags`
+///@{
+inline constexpr u32 CB_TYPES = 1 | 4;  ///< the breaker's type: exactly one of the two is set in a valid model
+inline constexpr u32 CB_OPEN = 0x100;     ///< the breaker is open
+inline constexpr u32 CB_ZBR = 0x2000;     ///< a zero-impedance branch stands on the breaker
+///@}
+
+/// \name UN, LD, CP `status`
+///@{
+inline constexpr u32 SHUNT_OFF = 1;         ///< switched off
+inline constexpr u32 SHUNT_ISOLATED = 4;    ///< isolated, worked out by the topology
+inline constexpr u32 UN_REF_CHOSEN = 16;    ///< unit made the reference of its island by the system
+///@}
+
+/// UN, LD, CP, BUS `tp_status`: lies in a dead section.
+inline constexpr u32 SHUNT_DEAD = 1;
+
+/// \name CB, LN, XF, DLN, ZBR `tp_status`
+///@{
+inline constexpr u32 TP_END1_ISOLATED = 1;
+inline constexpr u32 TP_END2_ISOLATED = 2;
+inline constexpr u32 TP_BOTH_DEAD = 4;
+///@}
+
+/// \name LN2, XF2, DLN2, ZBR2 `flags`
+///@{
+inline constexpr u32 END_IS_TO = 1;     ///< the to end; clear on the from end
+inline constexpr u32 END_ISOLATED = 2;  ///< this end is isolated
+///@}
+
+/// LN `status`: the line's district is that of its to end only.
+inline constexpr u32 LN_DISTRICT_OF_TO_END = 64;
+/// DLN `status`: the line's district is that of its to end only.
+inline constexpr u32 DLN_DISTRICT_OF_TO_END = 32;
+
+/// How branch class `Branch` differs from the other four: its end records, the relation that chains them on a
+/// node, and for the four that the topology walks the bits of its `status` word.
+template <class Branch>
+struct BranchKind;
+
+/// The members of BranchKind that all five have.
+template <class EndClass, class RelationClass>
+struct BranchIndex {
+  using End = EndClass;
+  using Row = RelationClass;
+};
+
+template <>
+struct BranchKind<CB> : BranchIndex<CB2, R_ND_CB2> {
+  static constexpr i32 CB::*fromEnd = &CB::cb2;
+  static constexpr i32 CB::*toEnd = &CB::zcb2;
+  static constexpr i32 CB2::*owner = &CB2::icb;
+};
+
+template <>
+struct BranchKind<LN> : BranchIndex<LN2, R_ND_LN2> {
+  static constexpr i32 LN::*fromEnd = &LN::ln2;
+  static constexpr i32 LN::*toEnd = &LN::zln2;
+  static constexpr i32 LN2::*owner = &LN2::iln;
+  static constexpr u32 out = 4;
+  static constexpr u32 open1 = 1;
+  static constexpr u32 open2 = 2;
+};
+
+template <>
+struct BranchKind<DLN> : BranchIndex<DLN2, R_ND_DLN2> {
+  static constexpr i32 DLN::*fromEnd = &DLN::dln2;
+  static constexpr i32 DLN::*toEnd = &DLN::zdln2;
+  static constexpr i32 DLN2::*owner = &DLN2::idln;
+  static constexpr u32 out = 4;
+  static constexpr u32 open1 = 1;
+  static constexpr u32 open2 = 2;
+};
+
+template <>
+struct BranchKind<XF> : BranchIndex<XF2, R_ND_XF2> {
+  static constexpr i32 XF::*fromEnd = &XF::xf2;
+  static constexpr i32 XF::*toEnd = &XF::zxf2;
+  static constexpr i32 XF2::*owner = &XF2::ixf;
+  static constexpr u32 out = 1;
+  static constexpr u32 open1 = 4;
+  static constexpr u32 open2 = 8;
+};
+
+template <>
+struct BranchKind<ZBR> : BranchIndex<ZBR2, R_ND_ZBR2> {
+  static constexpr i32 ZBR::*fromEnd = &ZBR::zbr2;
+  static constexpr i32 ZBR::*toEnd = &ZBR::zzbr2;
+  static constexpr i32 ZBR2::*owner = &ZBR2::izbr;
+  static constexpr u32 out = 1;
+  static constexpr u32 open1 = 4;
+  static constexpr u32 open2 = 16;
+};
+
+}  // namespace dtsdb

@@ -1,0 +1,44 @@
+# What scripts/demo, scripts/check and .ci/run share. To be sourced; leaves the caller in the project's folder.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# Debian packages that building, running and testing need.
+packages=(
+  g++ cmake ninja-build ccache
+  qt6-base-dev
+  libcli11-dev libfmt-dev nlohmann-json3-dev libcsv-dev
+  libgtest-dev librapidcheck-dev libbenchmark-dev
+)
+
+say() { printf '\n== %s\n' "$*"; }
+
+# Installs the packages that are missing; nothing to do leaves the machine untouched.
+install_needs() {
+  local missing=() package
+  for package in "${packages[@]}"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+  if [ ${#missing[@]} -eq 0 ]; then return; fi
+
+  local root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "These packages are missing, and neither root nor sudo is at hand to install them: ${missing[*]}" >&2
+      echo "Have them installed (apt-get install ${missing[*]}), then run this again." >&2
+      exit 1
+    fi
+    root=(sudo)
+  fi
+  say "Installing ${missing[*]}"
+  "${root[@]}" apt-get update -qq
+  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build PRESET [TARGET...]: configures and builds.
+build() {
+  local preset=$1
+  shift
+  say "Building ($preset)"
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" ${1:+--target "$@"}
+}
