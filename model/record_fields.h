@@ -2,8 +2,12 @@
 /// The fields of every record, each named once: type, name, meaning and, where it isn't 0 or null, the default.
 ///
 /// Everything that walks over fields is made from these lists: the members of the classes, the object file, the
-/// text tables, dumps, comparisons and tests. The order is the order of the object file (docs/object-file.md): a
-/// field that is added, moved or retyped changes that format.
+/// twin classes of the realtime database, the text tables, dumps, comparisons and tests. The order is the order of
+/// the object file (docs/object-file.md): a field that is added, moved or retyped changes that format.
+///
+/// A list takes three macros. F(type, name, meaning, default) is a field. The other two belong to the twin class
+/// alone (rtdb/volma_rtdb.h) and stand where they lie among its columns: G(name, size) is a range of bytes that no
+/// record has, named after its offset in a 32-bit layout; X(type, name, meaning) is a column that no record has.
 ///
 /// Names follow one rule. A field named after a table (`kv`, `nd`) holds an identity text; the prefix `i` makes
 /// it the number of that record (`ind`); the prefix `z` marks the to end of a two-ended device (`znd`, `iznd`);
@@ -13,8 +17,9 @@
 // clang-format off
 
 /// company
-#define DTSDB_FIELDS_CO(F) \
+#define DTSDB_FIELDS_CO(F, G, X) \
   F(QString, id, "company identity") \
+  G(raw_4, 4) \
   F(f32, f1, "carried value") \
   F(f32, f2, "carried value") \
   F(f32, f3, "carried value") \
@@ -26,8 +31,9 @@
   F(i32, r_co_dv, "head of the R_CO_DV chain of this company, -1 none")
 
 /// district (分区), part of a company
-#define DTSDB_FIELDS_DV(F) \
+#define DTSDB_FIELDS_DV(F, G, X) \
   F(QString, id, "district identity") \
+  G(raw_4, 4) \
   F(QString, co, "company identity") \
   F(f32, f1, "carried value") \
   F(f32, f2, "carried value") \
@@ -43,8 +49,9 @@
   F(i32, r_dv_dln, "head of the R_DV_DLN chain")
 
 /// station (厂站), part of a district
-#define DTSDB_FIELDS_ST(F) \
+#define DTSDB_FIELDS_ST(F, G, X) \
   F(QString, id, "station identity") \
+  G(raw_4, 4) \
   F(QString, dv, "district identity") \
   F(u8, type, "station type, 0 to 8 in a valid model") \
   F(u8, flag, "device mask of the station, reset by StartDetect: bit 1 a UN, 2 a CP, 4 a XF, 8 a LD, 16 a CB stands in it") \
@@ -57,8 +64,10 @@
   F(i32, r_st_xf, "head of R_ST_XF chain")
 
 /// voltage level of a station
-#define DTSDB_FIELDS_KV(F) \
+#define DTSDB_FIELDS_KV(F, G, X) \
+  G(raw_0, 80) \
   F(QString, id, "identity of the voltage level of a station (母线 in the messages)") \
+  G(raw_84, 4) \
   F(QString, name, "second text of the KV; carried") \
   F(QString, st, "station identity") \
   F(i32, ibs, "number of the first bus-section of this KV") \
@@ -79,8 +88,10 @@
   F(i32, r_kv_nd, "head of R_KV_ND chain")
 
 /// physical bus on a KV
-#define DTSDB_FIELDS_BUS(F) \
+#define DTSDB_FIELDS_BUS(F, G, X) \
+  G(raw_0, 80) \
   F(QString, id, "identity of the physical bus (物理母线 in the messages)") \
+  G(raw_84, 4) \
   F(QString, kv, "identity of the owning KV") \
   F(QString, nd, "node identity of the bus") \
   F(i32, ind, "node number, into ND") \
@@ -94,11 +105,12 @@
   F(f32, f1, "carried value") \
   F(f32, f2, "copy of KV.vmax, made by the validation") \
   F(f32, f3, "copy of KV.vmin, made by the validation") \
+  G(raw_148, 4) \
   F(u32, tp_status, "bit 1: the bus lies in a dead section") \
   F(i32, r_kv_bus, "number of the R_KV_BUS row of this bus")
 
 /// electrical node (结点)
-#define DTSDB_FIELDS_ND(F) \
+#define DTSDB_FIELDS_ND(F, G, X) \
   F(QString, id, "node identity") \
   F(i32, ibs, "bus-section the node is in now") \
   F(i32, ibs0, "number of the structural bus-section of the node, set together with ibs by the first node pass") \
@@ -113,8 +125,10 @@
   F(i32, r_nd_dln2, "head of R_ND_DLN2 chain")
 
 /// breaker or switch between two nodes of a KV
-#define DTSDB_FIELDS_CB(F) \
+#define DTSDB_FIELDS_CB(F, G, X) \
+  G(raw_0, 40) \
   F(QString, id, "breaker identity") \
+  G(raw_44, 8) \
   F(QString, kv, "KV identity") \
   F(u32, flags, "bits 1 and 4: breaker type, exactly one set in a valid model; 0x100: the breaker is open; 0x800: read as open by the realtime exchange; 0x2000: a ZBR stands on the breaker, set by the validation and by AddZBR") \
   F(QString, status_id, "identity of the STATUS point of the breaker") \
@@ -128,11 +142,15 @@
   F(i32, ibs, "from-end bus-section") \
   F(i32, izbs, "to-end bus-section") \
   F(u32, tp_status, "bit 1 from side isolated, 2 to side isolated, 4 both sides dead; bits 8, 16, 32: the breaker's class, written by cbFlow::storeData") \
+  X(f32, p, "active power through the breaker, written by cbFlow") \
+  X(f32, q, "reactive power through the breaker, written by cbFlow") \
   F(i32, r_kv_cb, "number of the R_KV_CB row")
 
 /// generating unit
-#define DTSDB_FIELDS_UN(F) \
+#define DTSDB_FIELDS_UN(F, G, X) \
+  G(raw_0, 80) \
   F(QString, id, "generating unit identity") \
+  G(raw_84, 4) \
   F(QString, kv, "KV identity") \
   F(QString, nd, "node identity") \
   F(i32, ind, "node number") \
@@ -151,21 +169,26 @@
   F(i32, iana_q, "index in ANALOG") \
   F(QString, ana_v, "third measurement identity") \
   F(i32, iana_v, "index of ana_v in ANALOG, -1 when absent") \
+  G(raw_160, 8) \
   F(f32, p, "active power, read by cbFlow") \
   F(f32, q, "reactive power, read by cbFlow") \
   F(f32, f7, "carried value") \
   F(f32, a, "value copied into ISLAND.ref_a when the unit becomes the reference") \
   F(f32, f8, "carried value") \
   F(i32, ref, "reference mark of the unit; default -1; the value 0 makes it a candidate", -1) \
+  G(raw_192, 52) \
   F(f32, f9, "carried value") \
   F(f32, f10, "carried value") \
+  G(raw_252, 16) \
   F(u32, status, "component status bits 1 and 4; bit 16: reference chosen by the system") \
   F(u32, tp_status, "bit 1: the unit lies in a dead section") \
   F(i32, r_kv_un, "R_KV_UN row")
 
 /// load
-#define DTSDB_FIELDS_LD(F) \
+#define DTSDB_FIELDS_LD(F, G, X) \
+  G(raw_0, 120) \
   F(QString, id, "load identity") \
+  G(raw_124, 8) \
   F(QString, kv, "KV identity") \
   F(QString, nd, "node identity") \
   F(i32, ind, "node number") \
@@ -192,11 +215,14 @@
   F(f32, a, "value copied into ISLAND.ref_a when the load becomes the reference") \
   F(f32, f9, "carried value") \
   F(i32, ref, "reference mark of the load; default -1; the value 0 makes it a candidate", -1) \
+  G(raw_236, 32) \
   F(i32, r_kv_ld, "R_KV_LD row")
 
 /// capacitor or reactor
-#define DTSDB_FIELDS_CP(F) \
+#define DTSDB_FIELDS_CP(F, G, X) \
+  G(raw_0, 160) \
   F(QString, id, "capacitor/reactor identity") \
+  G(raw_164, 8) \
   F(QString, kv, "KV identity") \
   F(QString, nd, "node identity") \
   F(i32, ind, "node number") \
@@ -212,17 +238,21 @@
   F(f32, p, "active power, read by cbFlow") \
   F(f32, q, "reactive power, read by cbFlow") \
   F(f32, f5, "carried value") \
+  G(raw_232, 36) \
   F(i32, r_kv_cp, "number of the R_KV_CP row")
 
 /// AC line between two stations
-#define DTSDB_FIELDS_LN(F) \
+#define DTSDB_FIELDS_LN(F, G, X) \
+  G(raw_0, 160) \
   F(QString, id, "line identity") \
+  G(raw_164, 4) \
   F(i8, type, "carried byte") \
   F(QString, dv, "district identity") \
   F(QString, nd, "from node") \
   F(i32, ind, "from node number") \
   F(QString, znd, "to node") \
   F(i32, iznd, "to node number") \
+  G(raw_192, 4) \
   F(i32, ibs, "from bus-section") \
   F(i32, izbs, "to bus-section") \
   F(i32, ln2, "LN2 row of from end") \
@@ -259,13 +289,16 @@
   F(f32, zi, "to I") \
   F(f32, f9, "carried value") \
   F(f32, f10, "carried value") \
+  G(raw_340, 32) \
   F(u32, status, "bit 4 out of service, 1 from end open, 2 to end open; bit 64: the line's district is that of its to end only") \
   F(u32, tp_status, "bit 1 from end isolated, 2 to end isolated, 4 both dead") \
   F(i32, r_dv_ln, "R_DV_LN row")
 
 /// DC line between two stations
-#define DTSDB_FIELDS_DLN(F) \
+#define DTSDB_FIELDS_DLN(F, G, X) \
+  G(raw_0, 160) \
   F(QString, id, "DC line identity") \
+  G(raw_164, 8) \
   F(QString, dv, "district identity") \
   F(QString, nd, "from node identity") \
   F(i32, ind, "from node number") \
@@ -293,11 +326,19 @@
   F(i32, izana_i, "index in ANALOG") \
   F(u32, status, "bit 4 out of service, 1 from end open, 2 to end open; bit 32: the line's district is that of its to end only") \
   F(u32, tp_status, "bit 1 from end isolated, 2 to end isolated, 4 both dead") \
-  F(i32, r_dv_dln, "R_DV_DLN row")
+  F(i32, r_dv_dln, "R_DV_DLN row") \
+  G(raw_284, 176) \
+  X(f32, p, "from P, read by cbFlow") \
+  X(f32, q, "from Q, read by cbFlow") \
+  G(raw_468, 4) \
+  X(f32, zp, "to P, read by cbFlow") \
+  X(f32, zq, "to Q, read by cbFlow")
 
 /// transformer winding between two KVs of a station
-#define DTSDB_FIELDS_XF(F) \
+#define DTSDB_FIELDS_XF(F, G, X) \
+  G(raw_0, 160) \
   F(QString, id, "transformer winding identity") \
+  G(raw_164, 8) \
   F(u8, type, "winding type, 1, 2 or 3 in a valid model") \
   F(f32, f0, "carried value") \
   F(QString, st, "station identity") \
@@ -338,6 +379,7 @@
   F(u32, status, "bit 1 out of service, 4 from end open, 8 to end open") \
   F(u32, tp_status, "bit 1 from end isolated, 2 to end isolated, 4 both dead") \
   F(i32, r_st_xf, "R_ST_XF row") \
+  G(raw_332, 12) \
   F(f32, f3, "carried value") \
   F(f32, f4, "carried value") \
   F(f32, f5, "carried value") \
@@ -345,6 +387,7 @@
   F(f32, f7, "carried value") \
   F(f32, f8, "carried value") \
   F(f32, f9, "carried value") \
+  G(raw_372, 28) \
   F(f32, f10, "carried value") \
   F(i32, n1, "carried value") \
   F(i32, n2, "carried value") \
@@ -361,8 +404,9 @@
   F(i8, flag, "carried value")
 
 /// zero-impedance branch, tied to a breaker
-#define DTSDB_FIELDS_ZBR(F) \
+#define DTSDB_FIELDS_ZBR(F, G, X) \
   F(QString, id, "zero-impedance branch identity") \
+  G(raw_4, 4) \
   F(QString, cb, "identity of the associated CB") \
   F(i32, icb, "number of the associated CB, -1 when it is not found") \
   F(i32, ind, "from node number, copied from CB") \
@@ -385,7 +429,7 @@
   F(i32, r_kv_zbr, "R_KV_ZBR row")
 
 /// analog measurement point (遥测)
-#define DTSDB_FIELDS_ANALOG(F) \
+#define DTSDB_FIELDS_ANALOG(F, G, X) \
   F(QString, id, "measurement point identity; key of the table") \
   F(QString, name, "second text of the point; carried") \
   F(f32, value, "carried value") \
@@ -397,7 +441,7 @@
   F(i8, flag, "carried byte")
 
 /// status point (遥信)
-#define DTSDB_FIELDS_STATUS(F) \
+#define DTSDB_FIELDS_STATUS(F, G, X) \
   F(QString, id, "status point identity") \
   F(QString, name, "second text of the point; carried") \
   F(i8, value, "position of the point: 1 closed, 2 open; read from the realtime table by tpReadStatus") \
@@ -412,27 +456,27 @@
   F(i32, next, "next row of the parent's chain, -1 at the end") \
   F(i32, prev, "previous row of the parent's chain, -1 at the first row")
 
-#define DTSDB_FIELDS_R_CO_DV(F) DTSDB_RELATION_FIELDS(F, co, dv)
-#define DTSDB_FIELDS_R_DV_DLN(F) DTSDB_RELATION_FIELDS(F, dv, dln)
-#define DTSDB_FIELDS_R_DV_LN(F) DTSDB_RELATION_FIELDS(F, dv, ln)
-#define DTSDB_FIELDS_R_DV_ST(F) DTSDB_RELATION_FIELDS(F, dv, st)
-#define DTSDB_FIELDS_R_KV_BUS(F) DTSDB_RELATION_FIELDS(F, kv, bus)
-#define DTSDB_FIELDS_R_KV_CB(F) DTSDB_RELATION_FIELDS(F, kv, cb)
-#define DTSDB_FIELDS_R_KV_CP(F) DTSDB_RELATION_FIELDS(F, kv, cp)
-#define DTSDB_FIELDS_R_KV_LD(F) DTSDB_RELATION_FIELDS(F, kv, ld)
-#define DTSDB_FIELDS_R_KV_ND(F) DTSDB_RELATION_FIELDS(F, kv, nd)
-#define DTSDB_FIELDS_R_KV_UN(F) DTSDB_RELATION_FIELDS(F, kv, un)
-#define DTSDB_FIELDS_R_KV_ZBR(F) DTSDB_RELATION_FIELDS(F, kv, zbr)
-#define DTSDB_FIELDS_R_ND_CB2(F) DTSDB_RELATION_FIELDS(F, nd, cb2)
-#define DTSDB_FIELDS_R_ND_DLN2(F) DTSDB_RELATION_FIELDS(F, nd, dln2)
-#define DTSDB_FIELDS_R_ND_LN2(F) DTSDB_RELATION_FIELDS(F, nd, ln2)
-#define DTSDB_FIELDS_R_ND_XF2(F) DTSDB_RELATION_FIELDS(F, nd, xf2)
-#define DTSDB_FIELDS_R_ND_ZBR2(F) DTSDB_RELATION_FIELDS(F, nd, zbr2)
-#define DTSDB_FIELDS_R_ST_KV(F) DTSDB_RELATION_FIELDS(F, st, kv)
-#define DTSDB_FIELDS_R_ST_XF(F) DTSDB_RELATION_FIELDS(F, st, xf)
+#define DTSDB_FIELDS_R_CO_DV(F, G, X) DTSDB_RELATION_FIELDS(F, co, dv)
+#define DTSDB_FIELDS_R_DV_DLN(F, G, X) DTSDB_RELATION_FIELDS(F, dv, dln)
+#define DTSDB_FIELDS_R_DV_LN(F, G, X) DTSDB_RELATION_FIELDS(F, dv, ln)
+#define DTSDB_FIELDS_R_DV_ST(F, G, X) DTSDB_RELATION_FIELDS(F, dv, st)
+#define DTSDB_FIELDS_R_KV_BUS(F, G, X) DTSDB_RELATION_FIELDS(F, kv, bus)
+#define DTSDB_FIELDS_R_KV_CB(F, G, X) DTSDB_RELATION_FIELDS(F, kv, cb)
+#define DTSDB_FIELDS_R_KV_CP(F, G, X) DTSDB_RELATION_FIELDS(F, kv, cp)
+#define DTSDB_FIELDS_R_KV_LD(F, G, X) DTSDB_RELATION_FIELDS(F, kv, ld)
+#define DTSDB_FIELDS_R_KV_ND(F, G, X) DTSDB_RELATION_FIELDS(F, kv, nd)
+#define DTSDB_FIELDS_R_KV_UN(F, G, X) DTSDB_RELATION_FIELDS(F, kv, un)
+#define DTSDB_FIELDS_R_KV_ZBR(F, G, X) DTSDB_RELATION_FIELDS(F, kv, zbr)
+#define DTSDB_FIELDS_R_ND_CB2(F, G, X) DTSDB_RELATION_FIELDS(F, nd, cb2)
+#define DTSDB_FIELDS_R_ND_DLN2(F, G, X) DTSDB_RELATION_FIELDS(F, nd, dln2)
+#define DTSDB_FIELDS_R_ND_LN2(F, G, X) DTSDB_RELATION_FIELDS(F, nd, ln2)
+#define DTSDB_FIELDS_R_ND_XF2(F, G, X) DTSDB_RELATION_FIELDS(F, nd, xf2)
+#define DTSDB_FIELDS_R_ND_ZBR2(F, G, X) DTSDB_RELATION_FIELDS(F, nd, zbr2)
+#define DTSDB_FIELDS_R_ST_KV(F, G, X) DTSDB_RELATION_FIELDS(F, st, kv)
+#define DTSDB_FIELDS_R_ST_XF(F, G, X) DTSDB_RELATION_FIELDS(F, st, xf)
 
 /// end of a breaker
-#define DTSDB_FIELDS_CB2(F) \
+#define DTSDB_FIELDS_CB2(F, G, X) \
   F(QString, id, "breaker identity plus end suffix") \
   F(i32, icb, "number of the owning CB") \
   F(i32, r_nd_cb2, "number of the R_ND_CB2 row")
@@ -449,16 +493,17 @@
   F(u32, flags, "bit 1: 0 from end, 1 to end; bit 2: this end is isolated") \
   F(i32, r_nd, "number of the R_ND row of this end")
 
-#define DTSDB_FIELDS_DLN2(F) DTSDB_BRANCH_END_FIELDS(F, idln)
-#define DTSDB_FIELDS_LN2(F) DTSDB_BRANCH_END_FIELDS(F, iln)
-#define DTSDB_FIELDS_XF2(F) DTSDB_BRANCH_END_FIELDS(F, ixf)
-#define DTSDB_FIELDS_ZBR2(F) DTSDB_BRANCH_END_FIELDS(F, izbr)
+#define DTSDB_FIELDS_DLN2(F, G, X) DTSDB_BRANCH_END_FIELDS(F, idln)
+#define DTSDB_FIELDS_LN2(F, G, X) DTSDB_BRANCH_END_FIELDS(F, iln)
+#define DTSDB_FIELDS_XF2(F, G, X) DTSDB_BRANCH_END_FIELDS(F, ixf)
+#define DTSDB_FIELDS_ZBR2(F, G, X) DTSDB_BRANCH_END_FIELDS(F, izbr)
 
 /// bus-section
-#define DTSDB_FIELDS_BS(F) \
+#define DTSDB_FIELDS_BS(F, G, X) \
   F(i32, id, "bus-section number = its array index") \
   F(QString, name, "section name") \
   F(i32, ikv, "physical KV number owning the section, -1 none") \
+  G(raw_12, 4) \
   F(f64, f0, "carried value") \
   F(i32, island, "-2 unassigned/reclaimed, -1 dead, >=0 island number") \
   F(u32, status, "bits: 1 BS_DEAD, 2 BS_ISOLATED, 32 BS_BROKEN") \
@@ -475,7 +520,7 @@
   F(i32, n1, "carried integer")
 
 /// entry of the bus-section list
-#define DTSDB_FIELDS_BSL(F) \
+#define DTSDB_FIELDS_BSL(F, G, X) \
   F(i32, id, "own index") \
   F(i32, next, "next entry, free-list link") \
   F(i32, prev, "previous entry, -1 on free list") \
@@ -483,7 +528,7 @@
   F(i32, ref, "physical number of the referenced record; BS index for kind 2")
 
 /// island
-#define DTSDB_FIELDS_ISLAND(F) \
+#define DTSDB_FIELDS_ISLAND(F, G, X) \
   F(i32, id, "island number") \
   F(i32, ref_ibs, "bus-section of the reference; -1 while the island has none") \
   F(i32, ref_un, "physical number of the reference UN") \
@@ -495,7 +540,7 @@
   F(QString, name, "carried text")
 
 /// changed node
-#define DTSDB_FIELDS_CHND(F) \
+#define DTSDB_FIELDS_CHND(F, G, X) \
   F(i32, id, "change sequence number") \
   F(i32, ind, "node number") \
   F(i32, ibs_new, "new bus-section") \
@@ -503,7 +548,7 @@
   F(i32, ikv, "KV number")
 
 /// topology log row
-#define DTSDB_FIELDS_TPL(F) \
+#define DTSDB_FIELDS_TPL(F, G, X) \
   F(i32, id, "log row number") \
   F(i32, kind, "table number of the logged thing") \
   F(i32, n1, "status word given by the writer") \
@@ -514,7 +559,7 @@
   F(QString, event, "event word")
 
 /// topology change trace row
-#define DTSDB_FIELDS_TPTRACE(F) \
+#define DTSDB_FIELDS_TPTRACE(F, G, X) \
   F(i32, id, "row number") \
   F(QString, name, "component identity") \
   F(u8, type, "component type code of tpSetCompStatus") \
@@ -523,7 +568,7 @@
   F(u32, time, "seconds from QDateTime::toTime_t")
 
 /// the single row of global state
-#define DTSDB_FIELDS_GLOBAL(F) \
+#define DTSDB_FIELDS_GLOBAL(F, G, X) \
   F(i32, id, "row number") \
   F(f32, f1, "carried value; a new validation keeps it, or starts it at 100.0 when the GLOBAL table is empty") \
   F(i32, bs_free, "head of BS free list") \
@@ -540,3 +585,7 @@
   F(i32, errors, "error count of the last validation")
 
 // clang-format on
+
+/// The fields of record class T alone, without what belongs to its twin: F(type, name, meaning, default).
+#define DTSDB_RECORD_FIELDS(T, F) DTSDB_FIELDS_##T(F, DTSDB_NO_FIELD, DTSDB_NO_FIELD)
+#define DTSDB_NO_FIELD(...)

@@ -45,8 +45,8 @@ struct Field {
   using Self = T;                                                    \
   static constexpr const char* kTableName = #T;                      \
   static constexpr RecordKey kKey = RecordKey::key;                  \
-  static constexpr int kFieldCount = DTSDB_FIELDS_##T(DTSDB_COUNT_FIELD); \
-  DTSDB_FIELDS_##T(DTSDB_MEMBER)                                     \
+  static constexpr int kFieldCount = DTSDB_RECORD_FIELDS(T, DTSDB_COUNT_FIELD); \
+  DTSDB_RECORD_FIELDS(T, DTSDB_MEMBER)                                     \
   T() = default;                                                     \
   T(const T&) = default;                                             \
   T(T&&) noexcept = default;                                         \
@@ -57,7 +57,7 @@ struct Field {
   /** Calls `visit` with the Field of every field, in order. */      \
   template <class Visitor>                                           \
   static void ForEachField(Visitor&& visit) {                        \
-    DTSDB_FIELDS_##T(DTSDB_VISIT_FIELD)                              \
+    DTSDB_RECORD_FIELDS(T, DTSDB_VISIT_FIELD)                              \
   }
 
 #define DTSDB_DECLARE_Identified(T)                                     \
