@@ -1,5 +1,9 @@
 # The library itself, shared and static, from one compilation of its components.
 get_property(components GLOBAL PROPERTY DTSDB_COMPONENTS)
+set(realtime_database LMDB)
+if(DTSDB_RTDB STREQUAL "fastdb")
+  set(realtime_database FastDB)
+endif()
 list(TRANSFORM components REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
 
 foreach(kind SHARED STATIC)
@@ -9,7 +13,10 @@ foreach(kind SHARED STATIC)
   endif()
   add_library(${target} ${kind} ${objects})
   add_library(dtsdb::${target} ALIAS ${target})
-  target_link_libraries(${target} PUBLIC Qt6::Core)
+  target_link_libraries(${target} PUBLIC Qt6::Core ${realtime_database}::${realtime_database} Threads::Threads)
+  if(DTSDB_RTDB STREQUAL "fastdb")
+    target_compile_definitions(${target} PUBLIC DTSDB_RTDB_FASTDB)
+  endif()
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
                                               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/dtsdb>)
   target_compile_features(${target} PUBLIC cxx_std_20)
@@ -23,7 +30,7 @@ set_target_properties(dtsdb PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PR
 # Installation: headers under include/dtsdb/ by the paths they have here, and the CMake package dtsdb.
 include(CMakePackageConfigHelpers)
 install(TARGETS dtsdb dtsdb_static EXPORT dtsdbTargets)
-foreach(folder include model validation topology)
+foreach(folder include rtdb model validation topology)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/dtsdb/${folder}
           FILES_MATCHING PATTERN "*.h")
 endforeach()
@@ -32,4 +39,5 @@ configure_package_config_file(cmake/dtsdbConfig.cmake.in ${PROJECT_BINARY_DIR}/d
                               INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/dtsdbConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/dtsdbConfig.cmake ${PROJECT_BINARY_DIR}/dtsdbConfigVersion.cmake
+              ${PROJECT_SOURCE_DIR}/cmake/Find${realtime_database}.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)

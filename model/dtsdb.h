@@ -9,6 +9,8 @@
 #include "include/template.h"
 #include "model/records.h"
 
+class dbDatabase;
+
 namespace dtsdb {
 
 class QArchive;
@@ -35,6 +37,19 @@ class DTSDB {
   bool WriteObject(const QString& fileName);
   /// Stores or loads the 46 tables, in order.
   void Serialize(QArchive& ar);
+
+  /// Loads all tables but the topology's log TPL from the realtime database (docs/realtime-exchange.md), in one
+  /// transaction. Always true: failures go to the database's own error handling.
+  bool ReadFastdb(dbDatabase* db);
+  /// Stores all tables to the realtime database and commits. Always true, as above.
+  bool WriteFastdb(dbDatabase* db);
+
+/** Loads one table from its twin in the realtime database, or stores it there. Doesn't commit; always true. */
+#define DTSDB_EXCHANGE_MEMBERS(T, table, key, meaning) \
+  bool Read##T##FromFastdb(dbDatabase* db);            \
+  bool Write##T##ToFastdb(dbDatabase* db);
+  DTSDB_TABLES(DTSDB_EXCHANGE_MEMBERS)
+#undef DTSDB_EXCHANGE_MEMBERS
 
 #define DTSDB_MEMBER_TABLE(T, table, key, meaning) tTable<T>* table = nullptr; /**< meaning */
   DTSDB_TABLES(DTSDB_MEMBER_TABLE)

@@ -5,7 +5,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # Debian packages that building, running and testing need.
 packages=(
   g++ cmake ninja-build ccache
-  qt6-base-dev
+  qt6-base-dev liblmdb-dev
+  g++-multilib
   libcli11-dev libfmt-dev nlohmann-json3-dev libcsv-dev
   libgtest-dev librapidcheck-dev libbenchmark-dev
 )
