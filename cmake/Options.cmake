@@ -16,7 +16,7 @@ endif()
 # dtsdb_component(NAME SOURCES...): one folder of the library, compiled once for the shared and the static library and
 # for the tests. Everything that includes its headers links dtsdb_NAME.
 function(dtsdb_component name)
-  add_library(dtsdb_${name} OBJECT ${ARGN})
+  add_library(dtsdb_${name} STATIC ${ARGN})
   target_include_directories(dtsdb_${name} PUBLIC ${PROJECT_SOURCE_DIR})
   # Assigning a char const* to a QString would decode UTF-8 and ruin identity bytes.
   target_compile_definitions(dtsdb_${name} PRIVATE QT_NO_CAST_FROM_ASCII)

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QString>
-#include <limits>
+#include <QStringList>
 #include <random>
 
 #include "model/dtsdb.h"
@@ -64,6 +64,16 @@ class RandomRecords {
 
   std::mt19937 m_random;
 };
+
+/// The names of the tables of `model` that have records, in order.
+inline QStringList FilledTables(DTSDB& model) {
+  QStringList names;
+#define DTSDB_NAME_IF_FILLED(T, table, key, meaning) \
+  if (model.table->GetCount() > 0) names += QStringLiteral(#T);
+  DTSDB_TABLES(DTSDB_NAME_IF_FILLED)
+#undef DTSDB_NAME_IF_FILLED
+  return names;
+}
 
 /// Checks that two tables hold the same records in the same order, field by field; null and empty texts are equal.
 template <class T>

@@ -4,10 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QStringList>
 #include <QTemporaryDir>
 #include <vector>
 
-#include "rtdb/backend.h"
+#include "rtdb/volma_rtdb.h"
 
 namespace dtsdb::test {
 
@@ -32,6 +33,16 @@ class RealtimeStore {
   int Count() {
     dbCursor<Row> cursor(&m_database, dbCursorViewOnly);
     return cursor.select();
+  }
+
+  /// The names of the tables that have rows, in the order of the model's tables.
+  QStringList FilledTables() {
+    QStringList names;
+#define DTSDB_NAME_IF_FILLED(T, twin, writer) \
+  if (Count<twin>() > 0) names += QStringLiteral(#T);
+    DTSDB_TWINS(DTSDB_NAME_IF_FILLED)
+#undef DTSDB_NAME_IF_FILLED
+    return names;
   }
 
   /// Calls `visit` with each row, in the order of `query`.
