@@ -1,0 +1,132 @@
+/// \file
+/// A database that several threads and programs share.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "rtdb/descriptors.h"
+#include "rtdb/reference.h"
+
+class dbAnyCursor;
+
+namespace dtsdb::rtdb {
+class Context;
+class Store;
+struct Status;
+struct Table;
+}  // namespace dtsdb::rtdb
+
+/// An open store file with its tables.
+///
+/// Transactions belong to a thread and a database. The first select begins one; it ends with commit, rollback, close or
+/// detach. A select of a cursor for update, an insert, an update or a removal makes it a write transaction, of which
+/// there is one at a time over all programs; a second one waits. Readers never wait and see the state of the last
+/// commit before their transaction began.
+class dbDatabase {
+ public:
+  enum dbAccessType { dbReadOnly, dbAllAccess };
+  /// What detach does beside leaving the thread.
+  enum DetachFlags { COMMIT = 1, DESTROY_CONTEXT = 2 };
+  enum dbErrorClass {
+    NoError,
+    QueryError,
+    ArithmeticError,
+    IndexOutOfRangeError,
+    DatabaseOpenError,
+    FileError,
+    OutOfMemoryError,
+    Deadlock,
+    NullReferenceError,
+    LockRevoked,
+    FileLimitExeeded,
+    InconsistentInverseReference,
+    DatabaseReadOnly,
+    CursorError,
+    ReadonlyCursor,
+    TableNotFound,
+    NotAttached
+  };
+  using dbErrorHandler = void (*)(int error, char const* message, int argument, void* context);
+
+  explicit dbDatabase(dbAccessType access = dbAllAccess);
+  dbDatabase(const dbDatabase&) = delete;
+  dbDatabase& operator=(const dbDatabase&) = delete;
+  /// What was not committed is lost.
+  virtual ~dbDatabase();
+
+  /// Opens the store in `fileName`, or in NAME or NAME.fdb, creates it where it does not exist, makes the tables that
+  /// it lacks and attaches the calling thread. False after one message where that can't be done.
+  bool open(char const* databaseName, char const* fileName = nullptr);
+  /// Commits and leaves the store. Other threads lose what they have not committed.
+  virtual void close();
+  bool isOpen() const { return m_store != nullptr; }
+
+  /// Lets the calling thread use the database. Harmless when it may already.
+  void attach();
+  /// Ends the thread's use. With COMMIT its transaction is committed, else rolled back.
+  void detach(int flags = COMMIT | DESTROY_CONTEXT);
+
+  /// Makes the thread's changes visible to all and resets its cursors. On failure nothing of them is stored.
+  void commit();
+  /// The same: the changes of a transaction become visible together or not at all.
+  void precommit() { commit(); }
+  /// Forgets the thread's changes and resets its cursors.
+  void rollback();
+
+  /// This database's table of a class, or null.
+  dbTableDescriptor* lookupTable(dbTableDescriptor* descriptor);
+  /// This database's table of that name, or null.
+  dbTableDescriptor* findTableByName(char const* name);
+
+  /// Stores a new row; the reference is 0 where that failed.
+  template <class T>
+  dbReference<T> insert(T const& record) {
+    dbAnyReference reference;
+    insertRecord(lookupTable(&T::dbDescriptor), &reference, &record);
+    return dbReference<T>(reference.getOid());
+  }
+  bool insertRecord(dbTableDescriptor* table, dbAnyReference* reference, void const* record);
+  /// Replaces the row of that number. Looks for it row by row: cursors update in less time.
+  void update(oid_t oid, dbTableDescriptor* table, void const* record);
+  /// Selects all rows of the cursor's table.
+  int select(dbAnyCursor* cursor);
+  /// Removes all rows of a table.
+  void deleteTable(dbTableDescriptor* table);
+
+  /// Limits the size of the store file for the next open. 0, as at first, means 64 GiB or what the address space gives.
+  void setFileSizeLimit(std::size_t bytes) { m_sizeLimit = bytes; }
+
+  /// Installs the function that is told of errors instead of the standard error stream, and returns the one before.
+  dbErrorHandler setErrorHandler(dbErrorHandler handler, void* context = nullptr);
+  /// Tells of an error: calls the handler, or writes one line on the standard error stream.
+  virtual void handleError(dbErrorClass error, char const* message = nullptr, int argument = 0);
+
+ private:
+  friend class dbAnyCursor;
+
+  /// The calling thread's context, or null after a message.
+  dtsdb::rtdb::Context* Attached();
+  /// The open table of a descriptor, or null after a message.
+  dtsdb::rtdb::Table* TableOf(dbTableDescriptor* descriptor);
+  /// True for success; else tells of the error, unless it has been told.
+  bool Report(const dtsdb::rtdb::Status& status);
+  void AssignTables();
+  void ReleaseTables();
+
+  dbAccessType m_access;
+  std::size_t m_sizeLimit = 0;
+  dbErrorHandler m_errorHandler = nullptr;
+  void* m_errorContext = nullptr;
+  std::shared_ptr<dtsdb::rtdb::Store> m_store;
+  std::vector<std::unique_ptr<dbTableDescriptor>> m_clones;
+  std::vector<dbTableDescriptor*> m_tables;
+};
+
+/// Stores a new row in the database that T's table belongs to.
+template <class T>
+dbReference<T> insert(T const& record) {
+  dbDatabase* database = T::dbDescriptor.getDatabase();
+  return database == nullptr ? dbReference<T>() : database->insert(record);
+}

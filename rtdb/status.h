@@ -1,0 +1,28 @@
+/// \file
+/// How the store's own parts tell of an error.
+#pragma once
+
+#include <string>
+
+#include "rtdb/database.h"
+
+namespace dtsdb::rtdb {
+
+/// Success, or an error with the message for the database's error handler. An error without a message has been told.
+struct [[nodiscard]] Status {
+  bool ok = true;
+  dbDatabase::dbErrorClass error = dbDatabase::NoError;
+  std::string text;
+
+  explicit operator bool() const { return ok; }
+  static Status Error(dbDatabase::dbErrorClass error, std::string text) { return {false, error, std::move(text)}; }
+  static Status AlreadyTold() { return {false, dbDatabase::NoError, {}}; }
+};
+
+/// What an LMDB result means, in words.
+std::string Reason(int result);
+
+/// The error that an LMDB result stands for.
+Status LmdbError(int result, const std::string& path, const char* operation);
+
+}  // namespace dtsdb::rtdb
