@@ -30,6 +30,8 @@ struct Column {
   Type Record::*field;
   Cell Row::*cell;
 };
+template <class Record, class Type, class Row, class Cell>
+Column(Type Record::*, Cell Row::*) -> Column<Record, Type, Row, Cell>;
 
 /// What is known of the twin of record class `Record`: its class, how its table is written and its columns, each
 /// under its name, as in `Twin<LD>::tp_status`.
@@ -194,7 +196,7 @@ class TwinWriter {
   void StoreCell(char const*& cell, const QString& field) { cell = m_texts.Keep(field); }
   template <class Cell, class Number>
   void StoreCell(Cell& cell, Number field) {
-    cell = field;
+    cell = static_cast<Cell>(field);  // a signed byte is sign-extended
   }
 
   dbDatabase* m_db;
