@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <map>
 
@@ -24,15 +25,26 @@ constexpr std::size_t kLargestMap = sizeof(void*) > 4 ? std::size_t{1} << 36 : s
 constexpr std::size_t kSmallestMap = std::size_t{1} << 26;
 constexpr mode_t kFileMode = 0664;
 
+std::string FolderOf(const std::string& path) {
+  const auto slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
 /// On a memory file system there is nothing to wait for. On a disk a commit waits for its rows but not for the head
 /// that makes them the newest state: a power failure may lose the last commit, never more.
 unsigned SyncFlag(const std::string& path) {
   struct statfs about {};
-  const auto slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  if (::statfs(folder.c_str(), &about) != 0) return MDB_NOMETASYNC;
+  if (::statfs(FolderOf(path).c_str(), &about) != 0) return MDB_NOMETASYNC;
   const bool memory = about.f_type == TMPFS_MAGIC || about.f_type == RAMFS_MAGIC;
   return memory ? MDB_NOSYNC : MDB_NOMETASYNC;
+}
+
+/// LMDB calls a write that a full disk cut short an input/output error.
+int WithoutSpaceNamed(int result, const std::string& path) {
+  struct statfs about {};
+  if (result != EIO || ::statfs(FolderOf(path).c_str(), &about) != 0) return result;
+  constexpr auto kNextToNothing = 65536;
+  return about.f_bavail * static_cast<std::uint64_t>(about.f_bsize) < kNextToNothing ? ENOSPC : result;
 }
 
 /// Gives the lock file its room on the disk. LMDB writes to it through memory, where a full disk kills the process.
@@ -118,6 +130,7 @@ Status Environment::OpenFile(bool exists, bool readOnly, std::size_t sizeLimit) 
     std::string wrong = CheckFileHead(m_path);
     if (!wrong.empty()) return Refused(m_path, wrong);
   }
+  if (!exists && ::access(FolderOf(m_path).c_str(), F_OK) != 0) return Refused(m_path, "no such folder");
   int result = ReserveLockFile(m_path);
   if (result != 0) return Refused(m_path + "-lock", std::strerror(result));
   const unsigned flags = MDB_NOSUBDIR | MDB_NOTLS | (m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_path));
@@ -217,7 +230,7 @@ void Environment::Reset(MDB_txn* transaction) {
 Status Environment::Commit(MDB_txn* transaction, bool write) {
   if (!OfThisProcess()) return {};
   if (write) m_writer = std::thread::id();
-  const int result = mdb_txn_commit(transaction);
+  const int result = WithoutSpaceNamed(mdb_txn_commit(transaction), m_path);
   Ended();
   return result == MDB_SUCCESS ? Status() : LmdbError(result, m_path, "commit");
 }

@@ -1,0 +1,117 @@
+// A second program beside the tests of the realtime store: rtdb_helper COMMAND FILE [ARGUMENT]
+//
+//   make FILE         stores 400 rows of `entry`, all of value 7
+//   write FILE        commits one transaction after the other, each of which gives every row of `entry` the same value
+//   hold FILE         begins a write transaction, says "holding" and waits to be killed
+//   read FILE         begins a read transaction, says "reading" and waits to be killed
+//   check FILE        says "whole VALUE" if all rows have one value, "torn" if not, "unreadable" if it can't tell
+//   readonly FILE     opens as a user who may not write
+//   full FILE BYTES   rewrites the rows with larger texts while no file may grow beyond BYTES
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "samples.h"
+
+namespace sample {
+REGISTER_UNASSIGNED(item);
+REGISTER_UNASSIGNED(entry);
+REGISTER_UNASSIGNED(relation);
+REGISTER_UNASSIGNED(note);
+}  // namespace sample
+
+namespace {
+
+using sample::entry;
+
+int Say(const std::string& text, int result = 0) {
+  std::printf("%s\n", text.c_str());
+  std::fflush(stdout);
+  return result;
+}
+
+int SayAndWait(const std::string& text) {
+  Say(text);
+  for (;;) ::pause();
+}
+
+void SetAll(dbDatabase& db, int value, char const* text) {
+  dbCursor<entry> cursor(&db, dbCursorForUpdate);
+  cursor.select();
+  for (entry* row = cursor.get(); row != nullptr; row = cursor.next()) {
+    row->value = value;
+    row->text = text;
+    cursor.update();
+  }
+}
+
+int Write(dbDatabase& db) {
+  dbCursor<entry> cursor(&db);
+  cursor.select();
+  int value = cursor.get() != nullptr ? cursor->value : 0;
+  db.commit();
+  Say("writing");
+  for (;;) {
+    ++value;
+    SetAll(db, value, std::string(static_cast<std::size_t>(value % 300), 'w').c_str());
+    db.commit();
+  }
+}
+
+int Make(dbDatabase& db) {
+  for (int id = 0; id < 400; ++id) {
+    entry row;
+    row.id = id;
+    row.value = 7;
+    db.insert(row);
+  }
+  db.close();
+  return 0;
+}
+
+int Check(dbDatabase& db) {
+  dbCursor<entry> cursor(&db);
+  const int count = cursor.select("order by id");
+  int met = 0;
+  const int value = cursor.get() != nullptr ? cursor->value : -1;
+  for (entry* row = cursor.get(); row != nullptr; row = cursor.next(), ++met) {
+    if (row->value != value || row->id != met) return Say("torn", 1);
+  }
+  return met == count && met > 0 ? Say("whole " + std::to_string(value)) : Say("unreadable", 1);
+}
+
+int Full(dbDatabase& db, const char* bytes) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  limit.rlim_cur = limit.rlim_max = static_cast<rlim_t>(std::strtoull(bytes, nullptr, 10));
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+  SetAll(db, 999999, std::string(1500, 'f').c_str());
+  db.commit();
+  return Check(db);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 3) return 2;
+  const std::string command = argv[1];
+  if (command == "readonly" && ::geteuid() == 0 && ::seteuid(65534) != 0) return 2;
+  dbDatabase db;
+  if (!db.open("store", argv[2])) return Say("unreadable", 1);
+  if (command == "make") return Make(db);
+  if (command == "write") return Write(db);
+  if (command == "check" || command == "readonly") return Check(db);
+  if (command == "full" && argc > 3) return Full(db, argv[3]);
+  dbCursor<entry> cursor(&db, command == "hold" ? dbCursorForUpdate : dbCursorViewOnly);
+  cursor.select();
+  if (command == "read") return SayAndWait("reading");
+  if (command != "hold") return 2;
+  SetAll(db, 123456, "held");
+  return SayAndWait("holding");
+}

@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+#include <lmdb.h>
+
+#include "rtdb/schema.h"
+#include "samples.h"
+
+using dtsdb::rtdb::Schema;
+using dtsdb::test::Database;
+using dtsdb::test::Folder;
+
+// One table as several programs know it, each through a database of its own.
+namespace first {
+Database database;
+struct meter {
+  char const* id = "";
+  int4 value = 0;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(value)));
+};
+REGISTER_IN(meter, &database);
+}  // namespace first
+
+namespace grown {
+Database database;
+struct meter {
+  char const* unit = "";
+  char const* id = "";
+  real8 scale = 7;
+  int4 value = 0;
+  bool valid = true;
+  char spare[6] = {'x'};
+  char const* place = nullptr;
+  TYPE_DESCRIPTOR((FIELD(unit), KEY(id, INDEXED), FIELD(scale), FIELD(value), FIELD(valid), RAWFIELD(spare),
+                   FIELD(place)));
+};
+REGISTER_IN(meter, &database);
+}  // namespace grown
+
+namespace retyped {
+Database database;
+struct meter {
+  char const* id = "";
+  real8 value = 0;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(value)));
+};
+REGISTER_IN(meter, &database);
+}  // namespace retyped
+
+namespace rekeyed {
+Database database;
+struct meter {
+  char const* id = "";
+  int4 value = 0;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), KEY(value, INDEXED)));
+};
+REGISTER_IN(meter, &database);
+}  // namespace rekeyed
+
+namespace newkey {
+Database database;
+struct meter {
+  char const* id = "";
+  int4 value = 0;
+  int4 extra = 0;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(value), KEY(extra, INDEXED)));
+};
+REGISTER_IN(meter, &database);
+}  // namespace newkey
+
+namespace twice {
+Database database;
+struct meter {
+  char const* id = "";
+  int4 value = 0;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(value), FIELD(value)));
+};
+REGISTER_IN(meter, &database);
+}  // namespace twice
+
+namespace {
+
+struct Layouts : ::testing::Test {
+  void SetUp() override {
+    ASSERT_TRUE(first::database.open("store", folder.File().c_str()));
+    first::meter row;
+    row.id = "a";
+    row.value = 5;
+    first::database.insert(row);
+    first::database.commit();
+  }
+  void TearDown() override {
+    for (Database* db : {&first::database, &grown::database, &retyped::database, &rekeyed::database, &newkey::database,
+                         &twice::database}) {
+      db->close();
+      db->Told();
+    }
+  }
+  void ExpectRefused(Database& db, const std::string& why) {
+    EXPECT_FALSE(db.open("store", folder.File().c_str()));
+    EXPECT_EQ(db.errors.size(), 1U);
+    EXPECT_NE(db.Told().find(why), std::string::npos) << why;
+  }
+  void ExpectUnharmed() {
+    dbCursor<first::meter> cursor(&first::database);
+    ASSERT_EQ(cursor.select("id = 'a'"), 1);
+    EXPECT_EQ(cursor->value, 5);
+    first::database.commit();
+  }
+
+  Folder folder;
+};
+
+TEST_F(Layouts, AddedColumnsAreEmptyInOldRows) {
+  first::database.close();
+  ASSERT_TRUE(grown::database.open("store", folder.File().c_str())) << grown::database.Told();
+  dbCursor<grown::meter> cursor(&grown::database, dbCursorForUpdate);
+  ASSERT_EQ(cursor.select("unit = '' and scale = 0 and not valid and place = ''"), 1);
+  EXPECT_STREQ(cursor->id, "a");
+  EXPECT_STREQ(cursor->unit, "");
+  EXPECT_EQ(cursor->scale, 0);
+  EXPECT_EQ(cursor->value, 5);
+  EXPECT_FALSE(cursor->valid);
+  EXPECT_EQ(cursor->spare[0], '\0');
+  EXPECT_STREQ(cursor->place, "");
+  cursor->unit = "kV";
+  cursor->scale = 0.5;
+  cursor.update();
+  grown::meter row;
+  row.id = "b";
+  row.place = "here";
+  grown::database.insert(row);
+  grown::database.close();
+  ASSERT_TRUE(grown::database.open("store", folder.File().c_str()));
+  ASSERT_EQ(cursor.select("order by id"), 2);
+  EXPECT_STREQ(cursor->unit, "kV");
+  EXPECT_EQ(cursor->value, 5);
+  EXPECT_STREQ(cursor.next()->place, "here");
+  EXPECT_TRUE(cursor->valid);
+}
+
+TEST_F(Layouts, StoreOfANewerLayoutIsRefusedByName) {
+  first::database.close();
+  ASSERT_TRUE(grown::database.open("store", folder.File().c_str()));
+  grown::database.close();
+  ExpectRefused(first::database, "table meter was written by a newer layout: it has a column");
+}
+
+TEST_F(Layouts, ProgramThatIsRunningWhenColumnsAreAddedStopsAtItsNextTransaction) {
+  ASSERT_TRUE(grown::database.open("store", folder.File().c_str()));
+  grown::database.close();
+  dbCursor<first::meter> cursor(&first::database, dbCursorForUpdate);
+  EXPECT_EQ(cursor.select(), 0);
+  EXPECT_EQ(first::database.insert(first::meter()).getOid(), 0U);
+  EXPECT_NE(first::database.Told().find("newer layout"), std::string::npos);
+}
+
+TEST_F(Layouts, ChangedTypeIsRefused) {
+  ExpectRefused(retyped::database, "column value is int4 in the store and real8 in this program");
+  ExpectUnharmed();
+}
+
+TEST_F(Layouts, ChangedKeysAreRefused) {
+  ExpectRefused(rekeyed::database, "column value is int4 in the store and int4, key in this program");
+  ExpectRefused(newkey::database, "column extra is new and a key");
+  ExpectUnharmed();
+}
+
+TEST_F(Layouts, ColumnNamedTwiceIsRefused) { ExpectRefused(twice::database, "names column value twice"); }
+
+TEST_F(Layouts, ReadingAloneTakesAnOlderStoreAsItIs) {
+  first::database.close();
+  Folder other;
+  {
+    Database reader(dbDatabase::dbReadOnly);
+    EXPECT_TRUE(reader.open("store", folder.File().c_str()));
+  }
+  ASSERT_TRUE(first::database.open("store", folder.File().c_str()));
+  ExpectUnharmed();
+}
+
+TEST_F(Layouts, NewerFileFormatIsRefusedByName) {
+  first::database.close();
+  MDB_env* env = nullptr;
+  MDB_txn* txn = nullptr;
+  MDB_dbi schemas = 0;
+  ASSERT_EQ(mdb_env_create(&env), 0);
+  mdb_env_set_maxdbs(env, 8);
+  ASSERT_EQ(mdb_env_open(env, folder.File().c_str(), MDB_NOSUBDIR, 0664), 0);
+  ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
+  ASSERT_EQ(mdb_dbi_open(txn, "@schema", 0, &schemas), 0);
+  std::string format = "realtime-store 2";
+  MDB_val key{7, const_cast<char*>("@format")};
+  MDB_val data{format.size(), format.data()};
+  ASSERT_EQ(mdb_put(txn, schemas, &key, &data, 0), 0);
+  ASSERT_EQ(mdb_txn_commit(txn), 0);
+  mdb_env_close(env);
+  ExpectRefused(first::database, "written in the newer file format realtime-store 2; this program knows 1");
+}
+
+TEST(SchemaText, ComesBackAsItWas) {
+  Schema schema = dtsdb::rtdb::SchemaOf(grown::meter::dbDescriptor);
+  schema.longKeys = true;
+  const auto read = Schema::FromText(schema.ToText());
+  ASSERT_TRUE(read.has_value());
+  EXPECT_EQ(read->ToText(), schema.ToText());
+  EXPECT_EQ(schema.ToText(),
+            "table 1\nlong-keys\nunit text 0 1\nid text 0 1 key\nscale real8 0 1\nvalue int4 0 1\nvalid bool 0 1\n"
+            "spare raw 6 1\nplace text 0 1\n");
+}
+
+TEST(SchemaText, DamagedTextIsRefused) {
+  for (const char* text :
+       {"", "table", "table x\n", "table 0\n", "table 4000000000\nid text 0 1\n", "id text 0 1\n", "table 1\nid\n",
+        "table 1\nid text 0 2\n", "table 1\nid blob 0 1\n", "table 1\nid text 0 1 lock\n",
+        "table 1\nid text 0 1\nid text 0 1\n", "table 2\na int4 0 2\nb int4 0 1\n", "table 1\na raw 4294967295 1\n"}) {
+    EXPECT_FALSE(Schema::FromText(text).has_value()) << text;
+  }
+}
+
+}  // namespace
