@@ -1,9 +1,5 @@
 # The library itself, shared and static, from one compilation of its components.
 get_property(components GLOBAL PROPERTY DTSDB_COMPONENTS)
-set(realtime_database LMDB)
-if(DTSDB_RTDB STREQUAL "fastdb")
-  set(realtime_database FastDB)
-endif()
 list(TRANSFORM components REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
 
 foreach(kind SHARED STATIC)
@@ -14,9 +10,6 @@ foreach(kind SHARED STATIC)
   add_library(${target} ${kind} ${objects})
   add_library(dtsdb::${target} ALIAS ${target})
   target_link_libraries(${target} PUBLIC Qt6::Core ${realtime_database}::${realtime_database} Threads::Threads)
-  if(DTSDB_RTDB STREQUAL "fastdb")
-    target_compile_definitions(${target} PUBLIC DTSDB_RTDB_FASTDB)
-  endif()
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
                                               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/dtsdb>)
   target_compile_features(${target} PUBLIC cxx_std_20)

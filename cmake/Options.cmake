@@ -8,6 +8,8 @@ if(DTSDB_SANITIZE)
   target_link_options(dtsdb_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+include(${CMAKE_CURRENT_LIST_DIR}/RealtimeDatabase.cmake)
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
