@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "rtdb/key_code.h"
+#include "rtdb/lmdb_value.h"
 #include "rtdb/selection.h"
 
 namespace dtsdb::rtdb {
@@ -21,9 +22,6 @@ struct ThreadEnd {
   ~ThreadEnd() { delete std::exchange(t_contexts, nullptr); }
 };
 thread_local ThreadEnd t_end;
-
-MDB_val Val(std::string_view bytes) { return {bytes.size(), const_cast<char*>(bytes.data())}; }
-std::string_view View(const MDB_val& value) { return {static_cast<const char*>(value.mv_data), value.mv_size}; }
 
 /// Row numbers are those of the write transaction, which never come again, and a count within it.
 constexpr unsigned kCountBits = 24;

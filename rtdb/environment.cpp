@@ -212,7 +212,7 @@ Status Environment::Begin(bool write, MDB_txn*& transaction) {
                          m_path + ": this thread already writes to the store through another database");
   }
   CheckReaders();
-  const Status status = BeginWith([&] { return mdb_txn_begin(m_env, nullptr, 0, &transaction); });
+  Status status = BeginWith([&] { return mdb_txn_begin(m_env, nullptr, 0, &transaction); });
   if (status) m_writer = std::this_thread::get_id();
   return status;
 }

@@ -245,8 +245,9 @@ void CompiledQuery::Range(const std::vector<Value>& values, KeyRange& range) con
     }
   }
   range.open = range.high.empty();
-  const bool shortened = Shorten(range.low) | Shorten(range.high);
-  range.exact = m_onlyBounds && !shortened && used == m_bounds.size();
+  const bool lowCut = Shorten(range.low);
+  const bool highCut = Shorten(range.high);
+  range.exact = m_onlyBounds && !lowCut && !highCut && used == m_bounds.size();
 }
 
 bool CompiledQuery::Matches(std::string_view image, const std::vector<Value>& values) const {

@@ -197,6 +197,7 @@ void RowPlan::Decode(std::string_view image, void* record) const {
 }
 
 void RowPlan::DecodeOldLayout(std::string_view image, std::uint32_t layout, void* record) const {
+  static constexpr std::size_t kPointerSize = sizeof(void*);
   static const char* const kEmpty = "";
   char* const target = static_cast<char*>(record);
   for (std::size_t i = 0; i < m_schema.columns.size(); ++i) {
@@ -207,7 +208,7 @@ void RowPlan::DecodeOldLayout(std::string_view image, std::uint32_t layout, void
       if (stored) {
         CopyText(image, place, record);
       } else {
-        std::memcpy(target + place.record, static_cast<const void*>(&kEmpty), sizeof(kEmpty));
+        std::memcpy(target + place.record, static_cast<const void*>(&kEmpty), kPointerSize);
       }
     } else if (!stored) {
       std::memset(target + place.record, 0, ImageSize(column));

@@ -4,15 +4,9 @@
 #include <numeric>
 
 #include "rtdb/key_code.h"
+#include "rtdb/lmdb_value.h"
 
 namespace dtsdb::rtdb {
-namespace {
-
-MDB_val Val(std::string_view bytes) { return {bytes.size(), const_cast<char*>(bytes.data())}; }
-std::string_view View(const MDB_val& value) { return {static_cast<const char*>(value.mv_data), value.mv_size}; }
-
-}  // namespace
-
 void KeyList::Clear() {
   m_bytes.clear();
   m_ends.clear();

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cstring>
 
+#include "rtdb/lmdb_value.h"
+
 namespace dtsdb::rtdb {
 namespace {
 
@@ -12,9 +14,6 @@ constexpr char kGenerationKey[] = "@generation";
 /// The file's format is this word and a number.
 constexpr std::string_view kFormatWord = "realtime-store ";
 constexpr int kFormat = 1;
-
-MDB_val Val(std::string_view bytes) { return {bytes.size(), const_cast<char*>(bytes.data())}; }
-std::string_view View(const MDB_val& value) { return {static_cast<const char*>(value.mv_data), value.mv_size}; }
 
 /// A transaction for opening tables, ended in any case.
 class Opening {

@@ -56,7 +56,7 @@ struct note {
 
 namespace dtsdb::test {
 
-/// A folder that is removed with it. With "memory" on a memory file system if there is one.
+/// A folder that is removed with it.
 class Folder {
  public:
   Folder() {

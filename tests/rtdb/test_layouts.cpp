@@ -35,6 +35,24 @@ struct meter {
 REGISTER_IN(meter, &database);
 }  // namespace grown
 
+namespace reader {
+Database database(dbDatabase::dbReadOnly);
+struct meter {
+  char const* id = "";
+  int4 value = 0;
+  real8 scale = 7;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(value), FIELD(scale)));
+};
+REGISTER_IN(meter, &database);
+
+/// A table that no store has.
+struct unmade {
+  int4 id = 0;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED)));
+};
+REGISTER_IN(unmade, &database);
+}  // namespace reader
+
 namespace retyped {
 Database database;
 struct meter {
@@ -88,8 +106,8 @@ struct Layouts : ::testing::Test {
     first::database.commit();
   }
   void TearDown() override {
-    for (Database* db : {&first::database, &grown::database, &retyped::database, &rekeyed::database, &newkey::database,
-                         &twice::database}) {
+    for (Database* db : {&first::database, &grown::database, &reader::database, &retyped::database, &rekeyed::database,
+                         &newkey::database, &twice::database}) {
       db->close();
       db->Told();
     }
@@ -168,12 +186,16 @@ TEST_F(Layouts, ColumnNamedTwiceIsRefused) { ExpectRefused(twice::database, "nam
 
 TEST_F(Layouts, ReadingAloneTakesAnOlderStoreAsItIs) {
   first::database.close();
-  Folder other;
-  {
-    Database reader(dbDatabase::dbReadOnly);
-    EXPECT_TRUE(reader.open("store", folder.File().c_str()));
-  }
-  ASSERT_TRUE(first::database.open("store", folder.File().c_str()));
+  ASSERT_TRUE(reader::database.open("store", folder.File().c_str())) << reader::database.Told();
+  dbCursor<reader::meter> cursor(&reader::database);
+  ASSERT_EQ(cursor.select("scale = 0 order by id"), 1);
+  EXPECT_EQ(cursor->value, 5);
+  EXPECT_EQ(cursor->scale, 0);
+  dbCursor<reader::unmade> nothing(&reader::database);
+  EXPECT_EQ(nothing.select("order by id"), 0);
+  EXPECT_EQ(reader::database.Told(), "");
+  reader::database.close();
+  ASSERT_TRUE(first::database.open("store", folder.File().c_str())) << "no column was added";
   ExpectUnharmed();
 }
 
