@@ -33,8 +33,7 @@ class SlotOrder {
   /// The first place whose slot is not `below` what is looked for; the place behind the last if there is none.
   template <class Below>
   Place LowerBound(Below below) const {
-    const auto run = std::partition_point(m_runs.begin(), m_runs.end(),
-                                          [&](const Run& r) { return below(r.back()); });
+    const auto run = std::partition_point(m_runs.begin(), m_runs.end(), [&](const Run& r) { return below(r.back()); });
     if (run == m_runs.end()) return {m_runs.size(), 0};
     const auto slot = std::partition_point(run->begin(), run->end(), below);
     return {static_cast<std::size_t>(run - m_runs.begin()), static_cast<std::size_t>(slot - run->begin())};

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "include/check.h"
+#include "include/hoare_order.h"
 #include "include/slot_order.h"
 
 namespace dtsdb {
@@ -21,8 +22,8 @@ class TableImage;
 
 /// A node of the list that tTable::ChildList gives. It owns the nodes behind it.
 struct tChildNode {
-  int value = -1;             ///< number of a child record
-  tChildNode* next = nullptr; ///< next node, null at the end
+  int value = -1;              ///< number of a child record
+  tChildNode* next = nullptr;  ///< next node, null at the end
 
   tChildNode() = default;
   tChildNode(const tChildNode&) = delete;
@@ -37,6 +38,12 @@ struct tChildNode {
       delete behind;
     }
   }
+};
+
+/// A relation row: it names a child record by number.
+template <class T>
+concept HasChildNumber = requires(const T& row) {
+  row.ChildNumber();
 };
 
 /// A table of records kept sorted by `T::operator<`, each under two numbers.
@@ -119,7 +126,7 @@ class tTable {
   void SetGrowBy(int n) { m_nGrowBy = n < 0 ? kDefaultGrowBy : n; }
 
   /// Replaces the contents with copies of the `n` records at `p`, `n` at least 1. Unless `bSorted`, sorts the
-  /// caller's array first. Doesn't look for equal records. Always gives true.
+  /// caller's array first. Doesn't look for equal records. Gives true, whatever the records (false without memory).
   bool SetData(T* p, int n, bool bSorted);
 
   /// Empties the table. The slots and what lies in them stay.
@@ -133,7 +140,7 @@ class tTable {
 
   /// For a table of relation rows: the child numbers of the chain that starts at row `nHead`, in chain order.
   /// The caller deletes the first node, and with it the list. Null for `nHead` -1.
-  tChildNode* ChildList(int nHead);
+  tChildNode* ChildList(int nHead) requires HasChildNumber<T>;
 
  private:
   friend class TableImage<T>;
@@ -191,11 +198,11 @@ class tTable {
   int m_count = 0;
 
   // Behind what the table shows.
-  int m_capacity = 0;         // slots allocated; those from m_size on hold default records
-  bool m_bStrict = true;      // the records are in order and no two are equal
-  SlotOrder m_order;          // the order while numbering is put off, else empty
-  SlotOrder::Place m_place;   // where Locate last looked in m_order
-  std::vector<bool> m_used;   // which slots are used while numbering is put off
+  int m_capacity = 0;        // slots allocated; those from m_size on hold default records
+  bool m_bStrict = true;     // the records are in order and no two are equal
+  SlotOrder m_order;         // the order while numbering is put off, else empty
+  SlotOrder::Place m_place;  // where Locate last looked in m_order
+  std::vector<bool> m_used;  // which slots are used while numbering is put off
 };
 
 /// A plain fixed array, for building a record on the side. An index out of range ends a checking build.
@@ -578,6 +585,7 @@ void tTable<T>::Grow(int nNewSize) {
   m_pPrev[m_first] = -1;
   m_pNext[m_last] = -1;
   m_size = nNewSize;
+  if (oldSize == 0) m_bOrdered = 1;
   if (!m_order.IsEmpty()) m_used.resize(static_cast<std::size_t>(m_size), false);
 }
 
@@ -646,32 +654,21 @@ bool tTable<T>::SetData(T* p, int n, bool bSorted) {
     QuickSort(p, 0, n - 1);
     m_bStrict = IsStrict(p, n);
   }
-  std::copy_n(p, n, m_pData);
+  for (int i = 0; i < n; ++i) m_pData[i] = p[i];  // `p` may lie in this table, at or behind slot i
   NumberInOrder(n);
   return true;
 }
 
-/// Hoare's partition with the middle record as pivot; not stable.
+/// Sorts `p[nLow]` to `p[nHigh]` in the order of HoareSort.
 template <class T>
 void tTable<T>::QuickSort(T* p, int nLow, int nHigh) {
-  while (nLow < nHigh) {
-    const T pivot = p[nLow + (nHigh - nLow) / 2];
-    int i = nLow;
-    int j = nHigh;
-    do {
-      while (p[i] < pivot) ++i;
-      while (pivot < p[j]) --j;
-      if (i <= j) std::swap(p[i++], p[j--]);
-    } while (i <= j);
-    // The shorter part first, so that the depth stays below log2 n. The parts don't touch: their order is free.
-    if (j - nLow < nHigh - i) {
-      QuickSort(p, nLow, j);
-      nLow = i;
-    } else {
-      QuickSort(p, i, nHigh);
-      nHigh = j;
-    }
-  }
+  if (nLow >= nHigh) return;
+  T* const first = p + nLow;
+  const std::vector<int> order = HoareOrder(nHigh - nLow + 1, [first](int a, int b) { return first[a] < first[b]; });
+  std::vector<T> sorted;
+  sorted.reserve(order.size());
+  for (const int from : order) sorted.push_back(std::move(first[from]));
+  std::move(sorted.begin(), sorted.end(), first);
 }
 
 template <class T>
@@ -744,16 +741,18 @@ void tTable<T>::Swap(tTable& other) {
 }
 
 template <class T>
-tChildNode* tTable<T>::ChildList(int nHead) {
+tChildNode* tTable<T>::ChildList(int nHead) requires HasChildNumber<T> {
   tChildNode* first = nullptr;
-  tChildNode** end = &first;
-  // No more steps than slots: damaged links can lead in a circle.
-  for (int steps = 0; nHead != -1 && steps < m_size; ++steps) {
-    if (!DTSDB_ASSERT(nHead >= 0 && nHead < m_size, "nPh >= 0 && nPh < m_size")) break;
-    *end = new tChildNode;
-    (*end)->value = m_pData[nHead].ChildNumber();
-    end = &(*end)->next;
-    nHead = m_pData[nHead].next;
+  if constexpr (HasChildNumber<T>) {  // clang 14 compiles the body for every table that is instantiated as a whole
+    tChildNode** end = &first;
+    // No more steps than slots: damaged links can lead in a circle.
+    for (int steps = 0; nHead != -1 && steps < m_size; ++steps) {
+      if (!DTSDB_ASSERT(nHead >= 0 && nHead < m_size, "nPh >= 0 && nPh < m_size")) break;
+      *end = new tChildNode;
+      (*end)->value = m_pData[nHead].ChildNumber();
+      end = &(*end)->next;
+      nHead = m_pData[nHead].next;
+    }
   }
   return first;
 }

@@ -15,6 +15,11 @@ namespace dtsdb {
 
 class QArchive;
 
+// The tables are compiled once, in model/tables_*.cpp.
+#define DTSDB_EXTERN_TABLE(T, table, key, meaning) extern template class tTable<T>;
+DTSDB_TABLES(DTSDB_EXTERN_TABLE)
+#undef DTSDB_EXTERN_TABLE
+
 /// The tables of a network model, one for each record class, in the alphabetical order of the classes.
 ///
 /// The container owns the tables. NMD and TP hold copies of these pointers and must go before it. Copying or
@@ -35,7 +40,7 @@ class DTSDB {
   /// Writes the tables to an object file, which takes the place of an old one only when it is complete. False,
   /// with one line on the standard output, when that can't be done.
   bool WriteObject(const QString& fileName);
-  /// Stores or loads the 46 tables, in order.
+  /// Stores or loads the 46 tables, in order. An archive that is refused leaves every table as it was.
   void Serialize(QArchive& ar);
 
   /// Loads all tables but the topology's log TPL from the realtime database (docs/realtime-exchange.md), in one
@@ -67,5 +72,17 @@ void ForEachTable(DTSDB& database, Visitor&& visit) {
   DTSDB_TABLES(DTSDB_VISIT_TABLE)
 #undef DTSDB_VISIT_TABLE
 }
+
+/// The table of record class `T` in `database`.
+template <class T>
+tTable<T>& TableOf(DTSDB& database);
+
+#define DTSDB_TABLE_OF(T, table, key, meaning)     \
+  template <>                                      \
+  inline tTable<T>& TableOf<T>(DTSDB & database) { \
+    return *database.table;                        \
+  }
+DTSDB_TABLES(DTSDB_TABLE_OF)
+#undef DTSDB_TABLE_OF
 
 }  // namespace dtsdb

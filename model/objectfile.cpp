@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include "model/dtsdb.h"
@@ -19,12 +20,31 @@ void TakeContents(DTSDB& into, DTSDB& from) {
 #undef DTSDB_SWAP
 }
 
+/// A device or a pipe: it holds nothing to keep, and a file must not take its place.
+bool IsSpecial(const QString& fileName) {
+  const QFileInfo target(fileName);
+  return target.exists() && !target.isFile() && !target.isDir();
+}
+
+bool Store(DTSDB& database, QFileDevice& file) {
+  QArchive ar(&file, false);
+  database.Serialize(ar);
+  return ar.status() == QDataStream::Ok && file.flush();
+}
+
+QString CanNotWrite(const QFileDevice& file) {
+  return QStringLiteral("can not write file: %1.\n").arg(file.errorString());
+}
+
 }  // namespace
 
 void DTSDB::Serialize(QArchive& ar) {
-  ForEachTable(*this, [&ar](auto& table) {
-    if (ar.IsStoring() || !ar.IsRefused()) table.Serialize(ar);
+  if (ar.IsStoring()) return ForEachTable(*this, [&ar](auto& table) { table.Serialize(ar); });
+  DTSDB loaded;
+  ForEachTable(loaded, [&ar](auto& table) {
+    if (!ar.IsRefused()) table.Serialize(ar);
   });
+  if (!ar.IsRefused()) TakeContents(*this, loaded);
 }
 
 QString ReadObjectFile(DTSDB& database, const QString& fileName) {
@@ -43,14 +63,15 @@ QString ReadObjectFile(DTSDB& database, const QString& fileName) {
 }
 
 QString WriteObjectFile(DTSDB& database, const QString& fileName) {
+  if (fileName.isEmpty()) return kCanNotOpen;
+  if (IsSpecial(fileName)) {
+    QFile device(fileName);
+    if (!device.open(QIODevice::WriteOnly)) return kCanNotOpen;
+    return Store(database, device) ? QString() : CanNotWrite(device);
+  }
   QSaveFile file(fileName);
   if (!file.open(QIODevice::WriteOnly)) return kCanNotOpen;
-  QArchive ar(&file, false);
-  database.Serialize(ar);
-  if (ar.status() != QDataStream::Ok || !file.commit()) {
-    return QStringLiteral("can not write file: %1.\n").arg(file.errorString());
-  }
-  return QString();
+  return Store(database, file) && file.commit() ? QString() : CanNotWrite(file);
 }
 
 bool DTSDB::ReadObject(const QString& fileName) {

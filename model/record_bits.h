@@ -27,12 +27,12 @@ inline constexpr i32 ISLAND_DEAD = -1;
 
 /// \name ND `flags`
 ///@{
-inline constexpr u32 ND_DEAD = 1;     ///< lies in a group that is no section
-inline constexpr u32 ND_HAS_UN = 2;   ///< carries a generating unit
-inline constexpr u32 ND_HAS_LD = 4;   ///< carries a load
-inline constexpr u32 ND_HAS_CP = 8;   ///< carries a capacitor or reactor
-inline constexpr u32 ND_HAS_BUS = 16; ///< carries a physical bus
-inline constexpr u32 ND_MARK = 64;    ///< work mark: not yet visited by the pass under way
+inline constexpr u32 ND_DEAD = 1;      ///< lies in a group that is no section
+inline constexpr u32 ND_HAS_UN = 2;    ///< carries a generating unit
+inline constexpr u32 ND_HAS_LD = 4;    ///< carries a load
+inline constexpr u32 ND_HAS_CP = 8;    ///< carries a capacitor or reactor
+inline constexpr u32 ND_HAS_BUS = 16;  ///< carries a physical bus
+inline constexpr u32 ND_MARK = 64;     ///< work mark: not yet visited by the pass under way
 ///@}
 
 /// \name ST `flag`: what stands in the station
@@ -46,17 +46,17 @@ inline constexpr u8 ST_HAS_CB = 16;
 
 /// \name CB `flags`
 ///@{
-inline constexpr u32 CB_TYPES = 1 | 4;  ///< the breaker's type: exactly one of the two is set in a valid model
-inline constexpr u32 CB_OPEN = 0x100;     ///< the breaker is open
+inline constexpr u32 CB_TYPES = 1 | 4;      ///< the breaker's type: exactly one of the two is set in a valid model
+inline constexpr u32 CB_OPEN = 0x100;       ///< the breaker is open
 inline constexpr u32 CB_READ_OPEN = 0x800;  ///< set by other programs: the realtime exchange reads the breaker as open
-inline constexpr u32 CB_ZBR = 0x2000;     ///< a zero-impedance branch stands on the breaker
+inline constexpr u32 CB_ZBR = 0x2000;       ///< a zero-impedance branch stands on the breaker
 ///@}
 
 /// \name UN, LD, CP `status`
 ///@{
-inline constexpr u32 SHUNT_OFF = 1;         ///< switched off
-inline constexpr u32 SHUNT_ISOLATED = 4;    ///< isolated, worked out by the topology
-inline constexpr u32 UN_REF_CHOSEN = 16;    ///< unit made the reference of its island by the system
+inline constexpr u32 SHUNT_OFF = 1;       ///< switched off
+inline constexpr u32 SHUNT_ISOLATED = 4;  ///< isolated, worked out by the topology
+inline constexpr u32 UN_REF_CHOSEN = 16;  ///< unit made the reference of its island by the system
 ///@}
 
 /// UN, LD, CP, BUS `tp_status`: lies in a dead section.
@@ -92,15 +92,39 @@ struct BranchIndex {
   using Row = RelationClass;
 };
 
+/// The measurements of a branch that its ends take over: of its from end (`fromP`, `fromQ`) and its to end.
+template <class Branch>
+struct EndMeasurements {
+  static constexpr bool kMeasured = true;
+  static constexpr i32 Branch::*fromP = &Branch::iana_p;
+  static constexpr i32 Branch::*fromQ = &Branch::iana_q;
+  static constexpr i32 Branch::*toP = &Branch::izana_p;
+  static constexpr i32 Branch::*toQ = &Branch::izana_q;
+};
+/// A zero-impedance branch has one set of them, for both ends.
 template <>
-struct BranchKind<CB> : BranchIndex<CB2, R_ND_CB2> {
+struct EndMeasurements<ZBR> {
+  static constexpr bool kMeasured = true;
+  static constexpr i32 ZBR::*fromP = &ZBR::iana_p;
+  static constexpr i32 ZBR::*fromQ = &ZBR::iana_q;
+  static constexpr i32 ZBR::*toP = &ZBR::iana_p;
+  static constexpr i32 ZBR::*toQ = &ZBR::iana_q;
+};
+/// A breaker has none.
+template <>
+struct EndMeasurements<CB> {
+  static constexpr bool kMeasured = false;
+};
+
+template <>
+struct BranchKind<CB> : BranchIndex<CB2, R_ND_CB2>, EndMeasurements<CB> {
   static constexpr i32 CB::*fromEnd = &CB::cb2;
   static constexpr i32 CB::*toEnd = &CB::zcb2;
   static constexpr i32 CB2::*owner = &CB2::icb;
 };
 
 template <>
-struct BranchKind<LN> : BranchIndex<LN2, R_ND_LN2> {
+struct BranchKind<LN> : BranchIndex<LN2, R_ND_LN2>, EndMeasurements<LN> {
   static constexpr i32 LN::*fromEnd = &LN::ln2;
   static constexpr i32 LN::*toEnd = &LN::zln2;
   static constexpr i32 LN2::*owner = &LN2::iln;
@@ -110,7 +134,7 @@ struct BranchKind<LN> : BranchIndex<LN2, R_ND_LN2> {
 };
 
 template <>
-struct BranchKind<DLN> : BranchIndex<DLN2, R_ND_DLN2> {
+struct BranchKind<DLN> : BranchIndex<DLN2, R_ND_DLN2>, EndMeasurements<DLN> {
   static constexpr i32 DLN::*fromEnd = &DLN::dln2;
   static constexpr i32 DLN::*toEnd = &DLN::zdln2;
   static constexpr i32 DLN2::*owner = &DLN2::idln;
@@ -120,7 +144,7 @@ struct BranchKind<DLN> : BranchIndex<DLN2, R_ND_DLN2> {
 };
 
 template <>
-struct BranchKind<XF> : BranchIndex<XF2, R_ND_XF2> {
+struct BranchKind<XF> : BranchIndex<XF2, R_ND_XF2>, EndMeasurements<XF> {
   static constexpr i32 XF::*fromEnd = &XF::xf2;
   static constexpr i32 XF::*toEnd = &XF::zxf2;
   static constexpr i32 XF2::*owner = &XF2::ixf;
@@ -130,7 +154,7 @@ struct BranchKind<XF> : BranchIndex<XF2, R_ND_XF2> {
 };
 
 template <>
-struct BranchKind<ZBR> : BranchIndex<ZBR2, R_ND_ZBR2> {
+struct BranchKind<ZBR> : BranchIndex<ZBR2, R_ND_ZBR2>, EndMeasurements<ZBR> {
   static constexpr i32 ZBR::*fromEnd = &ZBR::zbr2;
   static constexpr i32 ZBR::*toEnd = &ZBR::zzbr2;
   static constexpr i32 ZBR2::*owner = &ZBR2::izbr;

@@ -40,42 +40,44 @@ struct Field {
 ///
 /// `Serialize` stores or loads all fields in their order; a field that can't be loaded refuses the archive
 /// (QArchive::Refuse) and keeps what it had.
-#define DTSDB_RECORD_MEMBERS(T, key)                                 \
- public:                                                             \
-  using Self = T;                                                    \
-  static constexpr const char* kTableName = #T;                      \
-  static constexpr RecordKey kKey = RecordKey::key;                  \
-  static constexpr int kFieldCount = DTSDB_RECORD_FIELDS(T, DTSDB_COUNT_FIELD); \
-  DTSDB_RECORD_FIELDS(T, DTSDB_MEMBER)                                     \
-  T() = default;                                                     \
-  T(const T&) = default;                                             \
-  T(T&&) noexcept = default;                                         \
-  ~T() = default;                                                    \
-  T& operator=(const T&) = default;                                  \
-  T& operator=(T&&) noexcept = default;                              \
-  void Serialize(QArchive& ar);                                      \
-  /** Calls `visit` with the Field of every field, in order. */      \
-  template <class Visitor>                                           \
-  static void ForEachField(Visitor&& visit) {                        \
-    DTSDB_RECORD_FIELDS(T, DTSDB_VISIT_FIELD)                              \
+// clang-format off
+#define DTSDB_RECORD_MEMBERS(T, key)                                              \
+ public:                                                                          \
+  using Self = T;                                                                 \
+  static constexpr const char* kTableName = #T;                                   \
+  static constexpr RecordKey kKey = RecordKey::key;                               \
+  static constexpr int kFieldCount = DTSDB_RECORD_FIELDS(T, DTSDB_COUNT_FIELD);   \
+  DTSDB_RECORD_FIELDS(T, DTSDB_MEMBER)                                            \
+  T() = default;                                                                  \
+  T(const T&) = default;                                                          \
+  T(T&&) noexcept = default;                                                      \
+  ~T() = default;                                                                 \
+  T& operator=(const T&) = default;                                               \
+  T& operator=(T&&) noexcept = default;                                           \
+  void Serialize(QArchive& ar);                                                   \
+  /** Calls `visit` with the Field of every field, in order. */                   \
+  template <class Visitor>                                                        \
+  static void ForEachField(Visitor&& visit) {                                     \
+    DTSDB_RECORD_FIELDS(T, DTSDB_VISIT_FIELD)                                     \
   }
+// clang-format on
 
-#define DTSDB_DECLARE_Identified(T)                                     \
-  class T {                                                             \
-    DTSDB_RECORD_MEMBERS(T, Identified)                                 \
-    /** Implicit, so that a table can be searched by a name. */         \
-    T(const QString& identity) : id(identity) {}                        \
-    bool operator==(const T& other) const { return id == other.id; }    \
-    bool operator<(const T& other) const { return id < other.id; }      \
+#define DTSDB_DECLARE_Identified(T)                                  \
+  class T {                                                          \
+    DTSDB_RECORD_MEMBERS(T, Identified)                              \
+    /** Implicit, so that a table can be searched by a name. */      \
+    T(const QString& identity) : id(identity) {}                     \
+    bool operator==(const T& other) const { return id == other.id; } \
+    bool operator<(const T& other) const { return id < other.id; }   \
   };
 
-#define DTSDB_DECLARE_Numbered(T)                                       \
-  class T {                                                             \
-    DTSDB_RECORD_MEMBERS(T, Numbered)                                   \
-    /** Implicit, so that a table can be searched by a number. */       \
-    T(int number) : id(number) {}                                       \
-    bool operator==(const T& other) const { return id == other.id; }    \
-    bool operator<(const T& other) const { return id < other.id; }      \
+#define DTSDB_DECLARE_Numbered(T)                                    \
+  class T {                                                          \
+    DTSDB_RECORD_MEMBERS(T, Numbered)                                \
+    /** Implicit, so that a table can be searched by a number. */    \
+    T(int number) : id(number) {}                                    \
+    bool operator==(const T& other) const { return id == other.id; } \
+    bool operator<(const T& other) const { return id < other.id; }   \
   };
 
 #define DTSDB_DECLARE_Relation(T) class T;
@@ -87,19 +89,19 @@ DTSDB_TABLES(DTSDB_DECLARE_RECORD)
 #undef DTSDB_DECLARE_Numbered
 #undef DTSDB_DECLARE_Relation
 
-#define DTSDB_DECLARE_RELATION(T, Parent, Child, parent, child, head, own)                      \
-  class T {                                                                                     \
-    DTSDB_RECORD_MEMBERS(T, Relation)                                                           \
+#define DTSDB_DECLARE_RELATION(T, Parent, Child, parent, child, head, own)                             \
+  class T {                                                                                            \
+    DTSDB_RECORD_MEMBERS(T, Relation)                                                                  \
     T(const QString& parentId, const QString& childId) : parent##_id(parentId), child##_id(childId) {} \
-    bool operator==(const T& other) const {                                                     \
-      return parent##_id == other.parent##_id && child##_id == other.child##_id;                \
-    }                                                                                           \
-    bool operator<(const T& other) const {                                                      \
-      const int order = parent##_id.compare(other.parent##_id);                                 \
-      return order != 0 ? order < 0 : child##_id.compare(other.child##_id) < 0;                 \
-    }                                                                                           \
-    /** The number of the child record. */                                                      \
-    int ChildNumber() const { return i##child; }                                                \
+    bool operator==(const T& other) const {                                                            \
+      return parent##_id == other.parent##_id && child##_id == other.child##_id;                       \
+    }                                                                                                  \
+    bool operator<(const T& other) const {                                                             \
+      const int order = parent##_id.compare(other.parent##_id);                                        \
+      return order != 0 ? order < 0 : child##_id.compare(other.child##_id) < 0;                        \
+    }                                                                                                  \
+    /** The number of the child record. */                                                             \
+    int ChildNumber() const { return i##child; }                                                       \
   };
 DTSDB_RELATIONS(DTSDB_DECLARE_RELATION)
 #undef DTSDB_DECLARE_RELATION
@@ -114,17 +116,17 @@ DTSDB_RELATIONS(DTSDB_DECLARE_RELATION)
 template <class Row>
 struct Relation;
 
-#define DTSDB_RELATION_TRAITS(T, ParentClass, ChildClass, parent, child, headField, ownField)   \
-  template <>                                                                                   \
-  struct Relation<T> {                                                                          \
-    using Parent = ParentClass;                                                                 \
-    using Child = ChildClass;                                                                   \
-    static constexpr QString T::*parentId = &T::parent##_id;                                    \
-    static constexpr QString T::*childId = &T::child##_id;                                      \
-    static constexpr i32 T::*parentNumber = &T::i##parent;                                      \
-    static constexpr i32 T::*childNumber = &T::i##child;                                        \
-    static constexpr i32 ParentClass::*head = &ParentClass::headField;                          \
-    static constexpr i32 ChildClass::*own = &ChildClass::ownField;                              \
+#define DTSDB_RELATION_TRAITS(T, ParentClass, ChildClass, parent, child, headField, ownField) \
+  template <>                                                                                 \
+  struct Relation<T> {                                                                        \
+    using Parent = ParentClass;                                                               \
+    using Child = ChildClass;                                                                 \
+    static constexpr QString T::*parentId = &T::parent##_id;                                  \
+    static constexpr QString T::*childId = &T::child##_id;                                    \
+    static constexpr i32 T::*parentNumber = &T::i##parent;                                    \
+    static constexpr i32 T::*childNumber = &T::i##child;                                      \
+    static constexpr i32 ParentClass::*head = &ParentClass::headField;                        \
+    static constexpr i32 ChildClass::*own = &ChildClass::ownField;                            \
   };
 DTSDB_RELATIONS(DTSDB_RELATION_TRAITS)
 #undef DTSDB_RELATION_TRAITS

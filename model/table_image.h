@@ -16,8 +16,8 @@ class TableImage {
  public:
   static void Store(tTable<T>& table, QArchive& ar) {
     table.Settle();
-    for (const int head : {table.m_size, table.m_head, table.m_tail, table.m_first, table.m_last, table.m_count,
-                           table.m_bOrdered}) {
+    for (const int head :
+         {table.m_size, table.m_head, table.m_tail, table.m_first, table.m_last, table.m_count, table.m_bOrdered}) {
       ar << i32{head};
     }
     for (int i = 0; i < table.m_size; ++i) {
@@ -51,6 +51,7 @@ class TableImage {
       return Refuse(ar, "the number of slots doesn't fit the file");
     }
     table.SetSize(size);
+    if (table.GetSize() != size) return Refuse(ar, "there is no memory for the slots");
     i32 head[6] = {};
     for (i32& number : head) ar >> number;
     for (int i = 0; i < size; ++i) {

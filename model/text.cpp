@@ -19,6 +19,15 @@ bool IsAscii(const QString& text) {
   return true;
 }
 
+/// Real text from GBK bytes.
+QString Decode(const QByteArray& bytes) {
+  constexpr QChar kByteFF(0xF8F5);  // what the codec makes of the byte 0xFF, which is no character of GBK
+  QStringDecoder decoder(kCodec);
+  QString text = decoder(bytes + '\n');  // half a character at the end would wait for the other half
+  text.chop(1);
+  return text.replace(kByteFF, QChar(QChar::ReplacementCharacter));
+}
+
 /// The encoding that the environment's locale names, whether or not the program has taken that locale on. A locale
 /// that knows only ASCII says nothing about the terminal: then UTF-8.
 QByteArray TerminalEncoding() {
@@ -39,8 +48,7 @@ QByteArray IdToBytes(const QString& id) { return id.toLatin1(); }
 
 QString TextFromId(const QString& id) {
   if (IsAscii(id)) return id;
-  QStringDecoder decoder(kCodec);
-  return decoder(IdToBytes(id));
+  return Decode(IdToBytes(id));
 }
 
 std::optional<QString> ExactTextFromId(const QString& id) {
@@ -56,8 +64,7 @@ std::optional<QString> IdFromText(const QString& text) {
   QStringEncoder encoder(kCodec);
   const QByteArray bytes = encoder(text);
   if (encoder.hasError()) return std::nullopt;
-  QStringDecoder decoder(kCodec);
-  if (QString(decoder(bytes)) != text) return std::nullopt;
+  if (Decode(bytes) != text) return std::nullopt;
   return IdFromBytes(bytes);
 }
 

@@ -13,9 +13,8 @@ class MessageCatcher {
  public:
   MessageCatcher() {
     Lines().clear();
-    m_before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
-      Lines().append(text);
-    });
+    m_before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) { Lines().append(text); });
   }
   MessageCatcher(const MessageCatcher&) = delete;
   MessageCatcher& operator=(const MessageCatcher&) = delete;

@@ -1,0 +1,43 @@
+#include "bench/sample_network.h"
+
+#include <QDir>
+#include <memory>
+#include <stdexcept>
+
+#include "tools/generator.h"
+#include "topology/tp.h"
+#include "validation/nmd.h"
+
+namespace dtsdb::bench {
+namespace {
+
+void Require(bool holds, const char* what) {
+  if (!holds) throw std::runtime_error(what);
+}
+
+}  // namespace
+
+const SampleNetwork& SampleNetwork::Of(int stations) {
+  static int size = -1;
+  static std::unique_ptr<SampleNetwork> network;
+  if (size != stations) {
+    network.reset();
+    network.reset(new SampleNetwork(stations));
+    size = stations;
+  }
+  return *network;
+}
+
+SampleNetwork::SampleNetwork(int stations) {
+  Require(m_directory.isValid() && QDir::setCurrent(m_directory.path()), "no temporary directory for the network");
+  DTSDB network;
+  tools::GenerateUtility(network, {stations, 1});
+  Require(network.WriteObject(InputFile()), "the network can't be written");
+
+  NMD validation(&network);
+  Require(validation.DetectAll() && network.m_globalTable->GetPh(0).valid == 1, "the network is not good");
+  Require(TP(&network).tpAllnew() == 1, "the network has no topology");
+  Require(network.WriteObject(ReadyFile()), "the network can't be written");
+}
+
+}  // namespace dtsdb::bench

@@ -1,0 +1,32 @@
+/// \file
+/// The networks that the benchmarks work on.
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include "model/dtsdb.h"
+
+namespace dtsdb::bench {
+
+/// A generated network, kept as object files in the states from which the operations start. An iteration begins by
+/// loading one of them, so that each finds the same state, whatever the one before has left.
+class SampleNetwork {
+ public:
+  /// The network of `stations` stations. It is made at the first call and kept until another size is asked for.
+  static const SampleNetwork& Of(int stations);
+
+  /// As it was generated: input tables only.
+  QString InputFile() const { return m_directory.filePath(QStringLiteral("input.obj")); }
+  /// Validated, and with its topology worked out.
+  QString ReadyFile() const { return m_directory.filePath(QStringLiteral("ready.obj")); }
+  /// Free for what a benchmark writes.
+  QString OutputFile() const { return m_directory.filePath(QStringLiteral("output.obj")); }
+
+ private:
+  explicit SampleNetwork(int stations);
+
+  QTemporaryDir m_directory;
+};
+
+}  // namespace dtsdb::bench

@@ -1,0 +1,6 @@
+file(READ ${README} readme)
+file(READ ${QUICKSTART} quickstart)
+string(FIND "${readme}" "```cpp\n${quickstart}```" place)
+if(place EQUAL -1)
+  message(FATAL_ERROR "README.md doesn't show examples/quickstart.cpp as it is: copy it there")
+endif()

@@ -1,0 +1,128 @@
+// Chains of relation rows: as a list, and walked in place.
+//
+//     row    0     1     2     3
+//     child  10    11    12    13
+//     next   2     -1    1     -1         chain from 0: rows 0, 2, 1
+#include "include/chain.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "model/records.h"
+#include "tests/support/messages.h"
+
+namespace dtsdb::test {
+namespace {
+
+using Rows = tTable<R_KV_ND>;
+
+void Fill(Rows& rows, const std::vector<int>& next) {
+  for (std::size_t i = 0; i < next.size(); ++i) {
+    R_KV_ND row(QString::number(100000 + i), QString());
+    row.ind = 10 + static_cast<int>(i);
+    row.next = next[i];
+    rows.Add(row);
+  }
+}
+
+std::vector<int> Listed(Rows& rows, int head) {
+  const std::unique_ptr<tChildNode> first(rows.ChildList(head));
+  std::vector<int> children;
+  for (const tChildNode* node = first.get(); node != nullptr; node = node->next) children.push_back(node->value);
+  return children;
+}
+
+std::vector<int> Walked(Rows& rows, int head) {
+  std::vector<int> children;
+  for (const R_KV_ND& row : Chain(rows, head)) children.push_back(row.ind);
+  return children;
+}
+
+TEST(ChildNode, StartsAtMinusOneAndWithoutANext) {
+  const tChildNode node;
+  EXPECT_EQ(node.value, -1);
+  EXPECT_EQ(node.next, nullptr);
+}
+
+TEST(ChildList, IsNullForMinusOne) {
+  Rows rows;
+  EXPECT_EQ(rows.ChildList(-1), nullptr);
+}
+
+TEST(ChildList, FollowsTheChain) {
+  Rows rows;
+  Fill(rows, {2, -1, 1, -1});
+  EXPECT_EQ(Listed(rows, 0), (std::vector<int>{10, 12, 11}));
+  EXPECT_EQ(Listed(rows, 3), (std::vector<int>{13}));
+}
+
+TEST(ChildList, StopsOnACircle) {
+  Rows rows;
+  Fill(rows, {1, 0});
+  EXPECT_EQ(Listed(rows, 0).size(), static_cast<std::size_t>(rows.GetSize()));
+}
+
+TEST(ChildList, StopsWithAWarningOutsideTheTable) {
+  Rows rows;
+  Fill(rows, {77});
+  const MessageCatcher catcher;
+  EXPECT_EQ(Listed(rows, 0), (std::vector<int>{10}));
+  ASSERT_EQ(MessageCatcher::Lines().size(), 1);
+  EXPECT_TRUE(
+      MessageCatcher::Lines().first().startsWith(QStringLiteral("ASSERT: \"nPh >= 0 && nPh < m_size\" in template (")));
+  EXPECT_EQ(rows.ChildList(-2), nullptr);
+}
+
+TEST(ChildList, OfAVeryLongChainIsReleasedWithoutDeepRecursion) {
+  constexpr int n = 300000;
+  Rows rows;
+  std::vector<R_KV_ND> data(n);
+  for (int i = 0; i < n; ++i) {
+    data[i].ind = i;
+    data[i].next = i + 1 < n ? i + 1 : -1;
+  }
+  rows.SetData(data.data(), n, true);
+  EXPECT_EQ(Listed(rows, 0).size(), static_cast<std::size_t>(n));
+}
+
+TEST(Chain, FollowsTheChain) {
+  Rows rows;
+  Fill(rows, {2, -1, 1, -1});
+  EXPECT_EQ(Walked(rows, 0), (std::vector<int>{10, 12, 11}));
+  EXPECT_EQ(Walked(rows, -1), std::vector<int>());
+}
+
+TEST(Chain, GivesTheRowsThemselves) {
+  Rows rows;
+  Fill(rows, {1, -1});
+  for (R_KV_ND& row : Chain(rows, 0)) row.ind = 5;
+  EXPECT_EQ(rows[0].ind, 5);
+  EXPECT_EQ(rows[1].ind, 5);
+}
+
+TEST(Chain, StopsOnACircle) {
+  Rows rows;
+  Fill(rows, {1, 2, 0});
+  EXPECT_EQ(Walked(rows, 1).size(), static_cast<std::size_t>(rows.GetSize()));
+}
+
+TEST(Chain, StopsWithAWarningOutsideTheTable) {
+  Rows rows;
+  Fill(rows, {10});
+  const MessageCatcher catcher;
+  EXPECT_EQ(Walked(rows, 0), (std::vector<int>{10}));
+  EXPECT_EQ(MessageCatcher::Lines().size(), 1);
+  EXPECT_EQ(Walked(rows, -5), std::vector<int>());
+  EXPECT_EQ(MessageCatcher::Lines().size(), 2);
+}
+
+TEST(Chain, OfAnEmptyTableIsEmpty) {
+  Rows rows;
+  const MessageCatcher catcher;
+  EXPECT_EQ(Walked(rows, 0), std::vector<int>());
+}
+
+}  // namespace
+}  // namespace dtsdb::test

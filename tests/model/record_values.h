@@ -1,0 +1,93 @@
+/// \file
+/// Records and tables with contents, for every record class alike.
+#pragma once
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QString>
+#include <type_traits>
+
+#include "model/dtsdb.h"
+#include "model/qarchive.h"
+#include "model/table_image.h"
+
+namespace dtsdb::test {
+
+/// Gives every field of `record` a value of its own, made from `seed`: no two fields of a record are alike.
+template <class T>
+void FillFields(T& record, int seed) {
+  int n = seed;
+  T::ForEachField([&](const auto& field) {
+    using Value = typename std::decay_t<decltype(field)>::ValueType;
+    ++n;
+    if constexpr (std::is_same_v<Value, QString>) {
+      record.*field.member = QStringLiteral("t%1").arg(n);
+    } else if constexpr (std::is_floating_point_v<Value>) {
+      record.*field.member = static_cast<Value>(n) + static_cast<Value>(0.5);
+    } else {
+      record.*field.member = static_cast<Value>(n % 100 + 1);
+    }
+  });
+}
+
+/// True when all fields are equal, a null and an empty text included.
+template <class T>
+bool SameFields(const T& a, const T& b) {
+  bool same = true;
+  T::ForEachField([&](const auto& field) { same = same && a.*field.member == b.*field.member; });
+  return same;
+}
+
+/// A record of class `T` whose key is made from `number`.
+template <class T>
+T Keyed(int number) {
+  const QString text = QStringLiteral("k%1").arg(number, 6, 10, QLatin1Char('0'));
+  if constexpr (T::kKey == RecordKey::Identified) {
+    return T(text);
+  } else if constexpr (T::kKey == RecordKey::Numbered) {
+    return T(number);
+  } else {
+    return T(QStringLiteral("p"), text);
+  }
+}
+
+/// The image of one table or of a whole container.
+template <class Stored>
+QByteArray ImageOf(Stored& stored) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  QArchive ar(&buffer, false);
+  stored.Serialize(ar);
+  return buffer.data();
+}
+
+/// Loads an image; gives what was refused, null when it was taken.
+template <class Loaded>
+QString LoadImage(Loaded& loaded, QByteArray image) {
+  QBuffer buffer(&image);
+  buffer.open(QIODevice::ReadOnly);
+  QArchive ar(&buffer, true);
+  loaded.Serialize(ar);
+  return ar.Refusal();
+}
+
+/// Fills every table with `rows` records that differ in every field.
+inline void FillTables(DTSDB& database, int rows) {
+  int seed = 0;
+  ForEachTable(database, [&]<class T>(tTable<T>& table) {
+    for (int i = 0; i < rows; ++i) {
+      T record;
+      FillFields(record, ++seed);
+      const T key = Keyed<T>(i);
+      if constexpr (T::kKey == RecordKey::Relation) {
+        record.*Relation<T>::parentId = key.*Relation<T>::parentId;
+        record.*Relation<T>::childId = key.*Relation<T>::childId;
+      } else {
+        record.id = key.id;
+      }
+      table.Add(record);
+    }
+  });
+}
+
+}  // namespace dtsdb::test

@@ -1,0 +1,88 @@
+// The output of the command on a small network, kept in tests/tools/golden.
+//
+//     station 甲站, 甲站220                          station 乙站, 乙站220
+//
+//     甲机 甲母                                               乙母 乙荷 乙容 (off)
+//       甲1 --甲开关-- 甲2 ------- 甲乙线 ------- 乙2 --乙开关-- 乙1 --乙联络 (open)-- 乙3
+//                                                                                    乙备
+//
+// One live island of two sections: {甲1, 甲2} and {乙1, 乙2}. Node 乙3 with its load lies in no section.
+//
+// With DTSDB_UPDATE_GOLDEN=1 in the environment the files are written anew instead of compared.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "tests/tools/command_runner.h"
+
+namespace dtsdb::tools {
+namespace {
+
+using test::CommandResult;
+using test::Workplace;
+
+struct Golden {
+  const char* file;       ///< in tests/tools/golden
+  const char* arguments;  ///< of the command, run where the network is the folder m
+  int code;
+};
+
+void PrintTo(const Golden& golden, std::ostream* out) { *out << golden.arguments; }
+
+class GoldenOutput : public testing::TestWithParam<Golden> {};
+
+TEST_P(GoldenOutput, IsAsKept) {
+  const Workplace here;
+  here.CopyModel("m");
+  here.CopyModel("changed");
+  here.Write("changed/UN.csv",
+             "id,kv,nd,pmax,pcur,p,q\n甲机,甲站220,甲1,330,180,182.5,31.25\n甲二机,甲站220,甲1,60,0,0,-0\n");
+  here.Write("faulty/CB.csv", here.Read("m/CB.csv") + "坏开关,甲站220,,甲9,5\n");
+  for (const char* table : {"CO", "DV", "ST", "KV"}) {
+    here.Write(std::string("faulty/") + table + ".csv", here.Read(std::string("m/") + table + ".csv"));
+  }
+
+  const CommandResult result = here.Run(GetParam().arguments);
+  EXPECT_EQ(result.code, GetParam().code);
+  EXPECT_EQ(result.err, "");
+  const std::string path = std::string(DTSDB_SOURCE_DIR "/tests/tools/golden/") + GetParam().file;
+  if (std::getenv("DTSDB_UPDATE_GOLDEN") != nullptr) {
+    std::ofstream(path, std::ios::binary) << result.out;
+    return;
+  }
+  EXPECT_EQ(result.out, Workplace::ReadBytes(path));
+}
+
+constexpr Golden kGolden[] = {
+    {"validate.txt", "validate m", 0},
+    {"validate_faulty.txt", "validate faulty", 1},
+    {"validate_faulty.json", "validate faulty --format json", 1},
+    {"validate_faulty.csv", "validate faulty --format csv", 1},
+    {"topology.txt", "topology m", 0},
+    {"topology.json", "topology m --format json", 0},
+    {"topology_islands.csv", "topology m --format csv", 0},
+    {"topology_contents.csv", "topology m --format csv --sheet contents", 0},
+    {"info.txt", "info m", 0},
+    {"info.json", "info m --format json", 0},
+    {"info_fields.txt", "info --fields CB", 0},
+    {"dump.txt", "dump m CB", 0},
+    {"dump.json", "dump m KV --id 甲站220 --format json", 0},
+    {"dump.csv", "dump m KV --format csv", 0},
+    {"dump_identity.txt", "dump m --id 乙站", 0},
+    {"diff.txt", "diff m changed", 1},
+    {"diff.json", "diff m changed --format json", 1},
+    {"diff.csv", "diff m changed --format csv", 1},
+};
+
+std::string TestName(const testing::TestParamInfo<Golden>& test) {
+  std::string name = test.param.file;
+  std::replace(name.begin(), name.end(), '.', '_');
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Command, GoldenOutput, testing::ValuesIn(kGolden), TestName);
+
+}  // namespace
+}  // namespace dtsdb::tools

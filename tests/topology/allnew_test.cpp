@@ -1,0 +1,229 @@
+// The full run from end to end, its preconditions, what it stores and how a TP lives.
+#include "tests/topology/results.h"
+
+namespace dtsdb::test {
+namespace {
+
+class AllnewTest : public TopologyTest {
+ protected:
+  /// Station A with a unit and station B with a load, joined by line L:
+  ///
+  ///     A220 a ====L==== b B220        section 2 (U) and section 3 (D),
+  ///          |           |             both in island 0
+  ///          U           D
+  void TwoStations() {
+    m.Station("A").Kv("A220").Station("B").Kv("B220");
+    m.Unit("U", "A220", "a").Load("D", "B220", "b");
+    m.Line("L", "DV", "A", "B", "A220", "B220", "a", "b");
+  }
+};
+
+TEST_F(AllnewTest, EmptyGlobalTableGivesAMessageAndChangesNothing) {
+  BS stored(7);
+  m.Put(stored);
+  int result = 0;
+  EXPECT_EQ(Printed([&] { result = tp.tpAllnew(); }), "请首先运行网络校验程序!");
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(m.Db().m_bsTable->GetCount(), 1);
+  EXPECT_EQ((*m.Db().m_bsTable)[0].id, 7);
+  EXPECT_FALSE(probe.HasArrays());
+}
+
+TEST_F(AllnewTest, ModelThatIsNotValidGivesAMessageAndChangesNothing) {
+  m.Put(BS(7)).Put(GLOBAL(0));
+  int result = 0;
+  EXPECT_EQ(Printed([&] { result = tp.tpAllnew(); }), "请首先运行网络校验程序并成功!");
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(m.Db().m_bsTable->GetCount(), 1);
+  EXPECT_EQ(m.Db().m_globalTable->GetPh(0).time, 0U);
+}
+
+TEST_F(AllnewTest, EmptyModelRunsThroughEveryStage) {
+  DTSDB empty;
+  GLOBAL global(0);
+  global.valid = 1;
+  empty.m_globalTable->Add(global);
+  TP run(&empty);
+  EXPECT_EQ(run.tpAllnew(), 1);
+  EXPECT_EQ(empty.m_bsTable->GetSize(), 4);
+  EXPECT_EQ(empty.m_bsTable->GetCount(), 4);
+  EXPECT_EQ(empty.m_islandTable->GetCount(), 0);
+  EXPECT_EQ(run.getAllKVCount(), 0);
+  EXPECT_GT(empty.m_globalTable->GetPh(0).time, 0U);
+}
+
+TEST_F(AllnewTest, VoltageLevelWithoutNodesIsPassedOver) {
+  TwoStations();
+  m.Station("C").Kv("C110", 110);
+  Run();
+  EXPECT_EQ(tp.getAllKVCount(), 2);
+  EXPECT_EQ(tp.getChangedKVCount(), 2);
+  EXPECT_EQ(List(), "- ST:A KV:A220 BS:2 LN2:Li UN:U ST:B KV:B220 BS:3 LN2:Lz LD:D ST:C");
+}
+
+TEST_F(AllnewTest, TwoStationsJoinedByALineMakeOneIsland) {
+  TwoStations();
+  Run();
+  EXPECT_EQ(probe.Ring(), (std::vector{2, 3}));
+  EXPECT_EQ(SectionOf("a"), 2);
+  EXPECT_EQ(SectionOf("b"), 3);
+  EXPECT_EQ(IslandOf("a"), 0);
+  EXPECT_EQ(IslandOf("b"), 0);
+  EXPECT_EQ(List(), "- ST:A KV:A220 BS:2 LN2:Li UN:U ST:B KV:B220 BS:3 LN2:Lz LD:D");
+  EXPECT_EQ(Section(2).name, Id("Li"));
+  EXPECT_EQ(Section(3).name, Id("Lz"));
+  EXPECT_EQ(m.Db().m_bsTable->GetCount(), 6);
+  EXPECT_EQ(m.Db().m_bslTable->GetCount(), m.Db().m_bslTable->GetSize());
+  EXPECT_EQ(m.Db().m_islandTable->GetCount(), 1);
+  EXPECT_EQ(m.Of<UN>("U").ibs, 2);
+  EXPECT_EQ(m.Of<LD>("D").ibs, 3);
+  EXPECT_EQ(m.Of<LN>("L").ibs, 2);
+  EXPECT_EQ(m.Of<LN>("L").izbs, 3);
+  EXPECT_EQ(m.Of<LN>("L").tp_status, 0U);
+  EXPECT_EQ(m.Of<KV>("B220").ibs, 3);
+}
+
+//   A220  a --[B]-- b      no branch: the group is no section,
+//         |         |      both nodes on the head, nothing lives
+//         U         D
+TEST_F(AllnewTest, NodesWithoutABranchAreNoSection) {
+  m.Station("A").Kv("A220").Breaker("B", "A220", "a", "b").Unit("U", "A220", "a").Load("D", "A220", "b");
+  Run();
+  EXPECT_EQ(SectionOf("a"), 0);
+  EXPECT_EQ(SectionOf("b"), 0);
+  EXPECT_EQ(m.Db().m_islandTable->GetCount(), 0);
+  EXPECT_EQ(m.Of<UN>("U").ibs, 0);
+  EXPECT_EQ(m.Of<UN>("U").tp_status & SHUNT_DEAD, SHUNT_DEAD);
+  EXPECT_EQ(m.Of<LD>("D").tp_status & SHUNT_DEAD, SHUNT_DEAD);
+  EXPECT_EQ(m.Of<CB>("B").tp_status, TP_END1_ISOLATED | TP_END2_ISOLATED | TP_BOTH_DEAD);
+}
+
+TEST_F(AllnewTest, VoltageLevelsAreCopiedOnlyIntoEnoughRoom) {
+  TwoStations();
+  Run();
+  int out[2] = {-9, -9};
+  EXPECT_FALSE(tp.getAllKVs(out, 1));
+  EXPECT_FALSE(tp.getChangedKVs(out, 1));
+  EXPECT_EQ(out[0], -9);
+  EXPECT_TRUE(tp.getAllKVs(out, 2));
+  EXPECT_EQ(out[0], Kv("A220"));
+  EXPECT_EQ(out[1], Kv("B220"));
+  out[0] = out[1] = -9;
+  EXPECT_TRUE(tp.getChangedKVs(out, 2));
+  EXPECT_EQ(out[0], Kv("A220"));
+  EXPECT_EQ(out[1], Kv("B220"));
+}
+
+TEST_F(AllnewTest, SectionIsNamedAfterItsLastBus) {
+  TwoStations();
+  m.Bus("M1", "A220", "a").Bus("M2", "A220", "a");
+  Run();
+  EXPECT_EQ(Section(2).name, Id("M2"));
+  EXPECT_EQ(m.Of<BUS>("M1").ibs, 2);
+}
+
+//   A220  a ==DC== b  B220      no AC branch: DC ends give no name, devices do
+//         |        |
+//         U        D
+TEST_F(AllnewTest, SectionWithoutLineOrWindingIsNamedAfterADevice) {
+  m.Station("A").Kv("A220").Station("B").Kv("B220").Unit("U", "A220", "a").Load("D", "B220", "b");
+  m.DcLine("DC", "DV", "A", "B", "A220", "B220", "a", "b");
+  Run();
+  EXPECT_EQ(Section(2).name, Id("U"));
+  EXPECT_EQ(Section(3).name, Id("D"));
+}
+
+//   A220  a ==DC1== b B220      section of a: no device, no AC branch;
+//           ==DC2==             the search runs on to the next level's first section
+TEST_F(AllnewTest, SearchForANameEndsAtTheNextLevelsFirstSection) {
+  m.Station("A").Kv("A220").Station("B").Kv("B220").Unit("U", "B220", "b");
+  m.DcLine("DC1", "DV", "A", "B", "A220", "B220", "a", "b").DcLine("DC2", "DV", "A", "B", "A220", "B220", "a", "b");
+  Run();
+  EXPECT_EQ(Section(SectionOf("a")).name, Id(""));
+  EXPECT_FALSE(Section(SectionOf("a")).name.isNull());
+  EXPECT_EQ(Section(SectionOf("b")).name, Id("U"));
+}
+
+TEST_F(AllnewTest, SecondRunGivesTheSameResults) {
+  TwoStations();
+  Run();
+  const std::string list = List();
+  EXPECT_EQ(tp.tpAllnew(), 1);
+  EXPECT_EQ(List(), list);
+  EXPECT_EQ(m.Db().m_bsTable->GetCount(), 6);
+  EXPECT_EQ(m.Db().m_islandTable->GetCount(), 1);
+}
+
+TEST_F(AllnewTest, FailedRunWritesItsLinesAndLeavesTheTablesEmpty) {
+  TwoStations();
+  ASSERT_TRUE(m.Validate());
+  m.Db().m_rKvNdTable->GetPh(m.Of<ND>("b").r_kv_nd).ikv = -1;  // end 2 of the line now lies in no level
+  m.Of<LN>("L").status |= BranchKind<LN>::open2;
+  int result = 1;
+  const Lines lines = FailureLines([&] { result = tp.tpAllnew(); });
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(lines, (Lines{"TP:failed at (N) in tpBsFragment.\n", "TP:failed at (N) in tpBsBranch.\n",
+                          "TP:failed at (N) in tpBslBuild.\n", "TP:failed at (N) in tpAllnew.\n"}));
+  EXPECT_EQ(m.Db().m_bsTable->GetCount(), 0);
+  EXPECT_EQ(m.Db().m_bslTable->GetCount(), 0);
+}
+
+TEST_F(AllnewTest, NothingRunYetIsAsEmptyAsCanBe) {
+  EXPECT_EQ(tp.getAllKVCount(), 0);
+  EXPECT_EQ(tp.getChangedKVCount(), 0);
+  EXPECT_EQ(tp.tpGetStartNo(), -1);
+  EXPECT_EQ(tp.tpGetEndNo(), -1);
+  EXPECT_EQ(tp.tpBsChanged(), 0);
+  EXPECT_TRUE(tp.getAllKVs(nullptr, 0));
+  EXPECT_TRUE(probe.IsAllnew());
+  EXPECT_EQ(m.Db().m_tplTable->GetSize(), 1000);
+}
+
+TEST_F(AllnewTest, LogRowsShowAsAChange) {
+  m.Put(TPL(0));
+  EXPECT_EQ(tp.tpBsChanged(), 1);
+}
+
+TEST_F(AllnewTest, CopiesShareTheWorkArraysAndReleaseThemOnce) {
+  TwoStations();
+  Run();
+  {
+    TP copy(tp);
+    TP assigned(&m.Db());
+    assigned = copy;
+    EXPECT_EQ(&TpProbe(copy).Section(2), &probe.Section(2));
+    EXPECT_EQ(&TpProbe(assigned).Section(2), &probe.Section(2));
+    TpProbe(copy).Clear();
+    EXPECT_FALSE(TpProbe(copy).HasArrays());
+    EXPECT_EQ(TpProbe(assigned).Section(2).id, 2);
+    EXPECT_EQ(assigned.tpAllnew(), 1);
+    EXPECT_NE(&TpProbe(assigned).Section(2), &probe.Section(2));
+  }
+  EXPECT_EQ(probe.Section(2).id, 2);
+  probe.Clear();
+  probe.Clear();
+  EXPECT_EQ(tp.getAllKVCount(), 0);
+}
+
+TEST_F(AllnewTest, NullModelWarnsAndCountsAsEmpty) {
+  const Lines lines = FailureLines([] {
+    TP none(nullptr);
+    EXPECT_EQ(Printed([&] { EXPECT_EQ(none.tpAllnew(), 1); }), "请首先运行网络校验程序!");
+    EXPECT_EQ(none.tpBsChanged(), 0);
+  });
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_TRUE(lines[0].starts_with("ASSERT: \"pDatabase != 0\" in tp ("));
+}
+
+TEST_F(AllnewTest, ListOfChangedLevelsGrows) {
+  TwoStations();
+  Run();
+  const TP copy(tp);
+  std::vector<int> many(100, Kv("A220"));
+  probe.SetChangedKvs(many);
+  EXPECT_EQ(probe.ChangedKvs(), many);
+  EXPECT_EQ(copy.getChangedKVCount(), 2);
+}
+
+}  // namespace
+}  // namespace dtsdb::test

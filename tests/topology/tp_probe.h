@@ -1,0 +1,89 @@
+/// \file
+/// Reaching the private stages and the state of a TP, for tests.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "topology/tp.h"
+
+namespace dtsdb {
+
+/// A TP's friend. The members are named as the stages are, without the prefix.
+class TpProbe {
+ public:
+  explicit TpProbe(TP& tp) : m_tp(tp) {}
+
+  void Clear() { m_tp.tpClear(); }
+  int ListInsert(int kind, int* cursor) { return m_tp.tpListInsert(kind, cursor); }
+  int ListDelete(int kind, int* cursor) { return m_tp.tpListDelete(kind, cursor); }
+  int NodeInit() { return m_tp.tpNodeInit(); }
+  int NodeSort(bool allnew) { return m_tp.tpNodeSort(allnew); }
+  int LegalBs(int nd, int kv, int end, bool allnew) { return m_tp.tpLegalBs(nd, kv, end, allnew); }
+  int IllegalBs(int nd, int kv, int end, bool allnew) { return m_tp.tpIllegalBs(nd, kv, end, allnew); }
+  int NodeConnect(int kv, int nd, int* bs) { return m_tp.tpNodeConnect(kv, nd, bs); }
+  int BslBuild(bool allnew) { return m_tp.tpBslBuild(allnew); }
+  int BslShunt(int kv, int ref, int nd, int* bs, int kind, unsigned* status, unsigned* tpStatus) {
+    return m_tp.tpBslShunt(kv, ref, nd, bs, kind, status, SHUNT_OFF, SHUNT_ISOLATED, tpStatus, SHUNT_DEAD);
+  }
+  int BslBranch(int kv, int nd, int ref, int kind, int ind, int iznd, int* ibs, int* izbs) {
+    return m_tp.tpBslBranch(kv, nd, ref, kind, ind, iznd, ibs, izbs);
+  }
+  void AssignBsToDouble() { m_tp.tpAssignBsToDouble(); }
+  int BsFragment(int kv, int nd, int* bs, bool open) { return m_tp.tpBsFragment(kv, nd, bs, open); }
+  int BsFragment(int kv, int nd) { return m_tp.tpBsFragment(kv, nd); }
+  int AddBrokenBs(int kv, int nd, int& bs) { return m_tp.tpAddBrokenBs(kv, nd, bs); }
+  int BsNeighbor(int bs, int* un, int* devices, int* count, int* neighbours) {
+    return m_tp.tpBsNeighbor(bs, un, devices, count, neighbours);
+  }
+  int Tpl(int ref, int kind, int status, int oldValue, int newValue, const char* text) {
+    return m_tp.tpTpl(ref, kind, status, oldValue, newValue, text);
+  }
+  int BsSort(bool* changed) { return m_tp.tpBsSort(changed); }
+  int UpdateStatus() { return m_tp.tpUpdateStatus(); }
+  bool FindPassPath(int cb) { return m_tp.tpFindPassPath(cb); }
+
+  /// The entries of the work arrays. The number is in range.
+  BS& Section(int n) { return m_tp.m_bs[n]; }
+  BSL& Entry(int n) { return m_tp.m_bsl[n]; }
+  bool HasArrays() const { return m_tp.m_bs != nullptr; }
+  int SectionCount() const { return m_tp.m_bsSize; }
+  int EntryCount() const { return m_tp.m_bslSize; }
+  GLOBAL& Global() { return m_tp.Global(); }
+
+  void SetAllnew(bool allnew) { m_tp.m_allnew = allnew; }
+  bool IsAllnew() const { return m_tp.m_allnew; }
+  /// Makes `kvs` the voltage levels of the run.
+  void SetChangedKvs(const std::vector<int>& kvs) {
+    m_tp.m_changedKvCount = 0;
+    for (const int kv : kvs) m_tp.AddChangedKv(kv);
+  }
+  std::vector<int> ChangedKvs() const { return {m_tp.m_changedKvs, m_tp.m_changedKvs + m_tp.m_changedKvCount}; }
+
+  /// The sections of the ring through `head` in ring order, without the head.
+  std::vector<int> Ring(int head = 0) {
+    std::vector<int> ring;
+    for (int bs = m_tp.m_bs[head].next; bs != head; bs = m_tp.m_bs[bs].next) ring.push_back(bs);
+    return ring;
+  }
+  /// The free sections in the order of the free list.
+  std::vector<int> FreeSections() {
+    std::vector<int> free;
+    for (int bs = Global().bs_free; bs != -1; bs = m_tp.m_bs[bs].next) free.push_back(bs);
+    return free;
+  }
+  /// Leaves `left` sections in the free list.
+  void KeepFreeSections(int left) {
+    const std::vector<int> free = FreeSections();
+    if (left == 0) {
+      Global().bs_free = -1;
+    } else {
+      m_tp.m_bs[free[static_cast<std::size_t>(left - 1)]].next = -1;
+    }
+  }
+
+ private:
+  TP& m_tp;
+};
+
+}  // namespace dtsdb

@@ -1,0 +1,117 @@
+#include <fmt/format.h>
+
+#include <QDateTime>
+#include <algorithm>
+
+#include "tools/catalog.h"
+#include "tools/commands.h"
+#include "tools/failure.h"
+#include "tools/field_text.h"
+#include "tools/model_io.h"
+#include "tools/validation_run.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct InfoOptions {
+  std::string model;
+  std::string fields;
+  Format format = Format::Text;
+};
+
+constexpr const char* kFooter =
+    "Slots are the places of a table; some may be free.\n\n"
+    "Examples:\n"
+    "  dtsdb info examples/ieee14\n"
+    "  dtsdb info --fields CB";
+
+std::string TimeText(u32 seconds) {
+  return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(Qt::ISODate).toStdString();
+}
+
+std::string Verdict(DTSDB& database) {
+  if (database.m_globalTable->GetCount() == 0) return "not validated";
+  if (IsMarkedGood(database)) return "good";
+  const int errors = ErrorCount(database);
+  return errors == 0 ? "not validated" : fmt::format("not good, {} errors at the last validation", errors);
+}
+
+/// A time out of GLOBAL, an empty cell for one that was never set.
+Cell GlobalTime(DTSDB& database, u32 GLOBAL::*time) {
+  if (database.m_globalTable->GetCount() == 0) return {};
+  const u32 seconds = (*database.m_globalTable)[0].*time;
+  return seconds == 0 ? Cell() : Cell(TimeText(seconds));
+}
+
+void AddLine(Report& report, const std::string& name, const Cell& value) {
+  report.Fact(name, value);
+  const auto* const text = std::get_if<std::string>(&value);
+  std::string title = name;
+  std::replace(title.begin(), title.end(), '_', ' ');
+  if (text != nullptr) report.Line(fmt::format("{:<14}{}", title + ":", *text));
+}
+
+Report ModelInfo(const std::string& model, DTSDB& database) {
+  Report report;
+  AddLine(report, "model", model);
+  AddLine(report, "form", FormOfModel(model) == ModelForm::TextTables ? "folder of text tables" : "object file");
+  AddLine(report, "verdict", Verdict(database));
+  AddLine(report, "validated", GlobalTime(database, &GLOBAL::check_time));
+  AddLine(report, "topology", GlobalTime(database, &GLOBAL::time));
+  Sheet& sheet = report.Add(Sheet("tables", "Tables", {"table", "records", "slots", "meaning"}));
+  int place = 0;
+  ForEachTable(database, [&](auto& table) {
+    using T = RecordClass<decltype(table)>;
+    const char* const meaning = TableMeaning(place++);
+    if (table.GetSize() == 0) return;
+    sheet.Add({T::kTableName, NumberCell(table.GetCount()), NumberCell(table.GetSize()), meaning});
+  });
+  const auto empty = TableNames().size() - sheet.Rows().size();
+  if (empty > 0) report.Line(fmt::format("The other {} tables are empty.", empty));
+  return report;
+}
+
+Report FieldInfo(int place) {
+  Report report;
+  DTSDB database;
+  report.Line(fmt::format("{}: {}", TableNames()[static_cast<std::size_t>(place)], TableMeaning(place)));
+  Sheet& sheet = report.Add(Sheet("fields", "Fields", {"field", "type", "default", "meaning"}));
+  VisitTable(database, place, [&sheet](auto& table) {
+    using T = RecordClass<decltype(table)>;
+    const T defaults;
+    T::ForEachField([&](const auto& field) {
+      using Value = typename std::decay_t<decltype(field)>::ValueType;
+      sheet.Add({field.name, TypeName<Value>(), FieldCell(defaults.*field.member), field.meaning});
+    });
+  });
+  return report;
+}
+
+int Info(const InfoOptions& options) {
+  if (options.model.empty() == options.fields.empty()) {
+    throw Failure(EXIT_USAGE, "info takes either a MODEL or --fields TABLE");
+  }
+  if (!options.fields.empty()) {
+    WriteReport(FieldInfo(NamedTable(options.fields)), options.format);
+    return EXIT_GOOD;
+  }
+  DTSDB database = LoadModel(options.model);
+  WriteReport(ModelInfo(options.model, database), options.format);
+  return EXIT_GOOD;
+}
+
+}  // namespace
+
+void AddInfo(CLI::App& app, Action& action) {
+  AddCommand<InfoOptions>(
+      app, action, "info", "Tell what a model holds, or what the fields of a table mean",
+      [](CLI::App& command, InfoOptions& options) {
+        AddModelArgument(command, options.model);
+        command.add_option("--fields", options.fields, "Describe the fields of this table")->option_text("TABLE");
+        AddFormatOption(command, options.format);
+        command.footer(kFooter);
+      },
+      Info);
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,96 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "model/text.h"
+#include "tools/catalog.h"
+#include "tools/commands.h"
+#include "tools/failure.h"
+#include "tools/field_text.h"
+#include "tools/model_io.h"
+#include "tools/validation_run.h"
+#include "validation/nmd.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct ValidateOptions {
+  std::string model;
+  std::string output;
+  Format format = Format::Text;
+};
+
+constexpr const char* kFooter =
+    "Leaves the log nmd.log in the current folder. The model is written with -o only when it is good.\n"
+    "Exit code 0: the model is good; 1: it has errors. Warnings don't count.\n\n"
+    "Examples:\n"
+    "  dtsdb validate examples/ieee14\n"
+    "  dtsdb validate grid.obj -o checked.obj\n"
+    "  dtsdb validate grid.obj --format json";
+
+const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+
+std::string TableName(TableKind kind) {
+  return kind == KIND_NONE ? "" : TableNames()[static_cast<std::size_t>(kind) - 1];
+}
+
+/// The findings about records; the notices tell only that a run began and ended.
+Sheet FindingSheet(const NMD& nmd) {
+  Sheet sheet("findings", "Findings", {"severity", "table", "identity", "field", "text"});
+  for (const Finding& finding : nmd.Findings()) {
+    if (finding.severity == Severity::kNotice) continue;
+    const Cell field = finding.field != nullptr ? Cell(std::string(finding.field)) : Cell();
+    sheet.Add({SeverityName(finding.severity), TableName(finding.table), IdText(finding.id), field,
+               finding.text.trimmed().toStdString()});
+  }
+  return sheet;
+}
+
+long long Count(const NMD& nmd, Severity severity) {
+  const auto& findings = nmd.Findings();
+  return std::count_if(findings.begin(), findings.end(), [=](const Finding& f) { return f.severity == severity; });
+}
+
+std::string Counted(long long number, const std::string& noun) {
+  return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
+}
+
+int Validate(const ValidateOptions& options) {
+  DTSDB database = LoadModel(options.model);
+  NMD nmd(&database);
+  const bool finished = nmd.DetectAll();
+  const bool good = finished && IsMarkedGood(database);
+  const long long errors = Count(nmd, Severity::kError);
+  const long long warnings = Count(nmd, Severity::kWarning);
+  if (good && !options.output.empty()) SaveModel(database, options.output);
+
+  Report report;
+  report.Fact("good", good);
+  report.Fact("errors", NumberCell(errors));
+  report.Fact("warnings", NumberCell(warnings));
+  report.Add(FindingSheet(nmd));
+  report.Line("");
+  report.Line(fmt::format("{}: the model is {}good: {}, {}.", options.model, good ? "" : "not ",
+                          Counted(errors, "error"), Counted(warnings, "warning")));
+  WriteReport(report, options.format);
+
+  if (!finished) WriteMessage("the validation can't be finished: " + nmd.GetLastError().trimmed().toStdString());
+  if (!good && !options.output.empty()) WriteMessage(options.output + " isn't written, since the model is not good");
+  return good ? EXIT_GOOD : EXIT_FAULTS;
+}
+
+}  // namespace
+
+void AddValidate(CLI::App& app, Action& action) {
+  AddCommand<ValidateOptions>(
+      app, action, "validate", "Check a model and list its faults",
+      [](CLI::App& command, ValidateOptions& options) {
+        AddModelArgument(command, options.model)->required();
+        AddOutputOption(command, options.output, "Write the validated model to OUT when it is good");
+        AddFormatOption(command, options.format);
+        command.footer(kFooter);
+      },
+      Validate);
+}
+
+}  // namespace dtsdb::tools

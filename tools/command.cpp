@@ -1,0 +1,118 @@
+#include <QString>
+#include <QStringConverter>
+#include <algorithm>
+#include <map>
+
+#include "model/text.h"
+#include "tools/commands.h"
+#include "tools/failure.h"
+#include "tools/nearest.h"
+#include "tools/text_layout.h"
+
+namespace dtsdb::tools {
+namespace {
+
+constexpr const char* kPurpose =
+    "dtsdb - the network model of a power-system control centre: validation, topology, conversion.";
+
+constexpr const char* kFooter =
+    "A MODEL is an object file or a folder of text tables (one CSV file a table).\n"
+    "Results go to the standard output, messages to the standard error.\n"
+    "Exit codes: 0 good, 1 the model has faults or the models differ, 2 wrong usage, 3 a file can't be read or "
+    "written.\n"
+    "'dtsdb COMMAND --help' tells more about a command.";
+
+constexpr const char* kSeeHelp = "; 'dtsdb --help' tells how to call it";
+
+void Describe(CLI::App& app, Action& action) {
+  app.footer(kFooter);
+  app.require_subcommand(1);
+  app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
+  app.get_formatter()->column_width(28);
+  for (const auto add : {AddValidate, AddTopology, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff})
+    add(app, action);
+}
+
+/// Refuses a first word that is no subcommand.
+void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
+  const std::string word = argc > 1 ? argv[1] : "";
+  if (word.empty() || word.front() == '-') return;
+  std::vector<std::string> known;
+  for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; }))
+    known.push_back(command->get_name());
+  if (std::find(known.begin(), known.end(), word) != known.end()) return;
+  const std::string meant = DidYouMean(word, known);
+  throw Failure(EXIT_USAGE, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
+}
+
+/// Runs `app` on the command line. Help and version are printed as CLI11 does it.
+int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
+  CheckSubcommand(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+    return EXIT_GOOD;
+  } catch (const CLI::Success& wanted) {
+    app.exit(wanted);
+    return EXIT_GOOD;
+  } catch (const CLI::ParseError& error) {
+    throw Failure(EXIT_USAGE, error.what() + std::string(kSeeHelp));
+  }
+}
+
+}  // namespace
+
+CLI::Option* AddModelArgument(CLI::App& command, std::string& model, const std::string& name) {
+  return AddArgument(command, name, model, "Object file or folder of text tables");
+}
+
+CLI::Option* AddArgument(CLI::App& command, const std::string& name, std::string& value, const std::string& what) {
+  return command.add_option(name, value, what)->option_text(" ");  // in place of "TEXT REQUIRED"
+}
+
+void AddFormatOption(CLI::App& command, Format& format) {
+  static const std::map<std::string, Format> formats = {
+      {"text", Format::Text}, {"json", Format::Json}, {"csv", Format::Csv}};
+  const auto choose = [&format](const std::string& name) { format = formats.at(name); };
+  AddChoice(command, "--format", choose, {"text", "json", "csv"},
+            "text for people (default), json or csv for programs, in UTF-8");
+}
+
+void AddChoice(CLI::App& command, const std::string& name, const std::function<void(const std::string&)>& choose,
+               const std::vector<std::string>& choices, const std::string& what) {
+  command.add_option_function<std::string>(name, choose, what)
+      ->check(CLI::IsMember(choices))
+      ->option_text(CLI::detail::join(choices, "|"));
+}
+
+void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets) {
+  command.add_option("--sheet", sheet, "Only this part of the result: " + sheets)->option_text("NAME");
+}
+
+void AddOutputOption(CLI::App& command, std::string& output, const std::string& what) {
+  command.add_option("-o,--output", output, what)->option_text("OUT");
+}
+
+std::string ArgumentText(const std::string& argument) {
+  QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+  const QString text = utf8(QByteArrayView(argument.data(), static_cast<qsizetype>(argument.size())));
+  if (!utf8.hasError()) return argument;
+  return TextFromId(IdFromBytes(QByteArray::fromStdString(argument))).toStdString();
+}
+
+int RunCommand(int argc, const char* const* argv) {
+  try {
+    CLI::App app(kPurpose, "dtsdb");
+    Action action;
+    Describe(app, action);
+    const int code = ReadCommandLine(app, argc, argv);
+    return action ? action() : code;
+  } catch (const Failure& failure) {
+    WriteMessage(failure.what());
+    return failure.Code();
+  } catch (const std::exception& error) {
+    WriteMessage(std::string("ended unexpectedly: ") + error.what());
+    return EXIT_FILE;
+  }
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,3 @@
+#include "tools/commands.h"
+
+int main(int argc, char** argv) { return dtsdb::tools::RunCommand(argc, argv); }

@@ -1,0 +1,28 @@
+/// \file
+/// Models by the path that a user gives: object files and folders of text tables.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "model/dtsdb.h"
+
+namespace dtsdb::tools {
+
+enum class ModelForm { ObjectFile, TextTables };
+
+/// The form of the model that stands at `path`: a folder holds text tables, anything else is an object file.
+ModelForm FormOfModel(const std::string& path);
+
+/// The form in which a model is to be written to `path` when the user doesn't say: text tables to a folder that
+/// exists, a name that ends in '/' and a name without extension; an object file to any other.
+ModelForm FormOfOutput(const std::string& path);
+
+/// Reads a model. Throws Failure with one line that says what is wrong and where.
+DTSDB LoadModel(const std::string& path);
+
+/// Writes a model, in the form of FormOfOutput unless `form` says otherwise. Throws Failure, and leaves what stood
+/// there, when that can't be done.
+void SaveModel(DTSDB& database, const std::string& path, std::optional<ModelForm> form = std::nullopt);
+
+}  // namespace dtsdb::tools

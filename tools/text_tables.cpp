@@ -1,0 +1,104 @@
+#include "tools/text_tables.h"
+
+#include <QString>
+#include <filesystem>
+#include <set>
+#include <system_error>
+
+#include "tools/catalog.h"
+#include "tools/files.h"
+#include "tools/nearest.h"
+#include "tools/text_table_file.h"
+
+namespace fs = std::filesystem;
+
+namespace dtsdb::tools {
+namespace {
+
+constexpr const char* kSuffix = ".csv";
+
+/// What stands in a folder of text tables.
+struct Listing {
+  std::set<std::string> tables;   // file names of text tables
+  std::set<std::string> unknown;  // file names that end like a text table's and name no table
+  std::set<std::string> others;   // everything else
+};
+
+bool EndsLikeTable(const fs::path& name) {
+  return QString::fromStdString(name.extension().string()).toLower() == QLatin1String(kSuffix);
+}
+
+Listing List(const fs::path& folder) {
+  Listing listing;
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const fs::path name = entry->path().filename();
+    if (name.extension() == kSuffix && TablePlace(name.stem().string()) != -1) {
+      listing.tables.insert(name.string());
+    } else if (EndsLikeTable(name)) {
+      listing.unknown.insert(name.string());
+    } else {
+      listing.others.insert(name.string());
+    }
+  }
+  if (error) RefuseFile(folder, "can't be read: " + error.message());
+  return listing;
+}
+
+[[noreturn]] void RefuseUnknownTable(const fs::path& folder, const std::string& name) {
+  std::vector<std::string> known;
+  for (const std::string& table : TableNames()) known.push_back(table + kSuffix);
+  RefuseFile(folder / name, "there is no table of this name" + DidYouMean(name, known));
+}
+
+/// The folder that is to be written, without links; it may not exist yet.
+fs::path Resolved(const std::string& folder) {
+  std::error_code error;
+  fs::path path = fs::weakly_canonical(folder, error);
+  if (error) RefuseFile(folder, "can't be written: " + error.message());
+  return path.has_filename() ? path : path.parent_path();
+}
+
+/// Refuses to replace anything but a folder with nothing but text tables in it.
+void CheckReplaceable(const std::string& folder, const fs::path& target) {
+  std::error_code error;
+  if (!fs::exists(target, error)) return;
+  if (!fs::is_directory(target, error)) RefuseFile(folder, "isn't replaced: it is a file, not a folder");
+  const Listing listing = List(target);
+  for (const auto* names : {&listing.unknown, &listing.others}) {
+    if (!names->empty()) {
+      RefuseFile(folder, "isn't replaced: it holds " + Quoted(*names->begin()) + ", which is no text table");
+    }
+  }
+}
+
+}  // namespace
+
+void ReadTextTables(const std::string& folder, DTSDB& database) {
+  const Listing listing = List(folder);
+  if (!listing.unknown.empty()) RefuseUnknownTable(folder, *listing.unknown.begin());
+  if (listing.tables.empty() && !listing.others.empty()) {
+    RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
+  }
+  ForEachTable(database, [&](auto& table) {
+    using T = RecordClass<decltype(table)>;
+    const std::string name = T::kTableName + std::string(kSuffix);
+    if (listing.tables.count(name) == 0) return;
+    const fs::path path = fs::path(folder) / name;
+    ReadTextTable(path.string(), ReadFile(path), table);
+  });
+}
+
+void WriteTextTables(DTSDB& database, const std::string& folder) {
+  const fs::path target = Resolved(folder);
+  CheckReplaceable(folder, target);
+  SiblingFolder written(target);
+  ForEachTable(database, [&](auto& table) {
+    using T = RecordClass<decltype(table)>;
+    if (table.GetCount() > 0) WriteFile(written.Path() / (T::kTableName + std::string(kSuffix)), TextTable(table));
+  });
+  written.TakePlaceOf(target);
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,20 @@
+/// \file
+/// Models as folders of text tables: one CSV file for each table that has records (docs/text-tables.md).
+#pragma once
+
+#include <string>
+
+#include "model/dtsdb.h"
+
+namespace dtsdb::tools {
+
+/// Reads the text tables in `folder` into `database`, whose tables must be empty. Every record becomes one of its
+/// table; slots are numbered in the order of the keys. Throws Failure, with file, row and column, at the first thing
+/// that is wrong; the database is then half filled and good for nothing.
+void ReadTextTables(const std::string& folder, DTSDB& database);
+
+/// Writes the records of `database` as text tables to `folder`, made anew or put in place of a folder that holds
+/// nothing but text tables. Throws Failure, and leaves everything as it was, when that can't be done.
+void WriteTextTables(DTSDB& database, const std::string& folder);
+
+}  // namespace dtsdb::tools

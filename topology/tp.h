@@ -1,0 +1,235 @@
+/// \file
+/// The topology processor: from breaker and device states to bus sections, islands and live or dead equipment.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "model/dtsdb.h"
+#include "model/record_bits.h"
+#include "topology/work_list.h"
+
+namespace dtsdb {
+
+class IslandRing;
+
+/// Works out the electrical topology of a validated model.
+///
+/// A TP stands on a DTSDB, which it does not own and which must outlive it. tpAllnew writes its results into the
+/// tables BS, BSL, ISLAND and GLOBAL and into the section and status fields of nodes, buses, devices, branches and
+/// breakers; docs/topology.md describes them. Between runs a TP keeps its two work arrays.
+///
+/// Copying or assigning a TP shares the tables and the work arrays; an array goes with the last TP that uses it.
+/// After a run that failed the results are as far as the run came: only another tpAllnew puts them right. No call
+/// throws. One thread at a time may use a TP and the DTSDB under it.
+class TP {
+ public:
+  /// Takes the 46 tables of `pDatabase`. On a null pointer one warning is written and the TP works on an empty
+  /// model of its own.
+  explicit TP(DTSDB* pDatabase);
+  TP(const TP&) = default;
+  TP& operator=(const TP&) = default;
+  virtual ~TP();
+
+  /// Works out everything from nothing. Gives 1, or 0 when a stage failed; each failing level has then written
+  /// one line through qDebug. On a model that was not validated, or not with success, writes one line on the
+  /// standard output, changes nothing and gives 1.
+  int tpAllnew();
+
+  /// Gives each live island a reference: a unit marked as one, else the section of a load marked as one, else the
+  /// unit with the greatest margin. Goes by the stored BS and ISLAND tables. Gives the number of islands whose
+  /// reference it had to choose itself; 0 with one line on the standard output when there is no live island.
+  int tpSetRefUN();
+
+  /// Loads what a run works on from the realtime database (docs/realtime-exchange.md), in one transaction. A breaker
+  /// that another program has marked as read open is open in the model. Always 1.
+  int tpReadFastdb(dbDatabase* db);
+  /// Stores the results of tpAllnew and commits. Of loads, units, buses and sections that exist only the topology's
+  /// own columns are written. Always 1.
+  int tpWriteFastdb(dbDatabase* db);
+
+  /// Number of voltage levels with at least one node.
+  int getAllKVCount() const { return m_allKvCount; }
+  /// Number of voltage levels that the last run processed.
+  int getChangedKVCount() const { return m_changedKvCount; }
+  /// Copies the physical numbers of the voltage levels with nodes to `out`, in list order. False, and `out`
+  /// untouched, when `size` is below getAllKVCount().
+  bool getAllKVs(int* out, int size) const;
+  /// The same for the voltage levels of the last run.
+  bool getChangedKVs(int* out, int size) const;
+  /// 1 if the last run logged anything in the TPL table, else 0.
+  int tpBsChanged() const;
+  /// First number given to the stored log rows, -1 for none.
+  int tpGetStartNo() const { return m_startNo; }
+  /// Last number given to the stored log rows, -1 for none.
+  int tpGetEndNo() const { return m_endNo; }
+
+ private:
+  friend class TpProbe;
+
+  /// So many neighbours of one section the caller of tpBsNeighbor has room for; the walk fails from there on.
+  static constexpr int kMaxNeighbours = 100;
+
+  // The stages and what they stand on. All give 1 for success and 0 for failure unless they say otherwise.
+
+  // State (tp.cpp)
+  void tpClear();
+  void tpInit();
+  int tpListInsert(int kind, int* cursor);
+  int tpListDelete(int kind, int* cursor);
+
+  // Node pass (node_pass.cpp)
+  int tpNodeInit();
+  int tpNodeSort(bool allnew);
+  int tpLegalBs(int nd, int kv, int end, bool allnew);
+  int tpIllegalBs(int nd, int kv, int end, bool allnew);
+  int tpNodeConnect(int kv, int nd, int* bs);
+
+  // Bus-section list (section_list.cpp)
+  int tpBslBuild(bool allnew);
+  int tpBsBranch(int kv, int nd, unsigned* endFlags, int endBit, int ind, int iznd, unsigned* status, int outBit,
+                 int open1Bit, int open2Bit, unsigned* tpStatus, int iso1Bit, int iso2Bit, int bothBit, int* ibs,
+                 int* izbs);
+  void tpAssignBsToDouble();
+  int tpBslShunt(int kv, int ref, int nd, int* bs, int kind, unsigned* status, int offBit, int isoBit,
+                 unsigned* tpStatus, int deadBit);
+  int tpBslBranch(int kv, int nd, int ref, int kind, int ind, int iznd, int* ibs, int* izbs);
+
+  // Fragments, neighbours, run log (fragments.cpp)
+  int tpBsFragment(int kv, int nd, int* bs, bool open);
+  int tpBsFragment(int kv, int nd);
+  int tpAddBrokenBs(int kv, int nd, int& bs);
+  int tpBsNeighbor(int bs, int* un, int* devices, int* count, int* neighbours);
+  int tpTpl(int ref, int kind, int status, int oldValue, int newValue, const char* text);
+
+  // Islands (islands.cpp)
+  int tpBsSort(bool* changed);
+  int tpUpdateStatus();
+  bool tpFindPassPath(int cb);
+
+  // Realtime database (fastdb.cpp)
+  bool WriteBSToFastdb(dbDatabase* db);
+  bool WriteLDToFastdb(dbDatabase* db);
+  bool WriteUNToFastdb(dbDatabase* db);
+  bool WriteBUSToFastdb(dbDatabase* db);
+  DTSDB& Model() const { return m_pDatabase != nullptr ? *m_pDatabase : *m_emptyModel; }
+
+  // What the stages share (walks in topology/walks.h).
+
+  GLOBAL& Global() const { return m_globalTable->GetPh(0); }
+  WorkList<BS> Sections() const { return {m_bs, m_bsSize}; }
+  WorkList<BSL> Entries() const { return {m_bsl, m_bslSize}; }
+  BS& Section(int bs) const { return Sections()[bs]; }
+  ND& Node(int nd) const { return m_ndTable->GetPh(nd); }
+  template <class T>
+  tTable<T>& Table() const;
+
+  template <class Visit>
+  bool ForEachNode(int kv, Visit visit) const;
+  template <class Visit>
+  void ForEachBreaker(int nd, Visit visit) const;
+  template <class Joins, class Visit>
+  void GrowGroup(int first, Joins joins, Visit visit) const;
+  template <class Visit>
+  bool ForEachInGroup(int first, Visit visit) const;
+  template <class... Branches, class Visit>
+  bool ForEachEnd(int nd, Visit visit) const;
+  template <class Branch, class Visit>
+  bool ForEachEndOf(int nd, Visit visit) const;
+
+  int KvOfNode(int nd) const { return m_rKvNdTable->GetPh(Node(nd).r_kv_nd).ikv; }
+  int EndOfKv(int kv) const;
+  bool RecordMove(int nd, int newBs, int oldBs, int kv);
+  void AddChangedKv(int kv);
+
+  // Of tpAllnew
+  void ResetSections();
+  void ResetEntries();
+  bool BuildSkeleton();
+  bool RunStages();
+  void ListKv(int kv, int* cursor);
+  bool NameAndStoreSections();
+  void NameSections();
+  void NameByEquipment(BS& section) const;
+  int UsedSectionCount() const;
+
+  // Of the node pass
+  int& MarkedNodes(int bs);
+  int UnlinkSectionFor(int nd);
+  void Claim(int bs);
+  int FirstReached(int kv) const;
+  bool SortKv(int kv, int* givenBack, bool allnew);
+  void MarkNodes(int kv);
+  bool SetSectionsAside(int kv, int end, int* givenBack);
+  bool MoveToSection(int nd, int bs, int kv, bool allnew);
+
+  // Of the bus-section list
+  struct BranchSide;
+  BranchSide SideOf(int kv, int nd, int* bs, bool open, bool out) const;
+  bool AdjustFragments(const BranchSide& near, const BranchSide& far);
+  bool WorkOutBranchEnds(int kv);
+  bool ClearStretch(int kv);
+  bool ListSections(int kv);
+  template <class Row>
+  bool ListShunts(int kv);
+  bool ListBranchEnds(int kv);
+  bool Hang(int bs, int kind, int ref);
+
+  // Of the fragments
+  bool MakeFragment(int kv, u32 bits, int* bs);
+  void GiveBack(int bs);
+  bool ToggleGroupFragment(int kv, int nd, int* bs);
+  bool RecordFragmentMove(int nd, int newBs, int oldBs, int kv);
+  template <class Branch>
+  int FarSection(int end, int bs) const;
+
+  // Of the islands
+  bool GatherIsland(IslandRing& ring, int seed, int* un);
+  bool MakeLive(const IslandRing& ring, int seed, std::vector<bool>& listedKvs, bool* changed);
+  bool MakeDead(const IslandRing& ring, int seed, std::vector<bool>& listedKvs);
+  bool LogSwitch(int bs, const char* event, std::vector<bool>& listedKvs);
+  bool UpdateBuses();
+  template <class Device>
+  void UpdateShunts();
+  template <class Branch>
+  void UpdateBranches();
+  void UpdateBreakers();
+  bool IsDead(int bs) const { return Section(bs).island < 0; }
+  bool IsIsolated(int bs) const { return Section(bs).status & BS_ISOLATED; }
+
+  // Of the references
+  ISLAND* IslandWithoutReference(int bs) const;
+  int ChooseReferences();
+  int IslandOf(int bs) const { return m_bsTable->GetPh(bs).island; }
+
+  DTSDB* m_pDatabase = nullptr;
+  int* m_changedKvs = nullptr;
+  int m_changedKvCount = 0;
+  int* m_allKvs = nullptr;
+  int m_allKvCount = 0;
+  int m_startNo = -1;
+  int m_endNo = -1;
+  bool m_allnew = true;
+  BS* m_bs = nullptr;
+  BSL* m_bsl = nullptr;
+#define DTSDB_TOPOLOGY_TABLE(T, table, key, meaning) tTable<T>* table = nullptr;
+  DTSDB_TABLES(DTSDB_TOPOLOGY_TABLE)
+#undef DTSDB_TOPOLOGY_TABLE
+
+  /// What m_bs, m_bsl and m_allKvs point into, and what is kept beside them.
+  struct WorkArrays {
+    std::vector<BS> bs;
+    std::vector<BSL> bsl;
+    std::vector<int> allKvs;
+    std::vector<int> placeOfKv;    ///< by KV number: the place in m_allKvs, -1 for none
+    std::vector<int> markedNodes;  ///< by base section: how many nodes of the KV being sorted still carry ND_MARK
+  };
+  std::shared_ptr<WorkArrays> m_work;
+  /// What m_changedKvs points into. Apart, since it grows: a copy keeps the list that it had.
+  std::shared_ptr<std::vector<int>> m_changedKvsOwner;
+  int m_bsSize = 0;
+  int m_bslSize = 0;
+  std::shared_ptr<DTSDB> m_emptyModel;
+};
+
+}  // namespace dtsdb

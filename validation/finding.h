@@ -1,0 +1,23 @@
+/// \file
+/// What a validation run finds.
+#pragma once
+
+#include <QString>
+
+#include "model/records.h"
+
+namespace dtsdb {
+
+/// How much a finding weighs. Only errors count: a model without errors is good.
+enum class Severity { kError, kWarning, kNotice };
+
+/// One finding of a validation run. The line in "nmd.log" is its `text`, stamped, in GBK.
+struct Finding {
+  Severity severity = Severity::kNotice;
+  TableKind table = KIND_NONE;  ///< table of the record concerned; none for what concerns the run as a whole
+  QString id;                   ///< identity of the record, raw bytes; empty where the text names none
+  const char* field = nullptr;  ///< name of the field concerned, a literal; null for the record as a whole
+  QString text;                 ///< the whole message as real text, without stamp
+};
+
+}  // namespace dtsdb

@@ -1,0 +1,104 @@
+/// \file
+/// The lines between stations, alternating and direct current: here station tree and node graph must agree.
+#include <cmath>
+
+#include "validation/row_checks.h"
+
+namespace dtsdb {
+namespace {
+
+/// How the two kinds of line differ.
+template <class Line>
+struct LineKind;
+
+template <>
+struct LineKind<LN> {
+  using Row = R_DV_LN;
+  static constexpr const char* endsFull = full::kLineEnds;
+  static constexpr Message inOtherStation = message::kLineInOtherStation;
+  static constexpr u32 districtOfToEnd = LN_DISTRICT_OF_TO_END;
+  static constexpr bool hasOneVoltage = true;
+};
+
+template <>
+struct LineKind<DLN> {
+  using Row = R_DV_DLN;
+  static constexpr const char* endsFull = full::kDcLineEnds;
+  static constexpr Message inOtherStation = message::kDcLineInOtherStation;
+  static constexpr u32 districtOfToEnd = DLN_DISTRICT_OF_TO_END;
+  static constexpr bool hasOneVoltage = false;  // converters join any two voltages
+};
+
+template <class Line>
+constexpr Required<Line> kRequired[] = {{&Line::st, message::kNoFromStation}, {&Line::zst, message::kNoToStation}};
+
+template <class Line>
+constexpr Measurement<Line> kMeasurements[] = {
+    {&Line::ana_p, &Line::iana_p, message::kNoFromP}, {&Line::ana_q, &Line::iana_q, message::kNoFromQ},
+    {&Line::ana_i, &Line::iana_i, message::kNoFromI}, {&Line::zana_p, &Line::izana_p, message::kNoToP},
+    {&Line::zana_q, &Line::izana_q, message::kNoToQ}, {&Line::zana_i, &Line::izana_i, message::kNoToI}};
+
+constexpr Answer kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel},
+                                      {INSERT_NO_LEVEL, message::kLineFromLevelNotThere}};
+constexpr Answer kToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineToNodeInOtherLevel},
+                                    {INSERT_NO_LEVEL, message::kLineToLevelNotThere}};
+constexpr Answers kFromNode = {full::kBranchNodes, kFromNodeFaults};
+constexpr Answers kToNode = {full::kBranchNodes, kToNodeFaults};
+
+// In a run the nodes exist: they were made a step earlier.
+template <class Line>
+constexpr Answer kEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes},
+                                  {INSERT_NO_FROM_NODE, message::kLineFromNodeNotThere},
+                                  {INSERT_NO_TO_NODE, message::kLineToNodeNotThere},
+                                  {INSERT_OTHER_STATION, LineKind<Line>::inOtherStation}};
+
+}  // namespace
+
+/// The district of the station named `st`, -1 when it has none.
+int NMD::DistrictOfStation(const QString& st) {
+  const int row = m_stTable->GetPh(m_stTable->Find(ST(st))).r_dv_st;
+  return row == -1 ? -1 : m_rDvStTable->GetPh(row).idv;
+}
+
+/// The district is looked at only when the nodes have been made: a line without one leaves its nodes behind.
+template <class Line>
+bool NMD::CheckLine(Line& line, int number) {
+  using Kind = LineKind<Line>;
+  using Ends = BranchKind<Line>;
+  using Row = typename Kind::Row;
+  if (!IsNamed(line) || !IsFilled(line, kRequired<Line>)) return true;
+  FindMeasurements(line, kMeasurements<Line>);
+
+  Outcome outcome = InsertNodes(line, line.kv, line.zkv, kFromNode, kToNode);
+  if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
+  if (!IsLinked<Row>(line)) return true;
+  const int district = Table<Row>().GetPh(line.*Relation<Row>::own).idv;
+
+  const int result = BranchInsert(line.st, line.zst, line.nd, line.znd, &line.ind, &line.iznd, &(line.*Ends::fromEnd),
+                                  &(line.*Ends::toEnd), KindOf<typename Ends::End>, number, line.id);
+  outcome = Judge(line, result, {Kind::endsFull, kEndsFaults<Line>});
+  if (outcome == Outcome::kGoOn) CheckLineEnds(line, district);
+  return outcome != Outcome::kTableFull;
+}
+
+/// What the stations and levels at the two ends of a line in `district` say about it.
+template <class Line>
+void NMD::CheckLineEnds(Line& line, int district) {
+  using Kind = LineKind<Line>;
+  const int fromDistrict = DistrictOfStation(line.st);
+  const int toDistrict = DistrictOfStation(line.zst);
+  if (district != fromDistrict && district != toDistrict) Report(line, message::kLineInOtherDistrict);
+  line.status &= ~Kind::districtOfToEnd;
+  if (district == toDistrict && district != fromDistrict) line.status |= Kind::districtOfToEnd;
+
+  if constexpr (Kind::hasOneVoltage) {  // a level whose base voltage is 0 isn't compared
+    const f32 from = m_kvTable->GetPh(LevelOfNode(line.ind)).vbase;
+    const f32 to = m_kvTable->GetPh(LevelOfNode(line.iznd)).vbase;
+    if (from != to && std::fabs(from) > 0.0F && std::fabs(to) > 0.0F) Report(line, message::kLineOfTwoVoltages);
+  }
+}
+
+bool NMD::DetectDV_DLN() { return LinkPass<R_DV_DLN>() && CheckRows(&NMD::CheckLine<DLN>); }
+bool NMD::DetectDV_LN() { return LinkPass<R_DV_LN>() && CheckRows(&NMD::CheckLine<LN>); }
+
+}  // namespace dtsdb
