@@ -30,7 +30,7 @@ constexpr std::array<const char*, 17> kErrorWords = {
 
 bool IsFile(const std::string& path) {
   struct stat about {};
-  return ::stat(path.c_str(), &about) == 0;
+  return ::stat(path.c_str(), &about) == 0 && S_ISREG(about.st_mode);
 }
 
 /// NAME.fdb, or NAME where only that exists.

@@ -14,13 +14,15 @@ struct ConvertOptions {
 };
 
 constexpr const char* kFooter =
+    "rtdb:NAME as OUT updates the realtime database NAME.fdb, or makes it.\n"
     "Without --to, OUT becomes a folder of text tables when it is an existing folder, ends in '/' or has no "
     "extension,\n"
     "and an object file otherwise. A folder is replaced only when it holds nothing but text tables.\n\n"
     "Examples:\n"
     "  dtsdb convert examples/ieee14 grid.obj\n"
     "  dtsdb convert grid.obj tables/\n"
-    "  dtsdb convert --to object tables grid";
+    "  dtsdb convert --to object tables grid\n"
+    "  dtsdb convert rtdb:grid grid.obj";
 
 int Convert(const ConvertOptions& options) {
   DTSDB database = LoadModel(options.model);
@@ -32,7 +34,7 @@ int Convert(const ConvertOptions& options) {
 
 void AddConvert(CLI::App& app, Action& action) {
   AddCommand<ConvertOptions>(
-      app, action, "convert", "Turn a model into the other form, or copy it",
+      app, action, "convert", "Turn a model into another form, or copy it",
       [](CLI::App& command, ConvertOptions& options) {
         AddModelArgument(command, options.model)->required();
         AddArgument(command, "OUT", options.output, "Where the model is written")->required();

@@ -45,25 +45,11 @@ bool IsCalled(const T& record, const std::string& id) {
 /// The records of a table, all or those called `id`; for people without the columns that hold only defaults.
 template <class T>
 Sheet TableSheet(tTable<T>& table, const std::string& id) {
-  std::vector<std::string> columns;
-  T::ForEachField([&columns](const auto& field) { columns.push_back(field.name); });
-  Sheet sheet(T::kTableName, T::kTableName, columns);
-  const T defaults;
-  std::vector<bool> differs(columns.size(), false);
+  Sheet sheet(T::kTableName, T::kTableName, FieldNames<T>());
   for (int i = 0; i < table.GetCount(); ++i) {
-    const T& record = table[i];
-    if (!id.empty() && !IsCalled(record, id)) continue;
-    std::vector<Cell> row;
-    T::ForEachField([&](const auto& field) {
-      const auto& value = record.*field.member;
-      if (!(value == defaults.*field.member)) differs[row.size()] = true;
-      row.push_back(FieldCell(value));
-    });
-    sheet.Add(std::move(row));
+    if (id.empty() || IsCalled(table[i], id)) sheet.Add(FieldCells<T>(table[i]));
   }
-  for (std::size_t column = 0; column < columns.size(); ++column) {
-    if (!differs[column]) sheet.HideColumn(column);
-  }
+  sheet.HideDefaults(FieldCells<T>(T()));
   return sheet;
 }
 
@@ -119,7 +105,7 @@ void AddDump(CLI::App& app, Action& action) {
       [](CLI::App& command, DumpOptions& options) {
         AddModelArgument(command, options.model)->required();
         AddArgument(command, "TABLE", options.table, "Only this table, such as CB or LN");
-        command.add_option("--id", options.id, "Only the records with this identity")->option_text("ID");
+        AddIdOption(command, options.id, "Only the records with this identity");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
       },

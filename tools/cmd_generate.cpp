@@ -13,7 +13,7 @@ struct GenerateOptions {
 
 constexpr const char* kFooter =
     "The same number of stations and the same seed give the same model, byte for byte.\n"
-    "OUT is a folder of text tables or an object file, as with 'dtsdb convert'.\n\n"
+    "OUT is as with 'dtsdb convert'.\n\n"
     "Examples:\n"
     "  dtsdb generate --stations 100 --seed 7 grid.obj\n"
     "  dtsdb generate --stations 3 small/";

@@ -54,7 +54,7 @@ void AddLine(Report& report, const std::string& name, const Cell& value) {
 Report ModelInfo(const std::string& model, DTSDB& database) {
   Report report;
   AddLine(report, "model", model);
-  AddLine(report, "form", FormOfModel(model) == ModelForm::TextTables ? "folder of text tables" : "object file");
+  AddLine(report, "form", FormName(FormOfModel(model)));
   AddLine(report, "verdict", Verdict(database));
   AddLine(report, "validated", GlobalTime(database, &GLOBAL::check_time));
   AddLine(report, "topology", GlobalTime(database, &GLOBAL::time));

@@ -8,6 +8,7 @@
 #include "tools/failure.h"
 #include "tools/field_text.h"
 #include "tools/model_io.h"
+#include "tools/text_layout.h"
 #include "tools/validation_run.h"
 #include "validation/nmd.h"
 
@@ -49,10 +50,6 @@ Sheet FindingSheet(const NMD& nmd) {
 long long Count(const NMD& nmd, Severity severity) {
   const auto& findings = nmd.Findings();
   return std::count_if(findings.begin(), findings.end(), [=](const Finding& f) { return f.severity == severity; });
-}
-
-std::string Counted(long long number, const std::string& noun) {
-  return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
 }
 
 int Validate(const ValidateOptions& options) {

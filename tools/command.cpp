@@ -16,7 +16,8 @@ constexpr const char* kPurpose =
     "dtsdb - the network model of a power-system control centre: validation, topology, conversion.";
 
 constexpr const char* kFooter =
-    "A MODEL is an object file or a folder of text tables (one CSV file a table).\n"
+    "A MODEL is an object file, a folder of text tables (one CSV file a table) or rtdb:NAME, the realtime database\n"
+    "NAME.fdb.\n"
     "Results go to the standard output, messages to the standard error.\n"
     "Exit codes: 0 good, 1 the model has faults or the models differ, 2 wrong usage, 3 a file can't be read or "
     "written.\n"
@@ -29,18 +30,20 @@ void Describe(CLI::App& app, Action& action) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
   app.get_formatter()->column_width(28);
-  for (const auto add : {AddValidate, AddTopology, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff})
+  for (const auto add : {AddValidate, AddTopology, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb})
     add(app, action);
 }
 
-/// Refuses a first word that is no subcommand.
+/// Refuses a first word that is no subcommand of `app`, and behind one that has subcommands a second one likewise.
 void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
+  const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
   const std::string word = argc > 1 ? argv[1] : "";
-  if (word.empty() || word.front() == '-') return;
+  if (commands.empty() || word.empty() || word.front() == '-') return;
   std::vector<std::string> known;
-  for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; }))
+  for (CLI::App* command : commands) {
+    if (command->get_name() == word) return CheckSubcommand(*command, argc - 1, argv + 1);
     known.push_back(command->get_name());
-  if (std::find(known.begin(), known.end(), word) != known.end()) return;
+  }
   const std::string meant = DidYouMean(word, known);
   throw Failure(EXIT_USAGE, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
 }
@@ -62,11 +65,15 @@ int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
 }  // namespace
 
 CLI::Option* AddModelArgument(CLI::App& command, std::string& model, const std::string& name) {
-  return AddArgument(command, name, model, "Object file or folder of text tables");
+  return AddArgument(command, name, model, "Object file, folder of text tables or rtdb:NAME");
 }
 
 CLI::Option* AddArgument(CLI::App& command, const std::string& name, std::string& value, const std::string& what) {
   return command.add_option(name, value, what)->option_text(" ");  // in place of "TEXT REQUIRED"
+}
+
+void AddIdOption(CLI::App& command, std::string& id, const std::string& what) {
+  command.add_option("--id", id, what)->option_text("ID");
 }
 
 void AddFormatOption(CLI::App& command, Format& format) {

@@ -23,6 +23,7 @@ void AddGenerate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);
 void AddDump(CLI::App& app, Action& action);
 void AddDiff(CLI::App& app, Action& action);
+void AddRtdb(CLI::App& app, Action& action);
 
 /// Adds subcommand `name` with its `Options`, which live as long as the action does: `describe` adds what it takes,
 /// `run` is the action.
@@ -41,6 +42,7 @@ CLI::Option* AddModelArgument(CLI::App& command, std::string& model, const std::
 /// An option that takes one of `choices` and hands it to `choose`.
 void AddChoice(CLI::App& command, const std::string& name, const std::function<void(const std::string&)>& choose,
                const std::vector<std::string>& choices, const std::string& what);
+void AddIdOption(CLI::App& command, std::string& id, const std::string& what);
 void AddFormatOption(CLI::App& command, Format& format);
 void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets);
 void AddOutputOption(CLI::App& command, std::string& output, const std::string& what);

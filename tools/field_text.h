@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <QByteArray>
 #include <QString>
 #include <charconv>
 #include <concepts>
@@ -11,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "model/records.h"
 #include "model/text.h"
@@ -67,14 +69,41 @@ constexpr const char* TypeName() {
 /// An identity as real text in UTF-8; bytes that are no valid GBK show as U+FFFD.
 inline std::string IdText(const QString& id) { return TextFromId(id).toStdString(); }
 
-/// A field's value as a cell: a null text is an empty cell.
+/// A field's value as a cell: a null text is an empty cell. Texts of stored rows are identities too; a range of bytes
+/// shows as hexadecimal digits.
 template <class V>
 Cell FieldCell(const V& value) {
   if constexpr (std::is_same_v<V, QString>) {
     return value.isNull() ? Cell() : Cell(IdText(value));
+  } else if constexpr (std::is_same_v<V, char const*>) {
+    return FieldCell(IdFromBytes(value));
+  } else if constexpr (std::is_array_v<V>) {
+    return QByteArray(value, sizeof(value)).toHex().toStdString();
   } else {
     return Number{NumberText(value)};
   }
+}
+
+/// The same as plain text.
+template <class V>
+std::string FieldText(const V& value) {
+  return CellText(FieldCell(value));
+}
+
+/// The names of all fields of `Fields`, a record class or a StoredTable.
+template <class Fields>
+std::vector<std::string> FieldNames() {
+  std::vector<std::string> names;
+  Fields::ForEachField([&names](const auto& field) { names.push_back(field.name); });
+  return names;
+}
+
+/// The values of all fields of a row.
+template <class Fields, class Row>
+std::vector<Cell> FieldCells(const Row& row) {
+  std::vector<Cell> cells;
+  Fields::ForEachField([&](const auto& field) { cells.push_back(FieldCell(row.*field.member)); });
+  return cells;
 }
 
 /// The key of a record as text: its identity, its number, or the identities of parent and child.

@@ -54,7 +54,7 @@ CsvField CsvCell(const Cell& cell) {
 
 std::string TextCell(const Cell& cell) {
   if (const auto* yes = std::get_if<bool>(&cell)) return *yes ? "yes" : "no";
-  return OneLine(CsvCell(cell).value_or(""));
+  return OneLine(CellText(cell));
 }
 
 std::string Coloured(const std::string& text, bool colour) {
@@ -89,6 +89,8 @@ bool TerminalShowsColour() {
 
 Cell NumberCell(long long number) { return Number{fmt::format("{}", number)}; }
 
+std::string CellText(const Cell& cell) { return CsvCell(cell).value_or(""); }
+
 /// How a sheet stands in text: the texts of its cells, and for each column its width and whether it holds numbers.
 struct Sheet::Layout {
   std::vector<std::vector<std::string>> texts;
@@ -109,6 +111,15 @@ Sheet& Sheet::GroupBy(std::size_t n) {
 
 Sheet& Sheet::HideColumn(std::size_t column) {
   m_hidden[column] = true;
+  return *this;
+}
+
+Sheet& Sheet::HideDefaults(const std::vector<Cell>& defaults) {
+  for (std::size_t column = 0; column < m_columns.size(); ++column) {
+    const std::string text = CellText(defaults[column]);
+    const auto isDefault = [&](const auto& row) { return CellText(row[column]) == text; };
+    if (std::all_of(m_rows.begin(), m_rows.end(), isDefault)) HideColumn(column);
+  }
   return *this;
 }
 

@@ -22,6 +22,9 @@ using Cell = std::variant<std::monostate, std::string, Number, bool>;
 
 Cell NumberCell(long long number);
 
+/// What a cell holds as plain text, empty for nothing.
+std::string CellText(const Cell& cell);
+
 /// Rows of cells under named columns.
 class Sheet {
  public:
@@ -32,6 +35,8 @@ class Sheet {
   Sheet& GroupBy(std::size_t n);
   /// In text, column `column` is left out.
   Sheet& HideColumn(std::size_t column);
+  /// In text, the columns are left out in which every row has what `defaults` has.
+  Sheet& HideDefaults(const std::vector<Cell>& defaults);
   /// In text, nothing is said of the sheet while it has no rows.
   Sheet& HideWhenEmpty();
 

@@ -97,6 +97,10 @@ std::string Padded(std::string_view text, int width, bool toRight) {
 
 std::string OneLine(std::string_view text) { return OneLine(Decoded(text)); }
 
+std::string Counted(long long number, std::string_view noun) {
+  return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
+}
+
 std::string Quoted(std::string_view text) {
   const QString decoded = Decoded(text);
   if (decoded.size() <= kLongestQuote) return "'" + OneLine(decoded) + "'";

@@ -18,6 +18,9 @@ std::string Padded(std::string_view text, int width, bool toRight = false);
 /// command the terminal. Bytes that are no UTF-8 become U+FFFD.
 std::string OneLine(std::string_view text);
 
+/// A number of things, as in "1 error" and "2 errors".
+std::string Counted(long long number, std::string_view noun);
+
 /// `text` in single quotes for a message, on one line, shortened when very long.
 std::string Quoted(std::string_view text);
 

@@ -7,12 +7,17 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
 namespace dtsdb::tools::test {
+
+inline bool IsOneLine(const std::string& text) { return std::count(text.begin(), text.end(), '\n') == 1; }
+
+inline bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 struct CommandResult {
   int code = -1;

@@ -10,11 +10,9 @@ namespace dtsdb::tools {
 namespace {
 
 using test::CommandResult;
+using test::Contains;
+using test::IsOneLine;
 using test::Workplace;
-
-bool IsOneLine(const std::string& text) { return std::count(text.begin(), text.end(), '\n') == 1; }
-
-bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 /// The message of a call that is wrong usage.
 std::string UsageError(const char* arguments) {

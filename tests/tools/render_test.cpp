@@ -92,5 +92,14 @@ TEST(Render, HiddenColumnsAndEmptySheetsStayOutOfTextOnly) {
   EXPECT_TRUE(nlohmann::json::parse(report.Render(Format::Json)).contains("empty"));
 }
 
+TEST(Sheet, DefaultsAreLeftOutOfTextWhereEveryRowHasThem) {
+  Sheet sheet("s", "S", {"id", "name", "number"});
+  sheet.Add({"a", {}, NumberCell(3)});
+  sheet.Add({"b", "", NumberCell(0)});
+  sheet.HideDefaults({{}, {}, NumberCell(0)});
+  EXPECT_EQ(sheet.Text(false), "S\nid  number\na        3\nb        0\n");
+  EXPECT_EQ(sheet.Csv(), "id,name,number\r\na,,3\r\nb,\"\",0\r\n");
+}
+
 }  // namespace
 }  // namespace dtsdb::tools

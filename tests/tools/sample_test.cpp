@@ -8,6 +8,7 @@ namespace dtsdb::tools {
 namespace {
 
 using test::CommandResult;
+using test::Contains;
 using test::Workplace;
 
 constexpr const char* kSample = "examples/ieee14";
@@ -31,8 +32,6 @@ CommandResult ValidateWith(const std::string& good, const std::string& bad) {
   here.Write("ieee14/CB.csv", table);
   return here.Run("validate ieee14 --format csv");
 }
-
-bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 TEST(Sample, WithABreakersNodeMisspeltAsOneOfAnotherLevelNamesTheBreaker) {
   const CommandResult result = ValidateWith(",Dongshan-33-I,", ",Dongshan-132-I,");

@@ -36,5 +36,11 @@ TEST(TextLayout, QuotesAreShortenedWhenVeryLong) {
   EXPECT_EQ(Quoted(std::string(100, 'x')), "'" + std::string(60, 'x') + "...'");
 }
 
+TEST(TextLayout, CountsOneThingAndSeveral) {
+  EXPECT_EQ(Counted(0, "row"), "0 rows");
+  EXPECT_EQ(Counted(1, "row"), "1 row");
+  EXPECT_EQ(Counted(2, "row"), "2 rows");
+}
+
 }  // namespace
 }  // namespace dtsdb::tools
