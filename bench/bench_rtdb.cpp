@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -23,9 +22,12 @@
 #include <utility>
 #include <vector>
 
+#include "bench/timing.h"
 #include "rtdb/fastdb.h"
 
 namespace {
+
+using dtsdb::bench::Milliseconds;
 
 /// 41 columns, about as a line of the network has them.
 struct line {
@@ -146,12 +148,6 @@ Pairs ReadPairs(const std::string& path) {
   mdb_cursor_close(cursor);
   mdb_txn_abort(txn);
   return pairs;
-}
-
-double Milliseconds(const std::function<void()>& job) {
-  const auto begin = std::chrono::steady_clock::now();
-  job();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
 }
 
 /// Times both sides in turns. A target of 0 states none.

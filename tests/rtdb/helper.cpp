@@ -8,16 +8,14 @@
 //   readonly FILE     opens as a user who may not write
 //   full FILE BYTES   rewrites the rows with larger texts while no file may grow beyond BYTES
 
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "samples.h"
+#include "tests/support/helper_program.h"
 
 namespace sample {
 REGISTER_UNASSIGNED(item);
@@ -28,18 +26,9 @@ REGISTER_UNASSIGNED(note);
 
 namespace {
 
+using dtsdb::test::Say;
+using dtsdb::test::SayAndWait;
 using sample::entry;
-
-int Say(const std::string& text, int result = 0) {
-  std::printf("%s\n", text.c_str());
-  std::fflush(stdout);
-  return result;
-}
-
-int SayAndWait(const std::string& text) {
-  Say(text);
-  for (;;) ::pause();
-}
 
 void SetAll(dbDatabase& db, int value, char const* text) {
   dbCursor<entry> cursor(&db, dbCursorForUpdate);
@@ -87,10 +76,7 @@ int Check(dbDatabase& db) {
 }
 
 int Full(dbDatabase& db, const char* bytes) {
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
-  limit.rlim_cur = limit.rlim_max = static_cast<rlim_t>(std::strtoull(bytes, nullptr, 10));
-  ::setrlimit(RLIMIT_FSIZE, &limit);
+  dtsdb::test::LimitFileSize(std::strtoull(bytes, nullptr, 10));
   SetAll(db, 999999, std::string(1500, 'f').c_str());
   db.commit();
   return Check(db);
@@ -100,6 +86,7 @@ int Full(dbDatabase& db, const char* bytes) {
 
 int main(int argc, char** argv) {
   if (argc < 3) return 2;
+  dtsdb::test::LimitLife();
   const std::string command = argv[1];
   if (command == "readonly" && ::geteuid() == 0 && ::seteuid(65534) != 0) return 2;
   dbDatabase db;

@@ -6,8 +6,8 @@
 #include <iterator>
 #include <random>
 
-#include "process.h"
 #include "samples.h"
+#include "tests/support/process.h"
 
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;

@@ -3,11 +3,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iostream>
 #include <random>
 #include <thread>
 
-#include "process.h"
 #include "samples.h"
+#include "tests/support/process.h"
 
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;
@@ -75,14 +76,14 @@ TEST_F(Processes, ReaderDoesNotWaitForAnOpenWriteTransaction) {
   const auto read = [this] {
     const auto begin = steady_clock::now();
     for (int round = 0; round < 50; ++round) EXPECT_EQ(ValuesSeen(db), std::vector<int>{0});
-    return steady_clock::now() - begin;
+    return std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin).count();
   };
   const auto alone = read();
   Helper writer({"hold", folder.File()});
   ASSERT_EQ(writer.Line(), "holding");
   const auto beside = read();
-  // Were it to wait, it would wait for ever. Twenty times leaves room for a busy machine.
-  EXPECT_LT(beside, alone * 20 + milliseconds(200));
+  EXPECT_TRUE(writer.IsRunning()) << "the reads were to be done before the writer is";
+  std::cout << "50 reads took " << alone << " ms alone and " << beside << " ms beside an open write transaction\n";
 }
 
 TEST_F(Processes, WriterWaitsForTheOtherProgramsWriterAndGoesOnWhenThatIsKilled) {
@@ -122,6 +123,7 @@ TEST_F(Processes, KilledWriterLeavesTheLastWholeCommit) {
     db.close();
   }
   EXPECT_GT(last, 0) << "no writer has come to a commit";
+  std::cout << "killed a writer " << rounds << " times, " << last << " commits\n";
 }
 
 std::uintmax_t FileSize(const std::string& path) {

@@ -12,6 +12,9 @@
 namespace dtsdb {
 namespace {
 
+// Who compiles this says for which programs, so that a compiler that takes no notice of it doesn't pass.
+static_assert(sizeof(void*) == DTSDB_POINTER_SIZE);
+
 #define DTSDB_CHECK_TYPE(twin, offset, column, ...)                  \
   static_assert(std::is_same_v<decltype(twin::column), __VA_ARGS__>, \
                 #twin "." #column " is not of the type " #__VA_ARGS__);
@@ -60,8 +63,13 @@ DTSDB_TWINS(DTSDB_CHECK_COLUMNS)
 
 #if __SIZEOF_POINTER__ == 4
 
+// Set by the test of this check itself.
+#ifndef DTSDB_OFFSET_ERROR
+#define DTSDB_OFFSET_ERROR 0
+#endif
+
 #define DTSDB_CHECK_OFFSET(twin, offset, column, ...) \
-  static_assert(offsetof(twin, column) == (offset), #twin "." #column " doesn't lie at " #offset);
+  static_assert(offsetof(twin, column) == (offset) + DTSDB_OFFSET_ERROR, #twin "." #column " isn't at " #offset);
 DTSDB_TWIN_PLACES(DTSDB_CHECK_OFFSET)
 
 #define DTSDB_CHECK_SIZE(T, twin, writer) static_assert(sizeof(twin) == Listed(#twin).bytes, #twin " has gaps");

@@ -1,5 +1,5 @@
 /// \file
-/// Running the helper program beside a test.
+/// Running a second program beside a test: the one whose path the test is built with as HELPER_PROGRAM.
 #pragma once
 
 #include <fcntl.h>
@@ -19,14 +19,14 @@ class Helper {
   explicit Helper(const std::vector<std::string>& arguments) {
     int out[2];
     if (::pipe2(out, O_CLOEXEC) != 0) return;
-    std::vector<char*> words{const_cast<char*>(RTDB_HELPER)};
+    std::vector<char*> words{const_cast<char*>(HELPER_PROGRAM)};
     for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
     m_process = ::fork();
     if (m_process == 0) {
       ::dup2(out[1], STDOUT_FILENO);
       ::dup2(out[1], STDERR_FILENO);
-      ::execv(RTDB_HELPER, words.data());
+      ::execv(HELPER_PROGRAM, words.data());
       ::_exit(127);
     }
     ::close(out[1]);
@@ -51,6 +51,11 @@ class Helper {
     std::string all;
     for (std::string line = Line(); !line.empty(); line = Line()) all += line + "\n";
     return all;
+  }
+  /// False once it has ended.
+  bool IsRunning() {
+    if (m_process > 0 && ::waitpid(m_process, nullptr, WNOHANG) != 0) m_process = 0;
+    return m_process > 0;
   }
   /// Kills it as a power switch would, and waits for its end.
   void Kill() {

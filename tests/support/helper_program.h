@@ -1,0 +1,38 @@
+/// \file
+/// What the programs that run beside a test are made of. They talk to the test in lines (tests/support/process.h).
+#pragma once
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+namespace dtsdb::test {
+
+/// Ends the program in any case after two minutes, so that none outlives a test that went wrong.
+inline void LimitLife() { ::alarm(120); }
+
+/// Says one line. Gives `result`, for the end of the program.
+inline int Say(const std::string& text, int result = 0) {
+  std::printf("%s\n", text.c_str());
+  std::fflush(stdout);
+  return result;
+}
+
+/// Says one line and waits to be killed.
+inline int SayAndWait(const std::string& text) {
+  Say(text);
+  for (;;) ::pause();
+}
+
+/// Lets no file of the program grow beyond `bytes`, as if the disk were full.
+inline void LimitFileSize(rlim_t bytes) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  limit.rlim_cur = limit.rlim_max = bytes;
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+}  // namespace dtsdb::test
