@@ -127,7 +127,7 @@
   F(i32, iznd, "to-end node number") \
   F(i32, ibs, "from-end bus-section") \
   F(i32, izbs, "to-end bus-section") \
-  F(u32, tp_status, "bit 1 from side isolated, 2 to side isolated, 4 both sides dead; bits 8, 16, 32: the breaker's class, written by cbFlow::storeData") \
+  F(u32, tp_status, "bit 1 from side isolated, 2 to side isolated, 4 both sides dead; bits 8, 16, 32: the breaker's class in the breaker flow") \
   F(i32, r_kv_cb, "number of the R_KV_CB row")
 
 /// generating unit
@@ -151,8 +151,8 @@
   F(i32, iana_q, "index in ANALOG") \
   F(QString, ana_v, "third measurement identity") \
   F(i32, iana_v, "index of ana_v in ANALOG, -1 when absent") \
-  F(f32, p, "active power, read by cbFlow") \
-  F(f32, q, "reactive power, read by cbFlow") \
+  F(f32, p, "active power, input of the breaker flow") \
+  F(f32, q, "reactive power, input of the breaker flow") \
   F(f32, f7, "carried value") \
   F(f32, a, "value copied into ISLAND.ref_a when the unit becomes the reference") \
   F(f32, f8, "carried value") \
@@ -182,8 +182,8 @@
   F(u32, tp_status, "bit 1: the load lies in a dead section") \
   F(f32, f1, "carried value") \
   F(f32, f2, "carried value") \
-  F(f32, p, "active power, read by cbFlow") \
-  F(f32, q, "reactive power, read by cbFlow") \
+  F(f32, p, "active power, input of the breaker flow") \
+  F(f32, q, "reactive power, input of the breaker flow") \
   F(f32, f3, "carried value") \
   F(f32, f4, "carried value") \
   F(f32, f5, "carried value") \
@@ -209,8 +209,8 @@
   F(f32, f2, "carried value") \
   F(f32, f3, "carried value") \
   F(f32, f4, "carried value") \
-  F(f32, p, "active power, read by cbFlow") \
-  F(f32, q, "reactive power, read by cbFlow") \
+  F(f32, p, "active power, input of the breaker flow") \
+  F(f32, q, "reactive power, input of the breaker flow") \
   F(f32, f5, "carried value") \
   F(i32, r_kv_cp, "number of the R_KV_CP row")
 
@@ -251,11 +251,11 @@
   F(f32, f6, "carried value") \
   F(f32, f7, "carried value") \
   F(f32, f8, "carried value") \
-  F(f32, p, "from P, read by cbFlow") \
-  F(f32, q, "from Q, read by cbFlow") \
+  F(f32, p, "from P, input of the breaker flow") \
+  F(f32, q, "from Q, input of the breaker flow") \
   F(f32, i, "from I") \
-  F(f32, zp, "to P, read by cbFlow") \
-  F(f32, zq, "to Q, read by cbFlow") \
+  F(f32, zp, "to P, input of the breaker flow") \
+  F(f32, zq, "to Q, input of the breaker flow") \
   F(f32, zi, "to I") \
   F(f32, f9, "carried value") \
   F(f32, f10, "carried value") \
@@ -327,11 +327,11 @@
   F(i32, izana_q, "index") \
   F(i32, izana_i, "index") \
   F(i32, izana_t, "carried integer") \
-  F(f32, p, "from P, read by cbFlow") \
-  F(f32, q, "from Q, read by cbFlow") \
+  F(f32, p, "from P, input of the breaker flow") \
+  F(f32, q, "from Q, input of the breaker flow") \
   F(f32, i, "from I") \
-  F(f32, zp, "to P, read by cbFlow") \
-  F(f32, zq, "to Q, read by cbFlow") \
+  F(f32, zp, "to P, input of the breaker flow") \
+  F(f32, zq, "to Q, input of the breaker flow") \
   F(f32, zi, "to I") \
   F(f32, f1, "carried value") \
   F(f32, f2, "carried value") \
@@ -466,8 +466,8 @@
   F(i32, next, "next in chain") \
   F(i32, prev, "previous in chain, -1 on free list") \
   F(i32, ibsl, "index of the section's BSL entry, -1 none") \
-  F(f64, v, "voltage magnitude, read by cbFlow") \
-  F(f64, a, "voltage angle in degrees, read by cbFlow") \
+  F(f64, v, "voltage magnitude, input of the breaker flow") \
+  F(f64, a, "voltage angle in degrees, input of the breaker flow") \
   F(f64, f1, "carried value") \
   F(f64, f2, "carried value") \
   F(f64, f3, "carried value") \
