@@ -141,7 +141,7 @@
   F(i32, iznd, "to-end node number") \
   F(i32, ibs, "from-end bus-section") \
   F(i32, izbs, "to-end bus-section") \
-  F(u32, tp_status, "bit 1 from side isolated, 2 to side isolated, 4 both sides dead; bits 8, 16, 32: the breaker's class, written by cbFlow::storeData") \
+  F(u32, tp_status, "bit 1 from side isolated, 2 to side isolated, 4 both sides dead; bits 8, 16, 32: the breaker's class in the breaker flow") \
   X(f32, p, "active power through the breaker, written by cbFlow") \
   X(f32, q, "reactive power through the breaker, written by cbFlow") \
   F(i32, r_kv_cb, "number of the R_KV_CB row")
@@ -170,8 +170,8 @@
   F(QString, ana_v, "third measurement identity") \
   F(i32, iana_v, "index of ana_v in ANALOG, -1 when absent") \
   G(raw_160, 8) \
-  F(f32, p, "active power, read by cbFlow") \
-  F(f32, q, "reactive power, read by cbFlow") \
+  F(f32, p, "active power, input of the breaker flow") \
+  F(f32, q, "reactive power, input of the breaker flow") \
   F(f32, f7, "carried value") \
   F(f32, a, "value copied into ISLAND.ref_a when the unit becomes the reference") \
   F(f32, f8, "carried value") \
@@ -205,8 +205,8 @@
   F(u32, tp_status, "bit 1: the load lies in a dead section") \
   F(f32, f1, "carried value") \
   F(f32, f2, "carried value") \
-  F(f32, p, "active power, read by cbFlow") \
-  F(f32, q, "reactive power, read by cbFlow") \
+  F(f32, p, "active power, input of the breaker flow") \
+  F(f32, q, "reactive power, input of the breaker flow") \
   F(f32, f3, "carried value") \
   F(f32, f4, "carried value") \
   F(f32, f5, "carried value") \
@@ -235,8 +235,8 @@
   F(f32, f2, "carried value") \
   F(f32, f3, "carried value") \
   F(f32, f4, "carried value") \
-  F(f32, p, "active power, read by cbFlow") \
-  F(f32, q, "reactive power, read by cbFlow") \
+  F(f32, p, "active power, input of the breaker flow") \
+  F(f32, q, "reactive power, input of the breaker flow") \
   F(f32, f5, "carried value") \
   G(raw_232, 36) \
   F(i32, r_kv_cp, "number of the R_KV_CP row")
@@ -281,11 +281,11 @@
   F(f32, f6, "carried value") \
   F(f32, f7, "carried value") \
   F(f32, f8, "carried value") \
-  F(f32, p, "from P, read by cbFlow") \
-  F(f32, q, "from Q, read by cbFlow") \
+  F(f32, p, "from P, input of the breaker flow") \
+  F(f32, q, "from Q, input of the breaker flow") \
   F(f32, i, "from I") \
-  F(f32, zp, "to P, read by cbFlow") \
-  F(f32, zq, "to Q, read by cbFlow") \
+  F(f32, zp, "to P, input of the breaker flow") \
+  F(f32, zq, "to Q, input of the breaker flow") \
   F(f32, zi, "to I") \
   F(f32, f9, "carried value") \
   F(f32, f10, "carried value") \
@@ -328,11 +328,11 @@
   F(u32, tp_status, "bit 1 from end isolated, 2 to end isolated, 4 both dead") \
   F(i32, r_dv_dln, "R_DV_DLN row") \
   G(raw_284, 176) \
-  X(f32, p, "from P, read by cbFlow") \
-  X(f32, q, "from Q, read by cbFlow") \
+  X(f32, p, "from P, input of the breaker flow") \
+  X(f32, q, "from Q, input of the breaker flow") \
   G(raw_468, 4) \
-  X(f32, zp, "to P, read by cbFlow") \
-  X(f32, zq, "to Q, read by cbFlow")
+  X(f32, zp, "to P, input of the breaker flow") \
+  X(f32, zq, "to Q, input of the breaker flow")
 
 /// transformer winding between two KVs of a station
 #define DTSDB_FIELDS_XF(F, G, X) \
@@ -368,11 +368,11 @@
   F(i32, izana_q, "index") \
   F(i32, izana_i, "index") \
   F(i32, izana_t, "carried integer") \
-  F(f32, p, "from P, read by cbFlow") \
-  F(f32, q, "from Q, read by cbFlow") \
+  F(f32, p, "from P, input of the breaker flow") \
+  F(f32, q, "from Q, input of the breaker flow") \
   F(f32, i, "from I") \
-  F(f32, zp, "to P, read by cbFlow") \
-  F(f32, zq, "to Q, read by cbFlow") \
+  F(f32, zp, "to P, input of the breaker flow") \
+  F(f32, zq, "to Q, input of the breaker flow") \
   F(f32, zi, "to I") \
   F(f32, f1, "carried value") \
   F(f32, f2, "carried value") \
@@ -511,8 +511,8 @@
   F(i32, next, "next in chain") \
   F(i32, prev, "previous in chain, -1 on free list") \
   F(i32, ibsl, "index of the section's BSL entry, -1 none") \
-  F(f64, v, "voltage magnitude, read by cbFlow") \
-  F(f64, a, "voltage angle in degrees, read by cbFlow") \
+  F(f64, v, "voltage magnitude, input of the breaker flow") \
+  F(f64, a, "voltage angle in degrees, input of the breaker flow") \
   F(f64, f1, "carried value") \
   F(f64, f2, "carried value") \
   F(f64, f3, "carried value") \

@@ -205,6 +205,7 @@ void NMD::Convert2Lg() {
   ToLogical(*m_unTable, {&UN::ind}, *m_ndTable);
   ToLogical(*m_cbTable, {&CB::ind, &CB::iznd}, *m_ndTable);
   ToLogical(*m_zbrTable, {&ZBR::ind, &ZBR::iznd}, *m_ndTable);
+  ToLogical(*m_zbrTable, {&ZBR::icb}, *m_cbTable);
   ToLogical(*m_xfTable, {&XF::ind, &XF::iznd}, *m_ndTable);
   ToLogical(*m_lnTable, {&LN::ind, &LN::iznd}, *m_ndTable);
   ToLogical(*m_dlnTable, {&DLN::ind, &DLN::iznd}, *m_ndTable);

@@ -144,6 +144,54 @@ TEST_F(AllnewTest, SearchForANameEndsAtTheNextLevelsFirstSection) {
   EXPECT_EQ(Section(SectionOf("b")).name, Id("U"));
 }
 
+// Behind the unit the list runs in a circle or out of the array: the device found before gives no name.
+TEST_F(AllnewTest, SearchForANameThatFindsNoEndLeavesTheNameAsItIs) {
+  TwoStations();
+  Run();
+  const int own = probe.Section(2).ibsl;
+  BSL& unit = probe.Entry(probe.Entry(probe.Entry(own).next).next);
+  ASSERT_EQ(unit.kind, KIND_UN);
+  probe.Entry(own).next = unit.id;
+  for (const int next : {unit.id, probe.EntryCount(), -7}) {
+    unit.next = next;
+    probe.Section(2).name = Id("");
+    probe.NameSections();
+    EXPECT_EQ(probe.Section(2).name, Id(""));
+  }
+}
+
+/// Gives a table, whose records stand in order, as many slots as it has records.
+template <class T>
+void Tighten(tTable<T>& table) {
+  std::vector<T> rows;
+  for (int i = 0; i < table.GetCount(); ++i) rows.push_back(table[i]);
+  table.SetSize(0);
+  table.SetData(rows.data(), static_cast<int>(rows.size()), true);
+}
+
+// Room for 8 sections: the two heads, 2 and 3, and from 4 on a fragment for each line, all open at end 2. One number
+// beyond the first free one is stored; where there is none, everything is.
+TEST_F(AllnewTest, StoredSectionsEndBehindTheFirstFreeOneOrWithTheArray) {
+  const int stored[] = {7, 8, 8, 8};
+  for (int lines = 1; lines <= 4; ++lines) {
+    ModelBuilder n;
+    n.Station("A").Kv("A220").Station("B").Kv("B220").Unit("U", "A220", "a").Load("D", "B220", "b");
+    for (int i = 0; i < lines; ++i) {
+      const std::string id = "L" + std::to_string(i);
+      n.Line(id.c_str(), "DV", "A", "B", "A220", "B220", "a", "b");
+      n.Of<LN>(id.c_str()).status = BranchKind<LN>::open2;
+    }
+    ASSERT_TRUE(n.Validate());
+    Tighten(n.Table<ND>());
+    Tighten(n.Table<KV>());
+    TP run(&n.Db());
+    ASSERT_EQ(run.tpAllnew(), 1);
+    EXPECT_EQ(n.Table<BS>().GetSize(), 8);
+    EXPECT_EQ(TpProbe(run).Ring().size(), static_cast<std::size_t>(lines) + 2);
+    EXPECT_EQ(n.Table<BS>().GetCount(), stored[lines - 1]) << lines << " lines";
+  }
+}
+
 TEST_F(AllnewTest, SecondRunGivesTheSameResults) {
   TwoStations();
   Run();

@@ -208,6 +208,19 @@ TEST_F(NeighbourTest, NothingIsWrittenBeyondAHundred) {
   EXPECT_EQ(n.sections[100], -7);
 }
 
+TEST_F(NeighbourTest, ListThatRunsInACircleOrOutOfTheArrayFails) {
+  Lines(1);
+  ASSERT_EQ(tp.tpAllnew(), 1);
+  BSL& last = probe.Entry(probe.Entry(probe.Entry(probe.Section(2).ibsl).next).next);
+  ASSERT_EQ(last.kind, KIND_UN);
+  for (const int next : {last.id, probe.EntryCount(), -7}) {
+    last.next = next;
+    Neighbourhood n;
+    EXPECT_EQ(FailureLines([&] { EXPECT_EQ(NeighboursOf(2, &n), 0); }),
+              (dtsdb::test::Lines{"TP:failed at (N) in tpBsNeighbor.\n"}));
+  }
+}
+
 //   U,(V) a --- b D,(E),C       what is isolated doesn't count
 TEST_F(NeighbourTest, DevicesInServiceAreCounted) {
   m.Unit("V", "A220", "a").Load("E", "B220", "b").Cap("C", "B220", "b");

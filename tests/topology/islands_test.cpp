@@ -180,6 +180,28 @@ TEST_F(IslandsTest, SectionWithoutAListEntryIsADeadIslandOfOne) {
   EXPECT_EQ(probe.Section(3).island, ISLAND_DEAD);
 }
 
+TEST_F(IslandsTest, RingThatRunsInACircleOrOutOfTheArrayFailsTheSort) {
+  OneIsland();
+  Run();
+  for (const int next : {2, probe.SectionCount(), -7}) {
+    probe.Section(2).next = next;
+    bool changed = false;
+    EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.BsSort(&changed), 0); }), (Lines{"TP:failed at (N) in tpBsSort.\n"}));
+  }
+}
+
+// The table is emptied before a sort; its slots stay.
+TEST_F(IslandsTest, IslandTableKeepsItsSlotsWhenItsLastIslandDies) {
+  OneIsland();
+  Run();
+  const int size = IslandTable().GetSize();
+  ASSERT_GT(size, 0);
+  m.Of<UN>("U").status = SHUNT_OFF;
+  ASSERT_EQ(tp.tpAllnew(), 1);
+  EXPECT_EQ(IslandTable().GetCount(), 0);
+  EXPECT_EQ(IslandTable().GetSize(), size);
+}
+
 TEST_F(IslandsTest, RefusedLogRowFailsTheSort) {
   OneIsland();
   Run();
@@ -290,6 +312,18 @@ TEST_F(ReferenceTest, GreatestMarginIsChosenAndTheLaterUnitWinsATie) {
   EXPECT_EQ(m.Of<UN>("U2").ref, 0);
   EXPECT_EQ(m.Of<UN>("U2").status & UN_REF_CHOSEN, UN_REF_CHOSEN);
   EXPECT_EQ(m.Of<UN>("U1").ref, -1);
+}
+
+// As a float, the margin of a great unit doesn't know a single megawatt: a tie, which the later unit wins.
+TEST_F(ReferenceTest, MarginsAreComparedAsFloats) {
+  OneIsland();
+  m.Unit("V", "B220", "b");
+  m.Of<UN>("U").pmax = 1.0e8F;
+  m.Of<UN>("V").pmax = 1.0e8F;
+  m.Of<UN>("V").pcur = 1.0F;
+  Run();
+  EXPECT_EQ(tp.tpSetRefUN(), 1);
+  EXPECT_EQ(IslandTable()[0].ref_id, Id("V"));
 }
 
 TEST_F(ReferenceTest, NegativeMarginCantWin) {

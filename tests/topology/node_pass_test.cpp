@@ -111,6 +111,26 @@ TEST_F(NodePassTest, DeleteMovesTheCursorOnAndInsertTakesTheSameEntryAgain) {
   EXPECT_EQ(probe.Ring(), (std::vector{4, 3, 2}));
 }
 
+TEST_F(NodePassTest, ListEntriesAreTakenAndGivenBackLikeSectionsAndKeepWhatTheySaid) {
+  OneLine();
+  Run();
+  const int taken = probe.Global().bsl_free;
+  const int behind = probe.Entry(0).next;
+  int cursor = 0;
+  ASSERT_EQ(probe.ListInsert(3, &cursor), 1);
+  EXPECT_EQ(cursor, taken);
+  EXPECT_EQ(probe.Entry(0).next, taken);
+  EXPECT_EQ(probe.Entry(taken).next, behind);
+  EXPECT_EQ(probe.Entry(behind).prev, taken);
+  probe.Entry(taken).kind = KIND_LD;
+  probe.Entry(taken).ref = 5;
+  ASSERT_EQ(probe.ListDelete(3, &cursor), 1);
+  EXPECT_EQ(cursor, behind);
+  EXPECT_EQ(probe.Global().bsl_free, taken);
+  EXPECT_EQ(probe.Entry(taken).kind, KIND_LD);
+  EXPECT_EQ(probe.Entry(taken).ref, 5);
+}
+
 //   a --- L ---- z F       a: one end, no device
 TEST_F(NodePassTest, OneBranchEndWithoutADeviceIsNotLegal) {
   OneLine();
@@ -270,6 +290,26 @@ TEST_F(NodePassTest, MergedGroupTakesTheLowestOfItsSections) {
   EXPECT_EQ(probe.Ring(1), (std::vector{high}));
 }
 
+// Kept, new or claimed again: no section leaves the pass with the marks of one that waits or of a fragment.
+TEST_F(NodePassTest, SectionsOfLegalGroupsLoseTheirMarksHoweverTheyCame) {
+  ThreeGroups();
+  Run();
+  Open("b1");
+  Open("b2");
+  for (const int bs : {5, 6}) {
+    probe.Section(bs).status = BS_ISOLATED;
+    probe.Section(bs).flags = BS_UNCLAIMED;
+  }
+  for (int pass = 0; pass < 2; ++pass) {
+    ASSERT_EQ(probe.NodeSort(true), 1);
+    ASSERT_EQ(probe.Ring(), (std::vector{2, 5, 6, 3}));
+    for (const int bs : probe.Ring()) {
+      EXPECT_EQ(probe.Section(bs).status & BS_ISOLATED, 0U) << bs;
+      EXPECT_EQ(probe.Section(bs).flags & BS_UNCLAIMED, 0U) << bs;
+    }
+  }
+}
+
 // The incremental pass writes down who moved.
 TEST_F(NodePassTest, MovedNodesAreRecordedInAnIncrementalPassOnly) {
   ThreeGroups();
@@ -376,6 +416,15 @@ TEST_F(NodePassTest, NodeSortFailsWhenTheNextLevelHasNoSection) {
   Run();
   m.Of<KV>("B220").ibs = -1;
   EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.NodeSort(true), 0); }), (Lines{"TP:failed at (N) in tpNodeSort.\n"}));
+}
+
+TEST_F(NodePassTest, NodeSortFailsOnARingThatRunsInACircleOrOutOfTheArray) {
+  ThreeGroups();
+  Run();
+  for (const int next : {2, probe.SectionCount(), -7}) {
+    probe.Section(2).next = next;
+    EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.NodeSort(true), 0); }), (Lines{"TP:failed at (N) in tpNodeSort.\n"}));
+  }
 }
 
 TEST_F(NodePassTest, LegalGroupWithoutAFreeSectionFails) {

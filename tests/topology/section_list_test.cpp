@@ -288,6 +288,24 @@ TEST_F(SectionListTest, BuildFailsWhenTheNextLevelHasNoSection) {
   EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.BslBuild(false), 0); }), (Lines{"TP:failed at (N) in tpBslBuild.\n"}));
 }
 
+TEST_F(SectionListTest, BuildFailsOnARingThatRunsInACircleOrOutOfTheArray) {
+  OneLine();
+  Run();
+  for (const int next : {2, probe.SectionCount(), -7}) {
+    probe.Section(2).next = next;
+    EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.BslBuild(false), 0); }), (Lines{"TP:failed at (N) in tpBslBuild.\n"}));
+  }
+}
+
+TEST_F(SectionListTest, BuildFailsOnAListThatLeadsOutOfTheArray) {
+  OneLine();
+  Run();
+  for (const int next : {probe.EntryCount(), -7}) {
+    probe.Entry(m.Of<KV>("A220").ibsl).next = next;
+    EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.BslBuild(false), 0); }), (Lines{"TP:failed at (N) in tpBslBuild.\n"}));
+  }
+}
+
 TEST_F(SectionListTest, NothingHangsOnASectionWithoutAnEntry) {
   OneLine();
   Run();

@@ -41,6 +41,7 @@ class TpProbe {
   }
   int BsSort(bool* changed) { return m_tp.tpBsSort(changed); }
   int UpdateStatus() { return m_tp.tpUpdateStatus(); }
+  void NameSections() { m_tp.NameSections(); }
   bool FindPassPath(int cb) { return m_tp.tpFindPassPath(cb); }
 
   /// The entries of the work arrays. The number is in range.

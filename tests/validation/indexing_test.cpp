@@ -110,6 +110,19 @@ TEST_F(Indexing, LineGetsItsTwoEnds) {
   EXPECT_EQ(m.Of<LN2>("Az").flags, END_IS_TO);
 }
 
+TEST_F(Indexing, LineJoinsNodesWhoseNumbersExceed16Bits) {
+  m.Put(LN(Id("A")));
+  constexpr int kOthers = 33000;
+  for (int i = 0; i < kOthers; ++i) ASSERT_EQ(Insert(("M" + std::to_string(100000 + i)).c_str(), "K2"), INSERT_DONE);
+  Insert("N1", "K1");
+  Insert("N3", "K3");
+  int numbers[] = {9, 9, 9, 9};
+  EXPECT_EQ(NmdAccess::BranchInsert(*nmd, "S1", "S2", "N1", "N3", numbers, KIND_LN2, 0, "A"), INSERT_DONE);
+  EXPECT_EQ(numbers[0], kOthers);
+  EXPECT_EQ(numbers[1], kOthers + 1);
+  EXPECT_EQ(ChainOf<R_ND_LN2>(m.Db(), m.Of<ND>("N3").r_nd_ln2), Texts{"Az"});
+}
+
 TEST(NodesOfARun, NodeNamedInTwoLevelsKeepsTheFirstAndBothDevicesPointToIt) {
   ModelBuilder m;
   m.Station("S1").Kv("K1", 220).Kv("K2", 110).Load("L1", "K1", "N1").Load("L2", "K2", "N1");
@@ -259,6 +272,17 @@ TEST(LogicalNumbers, NumberThatIsNoRowBecomesNoneWithAWarning) {
   const MessageCatcher catcher;
   const ValidationRun run(m.Db());
   EXPECT_EQ(m.Of<UN>("U2").ind, -1);
+  EXPECT_EQ(MessageCatcher::Lines().size(), 1);
+}
+
+// A zero-impedance branch without identity is passed over, and its number is converted all the same.
+TEST(LogicalNumbers, BreakerNumberOfADroppedZeroImpedanceBranchIsConverted) {
+  ModelBuilder m = GoodModel();
+  m.Zbr("", "nowhere");
+  m.Of<ZBR>("").icb = 123456;
+  const MessageCatcher catcher;
+  const ValidationRun run(m.Db());
+  EXPECT_EQ(m.Of<ZBR>("").icb, -1);
   EXPECT_EQ(MessageCatcher::Lines().size(), 1);
 }
 

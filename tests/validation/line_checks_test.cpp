@@ -75,6 +75,17 @@ TEST(CheckLines, StationWithoutDistrictCountsAsNoDistrict) {
   EXPECT_EQ(m.Of<LN>("A").status, 64U);
 }
 
+// D1 is district number 0, which a station without a district must not be taken for.
+TEST(CheckLines, StationWithoutDistrictIsNotTakenForTheFirstDistrict) {
+  ModelBuilder m = WithLine("D1");
+  m.Of<ST>("S1").dv = Id("nowhere");
+  const ValidationRun run(m.Db());
+  ASSERT_EQ(m.Number<DV>("D1"), 0);
+  EXPECT_EQ(run.Errors(), (Texts{"--NMD 错误:ST S1dv字段在分区表中没有相应记录.",
+                                 "--NMD 错误:LN A 给定线路的区域与给定厂站所属的区域不一致."}));
+  EXPECT_EQ(m.Of<LN>("A").status, 0U);
+}
+
 TEST(CheckLines, OfTwoBaseVoltagesIsOneErrorAndTheEndsStay) {
   ModelBuilder m = WithLine("D1");
   m.Of<KV>("K2").vbase = 110.0F;

@@ -33,6 +33,15 @@ TEST(DetectAll, KeepsF1OfTheOldGlobalRow) {
   EXPECT_EQ(run.global.bs_free, -1);
 }
 
+TEST(DetectAll, GlobalTableKeepsItsSlots) {
+  DTSDB database;
+  database.m_globalTable->SetSize(5);
+  database.m_globalTable->Add(GLOBAL(7));
+  const ValidationRun run(database);
+  EXPECT_EQ(database.m_globalTable->GetSize(), 5);
+  EXPECT_EQ(database.m_globalTable->GetCount(), 1);
+}
+
 TEST(DetectAll, ModelWithoutRecordsIsGood) {
   DTSDB database;
   const ValidationRun run(database);
