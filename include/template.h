@@ -327,7 +327,8 @@ int tTable<T>::Locate(const T& rec, int* pPPh, int* pPh) {
 template <class T>
 int tTable<T>::Add(const T& rec) {
   if (m_first == -1) {
-    const T copy = rec;  // `rec` may lie in this table, which is about to move
+    // `rec` may lie in this table, which is about to move.
+    const T copy = rec;  // NOLINT(performance-unnecessary-copy-initialization)
     const int room = std::numeric_limits<int>::max() - m_size;
     SetSize(m_size + std::min(m_nGrowBy, room));
     if (m_first == -1) return -1;

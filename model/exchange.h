@@ -196,7 +196,7 @@ class TwinWriter {
   void StoreCell(char const*& cell, const QString& field) { cell = m_texts.Keep(field); }
   template <class Cell, class Number>
   void StoreCell(Cell& cell, Number field) {
-    cell = static_cast<Cell>(field);  // a signed byte is sign-extended
+    cell = static_cast<Cell>(field);  // NOLINT(bugprone-signed-char-misuse): a signed byte is meant to be extended
   }
 
   dbDatabase* m_db;

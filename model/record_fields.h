@@ -142,8 +142,8 @@
   F(i32, ibs, "from-end bus-section") \
   F(i32, izbs, "to-end bus-section") \
   F(u32, tp_status, "bit 1 from side isolated, 2 to side isolated, 4 both sides dead; bits 8, 16, 32: the breaker's class in the breaker flow") \
-  X(f32, p, "active power through the breaker, written by cbFlow") \
-  X(f32, q, "reactive power through the breaker, written by cbFlow") \
+  X(f32, p, "active power through the breaker, a result of the breaker flow") \
+  X(f32, q, "reactive power through the breaker, a result of the breaker flow") \
   F(i32, r_kv_cb, "number of the R_KV_CB row")
 
 /// generating unit
