@@ -109,6 +109,43 @@ class RowTexts {
   std::vector<QByteArray> m_texts;  // moving a QByteArray leaves its bytes where they are
 };
 
+/// Finds the rows of records by their identity, through one cursor. `db` must outlive it and must not be null.
+template <class T>
+class TwinFinder {
+ public:
+  using Row = typename Twin<T>::Row;
+
+  TwinFinder(dbDatabase* db, dbCursorType type) : m_cursor(db, type) {}
+
+  /// Selects the rows with the identity of `record`; gives how many there are.
+  int Select(const T& record) {
+    if constexpr (T::kKey == RecordKey::Identified) {
+      const QByteArray bytes = IdToBytes(record.id);
+      char const* id = bytes.constData();
+      m_query = "id = ", id;
+      return m_cursor.select(m_query);
+    } else {
+      const int4 id = record.id;
+      m_query = "id = ", id;
+      return m_cursor.select(m_query);
+    }
+  }
+
+  /// Selects the rows whose number is `id` or above; gives how many there are.
+  int SelectFrom(int id) {
+    const int4 first = id;
+    m_query = "id >= ", first;
+    return m_cursor.select(m_query);
+  }
+
+  /// The cursor, on what was selected last.
+  dbCursor<Row>& Cursor() { return m_cursor; }
+
+ private:
+  dbCursor<Row> m_cursor;
+  dbQuery m_query;
+};
+
 /// Writes records into the table of their twin, one by one, through one cursor. `db` must outlive it and must not
 /// be null.
 template <class T>
@@ -116,19 +153,17 @@ class TwinWriter {
  public:
   using Row = typename Twin<T>::Row;
 
-  explicit TwinWriter(dbDatabase* db) : m_db(db), m_cursor(db, dbCursorForUpdate) {}
+  explicit TwinWriter(dbDatabase* db) : m_db(db), m_rows(db, dbCursorForUpdate) {}
 
   /// True when the table has no row.
-  bool IsEmpty() { return m_cursor.select() <= 0; }
+  bool IsEmpty() { return m_rows.Cursor().select() <= 0; }
 
   /// Deletes all rows.
-  void RemoveAll() { m_cursor.removeAll(); }
+  void RemoveAll() { m_rows.Cursor().removeAll(); }
 
   /// Deletes the rows whose number is `id` or above.
   void RemoveFrom(int id) {
-    const int4 first = id;
-    m_query = "id >= ", first;
-    if (m_cursor.select(m_query) > 0) m_cursor.removeAllSelected();
+    if (m_rows.SelectFrom(id) > 0) m_rows.Cursor().removeAllSelected();
   }
 
   /// Adds a row with all columns of `record`; what other programs keep in a row is zero.
@@ -147,38 +182,25 @@ class TwinWriter {
   /// Otherwise does nothing: a missing row isn't made and a doubled one not touched.
   template <class... Columns>
   void Update(const T& record, const Columns&... columns) {
-    if (Select(record) == 1) UpdateSelected(record, columns...);
+    if (m_rows.Select(record) == 1) UpdateSelected(record, columns...);
   }
 
   /// The same, but a missing row is added whole, and doubled ones give way to one new row.
   template <class... Columns>
   void Merge(const T& record, const Columns&... columns) {
-    const int count = Select(record);
+    const int count = m_rows.Select(record);
     if (count == 1) return UpdateSelected(record, columns...);
-    if (count > 1) m_cursor.removeAllSelected();
+    if (count > 1) m_rows.Cursor().removeAllSelected();
     Insert(record);
   }
 
  private:
-  int Select(const T& record) {
-    if constexpr (T::kKey == RecordKey::Identified) {
-      const QByteArray bytes = IdToBytes(record.id);
-      char const* id = bytes.constData();
-      m_query = "id = ", id;
-      return m_cursor.select(m_query);
-    } else {
-      const int4 id = record.id;
-      m_query = "id = ", id;
-      return m_cursor.select(m_query);
-    }
-  }
-
   template <class... Columns>
   void UpdateSelected(const T& record, const Columns&... columns) {
-    Row* const row = m_cursor.get();
+    Row* const row = m_rows.Cursor().get();
     if (row == nullptr) return;
     Store(record, *row, columns...);
-    m_cursor.update();
+    m_rows.Cursor().update();
   }
 
   /// The row's identity is what it was found by: to store it once more changes nothing.
@@ -200,18 +222,21 @@ class TwinWriter {
   }
 
   dbDatabase* m_db;
-  dbCursor<Row> m_cursor;
-  dbQuery m_query;
+  TwinFinder<T> m_rows;
   RowTexts m_texts;
 };
 
 /// Merges the records of `table` into the rows of its twin: rows that exist get the given columns, or with none
 /// given all.
 template <class T, class... Columns>
+void MergeRows(TwinWriter<T>& writer, tTable<T>& table, const Columns&... columns) {
+  for (int i = 0; i < table.GetCount(); ++i) writer.Merge(table[i], columns...);
+}
+template <class T, class... Columns>
 void MergeRows(dbDatabase* db, tTable<T>& table, const Columns&... columns) {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
   TwinWriter<T> writer(db);
-  for (int i = 0; i < table.GetCount(); ++i) writer.Merge(table[i], columns...);
+  MergeRows(writer, table, columns...);
 }
 
 /// Deletes the rows of `table`'s twin that are numbered beyond the table's end.
@@ -238,10 +263,10 @@ void WriteTable(dbDatabase* db, tTable<T>& table) {
   } else if (writer.IsEmpty()) {
     InsertRows(writer, table);
   } else {
-    MergeRows(db, table);
+    MergeRows(writer, table);
   }
   // Deliberate: of all numbered tables only the section list is cut to the model's length.
-  if constexpr (KindOf<T> == KIND_BSL) RemoveRowsBeyond(db, table);
+  if constexpr (KindOf<T> == KIND_BSL) writer.RemoveFrom(table.GetCount());
 }
 
 /// A member of DTSDB that reads or writes one table. Lists of tables are arrays of these, in the order of the calls.

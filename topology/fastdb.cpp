@@ -2,7 +2,7 @@
 
 #include "model/exchange.h"
 #include "model/record_bits.h"
-#include "topology/tp.h"
+#include "topology/walks.h"
 
 namespace dtsdb {
 namespace {
@@ -29,6 +29,9 @@ constexpr TableExchange kWriters[] = {
     DTSDB_WRITER(ZBR), DTSDB_WRITER(ZBR2),
 };
 
+/// What an incremental run writes as a whole besides the sections and the units.
+constexpr TableExchange kChangeWriters[] = {DTSDB_WRITER(BSL), DTSDB_WRITER(ISLAND), DTSDB_WRITER(CHND)};
+
 }  // namespace
 
 int TP::tpReadFastdb(dbDatabase* db) {
@@ -51,6 +54,98 @@ int TP::tpWriteFastdb(dbDatabase* db) {
   ExchangeTables(Model(), db, kWriters);
   db->commit();
   return 1;
+}
+
+namespace {
+
+/// A writer for each of several classes, every one with its cursor.
+template <class... Records>
+struct TwinWriters : TwinWriter<Records>... {
+  explicit TwinWriters(dbDatabase* db) : TwinWriter<Records>(db)... {}
+  template <class Record>
+  TwinWriter<Record>& Of() {
+    return *this;
+  }
+};
+
+}  // namespace
+
+/// The writers for the records of a voltage level. They stay open for the whole of one call.
+struct TP::ChangedRows : TwinWriters<CB, LD, CP, LN, ND, BUS, LN2, XF, XF2, DLN, DLN2, ZBR, ZBR2> {
+  using TwinWriters::TwinWriters;
+};
+
+int TP::tpWriteChangedData(dbDatabase* db) {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return 1;
+  ChangedRows rows(db);
+  WriteUNToFastdb(db);
+  WriteBSToFastdb(db);
+  ExchangeTables(Model(), db, kChangeWriters);
+  WriteLog(db);
+  for (int k = 0; k < m_changedKvCount; ++k) {
+    if (m_changedKvs[k] >= 0) WriteKv(m_changedKvs[k], rows);
+  }
+  db->commit();
+  return 1;
+}
+
+/// Adds the log of the run behind the rows that are there. Their numbers tell other programs which rows are new.
+void TP::WriteLog(dbDatabase* db) {
+  u32 base = 0;
+  {
+    dbCursor<Twin<TPL>::Row> stored(db, dbCursorViewOnly);
+    const int count = stored.select(kReadingOrder<TPL>);
+    const auto* last = count > 0 ? stored.last() : nullptr;
+    if (last != nullptr) base = static_cast<u32>(last->id) + 1;
+  }
+  m_startNo = m_endNo = -1;
+  TwinWriter<TPL> writer(db);
+  for (int i = 0; i < m_tplTable->GetCount(); ++i) {
+    TPL row = (*m_tplTable)[i];
+    row.id = static_cast<i32>(base + static_cast<u32>(row.id));
+    writer.Insert(row);
+    if (i == 0) m_startNo = row.id;
+    m_endNo = row.id;
+  }
+}
+
+namespace {
+
+/// Writes the columns that a run changes in a breaker or branch, in a device, in a bus.
+template <class Branch>
+void WriteBranch(TwinWriter<Branch>& writer, const Branch& branch) {
+  using Columns = Twin<Branch>;
+  writer.Update(branch, Columns::ibs, Columns::izbs, Columns::status, Columns::tp_status);
+}
+template <class Device>
+void WriteDevice(TwinWriter<Device>& writer, const Device& device) {
+  writer.Update(device, Twin<Device>::ibs, Twin<Device>::status, Twin<Device>::tp_status);
+}
+
+}  // namespace
+
+/// Updates the rows of one voltage level's records. Units have been written before, as a whole table.
+void TP::WriteKv(int kv, ChangedRows& rows) {
+  const KV& level = m_kvTable->GetPh(kv);
+  for (const R_KV_CB& row : Chain(*m_rKvCbTable, level.r_kv_cb)) {
+    rows.Of<CB>().Update(m_cbTable->GetPh(row.icb), Twin<CB>::ibs, Twin<CB>::izbs, Twin<CB>::flags,
+                         Twin<CB>::tp_status);
+  }
+  for (const R_KV_BUS& row : Chain(*m_rKvBusTable, level.r_kv_bus)) {
+    rows.Of<BUS>().Update(m_busTable->GetPh(row.ibus), Twin<BUS>::ibs, Twin<BUS>::tp_status);
+  }
+  for (const R_KV_LD& row : Chain(*m_rKvLdTable, level.r_kv_ld)) WriteDevice(rows.Of<LD>(), m_ldTable->GetPh(row.ild));
+  for (const R_KV_CP& row : Chain(*m_rKvCpTable, level.r_kv_cp)) WriteDevice(rows.Of<CP>(), m_cpTable->GetPh(row.icp));
+  ForEachNode(kv, [&](int nd) {
+    rows.Of<ND>().Update(Node(nd), Twin<ND>::ibs, Twin<ND>::next, Twin<ND>::n1, Twin<ND>::flags);
+    return ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](const auto& branch, int, const auto& end, int) {
+      using Branch = std::remove_cvref_t<decltype(branch)>;
+      using End = std::remove_cvref_t<decltype(end)>;
+      rows.Of<End>().Update(end, Twin<End>::flags);
+      WriteBranch(rows.Of<Branch>(), branch);
+      return true;
+    });
+  });
 }
 
 // The topology's own writers: of a row that exists only the topology's columns change, the rest belongs to others.

@@ -205,12 +205,14 @@ void TP::UpdateBreakers() {
 }
 
 /// True when closed breakers other than `cb` join its two nodes within the voltage level. A breaker that carries a
-/// zero-impedance branch counts as well.
+/// zero-impedance branch counts as well. False for a breaker without a voltage level.
 bool TP::tpFindPassPath(int cb) {
   const CB& breaker = m_cbTable->GetPh(cb);
+  const int kv = KvThrough<R_KV_CB>(breaker.r_kv_cb);
+  if (kv == -1) return false;
   const int from = breaker.ind;
   const int to = breaker.iznd;
-  ForEachNode(m_rKvCbTable->GetPh(breaker.r_kv_cb).ikv, [&](int nd) {
+  ForEachNode(kv, [&](int nd) {
     Node(nd).flags |= ND_MARK;
     return true;
   });

@@ -4,30 +4,23 @@
 
 namespace dtsdb {
 
-/// One end of a branch as its fragment is decided on.
-struct TP::BranchSide {
-  int kv;
-  int nd;
-  int* bs;           ///< the branch's section at this end
-  bool open;         ///< the end itself is open
-  bool hasFragment;  ///< it stands on a fragment
-  bool cut;          ///< no power passes: open, on no proper section, or the branch is out of service
-};
-
 TP::BranchSide TP::SideOf(int kv, int nd, int* bs, bool open, bool out) const {
-  const int section = open ? *bs : Node(nd).ibs;
+  BranchSide side{kv, nd, bs, open, false, false};
+  const int section = SectionAt(side);
   const bool isolated = open || (Section(section).status & BS_ISOLATED);
-  return {kv, nd, bs, open, isolated && section != Global().bs_dead, isolated || out};
+  side.hasFragment = isolated && section != Global().bs_dead;
+  side.cut = isolated || out;
+  return side;
 }
 
-/// A fragment is only for a branch with exactly one live end, and stands for the other one. tpBsFragment makes the one
-/// that is missing or removes the one that is there.
+/// The section that a branch end stands on now: an open end what the branch holds, a closed one that of its node.
+int TP::SectionAt(const BranchSide& side) const { return side.open ? *side.bs : Node(side.nd).ibs; }
+
+bool TP::ToggleFragment(const BranchSide& side) { return tpBsFragment(side.kv, side.nd, side.bs, side.open) == 1; }
+
+/// Makes the fragments of a branch's two ends that are missing and removes those that are there without need.
 bool TP::AdjustFragments(const BranchSide& own, const BranchSide& other) {
-  const auto toggle = [&](const BranchSide& side) { return tpBsFragment(side.kv, side.nd, side.bs, side.open) == 1; };
-  const bool ownNeeds = own.cut && !other.cut;
-  const bool otherNeeds = other.cut && !own.cut;
-  if (own.hasFragment != ownNeeds && !toggle(own)) return false;
-  return other.hasFragment == otherNeeds || toggle(other);
+  return (!own.IsDue(other) || ToggleFragment(own)) && (!other.IsDue(own) || ToggleFragment(other));
 }
 
 /// Works out one branch end as seen from node `nd` of voltage level `kv`: its isolation bits, and with them the
@@ -100,9 +93,8 @@ int TP::tpBslBuild(bool allnew) {
   tpAssignBsToDouble();
   for (int k = 0; k < m_changedKvCount; ++k) {
     const int kv = m_changedKvs[k];
-    const bool listed = ClearStretch(kv) && ListSections(kv) && ListShunts<R_KV_UN>(kv) && ListShunts<R_KV_LD>(kv) &&
-                        ListShunts<R_KV_CP>(kv) && ListBranchEnds(kv);
-    if (!listed) return FailedIn("tpBslBuild");
+    if (kv < 0) continue;
+    if (!ClearStretch(kv) || !ListSections(kv) || !ListShunts(kv) || !ListBranchEnds(kv)) return FailedIn("tpBslBuild");
   }
   return 1;
 }
@@ -154,19 +146,12 @@ bool TP::Hang(int bs, int kind, int ref) {
   return true;
 }
 
-/// Lists the units, loads or shunt devices of a voltage level.
-template <class Row>
 bool TP::ListShunts(int kv) {
-  using Device = typename Relation<Row>::Child;
-  for (const Row& row : Chain(Table<Row>(), m_kvTable->GetPh(kv).*Relation<Row>::head)) {
-    const int number = row.ChildNumber();
-    Device& device = Table<Device>().GetPh(number);
-    if (!tpBslShunt(kv, number, device.ind, &device.ibs, KindOf<Device>, &device.status, SHUNT_OFF, SHUNT_ISOLATED,
-                    &device.tp_status, SHUNT_DEAD)) {
-      return false;
-    }
-  }
-  return true;
+  return ForEachShunt(kv, [&](auto& device, int number) {
+    using Device = std::remove_reference_t<decltype(device)>;
+    return tpBslShunt(kv, number, device.ind, &device.ibs, KindOf<Device>, &device.status, SHUNT_OFF, SHUNT_ISOLATED,
+                      &device.tp_status, SHUNT_DEAD) == 1;
+  });
 }
 
 /// Works out and lists one shunt device. A device that is switched off is listed under the section of its node all the

@@ -12,12 +12,16 @@
 namespace dtsdb {
 
 class IslandRing;
+template <class Component>
+struct ComponentType;
 
 /// Works out the electrical topology of a validated model.
 ///
-/// A TP stands on a DTSDB, which it does not own and which must outlive it. tpAllnew writes its results into the
-/// tables BS, BSL, ISLAND and GLOBAL and into the section and status fields of nodes, buses, devices, branches and
-/// breakers; docs/topology.md describes them. Between runs a TP keeps its two work arrays.
+/// A TP stands on a DTSDB, which it does not own and which must outlive it. tpAllnew works out everything; after it
+/// tpSetCompStatus or tpReadTptrace change single states and tpChange follows them up, in proportion to what they
+/// reach. Both write their results into the tables BS, BSL, ISLAND and GLOBAL and into the section and status fields
+/// of nodes, buses, devices, branches and breakers; docs/topology.md describes them. Between runs a TP keeps its two
+/// work arrays.
 ///
 /// Copying or assigning a TP shares the tables and the work arrays; an array goes with the last TP that uses it.
 /// After a run that failed the results are as far as the run came: only another tpAllnew puts them right. No call
@@ -36,6 +40,27 @@ class TP {
   /// standard output, changes nothing and gives 1.
   int tpAllnew();
 
+  /// Brings the topology up to date after the changes that wait in the TPTRACE table, and logs in TPL and CHND what it
+  /// did. Runs tpAllnew instead when there was no full run yet or 50 rows or more are waiting; these then stay in the
+  /// table. Gives 1, or 0 when a stage failed, with one line of each failing level through qDebug: then only tpAllnew
+  /// puts the results right. On a model that is not valid says so through qDebug, changes nothing and gives 1.
+  int tpChange();
+
+  /// Switches component `id`, of the table that type code `type` names (docs/topology.md), on (closed, in service) or
+  /// off. Gives 1 when tpChange has to follow the change up: a TPTRACE row waits for it. Gives 0 when nothing had to
+  /// change, when the identity is unknown (one line on the standard output) or the type, and when a breaker was
+  /// switched whose nodes are joined by others all the same: its state has then changed, without a row.
+  int tpSetCompStatus(const char* id, int type, bool on);
+  /// Gives the breakers the states of their status points. Leaves no row for tpChange: only tpAllnew follows. Always 1.
+  int tpRefreshCB();
+  /// Takes the status points and the states of all components from the realtime database, and the breakers' from the
+  /// status points. Leaves no row for tpChange: only tpAllnew follows. The caller commits. Always 1.
+  int tpReadStatus(dbDatabase* db);
+  /// Takes the changes that other programs have left in the realtime table tptrace since the last run: applies them,
+  /// and puts them into the TPTRACE table in place of what waits there. Without any the table stays as it is. The
+  /// caller commits. Always 1.
+  int tpReadTptrace(dbDatabase* db);
+
   /// Gives each live island a reference: a unit marked as one, else the section of a load marked as one, else the
   /// unit with the greatest margin. Goes by the stored BS and ISLAND tables. Gives the number of islands whose
   /// reference it had to choose itself; 0 with one line on the standard output when there is no live island.
@@ -48,6 +73,10 @@ class TP {
   /// own columns are written. Always 1.
   int tpWriteFastdb(dbDatabase* db);
 
+  /// Stores what tpChange has done, as little of it as will do, and commits: the log under new numbers; sections, list,
+  /// islands and units; and the records of the changed voltage levels. GLOBAL isn't written. Always 1.
+  int tpWriteChangedData(dbDatabase* db);
+
   /// Number of voltage levels with at least one node.
   int getAllKVCount() const { return m_allKvCount; }
   /// Number of voltage levels that the last run processed.
@@ -57,11 +86,11 @@ class TP {
   bool getAllKVs(int* out, int size) const;
   /// The same for the voltage levels of the last run.
   bool getChangedKVs(int* out, int size) const;
-  /// 1 if the last run logged anything in the TPL table, else 0.
+  /// 1 if the last tpChange logged anything in the TPL table, else 0.
   int tpBsChanged() const;
-  /// First number given to the stored log rows, -1 for none.
+  /// The number under which the last tpWriteChangedData stored the first row of the log, -1 for none.
   int tpGetStartNo() const { return m_startNo; }
-  /// Last number given to the stored log rows, -1 for none.
+  /// The same for the last row.
   int tpGetEndNo() const { return m_endNo; }
 
  private:
@@ -69,6 +98,8 @@ class TP {
 
   /// So many neighbours of one section the caller of tpBsNeighbor has room for; the walk fails from there on.
   static constexpr int kMaxNeighbours = 100;
+  /// From so many waiting changes on a full run is preferred.
+  static constexpr int kMaxChanges = 50;
 
   // The stages and what they stand on. All give 1 for success and 0 for failure unless they say otherwise.
 
@@ -101,6 +132,18 @@ class TP {
   int tpAddBrokenBs(int kv, int nd, int& bs);
   int tpBsNeighbor(int bs, int* un, int* devices, int* count, int* neighbours);
   int tpTpl(int ref, int kind, int status, int oldValue, int newValue, const char* text);
+
+  // Incremental run (incremental.cpp)
+  int tpChangedKv();
+  int tpBsRestore();
+
+  // Changes of branch ends and shunt devices (component_change.cpp)
+  int tpComponentChanged(bool* islandChanged);
+  int tpBranchChanged(int kv, int nd, int end, int kind, int endBit, unsigned* endFlags1, unsigned* endFlags2, int nd1,
+                      int nd2, int* bs1, int* bs2, unsigned* status, int offBit, int open1Bit, int open2Bit,
+                      unsigned* tpStatus, int tp1Bit, int tp2Bit, int tpBothBit, bool* islandChanged, bool* kvChanged);
+  int tpShuntChanged(int device, int nd, int* bs, int kind, unsigned* status, int offBit, int isolatedBit,
+                     unsigned* tpStatus, int tpDeadBit, bool* kvChanged, bool* islandChanged);
 
   // Islands (islands.cpp)
   int tpBsSort(bool* changed);
@@ -136,8 +179,10 @@ class TP {
   bool ForEachEnd(int nd, Visit visit) const;
   template <class Branch, class Visit>
   bool ForEachEndOf(int nd, Visit visit) const;
+  template <class Visit>
+  bool ForEachShunt(int kv, Visit visit) const;
 
-  int KvOfNode(int nd) const { return m_rKvNdTable->GetPh(Node(nd).r_kv_nd).ikv; }
+  int KvOfNode(int nd) const;
   int EndOfKv(int kv) const;
   bool RecordMove(int nd, int newBs, int oldBs, int kv);
   void AddChangedKv(int kv);
@@ -163,14 +208,44 @@ class TP {
   bool SetSectionsAside(int kv, int end, int* givenBack);
   bool MoveToSection(int nd, int bs, int kv, bool allnew);
 
+  // Of the incremental run
+  bool RunIncrementalStages();
+  template <class Component>
+  bool FollowChange(const ComponentType<Component>& type, int number);
+  template <class Component>
+  bool LogChange(const ComponentType<Component>& type, int number);
+  void ListBreakerKv(int kv);
+  void ListKvs(int kv, int otherKv);
+  template <class Row>
+  int KvThrough(int row) const;
+
+  // Of the component states
+  bool ClosesWithinSection(const CB& cb) const;
+  template <class Component>
+  int SwitchComponent(const ComponentType<Component>& type, const QString& id, bool on);
+  template <class Component>
+  void ReadStates(dbDatabase* db);
+  void ApplyTrace(TPTRACE& row);
+
+  // Of the component changes
+  bool BranchesChanged(int kv, bool* islandChanged, bool* kvChanged);
+  bool ShuntsChanged(int kv, bool* islandChanged, bool* kvChanged);
+  void AddChangedKvOnce(int kv);
+
+  // Of the exchange
+  struct ChangedRows;
+  void WriteLog(dbDatabase* db);
+  void WriteKv(int kv, ChangedRows& rows);
+
   // Of the bus-section list
   struct BranchSide;
   BranchSide SideOf(int kv, int nd, int* bs, bool open, bool out) const;
-  bool AdjustFragments(const BranchSide& near, const BranchSide& far);
+  int SectionAt(const BranchSide& side) const;
+  bool ToggleFragment(const BranchSide& side);
+  bool AdjustFragments(const BranchSide& own, const BranchSide& other);
   bool WorkOutBranchEnds(int kv);
   bool ClearStretch(int kv);
   bool ListSections(int kv);
-  template <class Row>
   bool ListShunts(int kv);
   bool ListBranchEnds(int kv);
   bool Hang(int bs, int kind, int ref);

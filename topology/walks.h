@@ -110,4 +110,45 @@ bool TP::ForEachEnd(int nd, Visit visit) const {
   return (ForEachEndOf<Branches>(nd, visit) && ...);
 }
 
+/// The voltage level that row `row` of the relation `Row` belongs to, -1 for none.
+template <class Row>
+int TP::KvThrough(int row) const {
+  auto& rows = Table<Row>();
+  if (!HasSlot(rows, row)) return -1;
+  const int kv = rows.GetPh(row).ikv;
+  return HasSlot(*m_kvTable, kv) ? kv : -1;
+}
+
+/// The voltage level of a node, -1 for none.
+inline int TP::KvOfNode(int nd) const { return HasSlot(*m_ndTable, nd) ? KvThrough<R_KV_ND>(Node(nd).r_kv_nd) : -1; }
+
+/// Visits the units, then the loads, then the shunt devices of a voltage level: `visit(device, number)`.
+template <class Visit>
+bool TP::ForEachShunt(int kv, Visit visit) const {
+  const KV& level = m_kvTable->GetPh(kv);
+  const auto visitAll = [&]<class Row>(tTable<Row>& table) {
+    auto& devices = Table<typename Relation<Row>::Child>();
+    for (const Row& row : Chain(table, level.*Relation<Row>::head)) {
+      if (!visit(devices.GetPh(row.ChildNumber()), row.ChildNumber())) return false;
+    }
+    return true;
+  };
+  return visitAll(*m_rKvUnTable) && visitAll(*m_rKvLdTable) && visitAll(*m_rKvCpTable);
+}
+
+/// One end of a branch as its fragment is decided on. A fragment is only for a branch with exactly one live end, and
+/// stands for the other one.
+struct TP::BranchSide {
+  int kv;
+  int nd;
+  int* bs;           ///< the branch's section at this end
+  bool open;         ///< the end itself is open
+  bool hasFragment;  ///< it stands on a fragment
+  bool cut;          ///< no power passes: open, on no proper section, or the branch is out of service
+
+  bool NeedsFragment(const BranchSide& facing) const { return cut && !facing.cut; }
+  /// The fragment is missing, or there without need.
+  bool IsDue(const BranchSide& facing) const { return hasFragment != NeedsFragment(facing); }
+};
+
 }  // namespace dtsdb
