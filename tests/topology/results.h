@@ -84,21 +84,23 @@ std::string Printed(Action action) {
   return testing::internal::GetCapturedStdout();
 }
 
+/// A message of a stage with "N" for the source line; any other message as it is.
+inline std::string WithoutSourceLine(std::string text) {
+  const std::size_t open = text.find(" (");
+  const std::size_t close = text.find(')');
+  if (text.starts_with("TP:") && open != std::string::npos && close != std::string::npos) {
+    text.replace(open + 2, close - open - 2, "N");
+  }
+  return text;
+}
+
 /// The lines that stages write while `action` runs, with "N" for the source line.
 template <class Action>
 std::vector<std::string> FailureLines(Action action) {
   const MessageCatcher catcher;
   action();
   std::vector<std::string> lines;
-  for (const QString& line : MessageCatcher::Lines()) {
-    std::string text = line.toStdString();
-    const std::size_t open = text.find(" (");
-    const std::size_t close = text.find(')');
-    if (text.starts_with("TP:") && open != std::string::npos && close != std::string::npos) {
-      text.replace(open + 2, close - open - 2, "N");
-    }
-    lines.push_back(text);
-  }
+  for (const QString& line : MessageCatcher::Lines()) lines.push_back(WithoutSourceLine(line.toStdString()));
   return lines;
 }
 

@@ -1,0 +1,152 @@
+/// \file
+/// What must hold of the lists of the topology after every run that succeeded.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/support/model_builder.h"
+#include "tests/topology/tp_probe.h"
+
+namespace dtsdb::test {
+
+/// Looks through the lists and collects what is wrong with them.
+class ListChecks {
+ public:
+  ListChecks(ModelBuilder& model, TpProbe& probe, std::vector<int> kvs)
+      : m_model(model), m_probe(probe), m_kvs(std::move(kvs)) {
+    CheckSections();
+    CheckLevels();
+    CheckNodes();
+    CheckEntries();
+  }
+
+  /// One line for each fault; empty when all is well.
+  const std::vector<std::string>& Faults() const { return m_faults; }
+
+ private:
+  void Check(bool holds, const std::string& fault) {
+    if (!holds) m_faults.push_back(fault);
+  }
+  bool IsSection(int bs) const { return bs >= 0 && bs < m_probe.SectionCount(); }
+
+  /// The entries from `first` along `next` up to `end`. Stops at a link that leads nowhere or back.
+  template <class Next>
+  std::vector<int> Walk(int first, int end, int size, Next next, const std::string& list) {
+    std::vector<int> found;
+    for (int n = first; n != end; n = next(n)) {
+      if (n < 0 || n >= size || static_cast<int>(found.size()) == size) {
+        m_faults.push_back(list + " doesn't come to its end");
+        break;
+      }
+      found.push_back(n);
+    }
+    return found;
+  }
+
+  /// Every section stands in one list: the ring, the free list, or as one of the two heads.
+  void CheckSections() {
+    const auto next = [&](int bs) { return m_probe.Section(bs).next; };
+    const int size = m_probe.SectionCount();
+    m_ring = Walk(next(0), 0, size, next, "the ring of sections");
+    const std::vector<int> free = Walk(m_probe.Global().bs_free, -1, size, next, "the list of free sections");
+    Check(next(1) == 1 && m_probe.Section(1).prev == 1, "the holding ring isn't empty");
+    std::vector<int> lists(static_cast<std::size_t>(size), 0);
+    lists[0] = lists[1] = 1;
+    for (const int bs : m_ring) ++lists[static_cast<std::size_t>(bs)];
+    for (const int bs : free) ++lists[static_cast<std::size_t>(bs)];
+    for (int bs = 0; bs < size; ++bs) {
+      const int count = lists[static_cast<std::size_t>(bs)];
+      Check(count == 1, "section " + std::to_string(bs) + " stands in " + std::to_string(count) + " lists");
+    }
+    for (const int bs : m_ring) {
+      const int behind = next(bs);
+      Check(IsSection(behind) && m_probe.Section(behind).prev == bs,
+            "section " + std::to_string(bs) + " isn't linked both ways");
+      Check((m_probe.Section(bs).flags & BS_UNCLAIMED) == 0, "section " + std::to_string(bs) + " is left unclaimed");
+    }
+  }
+
+  /// The ring is grouped by voltage level, each beginning with its first section.
+  void CheckLevels() {
+    std::size_t place = 0;
+    for (const int kv : m_kvs) {
+      const int first = m_model.Table<KV>().GetPh(kv).ibs;
+      Check(place < m_ring.size() && m_ring[place] == first,
+            "level " + std::to_string(kv) + " doesn't begin with its first section");
+      while (place < m_ring.size() && m_probe.Section(m_ring[place]).ikv == kv) ++place;
+    }
+    Check(place == m_ring.size(), "the ring isn't grouped by voltage level");
+  }
+
+  /// A node stands on a section of the ring or on the dead head, with all of its group.
+  void CheckNodes() {
+    auto& nodes = m_model.Table<ND>();
+    for (int i = 0; i < nodes.GetCount(); ++i) {
+      const ND& node = nodes[i];
+      const std::string name = "node " + TextFromId(node.id).toStdString();
+      const bool known = node.ibs == 0 || std::find(m_ring.begin(), m_ring.end(), node.ibs) != m_ring.end();
+      Check(known, name + " stands on section " + std::to_string(node.ibs) + ", which isn't in use");
+      Check(nodes.GetPh(node.next).ibs == node.ibs, name + " doesn't stand with the next of its group");
+      Check((node.flags & ND_MARK) == 0, name + " still bears the work mark");
+    }
+  }
+
+  /// Every list entry stands in one list, and a section names its own.
+  void CheckEntries() {
+    const auto next = [&](int n) { return m_probe.Entry(n).next; };
+    const int size = m_probe.EntryCount();
+    const GLOBAL& global = m_probe.Global();
+    const std::vector<int> list = Walk(next(global.bsl_head), global.bsl_head, size, next, "the bus-section list");
+    const std::vector<int> free = Walk(global.bsl_free, -1, size, next, "the list of free entries");
+    Check(static_cast<int>(list.size() + free.size()) + 1 == size, "list entries are lost or stand twice");
+
+    std::vector<int> listed;
+    std::map<std::pair<int, int>, int> sectionOf;  // by kind and number of what hangs there
+    for (const int n : list) {
+      const BSL& entry = m_probe.Entry(n);
+      if (entry.kind == KIND_BS) {
+        listed.push_back(entry.ref);
+        Check(IsSection(entry.ref) && m_probe.Section(entry.ref).ibsl == n,
+              "section " + std::to_string(entry.ref) + " doesn't name its entry");
+      } else if (entry.kind != KIND_ST && entry.kind != KIND_KV) {
+        Check(!listed.empty(), "something is listed in front of all sections");
+        const int bs = listed.empty() ? -1 : listed.back();
+        const bool once = sectionOf.emplace(std::pair{int{entry.kind}, entry.ref}, bs).second;
+        Check(once, "kind " + std::to_string(entry.kind) + " number " + std::to_string(entry.ref) + " is listed twice");
+      }
+    }
+    Check(listed == m_ring, "the list doesn't follow the ring of sections");
+    CheckHanging<LN>(sectionOf);
+    CheckHanging<DLN>(sectionOf);
+    CheckHanging<XF>(sectionOf);
+    CheckHanging<ZBR>(sectionOf);
+  }
+
+  /// Each branch end hangs under the section that the branch names. An end that still names a section given back is
+  /// left aside.
+  template <class Branch>
+  void CheckHanging(const std::map<std::pair<int, int>, int>& sectionOf) {
+    using Kind = BranchKind<Branch>;
+    auto& branches = m_model.Table<Branch>();
+    for (int i = 0; i < branches.GetCount(); ++i) {
+      const Branch& branch = branches[i];
+      for (const auto& [end, bs] : {std::pair{branch.*Kind::fromEnd, branch.ibs}, {branch.*Kind::toEnd, branch.izbs}}) {
+        const auto found = sectionOf.find({KindOf<typename Kind::End>, end});
+        const int hangsOn = found == sectionOf.end() ? 0 : found->second;
+        const bool inUse = bs == 0 || std::find(m_ring.begin(), m_ring.end(), bs) != m_ring.end();
+        Check(!inUse || hangsOn == bs, "an end of " + TextFromId(branch.id).toStdString() + " hangs under section " +
+                                           std::to_string(hangsOn) + " and names " + std::to_string(bs));
+      }
+    }
+  }
+
+  ModelBuilder& m_model;
+  TpProbe& m_probe;
+  std::vector<int> m_kvs;
+  std::vector<int> m_ring;
+  std::vector<std::string> m_faults;
+};
+
+}  // namespace dtsdb::test
