@@ -89,7 +89,6 @@ class ListChecks {
       const bool known = node.ibs == 0 || std::find(m_ring.begin(), m_ring.end(), node.ibs) != m_ring.end();
       Check(known, name + " stands on section " + std::to_string(node.ibs) + ", which isn't in use");
       Check(nodes.GetPh(node.next).ibs == node.ibs, name + " doesn't stand with the next of its group");
-      Check((node.flags & ND_MARK) == 0, name + " still bears the work mark");
     }
   }
 
