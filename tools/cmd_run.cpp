@@ -28,18 +28,16 @@ constexpr const char* kFooter =
     "  dtsdb rtdb put grid TPTRACE id=1 name='Breaker 7' type=1 status=0 time=$(date +%s)\n"
     "  dtsdb run rtdb:grid --once --verify";
 
-/// Keeps the signals that end a program waiting while this lives, so that they take effect at Wait alone.
+/// Keeps the signals that end a program waiting from now on, so that they take effect at Wait alone, and a second one
+/// not at all.
 class StopSignals {
  public:
   StopSignals() {
     ::sigemptyset(&m_signals);
     ::sigaddset(&m_signals, SIGTERM);
     ::sigaddset(&m_signals, SIGINT);
-    ::sigprocmask(SIG_BLOCK, &m_signals, &m_before);
+    ::sigprocmask(SIG_BLOCK, &m_signals, nullptr);
   }
-  StopSignals(const StopSignals&) = delete;
-  StopSignals& operator=(const StopSignals&) = delete;
-  ~StopSignals() { ::sigprocmask(SIG_SETMASK, &m_before, nullptr); }
 
   /// Waits for so many milliseconds. True as soon as the program is to end.
   bool Wait(int milliseconds) {
@@ -51,7 +49,6 @@ class StopSignals {
 
  private:
   sigset_t m_signals{};
-  sigset_t m_before{};
 };
 
 int Run(const RunOptions& options) {

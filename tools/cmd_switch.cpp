@@ -123,18 +123,13 @@ class Switching {
   Report MakeReport() {
     Report report;
     report.Fact("good", IsGood());
-    report.Fact("runs", NumberCell(m_run));
     report.Fact("failed_runs", NumberCell(m_failed));
-    report.Add(m_events);
-    report.Add(m_runs);
-    report.Add(m_log);
-    report.Add(m_moved);
-    report.Add(m_islands);
-    if (!m_verify) return report;
-    const auto count = static_cast<long long>(m_differences.Rows().size());
-    report.Fact("differences_from_full", NumberCell(count));
-    report.Line(count == 0 ? "No run differs from a full one." : Counted(count, "difference") + " from a full run:");
-    report.Add(m_differences);
+    if (m_verify) {
+      const auto count = static_cast<long long>(m_differences.Rows().size());
+      report.Line(count == 0 ? "No run differs from a full one." : Counted(count, "difference") + " from full runs.");
+    }
+    for (const Sheet& sheet : {m_events, m_runs, m_log, m_moved, m_islands}) report.Add(sheet);
+    if (m_verify) report.Add(m_differences);
     return report;
   }
 
