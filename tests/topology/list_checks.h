@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,15 +20,25 @@ class ListChecks {
     CheckSections();
     CheckLevels();
     CheckNodes();
-    CheckEntries();
+    const std::vector<int> list = CheckEntries();
+    const std::size_t linkFaults = m_faults.size();
+    CheckLayout(list);
+    m_linkFaults.assign(m_faults.begin(), m_faults.begin() + static_cast<std::ptrdiff_t>(linkFaults));
   }
 
   /// One line for each fault; empty when all is well.
   const std::vector<std::string>& Faults() const { return m_faults; }
+  /// The same without those of what is listed under which section.
+  const std::vector<std::string>& LinkFaults() const { return m_linkFaults; }
 
  private:
-  void Check(bool holds, const std::string& fault) {
-    if (!holds) m_faults.push_back(fault);
+  /// Notes the fault that the pieces of text and numbers make up, unless all is well.
+  template <class... Pieces>
+  void Check(bool holds, const Pieces&... pieces) {
+    if (holds) return;
+    std::ostringstream fault;
+    (fault << ... << pieces);
+    m_faults.push_back(fault.str());
   }
   bool IsSection(int bs) const { return bs >= 0 && bs < m_probe.SectionCount(); }
 
@@ -58,13 +69,12 @@ class ListChecks {
     for (const int bs : free) ++lists[static_cast<std::size_t>(bs)];
     for (int bs = 0; bs < size; ++bs) {
       const int count = lists[static_cast<std::size_t>(bs)];
-      Check(count == 1, "section " + std::to_string(bs) + " stands in " + std::to_string(count) + " lists");
+      Check(count == 1, "section ", bs, " stands in ", count, " lists");
     }
     for (const int bs : m_ring) {
       const int behind = next(bs);
-      Check(IsSection(behind) && m_probe.Section(behind).prev == bs,
-            "section " + std::to_string(bs) + " isn't linked both ways");
-      Check((m_probe.Section(bs).flags & BS_UNCLAIMED) == 0, "section " + std::to_string(bs) + " is left unclaimed");
+      Check(IsSection(behind) && m_probe.Section(behind).prev == bs, "section ", bs, " isn't linked both ways");
+      Check((m_probe.Section(bs).flags & BS_UNCLAIMED) == 0, "section ", bs, " is left unclaimed");
     }
   }
 
@@ -73,8 +83,7 @@ class ListChecks {
     std::size_t place = 0;
     for (const int kv : m_kvs) {
       const int first = m_model.Table<KV>().GetPh(kv).ibs;
-      Check(place < m_ring.size() && m_ring[place] == first,
-            "level " + std::to_string(kv) + " doesn't begin with its first section");
+      Check(place < m_ring.size() && m_ring[place] == first, "level ", kv, " doesn't begin with its first section");
       while (place < m_ring.size() && m_probe.Section(m_ring[place]).ikv == kv) ++place;
     }
     Check(place == m_ring.size(), "the ring isn't grouped by voltage level");
@@ -85,35 +94,40 @@ class ListChecks {
     auto& nodes = m_model.Table<ND>();
     for (int i = 0; i < nodes.GetCount(); ++i) {
       const ND& node = nodes[i];
-      const std::string name = "node " + TextFromId(node.id).toStdString();
+      const QByteArray id = IdToBytes(node.id);
       const bool known = node.ibs == 0 || std::find(m_ring.begin(), m_ring.end(), node.ibs) != m_ring.end();
-      Check(known, name + " stands on section " + std::to_string(node.ibs) + ", which isn't in use");
-      Check(nodes.GetPh(node.next).ibs == node.ibs, name + " doesn't stand with the next of its group");
+      Check(known, "node ", id.constData(), " stands on section ", node.ibs, ", which isn't in use");
+      Check(nodes.GetPh(node.next).ibs == node.ibs, "node ", id.constData(),
+            " doesn't stand with the next of its group");
     }
   }
 
-  /// Every list entry stands in one list, and a section names its own.
-  void CheckEntries() {
+  /// Every list entry stands in one list. Gives those of the bus-section list.
+  std::vector<int> CheckEntries() {
     const auto next = [&](int n) { return m_probe.Entry(n).next; };
     const int size = m_probe.EntryCount();
     const GLOBAL& global = m_probe.Global();
     const std::vector<int> list = Walk(next(global.bsl_head), global.bsl_head, size, next, "the bus-section list");
     const std::vector<int> free = Walk(global.bsl_free, -1, size, next, "the list of free entries");
     Check(static_cast<int>(list.size() + free.size()) + 1 == size, "list entries are lost or stand twice");
+    return list;
+  }
 
+  /// The list follows the ring, a section names its own entry, and everything is listed once and under its section.
+  void CheckLayout(const std::vector<int>& list) {
     std::vector<int> listed;
     std::map<std::pair<int, int>, int> sectionOf;  // by kind and number of what hangs there
     for (const int n : list) {
       const BSL& entry = m_probe.Entry(n);
       if (entry.kind == KIND_BS) {
         listed.push_back(entry.ref);
-        Check(IsSection(entry.ref) && m_probe.Section(entry.ref).ibsl == n,
-              "section " + std::to_string(entry.ref) + " doesn't name its entry");
+        Check(IsSection(entry.ref) && m_probe.Section(entry.ref).ibsl == n, "section ", entry.ref,
+              " doesn't name its entry");
       } else if (entry.kind != KIND_ST && entry.kind != KIND_KV) {
         Check(!listed.empty(), "something is listed in front of all sections");
         const int bs = listed.empty() ? -1 : listed.back();
         const bool once = sectionOf.emplace(std::pair{int{entry.kind}, entry.ref}, bs).second;
-        Check(once, "kind " + std::to_string(entry.kind) + " number " + std::to_string(entry.ref) + " is listed twice");
+        Check(once, "kind ", int{entry.kind}, " number ", entry.ref, " is listed twice");
       }
     }
     Check(listed == m_ring, "the list doesn't follow the ring of sections");
@@ -135,8 +149,8 @@ class ListChecks {
         const auto found = sectionOf.find({KindOf<typename Kind::End>, end});
         const int hangsOn = found == sectionOf.end() ? 0 : found->second;
         const bool inUse = bs == 0 || std::find(m_ring.begin(), m_ring.end(), bs) != m_ring.end();
-        Check(!inUse || hangsOn == bs, "an end of " + TextFromId(branch.id).toStdString() + " hangs under section " +
-                                           std::to_string(hangsOn) + " and names " + std::to_string(bs));
+        Check(!inUse || hangsOn == bs, "an end of ", IdToBytes(branch.id).constData(), " hangs under section ", hangsOn,
+              " and names ", bs);
       }
     }
   }
@@ -146,6 +160,7 @@ class ListChecks {
   std::vector<int> m_kvs;
   std::vector<int> m_ring;
   std::vector<std::string> m_faults;
+  std::vector<std::string> m_linkFaults;
 };
 
 }  // namespace dtsdb::test

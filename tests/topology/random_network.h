@@ -16,10 +16,11 @@ namespace dtsdb::test {
 ///
 /// Some stations, each with a 220 kV and perhaps a 110 kV level; a few nodes on each level, joined by breakers, some
 /// open, some carrying a zero-impedance branch; lines, DC lines and windings, some out of service or open at an end;
-/// units, loads and capacitors, some off. Zero-impedance branches open at end 2 are left out.
+/// units, loads and capacitors, some off. Zero-impedance branches open at end 2 are left out, and all of them unless
+/// `withZbrs`.
 class RandomNetwork {
  public:
-  explicit RandomNetwork(unsigned seed) : m_random(seed) {
+  explicit RandomNetwork(unsigned seed, bool withZbrs = true) : m_random(seed), m_withZbrs(withZbrs) {
     const int stations = Number(1, 5);
     for (int i = 0; i < stations; ++i) AddStation();
     AddBranches();
@@ -70,7 +71,7 @@ class RandomNetwork {
     if (from == to) return;
     const std::string breaker = Name("B");
     m_model.Breaker(breaker.c_str(), level.kv.c_str(), from.c_str(), to.c_str(), Chance(40));
-    if (!Chance(20)) return;
+    if (!Chance(20) || !m_withZbrs) return;
     const std::string zbr = Name("Z");
     m_model.Zbr(zbr.c_str(), breaker.c_str());
     if (Chance(20)) m_model.Of<ZBR>(zbr.c_str()).status = BranchKind<ZBR>::out;
@@ -137,6 +138,7 @@ class RandomNetwork {
   }
 
   std::mt19937 m_random;
+  bool m_withZbrs;
   int m_names = 0;
   ModelBuilder m_model;
   std::vector<Level> m_high;
