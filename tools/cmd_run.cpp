@@ -55,7 +55,7 @@ int Run(const RunOptions& options) {
   const auto name = RealtimeName(options.model);
   if (!name) throw Failure(EXIT_USAGE, options.model + " is no realtime database; one is written rtdb:NAME");
   StopSignals stop;
-  RealtimeDatabase(*name, dbDatabase::dbReadOnly);  // a missing one is told and not made
+  { const RealtimeDatabase existing(*name, dbDatabase::dbReadOnly); }  // a missing one is told and not made
   RealtimeDatabase database(*name, dbDatabase::dbAllAccess);
   TopologyTask task(database, {options.indications, options.verify});
   task.Start();

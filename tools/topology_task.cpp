@@ -85,8 +85,9 @@ void TopologyTask::Start() {
   m_tp.tpReadFastdb(m_database.Db());
   m_database.Check();
   if (!IsMarkedGood(m_model)) {
-    throw Failure(EXIT_FAULTS, "the model in the database is not marked good; 'dtsdb validate' with the database as "
-                               "MODEL and as OUT does that");
+    throw Failure(EXIT_FAULTS,
+                  "the model in the database is not marked good; 'dtsdb validate' with the database as "
+                  "MODEL and as OUT does that");
   }
   if (m_options.indications) {
     m_tp.tpReadStatus(m_database.Db());
@@ -102,7 +103,7 @@ void TopologyTask::Start() {
                   Counted(m_model.m_islandTable->GetCount(), "live island"), worked, watch.Lap()));
 }
 
-bool TopologyTask::Look() {
+void TopologyTask::Look() {
   const u32 begun = Now();
   std::vector<TPTRACE> rows = ReadTrace();
   m_since = LookBackFrom(begun);
@@ -112,7 +113,7 @@ bool TopologyTask::Look() {
   std::vector<TPTRACE> fresh;
   std::set_difference(rows.begin(), rows.end(), m_seen.begin(), m_seen.end(), std::back_inserter(fresh), ComesBefore);
   m_seen = std::move(rows);
-  if (fresh.empty()) return false;
+  if (fresh.empty()) return;
   for (const TPTRACE& row : fresh) {
     if (row.n1 != -1) continue;
     WriteMessage(fmt::format("trace row {}: there is no {}", row.id, Quoted(IdText(row.name))));
@@ -133,7 +134,6 @@ bool TopologyTask::Look() {
                   Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"), Counted(sections, "section"), log,
                   worked, stored));
   if (m_options.verify) Verify();
-  return true;
 }
 
 /// The rows stamped from m_since on, with their states in the model. None is left waiting.
@@ -154,6 +154,7 @@ std::vector<TPTRACE> TopologyTask::ReadTrace() {
   m_database.Check();
 
   std::vector<TPTRACE> rows;
+  rows.reserve(static_cast<std::size_t>(waiting.GetCount()));
   for (int i = 0; i < waiting.GetCount(); ++i) rows.push_back(waiting[i]);
   waiting.Clear();
   return rows;
@@ -161,7 +162,7 @@ std::vector<TPTRACE> TopologyTask::ReadTrace() {
 
 /// Makes the last row of each component hold. The topology has applied them by their numbers, which need not follow
 /// the time, and with them rows that were taken before.
-void TopologyTask::ApplyInOrder(std::vector<TPTRACE> rows) {
+void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
   for (const TPTRACE& row : rows) {
     if (row.n1 >= 0) PutInState(m_model, {row.type, row.status != 0, ""}, row.n1);
   }

@@ -26,18 +26,18 @@ class TopologyTask {
   /// has no topology.
   void Start();
 
-  /// Looks for rows of the trace that were not taken yet, and follows them up. True when there were some.
+  /// Looks for rows of the trace that were not taken yet, and follows them up.
   ///
   /// A row counts as taken when one with the same contents was there at the look before. So a row that has changed is
   /// taken again, and none is lost that was stamped up to a minute before it could be committed.
-  bool Look();
+  void Look();
 
   /// True when every run could be worked out and, as far as that was looked at, was the same as a full one.
   bool IsGood() const { return m_good; }
 
  private:
   std::vector<TPTRACE> ReadTrace();
-  void ApplyInOrder(std::vector<TPTRACE> rows);
+  void ApplyInOrder(const std::vector<TPTRACE>& rows);
   void Store(RunOutcome outcome);
   void Verify();
 

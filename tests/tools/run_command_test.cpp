@@ -200,7 +200,8 @@ TEST_F(RunCommand, ManyRowsGiveOneFullRunAndNoCircle) {
   RunningTask task(here, {});
   ASSERT_TRUE(task.Line().starts_with("start: "));
   const std::string line = task.Line();
-  EXPECT_TRUE(line.starts_with("run 1: full, for many changes, 50 rows, 2 levels, 0 sections changed, no log, ")) << line;
+  EXPECT_TRUE(line.starts_with("run 1: full, for many changes, 50 rows, 2 levels, 0 sections changed, no log, "))
+      << line;
   EXPECT_TRUE(IsOpen("甲开关"));
   EXPECT_EQ(task.Line(500), "");
   Trace(50, "甲开关", 1, 1);

@@ -20,8 +20,7 @@ class SwitchCommand : public testing::Test {
 
   /// Opens the to end of the line in the model.
   void OpenToEnd() const {
-    here.Write("m/LN.csv",
-               "id,dv,st,zst,kv,zkv,nd,znd,status\n甲乙线,东区,甲站,乙站,甲站220,乙站220,甲2,乙2,2\n");
+    here.Write("m/LN.csv", "id,dv,st,zst,kv,zkv,nd,znd,status\n甲乙线,东区,甲站,乙站,甲站220,乙站220,甲2,乙2,2\n");
   }
 
   nlohmann::json Json(const std::string& arguments) const {
@@ -53,8 +52,9 @@ TEST_F(SwitchCommand, EventsOfOneCallAreOneRun) {
 }
 
 TEST_F(SwitchCommand, ScriptSaysTheSameAsTheCommandLine) {
-  here.Write("evening.txt",
-             "# evening\nopen CB 甲开关\nrun\n\nout LN \"甲乙线\"   # for work\nrun\nrun\nin LN 甲乙线\nclose CB 甲开关");
+  here.Write(
+      "evening.txt",
+      "# evening\nopen CB 甲开关\nrun\n\nout LN \"甲乙线\"   # for work\nrun\nrun\nin LN 甲乙线\nclose CB 甲开关");
   EXPECT_EQ(Json("switch m --script evening.txt --verify"),
             Json("switch m open CB 甲开关 run out LN 甲乙线 run in LN 甲乙线 close CB 甲开关 --verify"));
 }
@@ -69,7 +69,8 @@ TEST_F(SwitchCommand, ScriptComesInFrontOfTheCommandLine) {
 
 TEST_F(SwitchCommand, ScriptFaultsNameTheLine) {
   here.Write("faulty.txt", "open CB 甲开关\n\nopen CB\n");
-  EXPECT_EQ(Refusal("switch m --script faulty.txt"), "dtsdb: faulty.txt, line 3: behind 'CB' the identity is missing\n");
+  EXPECT_EQ(Refusal("switch m --script faulty.txt"),
+            "dtsdb: faulty.txt, line 3: behind 'CB' the identity is missing\n");
   const CommandResult missing = here.Run("switch m --script none.txt");
   EXPECT_EQ(missing.code, 3);
   EXPECT_TRUE(Contains(missing.err, "none.txt: "));

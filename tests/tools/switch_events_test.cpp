@@ -70,7 +70,9 @@ TEST(SwitchEvents, WrongWordsAreRefusedWithTheRightOnes) {
 TEST(SwitchEvents, UnknownIdentityGetsTheNearest) {
   dtsdb::test::ModelBuilder m;
   m.Put(CB(dtsdb::test::Id("联络"))).Put(CB(dtsdb::test::Id("Breaker 7")));
-  EXPECT_EQ(Refusal([&] { RequireComponent(m.Db(), {1, true, "Braker 7"}); }),
+  EXPECT_EQ(Refusal([&] {
+              RequireComponent(m.Db(), {1, true, "Braker 7"});
+            }),
             "table CB has no record 'Braker 7'; did you mean Breaker 7?");
   EXPECT_EQ(ComponentNumber(m.Db(), {1, true, "联络"}), m.Number<CB>("联络"));
   EXPECT_EQ(ComponentNumber(m.Db(), {1, true, "\xF0\x9F\x98\x80"}), -1) << "no identity can be that";

@@ -41,6 +41,7 @@ class Trace : public TopologyTest {
   /// The ids of the waiting rows.
   std::vector<int> Ids() {
     std::vector<int> ids;
+    ids.reserve(static_cast<std::size_t>(Waiting().GetCount()));
     for (int i = 0; i < Waiting().GetCount(); ++i) ids.push_back(Waiting()[i].id);
     return ids;
   }
