@@ -44,6 +44,7 @@ class Sheet {
   void Add(std::vector<Cell> row);
 
   const std::string& Name() const { return m_name; }
+  const std::vector<std::string>& Columns() const { return m_columns; }
   const std::vector<std::vector<Cell>>& Rows() const { return m_rows; }
 
   /// True when text says nothing of the sheet.

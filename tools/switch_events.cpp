@@ -23,11 +23,11 @@ struct EventWords {
 };
 
 constexpr EventWords kEvents[] = {
-    {1, "open", "close", "CB", ""},      {2, "off", "on", "UN", ""},          {3, "off", "on", "LD", ""},
-    {4, "off", "on", "CP", ""},          {5, "out", "in", "LN", ""},          {6, "out", "in", "XF", ""},
-    {7, "out", "in", "ZBR", ""},         {8, "out", "in", "DLN", ""},         {9, "break", "join", "LN", "from"},
+    {1, "open", "close", "CB", ""},      {2, "off", "on", "UN", ""},           {3, "off", "on", "LD", ""},
+    {4, "off", "on", "CP", ""},          {5, "out", "in", "LN", ""},           {6, "out", "in", "XF", ""},
+    {7, "out", "in", "ZBR", ""},         {8, "out", "in", "DLN", ""},          {9, "break", "join", "LN", "from"},
     {10, "break", "join", "LN", "to"},   {11, "break", "join", "DLN", "from"}, {12, "break", "join", "DLN", "to"},
-    {13, "break", "join", "XF", "from"}, {14, "break", "join", "XF", "to"},   {15, "break", "join", "ZBR", "from"},
+    {13, "break", "join", "XF", "from"}, {14, "break", "join", "XF", "to"},    {15, "break", "join", "ZBR", "from"},
     {16, "break", "join", "ZBR", "to"},
 };
 
@@ -47,7 +47,9 @@ std::vector<std::string> Choices(Fits fits, Text text) {
 
 std::vector<std::string> Verbs() {
   return Choices([](const EventWords&) { return true; },
-                 [](const EventWords& event) { return std::vector<std::string>{event.off, event.on}; });
+                 [](const EventWords& event) {
+                   return std::vector<std::string>{event.off, event.on};
+                 });
 }
 
 /// The word at `at`, and `at` one further. A Failure that says `what` was to come when the words are at their end.
@@ -92,7 +94,7 @@ std::string WordAt(const std::string& line, std::size_t& at) {
   }
   const std::size_t end = line.find(quote, at + 1);
   if (end == std::string::npos) throw Failure(EXIT_USAGE, "a quote isn't closed");
-  const std::string word = line.substr(at + 1, end - at - 1);
+  std::string word = line.substr(at + 1, end - at - 1);
   at = end + 1;
   return word;
 }
@@ -114,9 +116,9 @@ bool IsSwitchVerb(const std::string& word) {
 SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& at) {
   const std::string& verb = TakeChoice(words, at, "a verb", Verbs());
   const auto saysVerb = [&](const EventWords& event) { return Says(event, verb); };
-  const std::string& table = TakeChoice(
-      words, at, "a table that goes with '" + verb + "'",
-      Choices(saysVerb, [](const EventWords& event) { return std::vector<std::string>{event.table}; }));
+  const std::string& table =
+      TakeChoice(words, at, "a table that goes with '" + verb + "'",
+                 Choices(saysVerb, [](const EventWords& event) { return std::vector<std::string>{event.table}; }));
   const std::string& id = TakeWord(words, at, "the identity");
   const auto fits = [&](const EventWords& event) { return saysVerb(event) && table == event.table; };
   std::string end;
@@ -151,6 +153,7 @@ void RequireComponent(DTSDB& database, const SwitchEvent& event) {
   WithTable(database, event, [&](const auto&, auto& table) {
     using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
     std::vector<std::string> known;
+    known.reserve(static_cast<std::size_t>(table.GetCount()));
     for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
     throw Failure(EXIT_USAGE, fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id),
                                           DidYouMean(event.id, known)));

@@ -45,7 +45,8 @@ void Compare(DTSDB& here, DTSDB& there, StateAt stateAt, std::vector<TopologyDif
 
 template <class T>
 void CompareEquipment(DTSDB& here, DTSDB& there, std::vector<TopologyDifference>& differences) {
-  Compare<T>(here, there, [](DTSDB& database, int i) { return StateOf(TableOf<T>(database)[i]); }, differences);
+  Compare<T>(
+      here, there, [](DTSDB& database, int i) { return StateOf(TableOf<T>(database)[i]); }, differences);
 }
 
 }  // namespace

@@ -129,7 +129,7 @@ Cell NumberOrNothing(int number, bool some) { return some ? NumberCell(number) :
 
 Cell TextOrNothing(const std::string& text) { return text.empty() ? Cell() : Cell(text); }
 
-Sheet IslandSheet(DTSDB& database, Sections& sections, const std::vector<int>& ring) {
+Sheet MakeIslandSheet(DTSDB& database, Sections& sections, const std::vector<int>& ring) {
   std::vector<Counts> counts(static_cast<std::size_t>(database.m_islandTable->GetCount()));
   std::vector<int> sectionCounts(counts.size(), 0);
   for (const int s : ring) {
@@ -223,6 +223,11 @@ Sheet DeadSheet(DTSDB& database, Sections& sections) {
 
 }  // namespace
 
+Sheet IslandSheet(DTSDB& database) {
+  Sections sections(database);
+  return MakeIslandSheet(database, sections, sections.Ring());
+}
+
 Report TopologyReport(DTSDB& database) {
   Sections sections(database);
   const std::vector<int> ring = sections.Ring();
@@ -236,7 +241,7 @@ Report TopologyReport(DTSDB& database) {
   report.Fact("live_sections", NumberCell(all - dead));
   report.Fact("dead_sections", NumberCell(dead));
   report.Line(fmt::format("Live islands: {}. Bus sections: {}, {} of them dead.", islands, all, dead));
-  report.Add(IslandSheet(database, sections, ring));
+  report.Add(MakeIslandSheet(database, sections, ring));
   report.Add(SectionSheet(sections, ring));
   report.Add(ContentSheet(sections, ring));
   report.Add(DeadSheet(database, sections));

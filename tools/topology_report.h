@@ -14,4 +14,7 @@ namespace dtsdb::tools {
 ///  - dead: the nodes and equipment that are dead, isolated, switched off or out of service.
 Report TopologyReport(DTSDB& database);
 
+/// The sheet islands alone.
+Sheet IslandSheet(DTSDB& database);
+
 }  // namespace dtsdb::tools

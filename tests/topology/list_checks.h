@@ -107,7 +107,7 @@ class ListChecks {
     const auto next = [&](int n) { return m_probe.Entry(n).next; };
     const int size = m_probe.EntryCount();
     const GLOBAL& global = m_probe.Global();
-    const std::vector<int> list = Walk(next(global.bsl_head), global.bsl_head, size, next, "the bus-section list");
+    std::vector<int> list = Walk(next(global.bsl_head), global.bsl_head, size, next, "the bus-section list");
     const std::vector<int> free = Walk(global.bsl_free, -1, size, next, "the list of free entries");
     Check(static_cast<int>(list.size() + free.size()) + 1 == size, "list entries are lost or stand twice");
     return list;

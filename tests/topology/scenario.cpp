@@ -13,12 +13,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The line behind its first word.
-std::string Rest(const std::string& line) {
-  const std::size_t word = line.find_first_not_of(" \t");
-  const std::size_t blank = line.find_first_of(" \t", word);
-  const std::size_t rest = line.find_first_not_of(" \t", blank);
-  return rest == std::string::npos ? "" : line.substr(rest);
+/// The words behind the first one.
+std::string Rest(const std::vector<std::string>& words) {
+  std::string text;
+  for (std::size_t i = 1; i < words.size(); ++i) text += (i > 1 ? " " : "") + words[i];
+  return text;
 }
 
 Scenario Broken(const fs::path& path, int line, const std::string& what) {
@@ -38,11 +37,11 @@ void ReadFile(const fs::path& path, std::vector<Scenario>& scenarios) {
     }
     if (words.empty()) continue;
     if (words.front() == "scenario") {
-      scenarios.push_back({path.string(), Rest(line), {}});
+      scenarios.push_back({path.string(), Rest(words), {}});
     } else if (scenarios.empty() || scenarios.back().file != path) {
       scenarios.push_back(Broken(path, number, "stands in front of the first scenario"));
     } else {
-      scenarios.back().statements.push_back({words, Rest(line), number});
+      scenarios.back().statements.push_back({words, Rest(words), number});
     }
   }
 }

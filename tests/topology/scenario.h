@@ -12,7 +12,7 @@ namespace dtsdb::test {
 /// One statement: its words, and where it stands.
 struct Statement {
   std::vector<std::string> words;
-  std::string text;  ///< the line behind the first word
+  std::string text;  ///< the words behind the first one
   int line = 0;
 };
 

@@ -13,11 +13,11 @@ void RequireWords(const std::vector<std::string>& words, std::size_t least, std:
 bool ScenarioNetwork::Take(const Statement& statement) {
   using Statements = void (ScenarioNetwork::*)(const Words&);
   static const std::map<std::string, Statements> kStatements = {
-      {"level", &ScenarioNetwork::AddLevel},    {"unit", &ScenarioNetwork::AddShunt},
-      {"load", &ScenarioNetwork::AddShunt},     {"capacitor", &ScenarioNetwork::AddShunt},
-      {"bus", &ScenarioNetwork::AddShunt},      {"breaker", &ScenarioNetwork::AddBreaker},
-      {"zbr", &ScenarioNetwork::AddZbr},        {"line", &ScenarioNetwork::AddBranch},
-      {"dcline", &ScenarioNetwork::AddBranch},  {"winding", &ScenarioNetwork::AddBranch},
+      {"level", &ScenarioNetwork::AddLevel},   {"unit", &ScenarioNetwork::AddShunt},
+      {"load", &ScenarioNetwork::AddShunt},    {"capacitor", &ScenarioNetwork::AddShunt},
+      {"bus", &ScenarioNetwork::AddShunt},     {"breaker", &ScenarioNetwork::AddBreaker},
+      {"zbr", &ScenarioNetwork::AddZbr},       {"line", &ScenarioNetwork::AddBranch},
+      {"dcline", &ScenarioNetwork::AddBranch}, {"winding", &ScenarioNetwork::AddBranch},
   };
   const Words& words = statement.words;
   const bool isStation = words.front() == "station";

@@ -19,9 +19,9 @@ using tools::IdText;
 
 constexpr const char* kNone = "none";
 
-std::string Join(const std::vector<std::string>& words, std::size_t from = 1) {
-  return fmt::format("{}", fmt::join(words.begin() + static_cast<std::ptrdiff_t>(std::min(from, words.size())),
-                                     words.end(), " "));
+std::string Join(const std::vector<std::string>& words, std::size_t from) {
+  return fmt::format(
+      "{}", fmt::join(words.begin() + static_cast<std::ptrdiff_t>(std::min(from, words.size())), words.end(), " "));
 }
 
 /// The texts one behind the other, or "none".
@@ -72,9 +72,13 @@ std::string KindName(int kind) {
 }
 
 template <class Record>
-concept HasOneSection = requires(const Record& record) { record.ibs; };
+concept HasOneSection = requires(const Record& record) {
+  record.ibs;
+};
 template <class Record>
-concept HasTwoSections = HasOneSection<Record> && requires(const Record& record) { record.izbs; };
+concept HasTwoSections = HasOneSection<Record> && requires(const Record& record) {
+  record.izbs;
+};
 
 }  // namespace
 
@@ -116,7 +120,7 @@ void ScenarioRun::ExpectNext(Queue& queue, const std::string& expected) {
 }
 
 void ScenarioRun::ExpectNothingLeft(const std::string& name, Queue& queue) {
-  for (const std::string& text : queue.texts) Fail("unexpected " + name + ": " + text);
+  for (const std::string& text : queue.texts) Fail(fmt::format("unexpected {}: {}", name, text));
   queue = {};
 }
 
@@ -125,8 +129,8 @@ void ScenarioRun::ExpectNothingLeft(const std::string& name, Queue& queue) {
 bool ScenarioRun::Act(const Statement& statement) {
   using Action = void (ScenarioRun::*)(const Words&);
   static const std::map<std::string, Action> kActions = {
-      {"run", &ScenarioRun::RunFull},   {"change", &ScenarioRun::Change}, {"repeat", &ScenarioRun::Repeat},
-      {"row", &ScenarioRun::AddRow},    {"set", &ScenarioRun::Set},
+      {"run", &ScenarioRun::RunFull}, {"change", &ScenarioRun::Change}, {"repeat", &ScenarioRun::Repeat},
+      {"row", &ScenarioRun::AddRow},  {"set", &ScenarioRun::Set},
   };
   const std::string& word = statement.words.front();
   const auto found = kActions.find(word);
@@ -253,7 +257,7 @@ void ScenarioRun::Set(const Words& words) {
 bool ScenarioRun::Expect(const Statement& statement) {
   const Words& words = statement.words;
   const std::string& word = words.front();
-  const std::string expected = Join(words);
+  const std::string& expected = statement.text;
   const auto needs = [&](std::size_t count) { RequireWords(words, count, count); };
   DTSDB& database = m_network.Model().Db();
 
@@ -366,6 +370,7 @@ std::string ScenarioRun::Fragments() {
 std::string ScenarioRun::Moved() {
   tTable<CHND>& rows = m_network.Model().Table<CHND>();
   std::vector<std::string> texts;
+  texts.reserve(static_cast<std::size_t>(rows.GetCount()));
   for (int i = 0; i < rows.GetCount(); ++i) {
     texts.push_back(fmt::format("{} {} -> {}", NodeName(rows[i].ind), rows[i].ibs_old, rows[i].ibs_new));
   }

@@ -1,0 +1,201 @@
+#include "tools/topology_task.h"
+
+#include <fmt/format.h>
+
+#include <QDateTime>
+#include <algorithm>
+#include <chrono>
+#include <set>
+#include <tuple>
+#include <utility>
+
+#include "tools/failure.h"
+#include "tools/field_text.h"
+#include "tools/switch_events.h"
+#include "tools/text_layout.h"
+#include "tools/topology_compare.h"
+#include "tools/validation_run.h"
+
+namespace dtsdb::tools {
+namespace {
+
+/// So many seconds a row may be stamped before it is committed. The time that the topology notes for a run is that of
+/// its end; rows stamped during the run, or before it by a program that had to wait for its turn to write, would
+/// otherwise be passed over.
+constexpr u32 kLookBack = 60;
+
+u32 Now() { return static_cast<u32>(QDateTime::currentSecsSinceEpoch()); }
+
+u32 LookBackFrom(u32 time) { return time - std::min(time, kLookBack); }
+
+class Stopwatch {
+ public:
+  /// The milliseconds since it was made or last asked.
+  double Lap() {
+    const auto now = std::chrono::steady_clock::now();
+    return std::chrono::duration<double, std::milli>(now - std::exchange(m_begin, now)).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+};
+
+/// Lets no warning of the library out while it lives.
+class Silence {
+ public:
+  Silence() : m_before(qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {})) {}
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+  ~Silence() { qInstallMessageHandler(m_before); }
+
+ private:
+  QtMessageHandler m_before;
+};
+
+void Say(const std::string& line) {
+  const std::string time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
+  WriteResult(Format::Text, time + " " + OneLine(line) + "\n");
+}
+
+/// The contents of a row; rows with the same contents count as the same.
+auto Contents(const TPTRACE& row) { return std::tie(row.time, row.id, row.name, row.type, row.status); }
+
+bool ComesBefore(const TPTRACE& a, const TPTRACE& b) { return Contents(a) < Contents(b); }
+
+/// The number of sections that the last run has changed: those that nodes or equipment left or came to, and those that
+/// became live or dead.
+int ChangedSectionCount(DTSDB& model) {
+  std::set<int> sections;
+  for (int i = 0; i < model.m_chndTable->GetCount(); ++i) {
+    const CHND& row = (*model.m_chndTable)[i];
+    sections.insert({row.ibs_old, row.ibs_new});
+  }
+  for (int i = 0; i < model.m_tplTable->GetCount(); ++i) {
+    const TPL& row = (*model.m_tplTable)[i];
+    if (row.event.startsWith(QLatin1String("BS"))) sections.insert({row.n3, row.n2});
+  }
+  const int dead = (*model.m_globalTable)[0].bs_dead;
+  return static_cast<int>(std::count_if(sections.begin(), sections.end(), [dead](int bs) { return bs > dead; }));
+}
+
+}  // namespace
+
+void TopologyTask::Start() {
+  Stopwatch watch;
+  m_tp.tpReadFastdb(m_database.Db());
+  m_database.Check();
+  if (!IsMarkedGood(m_model)) {
+    throw Failure(EXIT_FAULTS,
+                  "the model in the database is not marked good; 'dtsdb validate' with the database as "
+                  "MODEL and as OUT does that");
+  }
+  if (m_options.indications) {
+    m_tp.tpReadStatus(m_database.Db());
+    m_database.Db()->commit();
+  }
+  const GLOBAL& global = (*m_model.m_globalTable)[0];
+  m_since = LookBackFrom(std::max(global.u1, global.time));
+  if (!m_runner.RunFull()) throw Failure(EXIT_FAULTS, "the topology of the model in the database can't be worked out");
+  const double worked = watch.Lap();
+  m_tp.tpWriteFastdb(m_database.Db());
+  m_database.Check();
+  Say(fmt::format("start: full run, {}, {:.1f} ms, stored in {:.1f} ms",
+                  Counted(m_model.m_islandTable->GetCount(), "live island"), worked, watch.Lap()));
+}
+
+void TopologyTask::Look() {
+  const u32 begun = Now();
+  std::vector<TPTRACE> rows = ReadTrace();
+  m_since = LookBackFrom(begun);
+  std::sort(rows.begin(), rows.end(), ComesBefore);
+  ApplyInOrder(rows);
+
+  std::vector<TPTRACE> fresh;
+  std::set_difference(rows.begin(), rows.end(), m_seen.begin(), m_seen.end(), std::back_inserter(fresh), ComesBefore);
+  m_seen = std::move(rows);
+  if (fresh.empty()) return;
+  for (const TPTRACE& row : fresh) {
+    if (row.n1 != -1) continue;
+    WriteMessage(fmt::format("trace row {}: there is no {}", row.id, Quoted(IdText(row.name))));
+  }
+
+  const int count = static_cast<int>(fresh.size());
+  m_model.m_tptraceTable->SetData(fresh.data(), count, false);
+  ++m_run;
+  Stopwatch watch;
+  const RunOutcome outcome = m_runner.Run();
+  const double worked = watch.Lap();
+  Store(outcome);
+  const double stored = watch.Lap();
+  const bool logged = outcome == RunOutcome::Incremental && m_tp.tpGetStartNo() != -1;
+  const std::string log = logged ? fmt::format("log {}..{}", m_tp.tpGetStartNo(), m_tp.tpGetEndNo()) : "no log";
+  const int sections = outcome == RunOutcome::Incremental ? ChangedSectionCount(m_model) : 0;
+  Say(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run, OutcomeText(outcome),
+                  Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"), Counted(sections, "section"), log,
+                  worked, stored));
+  if (m_options.verify) Verify();
+}
+
+/// The rows stamped from m_since on, with their states in the model. None is left waiting.
+std::vector<TPTRACE> TopologyTask::ReadTrace() {
+  tTable<TPTRACE>& waiting = *m_model.m_tptraceTable;
+  waiting.Clear();
+  // The topology reads from the later of these two times on.
+  GLOBAL& global = (*m_model.m_globalTable)[0];
+  const u32 time = std::exchange(global.time, m_since);
+  const u32 lastChange = std::exchange(global.u1, m_since);
+  {
+    const Silence silence;  // of unknown names; Look tells of them, once
+    m_tp.tpReadTptrace(m_database.Db());
+  }
+  global.time = time;
+  global.u1 = lastChange;
+  m_database.Db()->commit();  // ends the reading: the next look is to see what others have written by then
+  m_database.Check();
+
+  std::vector<TPTRACE> rows;
+  rows.reserve(static_cast<std::size_t>(waiting.GetCount()));
+  for (int i = 0; i < waiting.GetCount(); ++i) rows.push_back(waiting[i]);
+  waiting.Clear();
+  return rows;
+}
+
+/// Makes the last row of each component hold. The topology has applied them by their numbers, which need not follow
+/// the time, and with them rows that were taken before.
+void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
+  for (const TPTRACE& row : rows) {
+    if (row.n1 >= 0) PutInState(m_model, {row.type, row.status != 0, ""}, row.n1);
+  }
+}
+
+/// Stores what a run has left. Nothing of one that failed: other programs keep the last good result.
+void TopologyTask::Store(RunOutcome outcome) {
+  switch (outcome) {
+    case RunOutcome::Nothing:
+      return;
+    case RunOutcome::Incremental:
+      m_model.WriteGLOBALToFastdb(m_database.Db());  // the time from which a task that starts later reads the trace
+      m_tp.tpWriteChangedData(m_database.Db());
+      break;
+    case RunOutcome::Replaced:
+      WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
+      [[fallthrough]];
+    case RunOutcome::Full:
+      m_tp.tpWriteFastdb(m_database.Db());
+      break;
+    case RunOutcome::Failed:
+      WriteMessage(fmt::format("run {}: the topology can't be worked out; nothing is stored", m_run));
+      m_good = false;
+      return;
+  }
+  m_database.Check();
+}
+
+void TopologyTask::Verify() {
+  for (const auto& [table, identity, here, there] : CompareWithFullRun(m_model)) {
+    m_good = false;
+    Say(fmt::format("run {} differs from a full one: {} {}: {}; full run: {}", m_run, table, identity, here, there));
+  }
+}
+
+}  // namespace dtsdb::tools
