@@ -1,0 +1,1 @@
+#include "breakerflow/cbflow.h"
