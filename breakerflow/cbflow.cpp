@@ -19,6 +19,7 @@ void cbFlow::clear() {
   for (auto* devices : {&m_cpArray, &m_ldArray, &m_lnArray, &m_unArray, &m_xfArray, &m_dlnArray}) devices->clear();
   for (auto* lists : {&m_ndcbMap, &m_bsNdMap, &m_bsCbMap, &m_bsGroupMap}) lists->clear();
   m_bsValid.clear();
+  m_bsBalance.clear();
   m_groups.clear();
   m_groupOfNode.clear();
 }

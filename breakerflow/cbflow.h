@@ -72,6 +72,12 @@ struct cbDevice {
   bool zend = false;  ///< the to end of a branch
 };
 
+/// What is injected into all nodes of a set together. Zero where the data fit.
+struct FlowBalance {
+  float p = 0;
+  float q = 0;
+};
+
 /// Nodes of loops that touch each other. They are treated as one node, and then solved together.
 class ndGroup {
  public:
@@ -134,7 +140,8 @@ class cbFlow {
   /// The nodes of a set and the keys of its breakers. Empty for a number out of range.
   QList<int> SetNodes(int set) const { return m_bsNdMap.value(set); }
   QList<int> SetBreakers(int set) const { return m_bsCbMap.value(set); }
-  /// True when the set balances and has been computed.
+  FlowBalance SetBalance(int set) const { return m_bsBalance.value(set); }
+  /// True when the set passed the balance test, which looks for surplus only, and has been computed.
   bool IsBalanced(int set) const { return m_bsValid.value(set) != 0; }
 
  private:
@@ -197,6 +204,8 @@ class cbFlow {
   QMap<int, QList<int>> m_bsNdMap, m_bsCbMap, m_bsGroupMap;                               ///< by set
   QMap<int, int> m_bsValid;                                                               ///< by set: 1 balanced
   QMap<int, ndGroup> m_groups;                                                            ///< by one of their nodes
+
+  QMap<int, FlowBalance> m_bsBalance;  ///< by set
 
   /// By node: the key of its group in m_groups. No node is in two groups.
   std::unordered_map<int, int> m_groupOfNode;

@@ -34,6 +34,7 @@ void cbFlow::frombs() {
   for (cbBreaker& breaker : m_cbArray) breaker.flags |= kWorkMark;
   m_bsNdMap.clear();
   m_bsValid.clear();
+  m_bsBalance.clear();
   int set = 0;
   for (auto it = m_ndArray.begin(); it != m_ndArray.end(); ++it) {
     if ((it->flags & kWorkMark) != 0) GatherSet(it.key(), set++);
@@ -90,6 +91,7 @@ void cbFlow::valid() {
     // Deliberately without absolute values: a set that lacks power passes, however much it lacks.
     const bool balanced = wtotal <= m_delta && rtotal <= m_delta;
     m_bsValid[it.key()] = balanced ? 1 : 0;
+    m_bsBalance[it.key()] = {wtotal, rtotal};
     if (balanced) continue;
     FlowLog() << "bs No. =" << it.key() << "\nwtotal = " << wtotal << "\nrtotal = " << rtotal << "\n\n";
   }

@@ -18,6 +18,7 @@ using Action = std::function<int()>;
 // Each adds its subcommand to `app`; when the command line names it, `action` is set.
 void AddValidate(CLI::App& app, Action& action);
 void AddTopology(CLI::App& app, Action& action);
+void AddFlow(CLI::App& app, Action& action);
 void AddConvert(CLI::App& app, Action& action);
 void AddGenerate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);
