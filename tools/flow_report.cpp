@@ -95,7 +95,6 @@ Report FlowReport(const cbFlow& flow, const LevelOfBreaker& levels) {
   const int without = BreakersWithoutResult(flow);
 
   Report report;
-  report.Fact("sets", NumberCell(flow.SetCount()));
   report.Fact("not_balanced", NumberCell(refused));
   report.Fact("closed_breakers", NumberCell(closed));
   report.Fact("open_or_dead_breakers", NumberCell(flow.Breakers().size() - closed));

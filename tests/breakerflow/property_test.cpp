@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <numeric>
 #include <string>
 
 #include "tests/breakerflow/breaker_graph.h"
@@ -74,15 +75,19 @@ Compared CompareRandom(const RandomGraph& random) {
   return {random.Breakers(), Injections(random, &RandomGraph::P), Injections(random, &RandomGraph::Q)};
 }
 
-/// A ring of `nodes` nodes with random injections.
+/// A ring of `nodes` nodes in an order of their numbers by chance: every third one with an injection into one node and
+/// out of another only, the others with injections everywhere.
 Compared CompareRing(unsigned seed, int nodes) {
   std::mt19937 random(seed);
+  std::vector<int> order(static_cast<std::size_t>(nodes));
+  std::iota(order.begin(), order.end(), 0);
+  std::shuffle(order.begin(), order.end(), random);
   Ends breakers;
+  for (int i = 0; i < nodes; ++i) breakers.emplace_back(order[i], order[(i + 1) % nodes]);
   Eigen::VectorXd p = Eigen::VectorXd::Zero(nodes);
-  for (int node = 0; node < nodes; ++node) {
-    breakers.emplace_back(node, (node + 1) % nodes);
+  for (int transfers = seed % 3 == 0 ? 1 : nodes; transfers > 0; --transfers) {
     const double value = std::uniform_int_distribution<int>(-800, 800)(random) / 8.0;
-    p[node] += value;
+    p[std::uniform_int_distribution<int>(0, nodes - 1)(random)] += value;
     p[std::uniform_int_distribution<int>(0, nodes - 1)(random)] -= value;
   }
   return {breakers, p, -0.5 * p};

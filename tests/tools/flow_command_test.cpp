@@ -16,7 +16,7 @@ using test::IsOneLine;
 using test::Workplace;
 
 /// The outcome of a call that must end with `code` and without a message.
-std::string Run(const Workplace& here, const char* arguments, int code = 0) {
+std::string Output(const Workplace& here, const char* arguments, int code = 0) {
   const CommandResult result = here.Run(arguments);
   EXPECT_EQ(result.code, code) << arguments << ": " << result.err;
   EXPECT_EQ(result.err, "") << arguments;
@@ -24,7 +24,7 @@ std::string Run(const Workplace& here, const char* arguments, int code = 0) {
 }
 
 json Result(const Workplace& here, const char* arguments, int code = 0) {
-  return json::parse(Run(here, arguments, code));
+  return json::parse(Output(here, arguments, code));
 }
 
 /// The row of a breaker in the result.
@@ -40,7 +40,7 @@ json Breaker(const json& result, const std::string& id) {
 Workplace StoredSample() {
   Workplace here;
   here.CopyModel("m", "examples/ieee14");
-  Run(here, "topology m -o rtdb:x");
+  Output(here, "topology m -o rtdb:x");
   return here;
 }
 
@@ -65,7 +65,7 @@ TEST(FlowCommand, LeavesNothingInTheFolderAndAnotherProgramsLogAlone) {
   const Workplace here;
   here.CopyModel("m");
   here.Write("cbFlow.txt", "of another program");
-  Run(here, "flow m", 1);
+  Output(here, "flow m", 1);
   EXPECT_EQ(here.EntryCount(), 2);
   EXPECT_EQ(here.Read("cbFlow.txt"), "of another program");
 }
@@ -73,22 +73,22 @@ TEST(FlowCommand, LeavesNothingInTheFolderAndAnotherProgramsLogAlone) {
 TEST(FlowCommand, TakesAnObjectFileWithItsTopologyAsItIs) {
   const Workplace here;
   here.CopyModel("m", "examples/ieee14");
-  Run(here, "topology m -o live.obj");
-  EXPECT_EQ(Run(here, "flow live.obj"), Run(here, "flow m"));
+  Output(here, "topology m -o live.obj");
+  EXPECT_EQ(Output(here, "flow live.obj"), Output(here, "flow m"));
 }
 
 TEST(FlowCommand, RealtimeDatabaseIsNotChangedUnlessAskedFor) {
   const Workplace here = StoredSample();
-  Run(here, "rtdb put x CB id=Taohua-33-C1-Q0 p=7");
-  const std::string before = Run(here, "rtdb show x CB --format csv");
-  Run(here, "flow rtdb:x");
-  EXPECT_EQ(Run(here, "rtdb show x CB --format csv"), before);
+  Output(here, "rtdb put x CB id=Taohua-33-C1-Q0 p=7");
+  const std::string before = Output(here, "rtdb show x CB --format csv");
+  Output(here, "flow rtdb:x");
+  EXPECT_EQ(Output(here, "rtdb show x CB --format csv"), before);
 }
 
 TEST(FlowCommand, StoresFlowsAndClassesInARealtimeDatabase) {
   const Workplace here = StoredSample();
   const json flows = Result(here, "flow rtdb:x --store --format json");
-  const json row = json::parse(Run(here, "rtdb show x CB --id Nanhu-33-E01-Q0 --format json"))["CB"][0];
+  const json row = json::parse(Output(here, "rtdb show x CB --id Nanhu-33-E01-Q0 --format json"))["CB"][0];
   EXPECT_NEAR(row["p"], Breaker(flows, "Nanhu-33-E01-Q0")["p"].get<double>(), 0.001);
   EXPECT_NE(row["p"], 0);
   EXPECT_EQ(row["tp_status"].get<unsigned>() & 56U, 32U) << "radial";
@@ -96,14 +96,14 @@ TEST(FlowCommand, StoresFlowsAndClassesInARealtimeDatabase) {
 
 TEST(FlowCommand, TellsOfLoopsWithoutVoltage) {
   const Workplace here = StoredSample();  // no program has put voltages there
-  const std::string text = Run(here, "flow rtdb:x");
+  const std::string text = Output(here, "flow rtdb:x");
   EXPECT_TRUE(Contains(text, "69 breakers on loops have no flow: their bus sections have no voltage.")) << text;
 }
 
 TEST(FlowCommand, RealtimeDatabaseNeedsATopology) {
   const Workplace here;
   here.CopyModel("m");
-  Run(here, "convert m rtdb:x");
+  Output(here, "convert m rtdb:x");
   const CommandResult result = here.Run("flow rtdb:x");
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.out, "");
