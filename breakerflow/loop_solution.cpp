@@ -4,6 +4,7 @@
 // same. Compiled without contraction of products and sums.
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <memory>
 #include <new>
@@ -27,17 +28,32 @@ Matrix<float> ColumnButLast(const std::vector<float>& values) {
 struct Pivot {
   int row;
   int col;
-  double size;
+  float size;
 };
 
+/// The bits of the greatest absolute value in `row`, from element `from` up to, not including, `to`. Bits of absolute
+/// values are in the order of the values, and integers are compared many at a time. What is no number counts as 0: no
+/// comparison finds it greater.
+qint32 GreatestBits(const float* row, int from, int to) {
+  constexpr qint32 kAbsolute = 0x7FFFFFFF;
+  constexpr qint32 kInfinity = 0x7F800000;
+  qint32 greatest = 0;
+  for (int j = from; j < to; ++j) {
+    const qint32 bits = std::bit_cast<qint32>(row[j]) & kAbsolute;
+    greatest = std::max(greatest, bits <= kInfinity ? bits : 0);
+  }
+  return greatest;
+}
+
 Pivot GreatestFrom(const Matrix<float>& a, int k) {
-  Pivot pivot{k, k, 0.0};
-  for (int i = k; i < a.cols(); ++i) {
+  const int n = a.cols();
+  Pivot pivot{k, k, 0.0F};
+  for (int i = k; i < n; ++i) {
     const float* const row = a.data()[i];
-    for (int j = k; j < a.cols(); ++j) {
-      const double size = std::fabs(static_cast<double>(row[j]));
-      if (size > pivot.size) pivot = {i, j, size};
-    }
+    const auto size = std::bit_cast<float>(GreatestBits(row, k, n));
+    if (!(size > pivot.size)) continue;
+    const float* const first = std::find_if(row + k, row + n, [size](float x) { return std::fabs(x) == size; });
+    pivot = {i, static_cast<int>(first - row), size};
   }
   return pivot;
 }
@@ -73,6 +89,10 @@ void Eliminate(Matrix<float>& a, int k) {
     AddRow(row, pivotRow, -row[k], k, n);
     row[k] = -row[k] * inverse;
   }
+}
+
+bool IsFinite(const float* row, int count) {
+  return std::all_of(row, row + count, [](float x) { return std::isfinite(x); });
 }
 
 /// Which row of the incidence matrix stands for which node.
@@ -159,11 +179,14 @@ std::vector<cbBreaker*> cbFlow::LoopBreakers(const ndGroup& group) {
 
 bool cbFlow::matrixMultiply(Matrix<float>& a, Matrix<float>& b, Matrix<float>& c) {
   if (a.cols() != b.rows() || a.rows() != c.rows() || b.cols() != c.cols()) return false;
+  std::vector<bool> finite;
+  for (int k = 0; k < b.rows(); ++k) finite.push_back(IsFinite(b.data()[k], b.cols()));
   std::vector<float> sums(c.cols());
   for (int i = 0; i < c.rows(); ++i) {
     std::fill(sums.begin(), sums.end(), 0.0F);
     for (int k = 0; k < a.cols(); ++k) {
       const float factor = a.data()[i][k];
+      if (factor == 0 && finite[k]) continue;  // adds nothing: an incidence matrix is almost empty
       const float* const row = b.data()[k];
       for (std::size_t j = 0; j < sums.size(); ++j) sums[j] += factor * row[j];
     }
@@ -184,7 +207,7 @@ bool cbFlow::invertGaussJordan(Matrix<float>& a) {
     const Pivot pivot = GreatestFrom(a, k);
     rowOf[k] = pivot.row;
     colOf[k] = pivot.col;
-    if (pivot.size == 0.0) return false;  // exactly zero: there is no tolerance
+    if (pivot.size == 0) return false;  // exactly zero: there is no tolerance
     SwapRows(a, k, pivot.row);
     SwapColumns(a, k, pivot.col);
     Eliminate(a, k);
