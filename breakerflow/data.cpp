@@ -135,12 +135,11 @@ void cbFlow::ListBreakersOfNodes() {
 void cbFlow::storeData() {
   if (!DTSDB_ASSERT(m_pDatabase != nullptr, "db != NULL")) return;
   dbCursor<cb> cursor(m_pDatabase, dbCursorForUpdate);
-  char const* id = nullptr;
   dbQuery query;
-  query = "id=", &id;
   for (const cbBreaker& breaker : std::as_const(m_cbArray)) {
     const QByteArray bytes = IdToBytes(breaker.id);
-    id = bytes.constData();
+    char const* const id = bytes.constData();
+    query = "id=", id;
     cursor.select(query);
     for (cb* row = cursor.get(); row != nullptr; row = cursor.next()) {
       row->p = breaker.p;
