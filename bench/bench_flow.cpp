@@ -19,8 +19,16 @@
 #include "bench/sample_network.h"
 #include "bench/timing.h"
 #include "breakerflow/cbflow.h"
+#include "breakerflow/log.h"
 #include "rtdb/volma_rtdb.h"
 #include "tests/breakerflow/breaker_graph.h"
+
+namespace dtsdb {
+
+/// Nobody reads the log of a benchmark.
+const char* FlowLogPath() { return nullptr; }
+
+}  // namespace dtsdb
 
 namespace dtsdb::bench {
 namespace {

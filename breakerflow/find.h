@@ -2,6 +2,8 @@
 /// Looking into the maps of cbFlow.
 #pragma once
 
+#include "breakerflow/cbflow.h"
+
 namespace dtsdb {
 
 /// The entry of `map` under `key`, null when there is none. It stays where it is until it is removed.

@@ -179,8 +179,8 @@ std::vector<cbBreaker*> cbFlow::LoopBreakers(const ndGroup& group) {
 
 bool cbFlow::matrixMultiply(Matrix<float>& a, Matrix<float>& b, Matrix<float>& c) {
   if (a.cols() != b.rows() || a.rows() != c.rows() || b.cols() != c.cols()) return false;
-  std::vector<bool> finite;
-  for (int k = 0; k < b.rows(); ++k) finite.push_back(IsFinite(b.data()[k], b.cols()));
+  std::vector<bool> finite(b.rows());
+  for (int k = 0; k < b.rows(); ++k) finite[k] = IsFinite(b.data()[k], b.cols());
   std::vector<float> sums(c.cols());
   for (int i = 0; i < c.rows(); ++i) {
     std::fill(sums.begin(), sums.end(), 0.0F);

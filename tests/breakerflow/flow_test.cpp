@@ -170,6 +170,14 @@ TEST(BreakerFlow, ABreakerFromANodeToItselfCarriesNothing) {
   EXPECT_NEAR(inRing.P(1), 3, kNear);
 }
 
+TEST(BreakerFlow, ASetOfOneNodeIsLeftAlone) {
+  BreakerGraph graph({{1, 1}});
+  graph.Calculate();
+  EXPECT_EQ(graph.Flow().SetCount(), 1);
+  EXPECT_EQ(graph.Class(0), 0U);
+  EXPECT_EQ(graph.P(0), 0);
+}
+
 TEST(BreakerFlow, GroupsOutliveASecondRunAndSpoilIt) {
   // Deliberate: only loading anew empties the groups. In a second run the ring is found again in its old group, no
   // longer stands among the groups of its set, and so isn't contracted: what hangs on it sees an injection of 0 there.

@@ -19,7 +19,7 @@ class RandomGraph {
   /// Of up to `breakers` breakers, with rings of up to `ringSize` nodes.
   RandomGraph(unsigned seed, int breakers, int ringSize) : m_random(seed), m_ringSize(ringSize) {
     while (static_cast<int>(m_breakers.size()) + m_ringSize + 1 <= breakers) AddPart();
-    if (m_breakers.empty()) Join(0, NewNode());
+    if (m_nodes == 1) Join(0, NewNode());
     Scramble();
     Inject();
   }
