@@ -23,7 +23,7 @@ set_target_properties(dtsdb PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PR
 # Installation: headers under include/dtsdb/ by the paths they have here, and the CMake package dtsdb.
 include(CMakePackageConfigHelpers)
 install(TARGETS dtsdb dtsdb_static EXPORT dtsdbTargets)
-foreach(folder include rtdb model validation topology)
+foreach(folder include rtdb model validation topology breakerflow)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/dtsdb/${folder}
           FILES_MATCHING PATTERN "*.h")
 endforeach()

@@ -1,5 +1,5 @@
 /// \file
-/// The containers of the network model: tTable, the table that every kind of record lives in, and tArray.
+/// The containers of the network model: tTable, the table that every kind of record lives in, tArray and Matrix.
 #pragma once
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 
 #include "include/check.h"
 #include "include/hoare_order.h"
+#include "include/matrix.h"
 #include "include/slot_order.h"
 
 namespace dtsdb {

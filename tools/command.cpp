@@ -13,7 +13,7 @@ namespace dtsdb::tools {
 namespace {
 
 constexpr const char* kPurpose =
-    "dtsdb - the network model of a power-system control centre: validation, topology, conversion.";
+    "dtsdb - the network model of a power-system control centre: validation, topology, breaker flows, conversion.";
 
 constexpr const char* kFooter =
     "A MODEL is an object file, a folder of text tables (one CSV file a table) or rtdb:NAME, the realtime database\n"
@@ -30,8 +30,8 @@ void Describe(CLI::App& app, Action& action) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
   app.get_formatter()->column_width(28);
-  for (const auto add :
-       {AddValidate, AddTopology, AddSwitch, AddRun, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb}) {
+  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddRun, AddFlow, AddConvert, AddGenerate, AddInfo,
+                         AddDump, AddDiff, AddRtdb}) {
     add(app, action);
   }
 }

@@ -20,6 +20,7 @@ void AddValidate(CLI::App& app, Action& action);
 void AddTopology(CLI::App& app, Action& action);
 void AddSwitch(CLI::App& app, Action& action);
 void AddRun(CLI::App& app, Action& action);
+void AddFlow(CLI::App& app, Action& action);
 void AddConvert(CLI::App& app, Action& action);
 void AddGenerate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);

@@ -6,6 +6,8 @@
 //       甲1 --甲开关-- 甲2 ------- 甲乙线 ------- 乙2 --乙开关-- 乙1 --乙联络 (open)-- 乙3
 //                                                                                    乙备
 //
+// The network "solved" has the flows of the line, and a second breaker 甲旁路 between 甲1 and 甲2.
+//
 // One live island of two sections: {甲1, 甲2} and {乙1, 乙2}. Node 乙3 with its load lies in no section.
 //
 // With DTSDB_UPDATE_GOLDEN=1 in the environment the files are written anew instead of compared.
@@ -39,6 +41,11 @@ TEST_P(GoldenOutput, IsAsKept) {
   here.CopyModel("changed");
   here.Write("changed/UN.csv",
              "id,kv,nd,pmax,pcur,p,q\n甲机,甲站220,甲1,330,180,182.5,31.25\n甲二机,甲站220,甲1,60,0,0,-0\n");
+  here.CopyModel("solved");
+  here.Write("solved/CB.csv", here.Read("m/CB.csv") + "甲旁路,甲站220,甲2,甲1,1\n");
+  here.Write("solved/LN.csv",
+             "id,dv,st,zst,kv,zkv,nd,znd,p,q,zp,zq\n"
+             "甲乙线,东区,甲站,乙站,甲站220,乙站220,甲2,乙2,182.5,31.25,120,22\n");
   here.Write("faulty/CB.csv", here.Read("m/CB.csv") + "坏开关,甲站220,,甲9,5\n");
   for (const char* table : {"CO", "DV", "ST", "KV"}) {
     here.Write(std::string("faulty/") + table + ".csv", here.Read(std::string("m/") + table + ".csv"));
@@ -68,6 +75,11 @@ constexpr Golden kGolden[] = {
     {"switch_ends.txt", "switch m break LN 甲乙线 from run break LN 甲乙线 to run join LN 甲乙线 from --verify", 1},
     {"switch.json", "switch m close CB 乙联络 off UN 甲机 --format json", 0},
     {"switch_log.csv", "switch m close CB 乙联络 off UN 甲机 --format csv --sheet log", 0},
+    {"flow.txt", "flow solved", 0},
+    {"flow.json", "flow solved --format json", 0},
+    {"flow_sets.csv", "flow solved --format csv", 0},
+    {"flow_breakers.csv", "flow solved --format csv --sheet breakers", 0},
+    {"flow_not_balanced.txt", "flow m", 1},
     {"info.txt", "info m", 0},
     {"info.json", "info m --format json", 0},
     {"info_fields.txt", "info --fields CB", 0},

@@ -1,6 +1,7 @@
 // Builds the smallest model in memory and runs it through the installed library: prints "1 island".
 #include <cstdio>
 
+#include "breakerflow/cbflow.h"
 #include "model/dtsdb.h"
 #include "topology/tp.h"
 #include "validation/nmd.h"
@@ -42,6 +43,7 @@ int main() {
   if (!validation.DetectAll()) return 1;
   TP topology(&db);
   if (topology.tpAllnew() != 1) return 1;
+  if (cbFlow(nullptr).getDelta() != 0.01F) return 1;
   std::printf("%d island\n", db.m_islandTable->GetCount());
   return db.m_islandTable->GetCount() == 1 ? 0 : 1;
 }

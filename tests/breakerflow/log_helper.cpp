@@ -1,0 +1,19 @@
+// A program that has the breaker flow write its log: of one set that balances and one that doesn't.
+
+#include <QDir>
+
+#include "tests/breakerflow/breaker_graph.h"
+#include "tests/support/helper_program.h"
+
+int main(int argc, char** argv) {
+  using namespace dtsdb::test;
+  LimitLife();
+  if (argc > 1) QDir::setCurrent(QString::fromLocal8Bit(argv[1]));  // the log was opened before
+  BreakerGraph graph({{1, 2}, {3, 4}});
+  graph.Inject(1, 5);
+  graph.Inject(2, -5);
+  graph.Inject(3, 10, 2.5F);
+  graph.Probe().Nodes()[4].name = QString::fromLatin1("\xB1\xE4\xB5\xE7\x81");  // GBK, and half a character
+  graph.Calculate();
+  return Say(graph.P(0) == 5 ? "computed" : "not computed");
+}
