@@ -26,7 +26,7 @@ class Editing {
   std::string LastError() const { return Utf8(nmd.GetLastError()); }
 
   // The reason of a failure, empty for success.
-#define DTSDB_EDIT_ONE(T)                                                     \
+#define DTSDB_EDIT_ONE(T)                                                      \
   std::string Add(T& record) { return nmd.Add##T(record) ? "" : LastError(); } \
   std::string Remove(const T& record) { return nmd.Remove##T(record.id) ? "" : LastError(); }
   DTSDB_EDITED(DTSDB_EDIT_ONE)
