@@ -11,6 +11,20 @@
 
 namespace dtsdb::test {
 
+/// Number of them.
+#define DTSDB_COUNT_ONE(T) +1
+inline constexpr int kEditedCount = 0 DTSDB_EDITED(DTSDB_COUNT_ONE);
+#undef DTSDB_COUNT_ONE
+
+/// Calls `visit` with an empty record of the class at `place` of the thirteen.
+template <class Visit>
+void VisitEdited(int place, Visit visit) {
+#define DTSDB_VISIT_ONE(T) \
+  if (place-- == 0) visit(T());
+  DTSDB_EDITED(DTSDB_VISIT_ONE)
+#undef DTSDB_VISIT_ONE
+}
+
 /// A model, validated, with the object that edits it, in a directory of its own.
 class Editing {
  public:

@@ -441,6 +441,26 @@ TEST_F(AddTest, OfAZeroImpedanceBranchThatDoesntSortLastTakesTheEndsOfTheOneAtIt
   EXPECT_NE(model.Of<ZBR>("Z1").zbr2, -1);
 }
 
+// What an addition takes and a run doesn't
+
+TEST_F(AddTest, TakesRecordsThatTheNextRunFindsFaultWith) {
+  ST st = NewStation("S9", "D1", 12);
+  KV kv = NewLevel("K9", "S1", 10);
+  kv.vmax = 1;
+  kv.vmin = 2;
+  LD nameless = NewShunt<LD>("", "K1", "N1");
+  XF xf = NewWinding("X9", "S1", "K1", "K2", "N1", "N9");
+  LN twoVoltages = NewLine<LN>("A9", "D1", "S1", "S2", "K2", "K3", "N9", "N4");
+  EXPECT_EQ(edit.Add(st), "");
+  EXPECT_EQ(edit.Add(kv), "");
+  EXPECT_EQ(edit.Add(nameless), "");
+  EXPECT_EQ(edit.Add(xf), "");
+  EXPECT_EQ(edit.Add(twoVoltages), "");
+  EXPECT_EQ(edit.Revalidate(),
+            (Texts{"--NMD 错误:ST S9厂站类型填写错误.", "--NMD 错误:KV K9的电压高限值VMAX小于电压低限值VMIN不合法.",
+                   "--NMD 错误:LD表中出现标识为空的记录.", "--NMD 错误:LN A9 给定线路两端的电压等级值不相等."}));
+}
+
 // Tables that take no more
 
 /// Fills a table, so that it takes no more.
