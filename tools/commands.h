@@ -19,6 +19,7 @@ using Action = std::function<int()>;
 void AddValidate(CLI::App& app, Action& action);
 void AddTopology(CLI::App& app, Action& action);
 void AddConvert(CLI::App& app, Action& action);
+void AddEdit(CLI::App& app, Action& action);
 void AddGenerate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);
 void AddDump(CLI::App& app, Action& action);

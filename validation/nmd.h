@@ -41,7 +41,7 @@ class NMD {
   /// stay half built. Can be repeated; every run adds to the log and builds everything anew.
   bool DetectAll();
 
-  /// The reason of the last failure, real text, ending in a line feed. Never cleared.
+  /// The reason of the last failure, real text, in nearly all cases with a line feed at its end. Never cleared.
   const QString& GetLastError() const { return m_lastError; }
 
   // Editing a good model, record by record (docs/editing.md). Each operation gives true, or false with the reason in

@@ -4,24 +4,21 @@
 
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
-#include "validation/clear_links.h"
-
-/// The thirteen record classes that can be edited.
-#define DTSDB_EDITED(E) E(CO) E(DV) E(ST) E(KV) E(BUS) E(LD) E(UN) E(CP) E(CB) E(XF) E(ZBR) E(LN) E(DLN)
+#include "validation/editing.h"
 
 namespace dtsdb::test {
 
-/// Number of them.
+/// Number of record classes that can be edited.
 #define DTSDB_COUNT_ONE(T) +1
-inline constexpr int kEditedCount = 0 DTSDB_EDITED(DTSDB_COUNT_ONE);
+inline constexpr int kEditedCount = 0 DTSDB_EDITED_RECORDS(DTSDB_COUNT_ONE);
 #undef DTSDB_COUNT_ONE
 
-/// Calls `visit` with an empty record of the class at `place` of the thirteen.
+/// Calls `visit` with an empty record of the class at `place` among them.
 template <class Visit>
 void VisitEdited(int place, Visit visit) {
 #define DTSDB_VISIT_ONE(T) \
   if (place-- == 0) visit(T());
-  DTSDB_EDITED(DTSDB_VISIT_ONE)
+  DTSDB_EDITED_RECORDS(DTSDB_VISIT_ONE)
 #undef DTSDB_VISIT_ONE
 }
 
@@ -40,11 +37,14 @@ class Editing {
   std::string LastError() const { return Utf8(nmd.GetLastError()); }
 
   // The reason of a failure, empty for success.
-#define DTSDB_EDIT_ONE(T)                                                      \
-  std::string Add(T& record) { return nmd.Add##T(record) ? "" : LastError(); } \
-  std::string Remove(const T& record) { return nmd.Remove##T(record.id) ? "" : LastError(); }
-  DTSDB_EDITED(DTSDB_EDIT_ONE)
-#undef DTSDB_EDIT_ONE
+  template <class Record>
+  std::string Add(Record& record) {
+    return AddRecord(nmd, record) ? "" : LastError();
+  }
+  template <class Record>
+  std::string Remove(const Record& record) {
+    return RemoveRecord(nmd, record) ? "" : LastError();
+  }
   template <class Record>
   std::string Remove(const char* id) {
     return Remove(Record(Id(id)));

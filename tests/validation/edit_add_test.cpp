@@ -48,7 +48,7 @@ TEST(Add, AfterARunWithErrorsIsRefusedEvenForAValidRecord) {
     EXPECT_EQ(edit.Add(record), "网路数据库校验没有通过.\n"); \
     EXPECT_EQ(m.Table<T>().Find(record), -1);                 \
   }
-  DTSDB_EDITED(DTSDB_EXPECT_REFUSAL)
+  DTSDB_EDITED_RECORDS(DTSDB_EXPECT_REFUSAL)
 #undef DTSDB_EXPECT_REFUSAL
 }
 

@@ -31,7 +31,7 @@ ModelLinks LinksOfARun(DTSDB& edited, DTSDB& fresh) {
   copy(*edited.m_analogTable);
   copy(*edited.m_statusTable);
 #define DTSDB_COPY_TABLE(T) copy(TableOf<T>(edited));
-  DTSDB_EDITED(DTSDB_COPY_TABLE)
+  DTSDB_EDITED_RECORDS(DTSDB_COPY_TABLE)
 #undef DTSDB_COPY_TABLE
   NMD nmd(&fresh);
   NmdAccess::StartDetect(nmd);

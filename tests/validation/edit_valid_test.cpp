@@ -361,7 +361,7 @@ TEST(IsValidOnAnyModel, GivesFalseWithoutAModel) {
     EXPECT_FALSE(nmd.Add##T(record));       \
     EXPECT_FALSE(nmd.Remove##T(record.id)); \
   }
-  DTSDB_EDITED(DTSDB_EXPECT_REFUSAL)
+  DTSDB_EDITED_RECORDS(DTSDB_EXPECT_REFUSAL)
 #undef DTSDB_EXPECT_REFUSAL
 }
 
