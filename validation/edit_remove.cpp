@@ -71,12 +71,13 @@ bool NMD::RemoveChildren(int parent, bool (NMD::*remove)(int)) {
 
 // Nodes
 
-/// How many branch ends stand on a node, and for how many of `marks` devices do. Devices of one kind count once.
+/// How many branch ends stand on a node, and for how many of `marks` devices do: devices of one kind count once. Counts
+/// to 2 at most: nobody asks for more, and a node may have many.
 int NMD::DeviceCount(int nd, u32 marks) {
   const ND& node = m_ndTable->GetPh(nd);
   int count = std::popcount(node.flags & marks);
   const auto addLength = [&count](auto& rows, int head) {
-    for ([[maybe_unused]] const auto& row : Chain(rows, head)) ++count;
+    for (auto row = Chain(rows, head).begin(); count < 2 && row != nullptr; ++row) ++count;
   };
   addLength(*m_rNdCb2Table, node.r_nd_cb2);
   addLength(*m_rNdXf2Table, node.r_nd_xf2);

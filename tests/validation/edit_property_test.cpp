@@ -139,6 +139,15 @@ void DropFaulty(Editing& edit) {
   }
 }
 
+/// Validates; where records name what was removed, takes them out and validates again, until the model is good.
+void PutInOrder(Editing& edit) {
+  EXPECT_TRUE(edit.nmd.DetectAll());
+  for (int i = 0; i < 20 && !edit.IsGood(); ++i) {
+    DropFaulty(edit);
+    EXPECT_TRUE(edit.nmd.DetectAll());
+  }
+}
+
 TEST(EditProperty, RandomScriptsNeitherCrashNorHangAndARunPutsTheModelInOrder) {
   const MessageCatcher catcher;  // numbers that are none are warned of
   const int wanted = OperationCount();
@@ -153,16 +162,49 @@ TEST(EditProperty, RandomScriptsNeitherCrashNorHangAndARunPutsTheModelInOrder) {
     random.scattered = seed % 2 == 0;
     for (int round = 0; round < 4; ++round) {
       for (int i = 0; i < 50; ++i, ++tried) done += RandomEdit(edit, random) ? 1 : 0;
-      edit.nmd.DetectAll();
-      for (int i = 0; i < 20 && !edit.IsGood(); ++i) {
-        DropFaulty(edit);
-        EXPECT_TRUE(edit.nmd.DetectAll()) << "seed " << seed;
-      }
+      PutInOrder(edit);
       ASSERT_TRUE(edit.IsGood()) << "seed " << seed << ": " << testing::PrintToString(edit.Revalidate());
     }
     MessageCatcher::Lines().clear();
   }
   EXPECT_GT(done, tried / 3) << "many of them succeed";
+}
+
+/// Puts wrong numbers into some records of a table.
+template <class T>
+void DamageNumbers(tTable<T>& table, RandomEdits& random) {
+  for (int hit = random.Number(0, 3); hit > 0 && table.GetCount() > 0; --hit) {
+    T& record = table[random.Number(0, table.GetCount() - 1)];
+    int at = random.Number(0, T::kFieldCount - 1);
+    const int numbers[] = {-2, -1, 0, 1, random.Number(0, 20), 300, 1 << 30};
+    const int number = numbers[random.Number(0, 6)];
+    T::ForEachField([&](const auto& field) {
+      if constexpr (std::is_same_v<std::decay_t<decltype(record.*field.member)>, i32>) {
+        if (at-- == 0 && (T::kKey != RecordKey::Numbered || std::string_view(field.name) != "id")) {
+          record.*field.member = number;
+        }
+      }
+    });
+  }
+}
+
+TEST(EditProperty, WrongNumbersDoNoHarmAndARunPutsTheModelInOrder) {
+  const MessageCatcher catcher;
+  const int wanted = OperationCount() / 3;
+  int tried = 0;
+  for (unsigned seed = 1; tried < wanted; ++seed) {
+    RandomNetwork network(seed);
+    AddPoints(network.Model());
+    Editing edit(network.Model());
+    RandomEdits random(edit, seed);
+    for (int round = 0; round < 5; ++round) {
+      ForEachTable(edit.model.Db(), [&random](auto& table) { DamageNumbers(table, random); });
+      for (int i = 0; i < 10; ++i, ++tried) RandomEdit(edit, random);
+    }
+    PutInOrder(edit);
+    ASSERT_TRUE(edit.IsGood()) << "seed " << seed << ": " << testing::PrintToString(edit.Revalidate());
+    MessageCatcher::Lines().clear();
+  }
 }
 
 }  // namespace
