@@ -39,11 +39,11 @@ class Editing {
   // The reason of a failure, empty for success.
   template <class Record>
   std::string Add(Record& record) {
-    return AddRecord(nmd, record) ? "" : LastError();
+    return AddRecord(nmd, record) ? "" : Reason();
   }
   template <class Record>
   std::string Remove(const Record& record) {
-    return RemoveRecord(nmd, record) ? "" : LastError();
+    return RemoveRecord(nmd, record) ? "" : Reason();
   }
   template <class Record>
   std::string Remove(const char* id) {
@@ -61,6 +61,9 @@ class Editing {
   }
 
  private:
+  /// The last error; some removals fail without one.
+  std::string Reason() const { return LastError().empty() ? "no reason" : LastError(); }
+
   TemporaryDirectory m_directory;
 
  public:
