@@ -74,6 +74,8 @@ class tTable {
   int GetCount() const { return m_count; }
   /// Number of slots.
   int GetSize() const { return m_size; }
+  /// True when slot `nPh` holds a record.
+  bool IsUsed(int nPh) const;
 
   /// The record with logical number `nLg`.
   T& operator[](int nLg) {
@@ -168,7 +170,6 @@ class tTable {
   void Shrink(int nNewSize);
   void ChainSlots(int nFrom, int nTo);
   void NumberInOrder(int n);
-  bool IsUsed(int nPh) const;
   bool IsCompact() const;
   static bool IsStrict(const T* p, int n);
   void Number(int nPh, int nLg);
@@ -495,6 +496,7 @@ void tTable<T>::SettleNumbers() {
 
 template <class T>
 bool tTable<T>::IsUsed(int nPh) const {
+  if (!DTSDB_ASSERT(nPh >= 0 && nPh < m_size, "nPh >= 0 && nPh < m_size")) return false;
   if (!m_order.IsEmpty()) return m_used[static_cast<std::size_t>(nPh)];
   const int nLg = m_pPhToLg[nPh];  // a slot left by shrinking is numbered and free
   return nLg >= 0 && nLg < m_count && m_pLgToPh[nLg] == nPh;

@@ -29,24 +29,6 @@ constexpr const char* kFooter =
     "  dtsdb validate grid.obj -o checked.obj\n"
     "  dtsdb validate grid.obj --format json";
 
-const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
-
-std::string TableName(TableKind kind) {
-  return kind == KIND_NONE ? "" : TableNames()[static_cast<std::size_t>(kind) - 1];
-}
-
-/// The findings about records; the notices tell only that a run began and ended.
-Sheet FindingSheet(const NMD& nmd) {
-  Sheet sheet("findings", "Findings", {"severity", "table", "identity", "field", "text"});
-  for (const Finding& finding : nmd.Findings()) {
-    if (finding.severity == Severity::kNotice) continue;
-    const Cell field = finding.field != nullptr ? Cell(std::string(finding.field)) : Cell();
-    sheet.Add({SeverityName(finding.severity), TableName(finding.table), IdText(finding.id), field,
-               finding.text.trimmed().toStdString()});
-  }
-  return sheet;
-}
-
 long long Count(const NMD& nmd, Severity severity) {
   const auto& findings = nmd.Findings();
   return std::count_if(findings.begin(), findings.end(), [=](const Finding& f) { return f.severity == severity; });
@@ -65,7 +47,7 @@ int Validate(const ValidateOptions& options) {
   report.Fact("good", good);
   report.Fact("errors", NumberCell(errors));
   report.Fact("warnings", NumberCell(warnings));
-  report.Add(FindingSheet(nmd));
+  report.Add(FindingSheet(nmd.Findings(), Severity::kWarning));
   report.Line("");
   report.Line(fmt::format("{}: the model is {}good: {}, {}.", options.model, good ? "" : "not ",
                           Counted(errors, "error"), Counted(warnings, "warning")));

@@ -22,6 +22,7 @@ void AddSwitch(CLI::App& app, Action& action);
 void AddRun(CLI::App& app, Action& action);
 void AddFlow(CLI::App& app, Action& action);
 void AddConvert(CLI::App& app, Action& action);
+void AddEdit(CLI::App& app, Action& action);
 void AddGenerate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);
 void AddDump(CLI::App& app, Action& action);

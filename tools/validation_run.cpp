@@ -2,11 +2,22 @@
 
 #include <fmt/format.h>
 
+#include "tools/catalog.h"
 #include "tools/failure.h"
+#include "tools/field_text.h"
 #include "tools/files.h"
 #include "validation/nmd.h"
 
 namespace dtsdb::tools {
+namespace {
+
+const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+
+std::string TableName(TableKind kind) {
+  return kind == KIND_NONE ? "" : TableNames()[static_cast<std::size_t>(kind) - 1];
+}
+
+}  // namespace
 
 bool IsMarkedGood(DTSDB& database) {
   return database.m_globalTable->GetCount() > 0 && (*database.m_globalTable)[0].valid != 0;
@@ -29,6 +40,17 @@ void RequireGood(DTSDB& database, const std::string& model) {
     throw Failure(EXIT_FAULTS, fmt::format("{}: the model has {} error{}; 'dtsdb validate {}' shows them", model,
                                            errors, errors == 1 ? "" : "s", model));
   }
+}
+
+Sheet FindingSheet(const QList<Finding>& findings, Severity least) {
+  Sheet sheet("findings", "Findings", {"severity", "table", "identity", "field", "text"});
+  for (const Finding& finding : findings) {
+    if (finding.severity > least || finding.severity == Severity::kNotice) continue;
+    const Cell field = finding.field != nullptr ? Cell(std::string(finding.field)) : Cell();
+    sheet.Add({SeverityName(finding.severity), TableName(finding.table), IdText(finding.id), field,
+               finding.text.trimmed().toStdString()});
+  }
+  return sheet;
 }
 
 }  // namespace dtsdb::tools

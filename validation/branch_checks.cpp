@@ -31,24 +31,12 @@ constexpr Required<XF> kWindingRequired[] = {{&XF::nd, message::kNoHighNode},
                                              {&XF::kv, message::kNoFromLevel},
                                              {&XF::zkv, message::kNoToLevel}};
 
-constexpr Measurement<XF> kWindingMeasurements[] = {
-    {&XF::ana_p, &XF::iana_p, message::kNoFromP}, {&XF::ana_q, &XF::iana_q, message::kNoFromQ},
-    {&XF::ana_i, &XF::iana_i, message::kNoFromI}, {&XF::zana_p, &XF::izana_p, message::kNoToP},
-    {&XF::zana_q, &XF::izana_q, message::kNoToQ}, {&XF::zana_i, &XF::izana_i, message::kNoToI}};
-
-constexpr Measurement<ZBR> kZbrMeasurements[] = {{&ZBR::ana_p, &ZBR::iana_p, message::kNoP},
-                                                 {&ZBR::ana_q, &ZBR::iana_q, message::kNoQ},
-                                                 {&ZBR::ana_i, &ZBR::iana_i, message::kNoI}};
-
 }  // namespace
 
-/// Makes the two ends of a branch whose nodes, named `nd` and `znd`, have been found.
+/// Makes the two ends of a branch and reports what is wrong with them.
 template <class Branch>
 Outcome NMD::InsertBranch(Branch& branch, int number, const QString& nd, const QString& znd, const char* full) {
-  using Kind = BranchKind<Branch>;
-  const int result = Branch2Insert(nd, znd, &branch.ind, &branch.iznd, &(branch.*Kind::fromEnd), &(branch.*Kind::toEnd),
-                                   KindOf<typename Kind::End>, number, branch.id);
-  return Judge(branch, result, {full, kEndsFaults});
+  return Judge(branch, MakeEnds(branch, number, nd, znd), {full, kEndsFaults});
 }
 
 // Breakers
@@ -91,7 +79,7 @@ bool NMD::CheckZbr(ZBR& zbr, int number) {
     m_lastError = QString::fromUtf8(full::kZbrRelation);
     return false;
   }
-  FindMeasurements(zbr, kZbrMeasurements);
+  FindMeasurements(zbr);
   const Outcome outcome = InsertBranch(zbr, number, cb.nd, cb.znd, full::kZbrEnds);
   if (outcome == Outcome::kGoOn) cb.flags |= CB_ZBR;
   return outcome != Outcome::kTableFull;
@@ -107,7 +95,7 @@ bool NMD::CheckWinding(XF& xf, int number) {
     Report(xf, message::kBadWindingType);
     return true;
   }
-  FindMeasurements(xf, kWindingMeasurements);
+  FindMeasurements(xf);
 
   Outcome outcome = InsertNodes(xf, xf.kv, xf.zkv, kFromNode, kWindingToNode);
   if (outcome == Outcome::kGoOn) outcome = InsertBranch(xf, number, xf.nd, xf.znd, full::kWindingEnds);

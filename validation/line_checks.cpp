@@ -7,36 +7,8 @@
 namespace dtsdb {
 namespace {
 
-/// How the two kinds of line differ.
-template <class Line>
-struct LineKind;
-
-template <>
-struct LineKind<LN> {
-  using Row = R_DV_LN;
-  static constexpr const char* endsFull = full::kLineEnds;
-  static constexpr Message inOtherStation = message::kLineInOtherStation;
-  static constexpr u32 districtOfToEnd = LN_DISTRICT_OF_TO_END;
-  static constexpr bool hasOneVoltage = true;
-};
-
-template <>
-struct LineKind<DLN> {
-  using Row = R_DV_DLN;
-  static constexpr const char* endsFull = full::kDcLineEnds;
-  static constexpr Message inOtherStation = message::kDcLineInOtherStation;
-  static constexpr u32 districtOfToEnd = DLN_DISTRICT_OF_TO_END;
-  static constexpr bool hasOneVoltage = false;  // converters join any two voltages
-};
-
 template <class Line>
 constexpr Required<Line> kRequired[] = {{&Line::st, message::kNoFromStation}, {&Line::zst, message::kNoToStation}};
-
-template <class Line>
-constexpr Measurement<Line> kMeasurements[] = {
-    {&Line::ana_p, &Line::iana_p, message::kNoFromP}, {&Line::ana_q, &Line::iana_q, message::kNoFromQ},
-    {&Line::ana_i, &Line::iana_i, message::kNoFromI}, {&Line::zana_p, &Line::izana_p, message::kNoToP},
-    {&Line::zana_q, &Line::izana_q, message::kNoToQ}, {&Line::zana_i, &Line::izana_i, message::kNoToI}};
 
 constexpr Answer kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel},
                                       {INSERT_NO_LEVEL, message::kLineFromLevelNotThere}};
@@ -54,9 +26,9 @@ constexpr Answer kEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes},
 
 }  // namespace
 
-/// The district of the station named `st`, -1 when it has none.
-int NMD::DistrictOfStation(const QString& st) {
-  const int row = m_stTable->GetPh(m_stTable->Find(ST(st))).r_dv_st;
+/// The district of a station, -1 when it has none.
+int NMD::DistrictOfStation(int st) {
+  const int row = m_stTable->GetPh(st).r_dv_st;
   return row == -1 ? -1 : m_rDvStTable->GetPh(row).idv;
 }
 
@@ -65,9 +37,9 @@ template <class Line>
 bool NMD::CheckLine(Line& line, int number) {
   using Kind = LineKind<Line>;
   using Ends = BranchKind<Line>;
-  using Row = typename Kind::Row;
+  using Row = ParentRow<Line>;
   if (!IsNamed(line) || !IsFilled(line, kRequired<Line>)) return true;
-  FindMeasurements(line, kMeasurements<Line>);
+  FindMeasurements(line);
 
   Outcome outcome = InsertNodes(line, line.kv, line.zkv, kFromNode, kToNode);
   if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
@@ -84,14 +56,12 @@ bool NMD::CheckLine(Line& line, int number) {
 /// What the stations and levels at the two ends of a line in `district` say about it.
 template <class Line>
 void NMD::CheckLineEnds(Line& line, int district) {
-  using Kind = LineKind<Line>;
-  const int fromDistrict = DistrictOfStation(line.st);
-  const int toDistrict = DistrictOfStation(line.zst);
+  const int fromDistrict = DistrictOfStation(m_stTable->Find(ST(line.st)));
+  const int toDistrict = DistrictOfStation(m_stTable->Find(ST(line.zst)));
   if (district != fromDistrict && district != toDistrict) Report(line, message::kLineInOtherDistrict);
-  line.status &= ~Kind::districtOfToEnd;
-  if (district == toDistrict && district != fromDistrict) line.status |= Kind::districtOfToEnd;
+  MarkDistrict(line, district, fromDistrict, toDistrict);
 
-  if constexpr (Kind::hasOneVoltage) {  // a level whose base voltage is 0 isn't compared
+  if constexpr (LineKind<Line>::hasOneVoltage) {  // a level whose base voltage is 0 isn't compared
     const f32 from = m_kvTable->GetPh(LevelOfNode(line.ind)).vbase;
     const f32 to = m_kvTable->GetPh(LevelOfNode(line.iznd)).vbase;
     if (from != to && std::fabs(from) > 0.0F && std::fabs(to) > 0.0F) Report(line, message::kLineOfTwoVoltages);

@@ -68,10 +68,10 @@ class ChildrenByParent {
 };
 
 /// Adds the row that ties `child` to `parent`, stores its number in the child and puts it into the parent's chain:
-/// directly behind the head, so that a chain runs from the first row through all others, last added first. False
-/// when the table takes no more rows.
+/// directly behind the head, so that a chain runs from the first row through all others, last added first. The head
+/// of a chain that begins goes to parent record `headTaker`. False when the table takes no more rows.
 template <class Row>
-bool NMD::Relate(int parent, const QString& parentId, int child, const QString& childId) {
+bool NMD::Relate(int parent, const QString& parentId, int child, const QString& childId, int headTaker) {
   using R = Relation<Row>;
   tTable<Row>& rows = Table<Row>();
   Row row(parentId, childId);
@@ -83,9 +83,10 @@ bool NMD::Relate(int parent, const QString& parentId, int child, const QString& 
   if (number == -1) return false;
   Table<typename R::Child>().GetPh(child).*R::own = number;
 
-  i32& head = Table<typename R::Parent>().GetPh(parent).*R::head;
+  tTable<typename R::Parent>& parents = Table<typename R::Parent>();
+  const int head = parents.GetPh(parent).*R::head;
   if (head == -1) {
-    head = number;
+    parents.GetPh(headTaker).*R::head = number;
     return true;
   }
   const int behind = rows.GetPh(head).next;

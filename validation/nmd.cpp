@@ -24,7 +24,7 @@ quint32 Now() { return static_cast<quint32>(QDateTime::currentSecsSinceEpoch());
 NMD::NMD(DTSDB* pDatabase) : m_pDatabase(pDatabase), m_logFile(QObject::tr("nmd.log")) {
   m_logPath = QFileInfo(m_logFile).absoluteFilePath();
   OpenLog(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Append);
-  if (!DTSDB_ASSERT(pDatabase != nullptr, "pDatabase != 0")) return;
+  if (!HasModel()) return;
 #define DTSDB_COPY_POINTER(T, table, key, meaning) table = pDatabase->table;
   DTSDB_TABLES(DTSDB_COPY_POINTER)
 #undef DTSDB_COPY_POINTER
@@ -83,7 +83,7 @@ void NMD::Report(TableKind table, const QString& id, const Message& message) {
 // The run
 
 bool NMD::DetectAll() {
-  if (!DTSDB_ASSERT(m_pDatabase != nullptr, "pDatabase != 0")) return false;
+  if (!HasModel()) return false;
   m_findings.clear();
   Report(KIND_NONE, QString(), message::kRunBegins);
   StartDetect();

@@ -1,12 +1,11 @@
 /// \file
-/// What the checks of the records have in common. Part of the implementation of NMD.
+/// What the checks and the additions of records have in common. Part of the implementation of NMD.
 #pragma once
 
 #include <span>
 
-#include "model/record_bits.h"
+#include "validation/device_kinds.h"
 #include "validation/indexing.h"
-#include "validation/link_pass.h"
 #include "validation/messages.h"
 #include "validation/nmd.h"
 
@@ -17,14 +16,6 @@ template <class Record>
 struct Required {
   QString Record::*text;
   Message empty;
-};
-
-/// The name of a measurement in a record, where its number goes, and what is said when there is no such point.
-template <class Record>
-struct Measurement {
-  QString Record::*name;
-  i32 Record::*number;
-  Message missing;
 };
 
 /// What a result of NodeInsert, Branch2Insert or BranchInsert says about the record.
@@ -84,13 +75,19 @@ bool NMD::IsFilled(const Record& record, const Fields& fields) {
   return true;
 }
 
-/// Turns the names of measurements into numbers, -1 with a warning for each that doesn't exist.
-template <class Record, class Measurements>
-void NMD::FindMeasurements(Record& record, const Measurements& measurements) {
-  for (const Measurement<Record>& measurement : measurements) {
-    const int number = m_analogTable->Find(ANALOG(record.*measurement.name));
-    record.*measurement.number = number;
-    if (number == -1) Report(record, measurement.missing);
+/// Turns the name of one measurement of a record into its number; false, with number -1, when there is no such point.
+template <class Record>
+bool NMD::FindMeasurement(Record& record, const Measurement<Record>& measurement) {
+  const int number = Number<ANALOG>(record.*measurement.name);
+  record.*measurement.number = number;
+  return number != -1;
+}
+
+/// Turns the names of a record's measurements into numbers, with a warning for each that doesn't exist.
+template <class Record>
+void NMD::FindMeasurements(Record& record) {
+  for (const Measurement<Record>& measurement : kMeasurements<Record>) {
+    if (!FindMeasurement(record, measurement)) Report(record, measurement.missing);
   }
 }
 
@@ -116,6 +113,15 @@ Outcome NMD::InsertNodes(Branch& branch, const QString& kv, const QString& zkv, 
   const Outcome outcome = Judge(branch, NodeInsert(branch.nd, &branch.ind, kv, NO_MARK), from);
   if (outcome != Outcome::kGoOn) return outcome;
   return Judge(branch, NodeInsert(branch.znd, &branch.iznd, zkv, NO_MARK), to);
+}
+
+/// Makes the two ends of a branch whose nodes, named `nd` and `znd`, have been found. Gives the result of
+/// Branch2Insert.
+template <class Branch>
+int NMD::MakeEnds(Branch& branch, int number, const QString& nd, const QString& znd) {
+  using Kind = BranchKind<Branch>;
+  return Branch2Insert(nd, znd, &branch.ind, &branch.iznd, &(branch.*Kind::fromEnd), &(branch.*Kind::toEnd),
+                       KindOf<typename Kind::End>, number, branch.id);
 }
 
 }  // namespace dtsdb

@@ -63,8 +63,8 @@ TEST(Command, InfoTakesAModelOrATable) {
 
 TEST(Command, HelpGoesToTheStandardOutputAndGivesZero) {
   const Workplace here;
-  for (const char* arguments : {"--help", "validate --help", "topology --help", "convert --help", "generate --help",
-                                "info --help", "dump --help", "diff --help"}) {
+  for (const char* arguments : {"--help", "validate --help", "topology --help", "edit --help", "convert --help",
+                                "generate --help", "info --help", "dump --help", "diff --help"}) {
     const CommandResult result = here.Run(arguments);
     EXPECT_EQ(result.code, 0) << arguments;
     EXPECT_EQ(result.err, "") << arguments;

@@ -50,6 +50,15 @@ TEST_P(GoldenOutput, IsAsKept) {
   for (const char* table : {"CO", "DV", "ST", "KV"}) {
     here.Write(std::string("faulty/") + table + ".csv", here.Read(std::string("m/") + table + ".csv"));
   }
+  here.Write("edits.txt",
+             "# a load behind a breaker of its own\n"
+             "add CB id=乙二开关 kv=乙站220 nd=乙1 znd=乙4 flags=1\n"
+             "add LD id=乙二荷 kv=乙站220 nd=乙4 p=12.5\n"
+             "remove CP 乙容\n");
+  here.Write("refused.txt",
+             "add LD id=乙荷 kv=乙站220 nd=乙1\n"
+             "remove CB 乙开\n"
+             "add ST id=丙站 dv=东区 type=1\n");
 
   const CommandResult result = here.Run(GetParam().arguments);
   EXPECT_EQ(result.code, GetParam().code);
@@ -80,6 +89,11 @@ constexpr Golden kGolden[] = {
     {"flow_sets.csv", "flow solved --format csv", 0},
     {"flow_breakers.csv", "flow solved --format csv --sheet breakers", 0},
     {"flow_not_balanced.txt", "flow m", 1},
+    {"edit.txt", "edit m --script edits.txt --dry-run", 0},
+    {"edit.json", "edit m --script edits.txt --dry-run --format json", 0},
+    {"edit_refused.txt", "edit m --script refused.txt --dry-run", 1},
+    {"edit_refused.json", "edit m --script refused.txt --dry-run --format json", 1},
+    {"edit_refused.csv", "edit m --script refused.txt --dry-run --format csv", 1},
     {"info.txt", "info m", 0},
     {"info.json", "info m --format json", 0},
     {"info_fields.txt", "info --fields CB", 0},

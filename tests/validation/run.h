@@ -17,6 +17,7 @@ namespace dtsdb {
 /// The private operations of NMD, for the tests.
 struct NmdAccess {
   static void StartDetect(NMD& nmd) { nmd.StartDetect(); }
+  static bool RunChecks(NMD& nmd) { return nmd.RunChecks(); }
   static int NodeInsert(NMD& nmd, const char* nd, int* pNd, const char* kv, int mask) {
     return nmd.NodeInsert(IdFromLiteral(nd), pNd, IdFromLiteral(kv), mask);
   }

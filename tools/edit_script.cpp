@@ -1,0 +1,146 @@
+#include "tools/edit_script.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "tools/catalog.h"
+#include "tools/failure.h"
+#include "tools/field_text.h"
+#include "tools/nearest.h"
+#include "tools/text_layout.h"
+#include "tools/text_table_file.h"
+
+namespace dtsdb::tools {
+namespace {
+
+/// Something wrong in a line; the reader of the script knows in which.
+class LineError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+/// The words of a line, parted by blanks. What stands in double quotes belongs to one word, blanks included; two of
+/// them in there stand for one.
+std::vector<std::string> Words(std::string_view line) {
+  std::vector<std::string> words;
+  bool isInWord = false;
+  bool isQuoted = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const char c = line[i];
+    if (!isQuoted && IsBlank(c)) {
+      isInWord = false;
+      continue;
+    }
+    if (!isInWord) words.emplace_back();
+    isInWord = true;
+    if (c != '"') {
+      words.back() += c;
+    } else if (isQuoted && i + 1 < line.size() && line[i + 1] == '"') {
+      words.back() += line[++i];
+    } else {
+      isQuoted = !isQuoted;
+    }
+  }
+  if (isQuoted) throw LineError("the quotes at the end are missing");
+  return words;
+}
+
+/// Reads the value of one field.
+template <class Record, class Type>
+std::string ParseValue(const Field<Record, Type>& field, const std::string& text, Record& record) {
+  if (IsLink(field)) return "is a number that an addition works out; it can't be given";
+  if constexpr (std::is_same_v<Type, QString>) {
+    return ParseIdentity(text, record.*field.member);
+  } else {
+    return ParseNumber(text, record.*field.member);
+  }
+}
+
+void TakeIdentity(const std::string& text, QString& id) {
+  const std::string wrong = text.empty() ? "a record needs an identity" : ParseIdentity(text, id);
+  if (!wrong.empty()) throw LineError(wrong);
+}
+
+/// Puts the value of FIELD=VALUE into a new record.
+template <class Record>
+void TakeValue(const std::string& word, std::vector<std::string>& given, Record& record) {
+  const std::size_t sign = word.find('=');
+  if (sign == std::string::npos || sign == 0) throw LineError(Quoted(word) + " is not of the form FIELD=VALUE");
+  const std::string name = word.substr(0, sign);
+  if (std::find(given.begin(), given.end(), name) != given.end()) throw LineError("field " + name + " stands twice");
+  given.push_back(name);
+  std::string wrong = "the table has no such field" + DidYouMean(name, FieldNames<Record>());
+  Record::ForEachField([&](const auto& field) {
+    if (name == field.name) wrong = ParseValue(field, word.substr(sign + 1), record);
+  });
+  if (!wrong.empty()) throw LineError("field " + OneLine(name) + ": " + wrong);
+}
+
+/// A record from the words behind the table's name.
+template <class Record>
+Record ParseRecord(const std::vector<std::string>& words, bool isRemoval) {
+  Record record;
+  if (isRemoval) {
+    if (words.size() != 3) throw LineError("'remove' takes a table and one identity");
+    TakeIdentity(words[2], record.id);
+    return record;
+  }
+  ClearLinks(record);
+  std::vector<std::string> given;
+  for (std::size_t i = 2; i < words.size(); ++i) TakeValue(words[i], given, record);
+  if (record.id.isEmpty()) throw LineError("id=... is missing: a record needs an identity");
+  return record;
+}
+
+EditedRecord ParseTable(const std::vector<std::string>& words, bool isRemoval) {
+  const std::string& name = words[1];
+  const QString folded = QString::fromStdString(name).toUpper();
+  std::vector<std::string> known;
+#define DTSDB_PARSE_CLASS(T)                                                           \
+  if (folded == QLatin1String(T::kTableName)) return ParseRecord<T>(words, isRemoval); \
+  known.emplace_back(T::kTableName);
+  DTSDB_EDITED_RECORDS(DTSDB_PARSE_CLASS)
+#undef DTSDB_PARSE_CLASS
+  if (TablePlace(folded.toStdString()) != -1) {
+    throw LineError("table " + folded.toStdString() + " can't be edited: its records follow from those of others");
+  }
+  throw LineError("there is no table " + Quoted(name) + " that can be edited" + DidYouMean(name, known));
+}
+
+Edit ParseLine(const std::vector<std::string>& words) {
+  Edit edit;
+  edit.isRemoval = words[0] == "remove";
+  if (!edit.isRemoval && words[0] != "add") {
+    throw LineError("a line begins with 'add' or 'remove', not with " + Quoted(words[0]));
+  }
+  if (words.size() < 2) throw LineError(Quoted(words[0]) + " needs a table");
+  edit.record = ParseTable(words, edit.isRemoval);
+  return edit;
+}
+
+}  // namespace
+
+std::vector<Edit> ReadEditScript(const std::string& file, std::string_view bytes) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
+  std::vector<Edit> edits;
+  for (int number = 1; !bytes.empty(); ++number) {
+    const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+    std::string_view line = bytes.substr(0, end);
+    bytes.remove_prefix(std::min(end + 1, bytes.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    try {
+      const std::vector<std::string> words = Words(line.starts_with('#') ? std::string_view() : line);
+      if (words.empty()) continue;
+      edits.push_back(ParseLine(words));
+      edits.back().line = number;
+    } catch (const LineError& error) {
+      throw Failure(EXIT_FILE, fmt::format("{}, line {}: {}", file, number, error.what()));
+    }
+  }
+  return edits;
+}
+
+}  // namespace dtsdb::tools
