@@ -45,4 +45,12 @@ class Chain {
   int m_head;
 };
 
+/// Number of rows in the chain that begins at `head`.
+template <class Row>
+int ChainLength(tTable<Row>& table, int head) {
+  int length = 0;
+  for ([[maybe_unused]] const Row& row : Chain(table, head)) ++length;
+  return length;
+}
+
 }  // namespace dtsdb

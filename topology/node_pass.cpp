@@ -11,13 +11,6 @@ bool IsSection(int branchEnds, u32 nodeFlags) {
   return branchEnds > 1 || (branchEnds == 1 && shunt);
 }
 
-template <class Row>
-int ChainLength(tTable<Row>& table, int head) {
-  int length = 0;
-  for ([[maybe_unused]] const Row& row : Chain(table, head)) ++length;
-  return length;
-}
-
 /// A breaker that carries a zero-impedance branch never merges its nodes: the branch stands between them.
 bool CanMerge(const CB& cb) { return !(cb.flags & CB_ZBR); }
 bool Merges(const CB& cb) { return !(cb.flags & (CB_ZBR | CB_OPEN)); }

@@ -10,18 +10,6 @@
 #include "topology/walks.h"
 
 namespace dtsdb {
-namespace {
-
-/// The physical number of the record with identity `id`, -1 if there is none.
-template <class Record>
-int FindId(tTable<Record>& table, const QString& id) {
-  Record wanted;
-  wanted.id = id;
-  return table.Find(wanted);
-}
-
-}  // namespace
-
 /// True when closing the breaker joins nothing: both its nodes lie in one section already.
 bool TP::ClosesWithinSection(const CB& cb) const { return cb.ibs == cb.izbs && cb.ibs > Global().bs_live; }
 
@@ -29,7 +17,7 @@ bool TP::ClosesWithinSection(const CB& cb) const { return cb.ibs == cb.izbs && c
 template <class Component>
 int TP::SwitchComponent(const ComponentType<Component>& type, const QString& id, bool on) {
   auto& table = Table<Component>();
-  const int number = FindId(table, id);
+  const int number = table.Find(Component(id));
   if (number < 0) {
     if (*type.unknown != '\0') PrintText(TextFromId(id) + QLatin1String(type.unknown));
     return -1;
@@ -110,8 +98,9 @@ int TP::tpReadStatus(dbDatabase* db) {
 /// with its warning, no record.
 void TP::ApplyTrace(TPTRACE& row) {
   WithComponentType(row.type, [&](const auto& type) {
-    auto& table = Table<typename std::remove_cvref_t<decltype(type)>::Record>();
-    row.n1 = FindId(table, row.name);
+    using Component = typename std::remove_cvref_t<decltype(type)>::Record;
+    auto& table = Table<Component>();
+    row.n1 = table.Find(Component(row.name));
     const bool on = row.n1 >= 0 && row.status != 0;
     SetBit(table.GetPh(row.n1).*type.word, type.bit, !on);
   });

@@ -123,13 +123,6 @@ void SetNone(tTable<T>* table, std::initializer_list<i32 T::*> links) {
   }
 }
 
-template <class Row>
-int ChainLength(tTable<Row>* rows, int head) {
-  int length = 0;
-  for ([[maybe_unused]] const Row& row : Chain(*rows, head)) ++length;
-  return length;
-}
-
 }  // namespace
 
 void NMD::StartDetect() {
@@ -222,9 +215,9 @@ void NMD::ResetLinks() {
 void NMD::CheckNodes() {
   for (int i = 0; i < m_ndTable->GetCount(); ++i) {
     const ND& nd = (*m_ndTable)[i];
-    const int devices = ChainLength(m_rNdCb2Table, nd.r_nd_cb2) + ChainLength(m_rNdXf2Table, nd.r_nd_xf2) +
-                        ChainLength(m_rNdLn2Table, nd.r_nd_ln2) + ChainLength(m_rNdDln2Table, nd.r_nd_dln2) +
-                        ChainLength(m_rNdZbr2Table, nd.r_nd_zbr2) +
+    const int devices = ChainLength(*m_rNdCb2Table, nd.r_nd_cb2) + ChainLength(*m_rNdXf2Table, nd.r_nd_xf2) +
+                        ChainLength(*m_rNdLn2Table, nd.r_nd_ln2) + ChainLength(*m_rNdDln2Table, nd.r_nd_dln2) +
+                        ChainLength(*m_rNdZbr2Table, nd.r_nd_zbr2) +
                         std::popcount(nd.flags & (ND_HAS_UN | ND_HAS_LD | ND_HAS_CP | ND_HAS_BUS));
     if (devices <= 1) Report(nd, message::kFewDevices);
   }
