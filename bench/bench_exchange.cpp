@@ -17,6 +17,7 @@
 #include <string>
 
 #include "bench/sample_network.h"
+#include "bench/store.h"
 #include "bench/timing.h"
 #include "model/exchange.h"
 
@@ -25,31 +26,6 @@ namespace {
 
 constexpr int kRounds = 3;
 constexpr int kTransactions = 1000;
-
-/// An open store in a file that goes with it. An error of the database ends the program.
-class Store {
- public:
-  explicit Store(const QString& path) : m_path(path) {
-    m_database.setErrorHandler([](int, char const* message, int, void*) {
-      std::fprintf(stderr, "bench_exchange: %s\n", message);
-      std::exit(1);
-    });
-    m_database.open("store", path.toLocal8Bit().constData());
-  }
-  Store(const Store&) = delete;
-  Store& operator=(const Store&) = delete;
-  ~Store() {
-    m_database.close();
-    QFile::remove(m_path);
-    QFile::remove(m_path + QStringLiteral("-lock"));
-  }
-  dbDatabase* Db() { return &m_database; }
-  double Megabytes() const { return static_cast<double>(QFileInfo(m_path).size()) / 1e6; }
-
- private:
-  QString m_path;
-  dbDatabase m_database;
-};
 
 int RowsOf(DTSDB& model) {
   int rows = 0;

@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev liblmdb-dev
   g++-multilib
   libcli11-dev libfmt-dev nlohmann-json3-dev libcsv-dev
-  libgtest-dev librapidcheck-dev libbenchmark-dev
+  libgtest-dev librapidcheck-dev libbenchmark-dev libboost-dev
 )
 
 say() { printf '\n== %s\n' "$*"; }

@@ -19,14 +19,15 @@ class RealtimeStore {
     m_database.setErrorHandler([](int error, char const* message, int, void*) {
       ADD_FAILURE() << "realtime database, error " << error << ": " << (message != nullptr ? message : "");
     });
-    const QByteArray path = m_directory.filePath(QStringLiteral("store.fdb")).toLocal8Bit();
-    EXPECT_TRUE(m_database.open("store", path.constData()));
+    EXPECT_TRUE(m_database.open("store", Path().constData()));
   }
   RealtimeStore(const RealtimeStore&) = delete;
   RealtimeStore& operator=(const RealtimeStore&) = delete;
   ~RealtimeStore() { m_database.close(); }
 
   dbDatabase* Db() { return &m_database; }
+  /// Its file, for other processes.
+  QByteArray Path() const { return m_directory.filePath(QStringLiteral("store.fdb")).toLocal8Bit(); }
 
   /// Number of rows in the table of `Row`.
   template <class Row>

@@ -222,10 +222,26 @@ void Damage(RandomNetwork& network, int count) {
   }
 }
 
+/// Asks for a few random changes and runs on what waits.
+void SwitchSomething(TP& tp, RandomNetwork& network) {
+  for (int i = network.Number(1, 60); i > 0; --i) {
+    auto& table = network.Model().Table<CB>();
+    const int wanted = network.Number(0, 12);
+    QByteArray id = "nobody";
+    if (network.Chance(60) && wanted < table.GetCount()) id = IdToBytes(table[wanted].id);
+    if (network.Chance(30)) id = "L" + QByteArray::number(network.Number(0, 60));
+    tp.tpSetCompStatus(id.constData(), network.Number(0, 17), network.Chance(50));
+    if (network.Chance(20)) tp.tpChange();
+  }
+  tp.tpRefreshCB();
+  tp.tpChange();
+}
+
 /// Calls everything that can be called, in an order that a careful caller would not choose.
 void RunEverything(TP& tp, RandomNetwork& network) {
   TpProbe probe(tp);
   bool changed = false;
+  SwitchSomething(tp, network);
   probe.SetAllnew(network.Chance(50));
   probe.NodeSort(probe.IsAllnew());
   probe.BslBuild(network.Chance(50));
@@ -240,7 +256,9 @@ void RunEverything(TP& tp, RandomNetwork& network) {
   probe.AddBrokenBs(network.Number(-2, 10), 0, bs);
   probe.BsSort(&changed);
   tp.tpSetRefUN();
+  SwitchSomething(tp, network);
   tp.tpAllnew();
+  SwitchSomething(tp, network);
   tp.tpSetRefUN();
 }
 
