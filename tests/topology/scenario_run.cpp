@@ -159,8 +159,8 @@ void ScenarioRun::Call(const std::function<void()>& call) {
   }
 }
 
-/// Makes a call that gives what "gives N" at the end of `words` says, `usual` when nothing stands there.
-void ScenarioRun::CallAndCompare(Words words, int usual, const std::function<int()>& call) {
+/// Makes a call that is to give what "gives N" at the end of `words` says, `usual` when nothing stands there.
+int ScenarioRun::CallAndCompare(Words words, int usual, const std::function<int()>& call) {
   int expected = usual;
   if (words.size() >= 2 && words[words.size() - 2] == "gives") {
     expected = WholeNumber(words.back());
@@ -170,29 +170,21 @@ void ScenarioRun::CallAndCompare(Words words, int usual, const std::function<int
   int given = 0;
   Call([&] { given = call(); });
   if (given != expected) Fail(fmt::format("gives {} instead of {}", given, expected));
+  return given;
 }
 
 void ScenarioRun::RunFull(const Words& words) {
   if (words.size() < 2 || words[1] != "full") throw ScenarioError("'run' needs the word 'full'");
-  CallAndCompare(Words(words.begin() + 2, words.end()), 1, [&] {
-    const int given = m_tp->tpAllnew();
-    if (given == 1) CheckLists();
-    return given;
-  });
-  NoteResults();
+  LookAtRun(CallAndCompare(Words(words.begin() + 2, words.end()), 1, [&] { return m_tp->tpAllnew(); }) == 1);
 }
 
 void ScenarioRun::Change(const Words& words) {
-  CallAndCompare(Words(words.begin() + 1, words.end()), 1, [&] {
-    const int given = m_tp->tpChange();
-    if (given == 1) CheckLists();
-    return given;
-  });
-  NoteResults();
+  LookAtRun(CallAndCompare(Words(words.begin() + 1, words.end()), 1, [&] { return m_tp->tpChange(); }) == 1);
 }
 
-/// What the run has left to be asked for line by line.
-void ScenarioRun::NoteResults() {
+/// Checks the lists of a run that succeeded, and notes what it has left to be asked for line by line.
+void ScenarioRun::LookAtRun(bool succeeded) {
+  if (succeeded) CheckLists();
   DTSDB& database = m_network.Model().Db();
   m_log = {};
   for (int i = 0; i < database.m_tplTable->GetCount(); ++i) {

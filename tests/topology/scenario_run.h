@@ -42,7 +42,7 @@ class ScenarioRun {
   void ExpectNothingLeft(const std::string& name, Queue& queue);
 
   // Actions
-  void CallAndCompare(Words words, int usual, const std::function<int()>& call);
+  int CallAndCompare(Words words, int usual, const std::function<int()>& call);
   void Call(const std::function<void()>& call);
   void RunFull(const Words& words);
   void Change(const Words& words);
@@ -50,7 +50,7 @@ class ScenarioRun {
   void Repeat(const Words& words);
   void AddRow(const Words& words);
   void Set(const Words& words);
-  void NoteResults();
+  void LookAtRun(bool succeeded);
   void CheckLists();
 
   // Descriptions
