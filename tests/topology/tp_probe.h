@@ -42,6 +42,9 @@ class TpProbe {
   int BsSort(bool* changed) { return m_tp.tpBsSort(changed); }
   int UpdateStatus() { return m_tp.tpUpdateStatus(); }
   void NameSections() { m_tp.NameSections(); }
+  int ChangedKv() { return m_tp.tpChangedKv(); }
+  int ComponentChanged(bool* islandChanged) { return m_tp.tpComponentChanged(islandChanged); }
+  int BsRestore() { return m_tp.tpBsRestore(); }
   bool FindPassPath(int cb) { return m_tp.tpFindPassPath(cb); }
 
   /// The entries of the work arrays. The number is in range.
