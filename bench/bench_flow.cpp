@@ -103,6 +103,7 @@ void RunNetwork(int stations, const QString& folder) {
 /// A ring of `nodes` nodes with a chord at every fourth.
 std::vector<std::pair<int, int>> Loops(int nodes) {
   std::vector<std::pair<int, int>> breakers;
+  breakers.reserve(2 * static_cast<std::size_t>(nodes));
   for (int i = 0; i < nodes; ++i) breakers.emplace_back(i, (i + 1) % nodes);
   for (int i = 0; i + 2 < nodes; i += 4) breakers.emplace_back(i, i + 2);
   return breakers;

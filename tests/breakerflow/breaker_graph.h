@@ -67,6 +67,7 @@ class BreakerGraph {
   u32 Class(int breaker) const { return m_flow.Breakers()[breaker].flags & (CB_LOOP | CB_BRIDGE | CB_RADIAL); }
   std::vector<u32> Classes() const {
     std::vector<u32> classes;
+    classes.reserve(static_cast<std::size_t>(m_flow.Breakers().size()));
     for (int key = 0; key < m_flow.Breakers().size(); ++key) classes.push_back(Class(key));
     return classes;
   }
