@@ -30,7 +30,8 @@ void Describe(CLI::App& app, Action& action) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
   app.get_formatter()->column_width(28);
-  for (const auto add : {AddValidate, AddTopology, AddFlow, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb})
+  for (const auto add :
+       {AddValidate, AddTopology, AddFlow, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb})
     add(app, action);
 }
 
