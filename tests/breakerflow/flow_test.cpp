@@ -190,6 +190,14 @@ TEST(BreakerFlow, GroupsOutliveASecondRunAndSpoilIt) {
   EXPECT_EQ(graph.GroupKeys().size(), 1);
   EXPECT_TRUE(graph.Probe().GroupsOfSet()[0].isEmpty());
   EXPECT_NEAR(graph.P(0), 6, kNear) << "a ring alone comes out as before";
+
+  BreakerGraph rings({{1, 2}, {2, 3}, {3, 1}, {3, 4}, {4, 5}, {5, 6}, {6, 4}});
+  rings.Inject(1, 9);
+  rings.Inject(5, -9);
+  rings.Calculate();
+  EXPECT_NEAR(rings.P(3), 9, kNear);
+  rings.Calculate();
+  EXPECT_EQ(rings.P(3), 0) << "the bridge sees the injection of its own node only";
 }
 
 TEST(BreakerFlow, CopiesAreIndependent) {
