@@ -39,7 +39,7 @@ class ScriptRun {
  private:
   template <class Record>
   std::string Add(Record record) {
-    if (!IsMarkedGood(m_database)) Validate();
+    if (!m_isValidated && !IsMarkedGood(m_database)) Validate();
     if (!m_nmd.IsValid(record)) {
       if (m_isValidated) return Reason();
       Validate();
@@ -82,8 +82,9 @@ class ScriptRun {
   template <class Record>
   std::string NotThere(const Record& record) {
     RemoveRecord(m_nmd, record);
-    std::vector<std::string> known;
     tTable<Record>& table = TableOf<Record>(m_database);
+    std::vector<std::string> known;
+    known.reserve(static_cast<std::size_t>(table.GetCount()));
     for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
     return Reason() + DidYouMean(IdText(record.id), known);
   }
