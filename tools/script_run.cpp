@@ -57,8 +57,9 @@ class ScriptRun {
   std::string Remove(const Record& record) {
     if (!IsThere(record)) return NotThere(record);
     if (kIsContainer<Record> && !m_isValidated) Validate();
-    std::string reason = TryToRemove(record);
-    if (reason.empty() || m_isValidated) return reason;
+    const bool wasValidated = m_isValidated;
+    const std::string reason = TryToRemove(record);
+    if (reason.empty() || wasValidated) return reason;
     Validate();
     return IsThere(record) ? TryToRemove(record) : "";
   }
@@ -72,10 +73,8 @@ class ScriptRun {
   std::string TryToRemove(const Record& record) {
     m_nmd.IsValid(record);  // sets a reason that no removal gives: some removals stop without one
     const QString none = m_nmd.GetLastError();
-    if (RemoveRecord(m_nmd, record)) {
-      m_isValidated = false;
-      return "";
-    }
+    m_isValidated = false;
+    if (RemoveRecord(m_nmd, record)) return "";
     return m_nmd.GetLastError() == none ? "the removal stopped midway" : Reason();
   }
 
