@@ -71,10 +71,14 @@ void TakeValue(const std::string& word, std::vector<std::string>& given, Record&
   const std::string name = word.substr(0, sign);
   if (std::find(given.begin(), given.end(), name) != given.end()) throw LineError("field " + name + " stands twice");
   given.push_back(name);
-  std::string wrong = "the table has no such field" + DidYouMean(name, FieldNames<Record>());
+  bool isField = false;
+  std::string wrong;
   Record::ForEachField([&](const auto& field) {
-    if (name == field.name) wrong = ParseValue(field, word.substr(sign + 1), record);
+    if (name != field.name) return;
+    isField = true;
+    wrong = ParseValue(field, word.substr(sign + 1), record);
   });
+  if (!isField) wrong = "the table has no such field" + DidYouMean(name, FieldNames<Record>());
   if (!wrong.empty()) throw LineError("field " + OneLine(name) + ": " + wrong);
 }
 

@@ -39,7 +39,7 @@ class ScriptRun {
  private:
   template <class Record>
   std::string Add(Record record) {
-    if (!IsMarkedGood(m_database)) Validate();
+    if (!m_isValidated && !IsMarkedGood(m_database)) Validate();
     if (!m_nmd.IsValid(record)) {
       if (m_isValidated) return Reason();
       Validate();
@@ -57,8 +57,9 @@ class ScriptRun {
   std::string Remove(const Record& record) {
     if (!IsThere(record)) return NotThere(record);
     if (kIsContainer<Record> && !m_isValidated) Validate();
-    std::string reason = TryToRemove(record);
-    if (reason.empty() || m_isValidated) return reason;
+    const bool wasValidated = m_isValidated;
+    const std::string reason = TryToRemove(record);
+    if (reason.empty() || wasValidated) return reason;
     Validate();
     return IsThere(record) ? TryToRemove(record) : "";
   }
@@ -72,18 +73,17 @@ class ScriptRun {
   std::string TryToRemove(const Record& record) {
     m_nmd.IsValid(record);  // sets a reason that no removal gives: some removals stop without one
     const QString none = m_nmd.GetLastError();
-    if (RemoveRecord(m_nmd, record)) {
-      m_isValidated = false;
-      return "";
-    }
+    m_isValidated = false;
+    if (RemoveRecord(m_nmd, record)) return "";
     return m_nmd.GetLastError() == none ? "the removal stopped midway" : Reason();
   }
 
   template <class Record>
   std::string NotThere(const Record& record) {
     RemoveRecord(m_nmd, record);
-    std::vector<std::string> known;
     tTable<Record>& table = TableOf<Record>(m_database);
+    std::vector<std::string> known;
+    known.reserve(static_cast<std::size_t>(table.GetCount()));
     for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
     return Reason() + DidYouMean(IdText(record.id), known);
   }

@@ -2,6 +2,8 @@
 /// How the kinds of equipment differ: where they hang, what they measure, which marks they leave.
 #pragma once
 
+#include <array>
+
 #include "model/record_bits.h"
 #include "validation/link_pass.h"
 #include "validation/messages.h"
@@ -32,6 +34,18 @@ DTSDB_PARENT_OF(DLN, R_DV_DLN)
 #undef DTSDB_PARENT_OF
 template <class Record>
 using ParentRow = typename ParentOf<Record>::Row;
+
+/// The links of a container, up to its parent and down to what it holds. A company is no such: its link is its
+/// caller's.
+template <class Container>
+inline constexpr std::array<i32 Container::*, 0> kTreeLinks = {};
+template <>
+inline constexpr std::array kTreeLinks<DV> = {&DV::r_co_dv, &DV::r_dv_ln, &DV::r_dv_st, &DV::r_dv_dln};
+template <>
+inline constexpr std::array kTreeLinks<ST> = {&ST::r_dv_st, &ST::r_st_kv, &ST::r_st_xf};
+template <>
+inline constexpr std::array kTreeLinks<KV> = {&KV::r_kv_zbr, &KV::r_kv_bus, &KV::r_kv_cb, &KV::r_kv_cp,
+                                              &KV::r_kv_ld,  &KV::r_kv_nd,  &KV::r_st_kv, &KV::r_kv_un};
 
 // Measurements
 

@@ -50,43 +50,20 @@ bool NMD::AddNodes(Branch& branch, const QString& kv, const QString& zkv) {
 
 // The administrative tree
 
-namespace {
-
-/// Sets link fields to -1.
-template <class Record>
-void SetNone(Record& record, std::initializer_list<i32 Record::*> links) {
-  for (const auto link : links) record.*link = -1;
-}
-
-}  // namespace
-
-/// Adds a record that follows from nothing but its parent.
-template <class Record>
-bool NMD::AddTied(Record& record) {
-  const int number = Insert(record);
-  return number != -1 && Tie<Record>(number);
+/// Adds a container, which follows from nothing but its parent and holds nothing yet.
+template <class Container>
+bool NMD::AddContainer(Container& container) {
+  if (!MayAdd(container)) return false;
+  for (const auto link : kTreeLinks<Container>) container.*link = -1;
+  const int number = Insert(container);
+  return number != -1 && Tie<Container>(number);
 }
 
 bool NMD::AddCO(CO& co) { return MayAdd(co) && Insert(co) != -1; }
 
-bool NMD::AddDV(DV& dv) {
-  if (!MayAdd(dv)) return false;
-  SetNone(dv, {&DV::r_co_dv, &DV::r_dv_ln, &DV::r_dv_dln, &DV::r_dv_st});
-  return AddTied(dv);
-}
-
-bool NMD::AddST(ST& st) {
-  if (!MayAdd(st)) return false;
-  SetNone(st, {&ST::r_dv_st, &ST::r_st_kv, &ST::r_st_xf});
-  return AddTied(st);
-}
-
-bool NMD::AddKV(KV& kv) {
-  if (!MayAdd(kv)) return false;
-  SetNone(kv, {&KV::r_st_kv, &KV::r_kv_un, &KV::r_kv_cb, &KV::r_kv_ld, &KV::r_kv_cp, &KV::r_kv_bus, &KV::r_kv_zbr,
-               &KV::r_kv_nd});
-  return AddTied(kv);
-}
+bool NMD::AddDV(DV& dv) { return AddContainer(dv); }
+bool NMD::AddST(ST& st) { return AddContainer(st); }
+bool NMD::AddKV(KV& kv) { return AddContainer(kv); }
 
 // Devices on one node
 

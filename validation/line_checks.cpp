@@ -56,8 +56,8 @@ bool NMD::CheckLine(Line& line, int number) {
 /// What the stations and levels at the two ends of a line in `district` say about it.
 template <class Line>
 void NMD::CheckLineEnds(Line& line, int district) {
-  const int fromDistrict = DistrictOfStation(m_stTable->Find(ST(line.st)));
-  const int toDistrict = DistrictOfStation(m_stTable->Find(ST(line.zst)));
+  const int fromDistrict = DistrictOfStation(Number<ST>(line.st));
+  const int toDistrict = DistrictOfStation(Number<ST>(line.zst));
   if (district != fromDistrict && district != toDistrict) Report(line, message::kLineInOtherDistrict);
   MarkDistrict(line, district, fromDistrict, toDistrict);
 

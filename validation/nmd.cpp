@@ -116,8 +116,8 @@ void ClearAll(tTable<T>*... tables) {
 }
 
 /// Sets link fields to -1 in every row.
-template <class T>
-void SetNone(tTable<T>* table, std::initializer_list<i32 T::*> links) {
+template <class T, class Links = std::initializer_list<i32 T::*>>
+void SetNone(tTable<T>* table, const Links& links) {
   for (int i = 0; i < table->GetCount(); ++i) {
     for (const auto link : links) (*table)[i].*link = -1;
   }
@@ -195,11 +195,10 @@ void NMD::StartVerdict() {
 
 void NMD::ResetLinks() {
   SetNone(m_coTable, {&CO::r_co_dv});
-  SetNone(m_dvTable, {&DV::r_co_dv, &DV::r_dv_ln, &DV::r_dv_st, &DV::r_dv_dln});
-  SetNone(m_stTable, {&ST::r_dv_st, &ST::r_st_kv, &ST::r_st_xf});
+  SetNone(m_dvTable, kTreeLinks<DV>);
+  SetNone(m_stTable, kTreeLinks<ST>);
   for (int i = 0; i < m_stTable->GetCount(); ++i) (*m_stTable)[i].flag = 0;
-  SetNone(m_kvTable, {&KV::r_kv_zbr, &KV::r_kv_bus, &KV::r_kv_cb, &KV::r_kv_cp, &KV::r_kv_ld, &KV::r_kv_nd,
-                      &KV::r_st_kv, &KV::r_kv_un});
+  SetNone(m_kvTable, kTreeLinks<KV>);
   SetNone(m_lnTable, {&LN::r_dv_ln});
   SetNone(m_dlnTable, {&DLN::r_dv_dln});
   SetNone(m_zbrTable, {&ZBR::r_kv_zbr});

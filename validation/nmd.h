@@ -275,8 +275,8 @@ class NMD {
   void ResolveMeasurements(Record& record);
   template <class Branch>
   bool AddNodes(Branch& branch, const QString& kv, const QString& zkv);
-  template <class Record>
-  bool AddTied(Record& record);
+  template <class Container>
+  bool AddContainer(Container& container);
   template <class Shunt>
   bool AddShunt(Shunt& shunt);
   template <class Line>

@@ -188,6 +188,16 @@ TEST(Table, AFreedSlotStillHoldsItsRecord) {
   EXPECT_EQ(table.GetPh(0).tag, 11);
 }
 
+TEST(Table, IsUsedTellsASlotWithARecordFromAFreeOne) {
+  Table table;
+  AddAll(table, {1, 2});
+  EXPECT_TRUE(table.IsUsed(1));
+  EXPECT_FALSE(table.IsUsed(2));
+  table.Remove(1);
+  EXPECT_FALSE(table.IsUsed(1));
+  EXPECT_TRUE(table.IsUsed(0));
+}
+
 TEST(Table, ARecordOfTheTableItselfCanBeAddedWhileItGrows) {
   Table table;
   table.SetGrowBy(1);
@@ -257,6 +267,15 @@ TEST(TableCheck, PhToLgOutOfRange) {
   const MessageCatcher catcher;
   EXPECT_EQ(table.PhToLg(3), -1);
   EXPECT_EQ(OnlyWarning(), Warning("nPh >= 0 && nPh < m_size"));
+}
+
+TEST(TableCheck, IsUsedOutOfRange) {
+  Table table;
+  AddAll(table, {1});
+  const MessageCatcher catcher;
+  EXPECT_FALSE(table.IsUsed(10));
+  EXPECT_EQ(OnlyWarning(), Warning("nPh >= 0 && nPh < m_size"));
+  EXPECT_FALSE(table.IsUsed(-1));
 }
 
 TEST(TableCheck, RemoveOutOfRange) {
