@@ -58,7 +58,7 @@ class ScriptRun {
     if (!IsThere(record)) return NotThere(record);
     if (kIsContainer<Record> && !m_isValidated) Validate();
     const bool wasValidated = m_isValidated;
-    const std::string reason = TryToRemove(record);
+    std::string reason = TryToRemove(record);
     if (reason.empty() || wasValidated) return reason;
     Validate();
     return IsThere(record) ? TryToRemove(record) : "";
