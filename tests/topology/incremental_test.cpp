@@ -143,5 +143,38 @@ TEST_F(Incremental, RunAfterAnotherFailedOneIsPutRightByAFullOne) {
   EXPECT_EQ(tp.tpChange(), 1);
 }
 
+/// Two zero-impedance branches side by side between a unit and a load.
+class BesideZbrs : public TopologyTest {
+ protected:
+  void Build(const char* first, const char* second) {
+    m.Station("A").Kv("A220").Unit("U", "A220", "a").Load("D", "A220", "c");
+    m.Breaker("P", "A220", "a", "c").Zbr(first, "P").Breaker("Q", "A220", "a", "c").Zbr(second, "Q");
+    Run();
+  }
+  bool IsDead(const char* load) { return (m.Of<LD>(load).tp_status & SHUNT_DEAD) != 0; }
+};
+
+TEST_F(BesideZbrs, OneOfTwoIsEnough) {
+  Build("Z1", "Z2");
+  ASSERT_EQ(tp.tpSetCompStatus("Z1", 7, false), 1);
+  ASSERT_EQ(tp.tpChange(), 1);
+  EXPECT_FALSE(IsDead("D"));
+}
+
+// The ends sort as Z81i Z81z Z8i Z8z, the branches as Z8 Z81, and the validation leaves the branches with the numbers
+// from before the sorting: each names the other's ends.
+TEST_F(BesideZbrs, BranchWhoseIdentityBeginsTheOthersMarksTheOthersEnds) {
+  Build("Z8", "Z81");
+  const auto endsOf = [&](const char* zbr) -> ZBR2& { return m.Table<ZBR2>().GetPh(m.Of<ZBR>(zbr).zbr2); };
+  ASSERT_EQ(endsOf("Z8").izbr, m.Number<ZBR>("Z81"));
+  ASSERT_EQ(tp.tpSetCompStatus("Z8", 7, false), 1);
+  ASSERT_EQ(tp.tpChange(), 1);
+  EXPECT_EQ(m.Of<ZBR2>("Z81i").flags & END_ISOLATED, END_ISOLATED);
+  EXPECT_EQ(m.Of<ZBR2>("Z8i").flags & END_ISOLATED, 0U);
+  EXPECT_TRUE(IsDead("D"));
+  ASSERT_EQ(tp.tpAllnew(), 1);
+  EXPECT_FALSE(IsDead("D"));
+}
+
 }  // namespace
 }  // namespace dtsdb::test

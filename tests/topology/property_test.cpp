@@ -229,7 +229,7 @@ void SwitchSomething(TP& tp, RandomNetwork& network) {
     const int wanted = network.Number(0, 12);
     QByteArray id = "nobody";
     if (network.Chance(60) && wanted < table.GetCount()) id = IdToBytes(table[wanted].id);
-    if (network.Chance(30)) id = "L" + QByteArray::number(network.Number(0, 60));
+    if (network.Chance(30)) id = "L" + QByteArray::number(network.Number(0, 60)).rightJustified(3, '0');
     tp.tpSetCompStatus(id.constData(), network.Number(0, 17), network.Chance(50));
     if (network.Chance(20)) tp.tpChange();
   }

@@ -41,7 +41,11 @@ class RandomNetwork {
     }
   };
 
-  std::string Name(const char* kind) { return kind + std::to_string(++m_names); }
+  /// All of one length: a zero-impedance branch whose identity begins that of another gets the other's ends.
+  std::string Name(const char* kind) {
+    const std::string number = std::to_string(++m_names);
+    return kind + std::string(number.size() < 3 ? 3 - number.size() : 0, '0') + number;
+  }
 
   void AddStation() {
     const std::string station = Name("S");
