@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
 namespace dtsdb::test {
@@ -15,7 +16,7 @@ namespace {
 QByteArray RunIn(const QString& folder, const QStringList& arguments = {}) {
   QProcess process;
   process.setWorkingDirectory(folder);
-  process.start(QStringLiteral(HELPER_PROGRAM), arguments);
+  process.start(QString::fromUtf8(TestProgram()), arguments);
   EXPECT_TRUE(process.waitForFinished(60000));
   EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
   return process.readAllStandardOutput();

@@ -9,6 +9,7 @@
 
 #include "model/objectfile.h"
 #include "tests/model/record_values.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
 namespace dtsdb::test {
@@ -233,7 +234,7 @@ void MakeFixtureModel(DTSDB& database) {
 
 // The file was written once and stays as it is: a format that can't read it any more has broken its promise.
 TEST(ObjectFileIo, AnOldFileStillReads) {
-  const QString name = Text(DTSDB_SOURCE_DIR "/tests/model/fixtures/all-tables.obj");
+  const QString name = QString::fromStdString(SourcePath("tests/model/fixtures/all-tables.obj"));
   QFile file(name);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   const QByteArray stored = file.readAll();

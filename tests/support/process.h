@@ -1,5 +1,5 @@
 /// \file
-/// Running a second program beside a test: the one whose path the test is built with as HELPER_PROGRAM.
+/// Running a second program beside a test: the PROGRAM of its dtsdb_test.
 #pragma once
 
 #include <fcntl.h>
@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/places.h"
+
 namespace dtsdb::test {
 
 /// The helper program in a process of its own. Killed, if it still runs, when this goes.
@@ -19,14 +21,14 @@ class Helper {
   explicit Helper(const std::vector<std::string>& arguments) {
     int out[2];
     if (::pipe2(out, O_CLOEXEC) != 0) return;
-    std::vector<char*> words{const_cast<char*>(HELPER_PROGRAM)};
+    std::vector<char*> words{const_cast<char*>(TestProgram())};
     for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
     m_process = ::fork();
     if (m_process == 0) {
       ::dup2(out[1], STDOUT_FILENO);
       ::dup2(out[1], STDERR_FILENO);
-      ::execv(HELPER_PROGRAM, words.data());
+      ::execv(TestProgram(), words.data());
       ::_exit(127);
     }
     ::close(out[1]);

@@ -13,6 +13,8 @@
 #include <iterator>
 #include <string>
 
+#include "tests/support/places.h"
+
 namespace dtsdb::tools::test {
 
 inline bool IsOneLine(const std::string& text) { return std::count(text.begin(), text.end(), '\n') == 1; }
@@ -38,7 +40,7 @@ class Workplace {
     environment.insert(QStringLiteral("LC_ALL"), QString::fromLatin1(terminal));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_folder.path());
-    process.start(QStringLiteral(DTSDB_COMMAND), arguments);
+    process.start(QString::fromUtf8(dtsdb::test::TestProgram()), arguments);
     process.waitForFinished(60000);
     const bool ended = process.exitStatus() == QProcess::NormalExit && process.state() == QProcess::NotRunning;
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput().toStdString(),
@@ -52,7 +54,7 @@ class Workplace {
 
   /// Copies the network of tests/tools/two_stations, or another folder of the source tree, here as `name`.
   void CopyModel(const std::string& name, const std::string& from = "tests/tools/two_stations") const {
-    std::filesystem::copy(std::filesystem::path(DTSDB_SOURCE_DIR) / from, Path() / name,
+    std::filesystem::copy(dtsdb::test::SourcePath(from), Path() / name,
                           std::filesystem::copy_options::recursive);
   }
 

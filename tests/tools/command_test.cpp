@@ -217,7 +217,7 @@ TEST(Terminal, AFullStandardOutputIsAFileThatCantBeWritten) {
   QProcess process;
   process.setWorkingDirectory(QString::fromStdString(here.Path().string()));
   process.setStandardOutputFile(QStringLiteral("/dev/full"));
-  process.start(QStringLiteral(DTSDB_COMMAND), {QStringLiteral("info"), QStringLiteral("m")});
+  process.start(QString::fromUtf8(dtsdb::test::TestProgram()), {QStringLiteral("info"), QStringLiteral("m")});
   ASSERT_TRUE(process.waitForFinished(60000));
   EXPECT_EQ(process.exitCode(), 3);
   EXPECT_EQ(process.readAllStandardError().toStdString(), "dtsdb: standard output: No space left on device\n");

@@ -63,7 +63,7 @@ TEST_P(GoldenOutput, IsAsKept) {
   const CommandResult result = here.Run(GetParam().arguments);
   EXPECT_EQ(result.code, GetParam().code);
   EXPECT_EQ(result.err, "");
-  const std::string path = std::string(DTSDB_SOURCE_DIR "/tests/tools/golden/") + GetParam().file;
+  const std::string path = dtsdb::test::SourcePath("tests/tools/golden/") + GetParam().file;
   if (std::getenv("DTSDB_UPDATE_GOLDEN") != nullptr) {
     std::ofstream(path, std::ios::binary) << result.out;
     return;

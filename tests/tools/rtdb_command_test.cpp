@@ -205,7 +205,7 @@ TEST(RtdbPut, StoresTextsAsGbkWhateverTheTerminalSends) {
   // The same from a terminal in GBK, as raw bytes.
   QByteArray line("rtdb put x LD kv=\xB1\xE4\xB5\xE7 id=\xD2\xD2\xB1\xB8");
   const std::string shell =
-      "cd '" + here.Path().string() + "' && " DTSDB_COMMAND " " + line.toStdString() + " > /dev/null";
+      "cd '" + here.Path().string() + "' && " + dtsdb::test::TestProgram() + " " + line.toStdString() + " > /dev/null";
   EXPECT_EQ(std::system(shell.c_str()), 0);
 
   dbDatabase database(dbDatabase::dbReadOnly);

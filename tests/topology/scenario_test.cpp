@@ -7,6 +7,7 @@
 #include <cctype>
 #include <filesystem>
 
+#include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
 namespace dtsdb::test {
@@ -101,7 +102,7 @@ TEST(ScenarioLanguage, WhatNobodyNamesIsAFailure) {
                           "unexpected log row: BS 3 BSDEAD status 0 old 3 new 3");
 }
 
-INSTANTIATE_TEST_SUITE_P(Topology, Scenarios, testing::ValuesIn(ReadScenarios(DTSDB_SOURCE_DIR "/tests/scenarios")),
+INSTANTIATE_TEST_SUITE_P(Topology, Scenarios, testing::ValuesIn(ReadScenarios(SourcePath("tests/scenarios"))),
                          TestName);
 
 }  // namespace

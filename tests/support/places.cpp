@@ -1,0 +1,7 @@
+#include "tests/support/places.h"
+
+namespace dtsdb::test {
+
+std::string SourcePath(const std::string& path) { return DTSDB_SOURCE_DIR "/" + path; }
+
+}  // namespace dtsdb::test

@@ -1,0 +1,15 @@
+/// \file
+/// Where the things that a test reads or runs lie.
+#pragma once
+
+#include <string>
+
+namespace dtsdb::test {
+
+/// A path of the source tree, for fixtures and golden files.
+std::string SourcePath(const std::string& path);
+
+/// The program that the test runs beside itself: the PROGRAM of its dtsdb_test.
+const char* TestProgram();
+
+}  // namespace dtsdb::test
