@@ -54,8 +54,7 @@ class Workplace {
 
   /// Copies the network of tests/tools/two_stations, or another folder of the source tree, here as `name`.
   void CopyModel(const std::string& name, const std::string& from = "tests/tools/two_stations") const {
-    std::filesystem::copy(dtsdb::test::SourcePath(from), Path() / name,
-                          std::filesystem::copy_options::recursive);
+    std::filesystem::copy(dtsdb::test::SourcePath(from), Path() / name, std::filesystem::copy_options::recursive);
   }
 
   void Write(const std::string& name, const std::string& bytes) const {

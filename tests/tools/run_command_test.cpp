@@ -28,9 +28,10 @@ class RunningTask {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     m_process.setProcessEnvironment(environment);
-    m_process.start(QString::fromUtf8(dtsdb::test::TestProgram()), QStringList{QStringLiteral("run"), QStringLiteral("rtdb:x"),
-                                                               QStringLiteral("--interval"), QStringLiteral("50")} +
-                                                       options);
+    m_process.start(QString::fromUtf8(dtsdb::test::TestProgram()),
+                    QStringList{QStringLiteral("run"), QStringLiteral("rtdb:x"), QStringLiteral("--interval"),
+                                QStringLiteral("50")} +
+                        options);
   }
   RunningTask(const RunningTask&) = delete;
   RunningTask& operator=(const RunningTask&) = delete;
