@@ -3,12 +3,14 @@
 #include <fstream>
 #include <locale>
 
+#include "include/standard_streams.h"
 #include "model/text.h"
 
 namespace dtsdb {
 namespace {
 
 std::ofstream Open(const char* path) {
+  const StandardStreamsKept kept;
   std::ofstream stream;
   stream.imbue(std::locale::classic());  // numbers look the same whatever the program's locale
   if (path != nullptr) stream.open(path, std::ios::out | std::ios::trunc);

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <linux/magic.h>
-#include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -11,57 +10,38 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <utility>
 
+#include "include/standard_streams.h"
 #include "rtdb/file_check.h"
+#include "rtdb/lock_file.h"
+#include "rtdb/snapshot.h"
 
 namespace dtsdb::rtdb {
 namespace {
 
 constexpr MDB_dbi kMaxTables = 512;
 constexpr unsigned kMaxReaders = 1000;
-/// Room for kMaxReaders: LMDB takes 64 bytes for each, and a head.
-constexpr off_t kLockFileSize = 65536;
 constexpr std::size_t kLargestMap = sizeof(void*) > 4 ? std::size_t{1} << 36 : std::size_t{1} << 30;
 constexpr std::size_t kSmallestMap = std::size_t{1} << 26;
 constexpr mode_t kFileMode = 0664;
-
-std::string FolderOf(const std::string& path) {
-  const auto slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
+constexpr int kAttempts = 10;
 
 /// On a memory file system there is nothing to wait for. On a disk a commit waits for its rows but not for the head
 /// that makes them the newest state: a power failure may lose the last commit, never more.
-unsigned SyncFlag(const std::string& path) {
+unsigned SyncFlag(int file) {
   struct statfs about {};
-  if (::statfs(FolderOf(path).c_str(), &about) != 0) return MDB_NOMETASYNC;
+  if (::fstatfs(file, &about) != 0) return MDB_NOMETASYNC;
   const bool memory = about.f_type == TMPFS_MAGIC || about.f_type == RAMFS_MAGIC;
   return memory ? MDB_NOSYNC : MDB_NOMETASYNC;
 }
 
 /// LMDB calls a write that a full disk cut short an input/output error.
-int WithoutSpaceNamed(int result, const std::string& path) {
+int WithoutSpaceNamed(int result, int file) {
   struct statfs about {};
-  if (result != EIO || ::statfs(FolderOf(path).c_str(), &about) != 0) return result;
+  if (result != EIO || ::fstatfs(file, &about) != 0) return result;
   constexpr auto kNextToNothing = 65536;
   return about.f_bavail * static_cast<std::uint64_t>(about.f_bsize) < kNextToNothing ? ENOSPC : result;
-}
-
-/// Gives the lock file its room on the disk. LMDB writes to it through memory, where a full disk kills the process.
-/// A file that others may have open keeps its size.
-int ReserveLockFile(const std::string& path) {
-  const int fd = ::open((path + "-lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
-  if (fd < 0) return errno;
-  struct stat about {};
-  int result = ::fstat(fd, &about) == 0 ? 0 : errno;
-  const off_t size = about.st_size == 0 ? kLockFileSize : about.st_size;
-  if (result == 0 && about.st_blocks * 512 < size) result = ::posix_fallocate(fd, 0, size);
-  ::close(fd);
-  return result;
-}
-
-Status Refused(const std::string& path, const std::string& why) {
-  return Status::Error(dbDatabase::DatabaseOpenError, path + ": " + why);
 }
 
 }  // namespace
@@ -69,7 +49,18 @@ Status Refused(const std::string& path, const std::string& why) {
 /// The environments of this process by file. Never destroyed: databases may be closed late.
 struct Environment::Registry {
   std::mutex mutex;
-  std::map<std::pair<dev_t, ino_t>, Environment*> files;
+  std::map<FileId, Environment*> files;
+
+  Environment* Find(const std::string& path) const {
+    const auto id = IdOf(path);
+    const auto found = id ? files.find(*id) : files.end();
+    return found != files.end() && found->second->OfThisProcess() ? found->second : nullptr;
+  }
+  bool UsesLock(FileId lock) const {
+    return std::any_of(files.begin(), files.end(), [lock](const auto& file) {
+      return file.second->OfThisProcess() && file.second->m_file.LockFile() == lock;
+    });
+  }
 };
 
 Environment::Registry& Environment::Known() {
@@ -86,7 +77,7 @@ void Environment::Release(Environment* environment) {
   Registry& known = Known();
   const std::lock_guard lock(known.mutex);
   if (--environment->m_users > 0) return;
-  const auto found = known.files.find(environment->m_id);
+  const auto found = known.files.find(environment->m_file.Id());
   if (found != known.files.end() && found->second == environment) known.files.erase(found);
   delete environment;
 }
@@ -95,69 +86,128 @@ std::shared_ptr<Environment> Environment::Open(const std::string& path, bool rea
                                                Status& status) {
   Registry& known = Known();
   const std::lock_guard lock(known.mutex);
-  struct stat about {};
-  const bool exists = ::stat(path.c_str(), &about) == 0;
-  if (exists) {
-    const auto found = known.files.find({about.st_dev, about.st_ino});
-    if (found != known.files.end() && found->second->OfThisProcess()) return Share(found->second);
-  } else if (readOnly || errno != ENOENT) {
-    status = Refused(path, std::strerror(errno));
-    return nullptr;
-  }
-  std::unique_ptr<Environment, void (*)(Environment*)> opened(new Environment(path), [](Environment* e) { delete e; });
-  status = opened->OpenFile(exists, readOnly, sizeLimit);
+  if (Environment* environment = known.Find(path)) return Share(environment);
+  std::unique_ptr<Environment, void (*)(Environment*)> opened(new Environment, [](Environment* e) { delete e; });
+  status = opened->OpenFile(path, readOnly, sizeLimit);
   if (!status) return nullptr;
-  if (::stat(path.c_str(), &about) != 0) {
-    status = Refused(path, std::strerror(errno));
-    return nullptr;
-  }
-  opened->m_id = {about.st_dev, about.st_ino};
-  known.files[opened->m_id] = opened.get();
+  if (!opened->m_isCopy) known.files[opened->m_file.Id()] = opened.get();
   return Share(opened.release());
 }
 
-Environment::~Environment() {
+Environment::~Environment() { CloseFile(); }
+
+void Environment::CloseFile() {
   // A forked process must leave its parent's environment alone.
   if (m_env != nullptr && OfThisProcess()) mdb_env_close(m_env);
+  m_env = nullptr;
 }
 
 bool Environment::OfThisProcess() const { return m_process == ::getpid(); }
 
-Status Environment::OpenFile(bool exists, bool readOnly, std::size_t sizeLimit) {
+/// Programs that remove or replace the file meanwhile cause another attempt.
+Status Environment::OpenFile(const std::string& path, bool readOnly, std::size_t sizeLimit) {
   m_process = ::getpid();
-  m_readOnly = readOnly && ::access(m_path.c_str(), W_OK) != 0;
-  if (exists) {
-    std::string wrong = CheckFileHead(m_path);
-    if (!wrong.empty()) return Refused(m_path, wrong);
+  const StandardStreamsKept kept;
+  Status status;
+  bool retry = true;
+  for (int attempt = 0; retry && attempt < kAttempts; ++attempt) {
+    CloseFile();
+    m_file = StoreFile();
+    status = m_file.Open(path, readOnly);
+    if (!status) return status;
+    bool copy = false;
+    const bool exists = !m_file.IsEmpty();
+    status = OpenShared(readOnly, sizeLimit, retry, copy);
+    if (copy) return OpenCopy(sizeLimit);
+    if (status && exists) status = CheckOpened();
   }
-  if (!exists && ::access(FolderOf(m_path).c_str(), F_OK) != 0) return Refused(m_path, "no such folder");
-  int result = ReserveLockFile(m_path);
-  if (result != 0) return Refused(m_path + "-lock", std::strerror(result));
-  const unsigned flags = MDB_NOSUBDIR | MDB_NOTLS | (m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_path));
-  std::size_t size = sizeLimit != 0 ? sizeLimit : kLargestMap;
-  while ((result = TryMapSize(size, flags)) == ENOMEM && sizeLimit == 0 && size > kSmallestMap) size /= 2;
-  if (result != MDB_SUCCESS) return Refused(m_path, Reason(result));
-  int dead = 0;
-  mdb_reader_check(m_env, &dead);
-  if (exists) {
-    std::string wrong = CheckPages(m_env);
-    if (!wrong.empty()) return Refused(m_path, wrong);
-  }
-  return {};
+  return status;
 }
 
-int Environment::TryMapSize(std::size_t size, unsigned flags) {
+/// Opens the file beside other programs. `retry` becomes true when the file has gone from its place meanwhile, `copy`
+/// when this program can only read a copy.
+Status Environment::OpenShared(bool readOnly, std::size_t sizeLimit, bool& retry, bool& copy) {
+  retry = false;
+  OpeningGuard guard(m_file.Fd());
+  if (const int error = guard.Take(); error != 0) return OpenRefused(Path(), std::strerror(error));
+  if (Status status = m_file.CheckPlace(); !status) {
+    retry = true;
+    return status;
+  }
+  if (Status status = m_file.CheckSingleName(); !status) return status;
+  if (m_file.IsEmpty() && !m_file.MayWrite()) return OpenRefused(Path(), "a store without tables");
+  LockOutcome lock = PrepareLockFile(m_file, [](FileId id) { return Known().UsesLock(id); });
+  copy = readOnly && lock.noRight;
+  Status status = std::move(lock.status);
+  if (status) {
+    m_readOnly = !m_file.MayWrite();
+    status = OpenChecked(m_file.RealPath(), sizeLimit,
+                         m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_file.Fd()));
+  }
+  if (!status) {
+    m_file.RemoveIfNew();
+    return status;
+  }
+  const int error = m_file.Mark();
+  if (error != 0) return OpenRefused(Path(), std::strerror(error));
+  // What LMDB has opened by the paths is what the locks were made for.
+  status = m_file.CheckPlace();
+  retry = !status;
+  return status;
+}
+
+/// Opens a copy of the store, for reading.
+Status Environment::OpenCopy(std::size_t sizeLimit) {
+  m_readOnly = true;
+  m_isCopy = true;
+  const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  while (std::chrono::steady_clock::now() < patience) {
+    Snapshot snapshot;
+    if (const int error = snapshot.Take(m_file.Fd()); error != 0) return OpenRefused(Path(), std::strerror(error));
+    Status status = OpenChecked(snapshot.Path(), sizeLimit, MDB_RDONLY | MDB_NOLOCK);
+    if (status && snapshot.IsWhole(m_env, m_file.Fd())) return CheckOpened();
+    // What is wrong with a copy may come from a commit in between.
+    if (!status && snapshot.IsNewest(m_file.Fd())) return status;
+    CloseFile();
+  }
+  return OpenRefused(Path(),
+                     "other programs write too fast for a copy of the store, which a reader takes that may not "
+                     "write " +
+                         m_file.LockPath() + "; give it the right to write that file");
+}
+
+Status Environment::OpenChecked(const std::string& path, std::size_t sizeLimit, unsigned flags) {
+  std::string wrong = CheckFileHead(path);
+  if (!wrong.empty()) return OpenRefused(Path(), wrong);
+  std::size_t size = sizeLimit != 0 ? sizeLimit : kLargestMap;
+  int result = 0;
+  while ((result = TryMapSize(path, size, flags)) == ENOMEM && sizeLimit == 0 && size > kSmallestMap) size /= 2;
+  return result == MDB_SUCCESS ? Status() : OpenRefused(Path(), Reason(result));
+}
+
+Status Environment::CheckOpened() {
+  int dead = 0;
+  mdb_reader_check(m_env, &dead);
+  const std::string wrong = CheckPages(m_env);
+  return wrong.empty() ? Status() : OpenRefused(Path(), wrong);
+}
+
+int Environment::TryMapSize(const std::string& path, std::size_t size, unsigned flags) {
   int result = mdb_env_create(&m_env);
   if (result != MDB_SUCCESS) return result;
   mdb_env_set_maxdbs(m_env, kMaxTables);
   mdb_env_set_maxreaders(m_env, kMaxReaders);
   mdb_env_set_mapsize(m_env, size);
-  result = mdb_env_open(m_env, m_path.c_str(), flags, kFileMode);
+  result = mdb_env_open(m_env, path.c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, kFileMode);
   if (result != MDB_SUCCESS) {
     mdb_env_close(m_env);
     m_env = nullptr;
+    return result;
   }
-  return result;
+  // LMDB leaves this one of its descriptors open for programs that are started from this one.
+  mdb_filehandle_t file = -1;
+  if (mdb_env_get_fd(m_env, &file) == MDB_SUCCESS) ::fcntl(file, F_SETFD, FD_CLOEXEC);
+  return MDB_SUCCESS;
 }
 
 /// Counts a transaction that begins, and lets go of it unless it is kept.
@@ -185,11 +235,12 @@ class Environment::Beginning {
   bool m_kept = false;
 };
 
-template <class Start>
-Status Environment::BeginWith(Start start) {
+/// Begins by `start`; `undo` ends what has begun on a file that others no longer see.
+template <class Start, class Undo>
+Status Environment::BeginWith(Start start, Undo undo) {
   if (!OfThisProcess()) {
     return Status::Error(dbDatabase::DatabaseOpenError,
-                         m_path + ": opened before this process was forked; open it anew");
+                         Path() + ": opened before this process was forked; open it anew");
   }
   Beginning beginning(*this);
   int result = start();
@@ -199,26 +250,32 @@ Status Environment::BeginWith(Start start) {
     mdb_reader_check(m_env, &dead);
     result = start();
   }
-  if (result != MDB_SUCCESS) return LmdbError(result, m_path, "begin of a transaction");
+  // Looked at once the transaction has begun, since a writer may have waited for long.
+  if (Status status = m_file.CheckPlace(); !status) {
+    if (result == MDB_SUCCESS) undo();
+    return status;
+  }
+  if (result != MDB_SUCCESS) return LmdbError(result, Path(), "begin of a transaction");
   beginning.Keep();
   return {};
 }
 
 Status Environment::Begin(bool write, MDB_txn*& transaction) {
-  if (!write) return BeginWith([&] { return mdb_txn_begin(m_env, nullptr, MDB_RDONLY, &transaction); });
-  if (m_readOnly) return Status::Error(dbDatabase::DatabaseReadOnly, m_path + ": may only be read");
+  const auto undo = [&] { mdb_txn_abort(std::exchange(transaction, nullptr)); };
+  if (!write) return BeginWith([&] { return mdb_txn_begin(m_env, nullptr, MDB_RDONLY, &transaction); }, undo);
+  if (m_readOnly) return Status::Error(dbDatabase::DatabaseReadOnly, Path() + ": may only be read");
   if (m_writer == std::this_thread::get_id()) {
     return Status::Error(dbDatabase::Deadlock,
-                         m_path + ": this thread already writes to the store through another database");
+                         Path() + ": this thread already writes to the store through another database");
   }
   CheckReaders();
-  Status status = BeginWith([&] { return mdb_txn_begin(m_env, nullptr, 0, &transaction); });
+  Status status = BeginWith([&] { return mdb_txn_begin(m_env, nullptr, 0, &transaction); }, undo);
   if (status) m_writer = std::this_thread::get_id();
   return status;
 }
 
 Status Environment::Renew(MDB_txn* transaction) {
-  return BeginWith([&] { return mdb_txn_renew(transaction); });
+  return BeginWith([&] { return mdb_txn_renew(transaction); }, [&] { mdb_txn_reset(transaction); });
 }
 
 void Environment::Reset(MDB_txn* transaction) {
@@ -230,9 +287,9 @@ void Environment::Reset(MDB_txn* transaction) {
 Status Environment::Commit(MDB_txn* transaction, bool write) {
   if (!OfThisProcess()) return {};
   if (write) m_writer = std::thread::id();
-  const int result = WithoutSpaceNamed(mdb_txn_commit(transaction), m_path);
+  const int result = WithoutSpaceNamed(mdb_txn_commit(transaction), m_file.Fd());
   Ended();
-  return result == MDB_SUCCESS ? Status() : LmdbError(result, m_path, "commit");
+  return result == MDB_SUCCESS ? Status() : LmdbError(result, Path(), "commit");
 }
 
 void Environment::Abort(MDB_txn* transaction, bool write) {

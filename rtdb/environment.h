@@ -3,7 +3,6 @@
 #pragma once
 
 #include <lmdb.h>
-#include <sys/types.h>
 
 #include <atomic>
 #include <chrono>
@@ -15,6 +14,7 @@
 #include <utility>
 
 #include "rtdb/status.h"
+#include "rtdb/store_file.h"
 
 namespace dtsdb::rtdb {
 
@@ -23,22 +23,24 @@ namespace dtsdb::rtdb {
 class Environment {
  public:
   /// Opens the file at `path`, which is created where it does not exist unless `readOnly`. `sizeLimit` 0: as large as
-  /// the address space allows. Null with the reason in `status` where that fails.
+  /// the address space allows. Null with the reason in `status` where that fails. A reader that may not write the lock
+  /// file gets an environment of its own, with a copy of the store as it is now.
   static std::shared_ptr<Environment> Open(const std::string& path, bool readOnly, std::size_t sizeLimit,
                                            Status& status);
 
   Environment(const Environment&) = delete;
   Environment& operator=(const Environment&) = delete;
 
-  const std::string& Path() const { return m_path; }
+  /// The file's name as it was first opened, for messages.
+  const std::string& Path() const { return m_file.Name(); }
   bool ReadOnly() const { return m_readOnly; }
   /// False in a process that was forked from the one which opened the file: LMDB can't be used there.
   bool OfThisProcess() const;
   /// Held while table handles are opened.
   std::mutex& HandleMutex() { return m_handles; }
 
-  /// Begins a transaction. A write transaction waits for that of another thread or program; a second one of this thread
-  /// would wait for ever and is refused.
+  /// Begins a transaction, unless the file has gone from its place. A write transaction waits for that of another
+  /// thread or program; a second one of this thread would wait for ever and is refused.
   Status Begin(bool write, MDB_txn*& transaction);
   /// Begins a reset read transaction anew.
   Status Renew(MDB_txn* transaction);
@@ -54,24 +56,29 @@ class Environment {
   class Beginning;
   struct Registry;
 
-  explicit Environment(std::string path) : m_path(std::move(path)) {}
+  Environment() = default;
   ~Environment();
 
   static Registry& Known();
   static std::shared_ptr<Environment> Share(Environment* environment);
   static void Release(Environment* environment);
-  Status OpenFile(bool exists, bool readOnly, std::size_t sizeLimit);
-  int TryMapSize(std::size_t size, unsigned flags);
-  template <class Start>
-  Status BeginWith(Start start);
+  Status OpenFile(const std::string& path, bool readOnly, std::size_t sizeLimit);
+  Status OpenShared(bool readOnly, std::size_t sizeLimit, bool& retry, bool& copy);
+  Status OpenCopy(std::size_t sizeLimit);
+  Status OpenChecked(const std::string& path, std::size_t sizeLimit, unsigned flags);
+  Status CheckOpened();
+  void CloseFile();
+  int TryMapSize(const std::string& path, std::size_t size, unsigned flags);
+  template <class Start, class Undo>
+  Status BeginWith(Start start, Undo undo);
   void CheckReaders();
   void Ended();
 
-  std::string m_path;
+  StoreFile m_file;
   MDB_env* m_env = nullptr;
   bool m_readOnly = false;
+  bool m_isCopy = false;
   pid_t m_process = 0;
-  std::pair<dev_t, ino_t> m_id{};
   int m_users = 0;  ///< guarded by the registry
   std::mutex m_handles;
   std::mutex m_mutex;                       ///< guards m_active

@@ -8,6 +8,7 @@
 #include <initializer_list>
 
 #include "include/chain.h"
+#include "include/standard_streams.h"
 #include "model/record_bits.h"
 #include "model/text.h"
 #include "validation/row_checks.h"
@@ -51,6 +52,7 @@ NMD::~NMD() { CloseLog(); }
 
 /// Opens the log such that every write goes to its end, whoever else writes into it. The stream passes bytes on.
 void NMD::OpenLog(QIODevice::OpenMode mode) {
+  const StandardStreamsKept kept;
   if (!m_logFile.open(mode)) return;
   m_log.setDevice(&m_logFile);
   m_log.setEncoding(QStringConverter::Latin1);
