@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <cstdlib>
+#include <string>
 
 #include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
@@ -49,6 +51,13 @@ TEST(BreakerFlowLog, StandsWhereTheLibraryWasLoaded) {
   RunIn(here.Path(), {elsewhere.path()});
   EXPECT_EQ(here.Read(QStringLiteral("cbFlow.txt")), kLog);
   EXPECT_TRUE(QDir(elsewhere.path()).isEmpty());
+}
+
+TEST(BreakerFlowLog, HoldsNothingOfWhatAProgramWithoutStandardStreamsPrints) {
+  const TemporaryDirectory here;
+  const std::string command = std::string("exec ") + TestProgram() + " <&- >&- 2>&-";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(here.Read(QStringLiteral("cbFlow.txt")), kLog);
 }
 
 TEST(BreakerFlowLog, IsAllThatIsLostWhereItCannotBeWritten) {

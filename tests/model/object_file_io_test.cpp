@@ -4,12 +4,16 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <atomic>
 #include <csignal>
 #include <string>
+#include <thread>
 
 #include "model/objectfile.h"
 #include "tests/model/record_values.h"
+#include "tests/support/closed_streams.h"
 #include "tests/support/places.h"
+#include "tests/support/random_records.h"
 #include "tests/support/temporary_directory.h"
 
 namespace dtsdb::test {
@@ -250,6 +254,31 @@ TEST(ObjectFileIo, AnOldFileStillReads) {
   DTSDB same;
   MakeFixtureModel(same);
   EXPECT_EQ(ImageOf(same), stored);
+}
+
+// Another thread prints meanwhile.
+TEST(ObjectFileIo, HoldsNothingOfWhatAProgramWithoutStandardStreamsPrints) {
+  const TemporaryDirectory here;
+  DTSDB model;
+  RandomRecords(5).FillModel(model, 50);
+  ASSERT_TRUE(model.WriteObject(Text("plain.obj")));
+  EXPECT_EQ(InProcessWithoutStreams([&model] {
+              std::atomic<bool> done = false;
+              std::thread printer([&done] {
+                while (!done) static_cast<void>(::write(STDIN_FILENO, "printed", 7) + ::write(STDOUT_FILENO, "x", 1));
+              });
+              bool good = true;
+              for (int round = 0; round < 20; ++round) {
+                good = good && WriteObjectFile(model, Text("beside.obj")).isNull();
+                DTSDB read;
+                good = good && ReadObjectFile(read, Text("beside.obj")).isNull();
+              }
+              done = true;
+              printer.join();
+              return good && StreamsAreClosed() ? 0 : 1;
+            }),
+            0);
+  EXPECT_EQ(here.Read(Text("beside.obj")), here.Read(Text("plain.obj")));
 }
 
 }  // namespace

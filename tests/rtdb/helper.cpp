@@ -5,13 +5,22 @@
 //   hold FILE         begins a write transaction, says "holding" and waits to be killed
 //   read FILE         begins a read transaction, says "reading" and waits to be killed
 //   check FILE        says "whole VALUE" if all rows have one value, "torn" if not, "unreadable" if it can't tell
-//   readonly FILE     opens as a user who may not write
+//   readonly FILE     checks as a user who may not write, with a database for reading and writing
+//   view FILE         checks as a user who may not write, with a database for reading only
+//   stay FILE         the same, again after FILE.go has come into being, and again with the database opened anew
+//   medium FILE       mounts FILE's folder for reading only, for itself alone, and checks with a database for reading
+//                     only; says "no mount" where it may not mount
+//   add FILE ID       inserts a row of `entry`, says "added"
 //   full FILE BYTES   rewrites the rows with larger texts while no file may grow beyond BYTES
 
+#include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 
 #include "samples.h"
@@ -75,6 +84,46 @@ int Check(dbDatabase& db) {
   return met == count && met > 0 ? Say("whole " + std::to_string(value)) : Say("unreadable", 1);
 }
 
+int Add(dbDatabase& db, int id) {
+  entry row;
+  row.id = id;
+  const bool added = db.insert(row).getOid() != 0;
+  db.close();
+  return added ? Say("added") : Say("not added", 1);
+}
+
+/// Becomes a user who may write only what everybody may. An ordinary user stays what he is.
+bool GiveUpRights() {
+  return ::geteuid() != 0 || (::setgroups(0, nullptr) == 0 && ::setegid(65534) == 0 && ::seteuid(65534) == 0);
+}
+
+int View(const char* path) {
+  dbDatabase db(dbDatabase::dbReadOnly);
+  return db.open("store", path) ? Check(db) : Say("unreadable", 1);
+}
+
+int Stay(const char* path) {
+  dbDatabase db(dbDatabase::dbReadOnly);
+  if (!db.open("store", path)) return Say("unreadable", 1);
+  Check(db);
+  db.commit();
+  while (::access((std::string(path) + ".go").c_str(), F_OK) != 0) ::usleep(1000);
+  Check(db);
+  db.close();
+  return View(path);
+}
+
+int Medium(const char* path) {
+  const std::string folder = std::filesystem::path(path).parent_path();
+  const int spaces = ::geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
+  if (::unshare(spaces) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+      ::mount(folder.c_str(), folder.c_str(), nullptr, MS_BIND, nullptr) != 0 ||
+      ::mount(nullptr, folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0) {
+    return Say("no mount", 1);
+  }
+  return View(path);
+}
+
 int Full(dbDatabase& db, const char* bytes) {
   dtsdb::test::LimitFileSize(std::strtoull(bytes, nullptr, 10));
   SetAll(db, 999999, std::string(1500, 'f').c_str());
@@ -88,12 +137,17 @@ int main(int argc, char** argv) {
   if (argc < 3) return 2;
   dtsdb::test::LimitLife();
   const std::string command = argv[1];
-  if (command == "readonly" && ::geteuid() == 0 && ::seteuid(65534) != 0) return 2;
+  const bool asOther = command == "readonly" || command == "view" || command == "stay";
+  if (asOther && !GiveUpRights()) return 2;
+  if (command == "view") return View(argv[2]);
+  if (command == "stay") return Stay(argv[2]);
+  if (command == "medium") return Medium(argv[2]);
   dbDatabase db;
   if (!db.open("store", argv[2])) return Say("unreadable", 1);
   if (command == "make") return Make(db);
   if (command == "write") return Write(db);
   if (command == "check" || command == "readonly") return Check(db);
+  if (command == "add" && argc > 3) return Add(db, std::atoi(argv[3]));
   if (command == "full" && argc > 3) return Full(db, argv[3]);
   dbCursor<entry> cursor(&db, command == "hold" ? dbCursorForUpdate : dbCursorViewOnly);
   cursor.select();

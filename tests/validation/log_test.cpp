@@ -1,6 +1,7 @@
 // The log "nmd.log" and the findings, of which it is a rendering.
 #include <QDir>
 
+#include "tests/support/closed_streams.h"
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
 
@@ -34,6 +35,23 @@ TEST(Log, ChineseIdentityIsTheSameBytesAndReadsWell) {
   m.Station("北京站", "无");
   const ValidationRun run(m.Db());
   EXPECT_EQ(run.Errors(), Texts{"--NMD 错误:ST 北京站dv字段在分区表中没有相应记录."});
+}
+
+TEST(Log, HoldsNothingOfWhatAProgramWithoutStandardStreamsPrints) {
+  const TemporaryDirectory directory;
+  EXPECT_EQ(InProcessWithoutStreams([] {
+              DTSDB database;
+              NMD nmd(&database);
+              for (int stream = 0; stream <= STDERR_FILENO; ++stream) {
+                if (::write(stream, "printed", 7) != -1) return 1;
+              }
+              nmd.DetectAll();
+              return StreamsAreClosed() ? 0 : 2;
+            }),
+            0);
+  const QByteArray log = directory.Read(kLog);
+  EXPECT_TRUE(log.contains("--NMD ")) << log.toStdString();
+  EXPECT_FALSE(log.contains("printed"));
 }
 
 TEST(Log, CanBeReadWhileTheObjectLives) {
