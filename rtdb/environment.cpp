@@ -152,6 +152,9 @@ Status Environment::OpenShared(bool readOnly, std::size_t sizeLimit, bool& retry
   if (error != 0) return OpenRefused(Path(), std::strerror(error));
   // What LMDB has opened by the paths is what the locks were made for.
   status = m_file.CheckPlace();
+  if (status && IdOf(m_file.LockPath()) != m_file.LockFile()) {
+    status = OpenRefused(m_file.LockPath(), "replaced while the store was opened");
+  }
   retry = !status;
   return status;
 }

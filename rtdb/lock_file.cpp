@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace dtsdb::rtdb {
 namespace {
@@ -112,9 +113,12 @@ class Preparation {
   }
 
   LockOutcome Note(int lock) {
-    const auto id = IdOf(lock);
+    // A descriptor of this kind can be closed without an end to the locks that LMDB will have.
+    Descriptor look(::open(m_path.c_str(), O_PATH | O_CLOEXEC));
+    const auto id = look.IsOpen() ? IdOf(look.Get()) : std::nullopt;
     if (!id) return Failed(errno);
-    m_store.SetLockFile(*id);
+    if (id != IdOf(lock)) return Failed(ESTALE);
+    m_store.SetLockFile(std::move(look));
     return {};
   }
 

@@ -119,7 +119,8 @@ Status StoreFile::CheckPlace() const {
   const auto now = IdOf(m_realPath);
   if (!now) return Gone(m_name, "the store has been removed or renamed");
   if (*now != m_id) return Gone(m_name, "another file has taken the place of the store");
-  if (!m_lock || IdOf(LockPath()) == m_lock) return {};
+  struct stat lock {};
+  if (!m_lock.IsOpen() || (::fstat(m_lock.Get(), &lock) == 0 && lock.st_nlink > 0)) return {};
   return Status::Error(dbDatabase::FileError, m_name + ": its lock file " + LockPath() +
                                                   " has been removed or replaced; end all programs that use the store");
 }

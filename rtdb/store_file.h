@@ -7,6 +7,7 @@
 #include <compare>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "rtdb/status.h"
 
@@ -69,10 +70,13 @@ class StoreFile {
 
   /// Fails when the file has another name: a store of two names would have two locks.
   Status CheckSingleName() const;
-  /// Fails when the path no longer leads to this file, or not to the lock file that was in use with it.
+  /// Fails when the path no longer leads to this file, or when the lock file has been removed or replaced. Runs with
+  /// every transaction: two calls of the system, one of them by path.
   Status CheckPlace() const;
-  void SetLockFile(FileId id) { m_lock = id; }
-  std::optional<FileId> LockFile() const { return m_lock; }
+
+  /// Takes the lock file `descriptor`, open for nothing but looking at it, as the one in use with this file.
+  void SetLockFile(Descriptor descriptor) { m_lock = std::move(descriptor); }
+  std::optional<FileId> LockFile() const { return IdOf(m_lock.Get()); }
 
   /// Removes the file if it was made by Open and nothing has been stored in it. Under the guard.
   void RemoveIfNew() const;
@@ -82,7 +86,7 @@ class StoreFile {
   std::string m_realPath;
   Descriptor m_file;
   FileId m_id;
-  std::optional<FileId> m_lock;
+  Descriptor m_lock;
   bool m_mayWrite = false;
   bool m_made = false;
 };
