@@ -27,8 +27,8 @@ constexpr char kUnfinished[] = "empty, since the program that made it was stoppe
 constexpr char kOvertaken[] = "other programs write too fast for a look at its pages";
 constexpr char kOtherFile[] = "other programs still use the store that was here before; close it there first";
 
-/// A fault may be a head that another program writes at this moment. It is one of the file if it is seen again.
-constexpr int kLooks = 3;
+/// A fault may be a head that another program writes at this moment. It is one of the file if it is still there later.
+constexpr int kLooks = 2;
 /// Attempts where other programs have come in between for sure.
 constexpr int kPatientLooks = 100;
 

@@ -55,7 +55,8 @@ PageWalk::PageWalk(const char* file, std::size_t size, const Head& head)
       m_head(head),
       m_pageSize(head.free.pad),
       m_largestNode((((m_pageSize - kPageHeader) / 2) & ~std::size_t{1}) - sizeof(std::uint16_t)),
-      m_filePages(std::min<std::uint64_t>(size / m_pageSize, head.lastPage + 1)) {}
+      m_filePages(std::min<std::uint64_t>(size / m_pageSize, head.lastPage + 1)),
+      m_sizeAt(m_pageSize / 2, 0) {}
 
 const char* PageWalk::Page::Node(std::size_t index) const {
   return bytes + Get<std::uint16_t>(bytes + kPageHeader + 2 * index);
@@ -100,22 +101,26 @@ std::optional<PageWalk::Page> PageWalk::PageAt(std::uint64_t number, int depth) 
   if (lower < kPageHeader || lower % 2 != 0 || lower > upper || upper > m_pageSize) return std::nullopt;
   const std::size_t count = (lower - kPageHeader) / 2;
   if (count < (leaf ? 1 : 2)) return std::nullopt;
-  // Entries lie from the page's end downwards, mostly in the order of their keys.
-  m_extents.clear();
-  for (std::size_t i = count; i-- > 0;) {
+  return Filled(page, count, upper, leaf) ? std::optional(Page{page, count}) : std::nullopt;
+}
+
+/// Whether the entries fill the page from `upper` to its end without gap or overlap.
+bool PageWalk::Filled(const char* page, std::size_t count, std::size_t upper, bool leaf) {
+  for (std::size_t i = 0; i < count; ++i) {
     const std::size_t offset = Get<std::uint16_t>(page + kPageHeader + 2 * i);
     const auto size = NodeSize(page, offset, leaf);
-    if (!size) return std::nullopt;
-    m_extents.emplace_back(static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(*size));
+    if (!size) return false;
+    m_sizeAt[offset / 2] = static_cast<std::uint16_t>(*size);
   }
-  if (!std::is_sorted(m_extents.begin(), m_extents.end())) std::sort(m_extents.begin(), m_extents.end());
   std::size_t end = upper;
-  for (const auto& [offset, size] : m_extents) {
-    if (offset != end) return std::nullopt;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (end >= m_pageSize || end % 2 != 0) return false;
+    const std::size_t size = std::exchange(m_sizeAt[end / 2], std::uint16_t{0});
+    // None begins here, or two begin in one place.
+    if (size == 0) return false;
     end += size;
   }
-  if (end != m_pageSize) return std::nullopt;
-  return Page{page, count};
+  return end == m_pageSize;
 }
 
 /// An entry's size in its page, or nothing if it doesn't fit there.

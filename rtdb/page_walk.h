@@ -26,8 +26,8 @@ class PageWalk {
   /// nothing uses, among them all those beyond the end of the file.
   bool Sound();
 
-  /// The number of the last transaction that freed pages, which is the last key of the free tree: 0 if none did. Nothing
-  /// if there is no way to it. Looks at the last page of each level only.
+  /// The number of the last transaction that freed pages, which is the last key of the free tree: 0 if none did.
+  /// Nothing if there is no way to it. Looks at the last page of each level only.
   std::optional<std::uint64_t> LastFreeing();
 
  private:
@@ -49,6 +49,7 @@ class PageWalk {
   bool CollectFreePages(const char* node, const char* data);
   bool SoundFreePages();
   std::optional<Page> PageAt(std::uint64_t number, int depth);
+  bool Filled(const char* page, std::size_t count, std::size_t upper, bool leaf);
   std::optional<std::size_t> NodeSize(const char* page, std::size_t offset, bool leaf) const;
   bool Take(std::uint64_t page, std::uint64_t count);
 
@@ -59,7 +60,9 @@ class PageWalk {
   std::uint64_t m_filePages;
   std::vector<bool> m_used;
   std::vector<std::uint64_t> m_free;
-  std::vector<std::pair<std::uint32_t, std::uint32_t>> m_extents;
+  /// By half the offset in a page: the size of the entry that begins there. Zeros between two pages; a fault ends the
+  /// walk.
+  std::vector<std::uint16_t> m_sizeAt;
   /// The key before the next one of the tree. The next may be equal to a separator, which stands above its page.
   std::string_view m_lastKey;
   bool m_mayEqual = true;
