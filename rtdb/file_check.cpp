@@ -10,7 +10,6 @@
 #include <chrono>
 #include <cstdint>
 #include <cstring>
-#include <optional>
 #include <thread>
 
 #include "rtdb/page_walk.h"
@@ -192,20 +191,22 @@ std::string CheckFileHead(const std::string& path) {
 
 std::string CheckPages(MDB_env* env) {
   int faults = 0;
-  std::optional<std::uint64_t> first;
   bool written = false;
+  std::uint64_t newest = 0;
   for (int attempt = 0; attempt < kPatientLooks; ++attempt) {
     MDB_txn* transaction = nullptr;
     const int result = BeginLook(env, transaction);
     if (result != MDB_SUCCESS) return mdb_strerror(result);
-    Look look = LookAtPages(env, transaction);
+    const Look look = LookAtPages(env, transaction);
     mdb_txn_abort(transaction);
-    if (!look.overtaken && look.wrong.empty()) return {};
-    if (!look.overtaken && ++faults == kLooks) return look.wrong;
-    if (!look.overtaken) Pause();
-    written = written || look.newest != first.value_or(look.newest);
-    first = look.newest;
+    if (!look.overtaken) {
+      if (look.wrong.empty() || ++faults == kLooks) return look.wrong;
+      Pause();
+    }
+    written = written || (attempt > 0 && look.newest != newest);
+    newest = look.newest;
   }
+  // Nobody writes this file, yet the lock file names a transaction that it does not have.
   return written ? kOvertaken : kOtherFile;
 }
 

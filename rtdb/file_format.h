@@ -24,7 +24,7 @@ constexpr std::uint64_t kNoPage = ~std::uint64_t{0};
 
 enum PageFlags : std::uint16_t { kBranch = 1, kLeaf = 2, kOverflow = 4, kMeta = 8 };
 enum NodeFlags : std::uint16_t { kBigData = 1, kSubTree = 2 };
-/// What the record of a tree says of its keys. The environment's own flags stand in the free tree's record too.
+/// The kind of a tree's keys. The environment's own flags stand in the free tree's record too.
 enum TreeFlags : std::uint16_t { kByteKeys = 0, kIntegerKeys = 0x08, kFileWithoutFolder = 0x4000 };
 
 /// The record of a tree.

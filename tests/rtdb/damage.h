@@ -20,7 +20,8 @@ namespace dtsdb::test {
 
 /// The bytes of a store, by what they are to LMDB. Offsets in the file.
 struct StorePlaces {
-  std::vector<std::size_t> headers;  ///< heads, records of trees, headers of pages
+  std::vector<std::size_t> heads;    ///< heads and records of trees
+  std::vector<std::size_t> headers;  ///< of pages
   std::vector<std::size_t> entries;  ///< what else leads to rows: lists and headers of entries, page numbers
   std::vector<std::size_t> data;     ///< keys and rows
   int branches = 0;
@@ -37,8 +38,8 @@ class PlaceFinder {
     std::memcpy(&heads[0], bytes.data(), sizeof(Head));
     m_pageSize = heads[0].free.pad;
     std::memcpy(&heads[1], bytes.data() + m_pageSize, sizeof(Head));
-    Add(m_places.headers, 0, sizeof(Head));
-    Add(m_places.headers, m_pageSize, sizeof(Head));
+    Add(m_places.heads, 0, sizeof(Head));
+    Add(m_places.heads, m_pageSize, sizeof(Head));
     AddTree(NewestOf(heads).main, false);
     AddTree(NewestOf(heads).free, true);
     // The tree of free pages that the older head names: it is looked at too.
@@ -81,7 +82,7 @@ class PlaceFinder {
     const std::size_t size = At<std::uint32_t>(node);
     const auto flags = At<std::uint16_t>(node + 4);
     if (flags == rtdb::format::kSubTree) {
-      Add(m_places.headers, value, size);
+      Add(m_places.heads, value, size);
       AddTree(At<rtdb::format::Tree>(value), false);
       return;
     }

@@ -100,6 +100,17 @@ void Change(Database& db) {
   db.commit();
 }
 
+std::string PlaceName(std::size_t bit) { return "byte " + std::to_string(bit / 8) + " bit " + std::to_string(bit % 8); }
+
+void Flip(std::string& bytes, std::size_t bit) {
+  bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << (bit % 8)));
+}
+
+std::string Flipped(std::string bytes, const std::vector<std::size_t>& bits) {
+  for (const std::size_t bit : bits) Flip(bytes, bit);
+  return bytes;
+}
+
 struct Damage : ::testing::Test {
   void SetUp() override {
     Fill(path);
@@ -150,9 +161,18 @@ struct Damage : ::testing::Test {
     if (!Use(bytes, counts).empty()) ++counts.otherRows;
   }
 
-  static void Tell(const char* what, const TrialCounts& counts) {
+  static void Print(const char* what, const TrialCounts& counts) {
     std::cout << what << ": " << counts.refused << " refused, " << counts.reported << " opened with an error later, "
               << counts.unharmed << " unharmed, " << counts.otherRows << " with other rows\n";
+  }
+
+  void FlipEveryBit(const std::vector<std::size_t>& bytes) const {
+    const auto bit = [&bytes](std::size_t i) { return bytes[i / 8] * 8 + i % 8; };
+    const TrialCounts counts = RunTrials(
+        bytes.size() * 8, [&](std::size_t i, TrialCounts& so) { return Use(Flipped(whole, {bit(i)}), so); },
+        [&](std::size_t i) { return PlaceName(bit(i)); });
+    Print("every bit", counts);
+    EXPECT_GT(counts.refused, counts.unharmed);
   }
 
   Folder folder{std::filesystem::exists("/dev/shm") ? "/dev/shm" : std::filesystem::temp_directory_path()};
@@ -163,21 +183,17 @@ struct Damage : ::testing::Test {
   StorePlaces places;
 };
 
-/// RTDB_FLIPS in the environment sets the number of random trials.
-std::size_t Flips(std::size_t usual) {
-  const char* wish = std::getenv("RTDB_FLIPS");
+/// RTDB_FLIPS in the environment sets the number of random trials, RTDB_FLIPS_FROM the first one, for several programs
+/// that share the work.
+std::size_t FromEnvironment(const char* name, std::size_t usual) {
+  const char* wish = std::getenv(name);
   return wish != nullptr ? std::strtoull(wish, nullptr, 10) : usual;
 }
-
-std::string PlaceName(std::size_t bit) { return "byte " + std::to_string(bit / 8) + " bit " + std::to_string(bit % 8); }
-
-void Flip(std::string& bytes, std::size_t bit) {
-  bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << (bit % 8)));
-}
+std::size_t Flips(std::size_t usual) { return FromEnvironment("RTDB_FLIPS", usual); }
 
 /// One to three bits in these bytes, the same for the same round.
 std::vector<std::size_t> RandomBits(const std::vector<std::size_t>& bytes, std::size_t round) {
-  std::mt19937_64 random(round);
+  std::mt19937_64 random(FromEnvironment("RTDB_FLIPS_FROM", 0) + round);
   std::vector<std::size_t> bits;
   for (std::size_t left = 1 + random() % 3; left > 0; --left) {
     bits.push_back(bytes[random() % bytes.size()] * 8 + random() % 8);
@@ -191,27 +207,18 @@ std::string Names(const std::vector<std::size_t>& bits) {
   return names;
 }
 
-std::string Flipped(std::string bytes, const std::vector<std::size_t>& bits) {
-  for (const std::size_t bit : bits) Flip(bytes, bit);
-  return bytes;
-}
+TEST_F(Damage, EveryBitOfHeadsAndTreeRecords) { FlipEveryBit(places.heads); }
 
-TEST_F(Damage, EveryBitOfHeadsTreeRecordsAndPageHeaders) {
-  const auto bit = [this](std::size_t i) { return places.headers[i / 8] * 8 + i % 8; };
-  const TrialCounts counts = RunTrials(
-      places.headers.size() * 8, [&](std::size_t i, TrialCounts& so) { return Use(Flipped(whole, {bit(i)}), so); },
-      [&](std::size_t i) { return PlaceName(bit(i)); });
-  Tell("every bit of the structure", counts);
-  EXPECT_GT(counts.refused, counts.unharmed);
-}
+TEST_F(Damage, EveryBitOfPageHeaders) { FlipEveryBit(places.headers); }
 
 TEST_F(Damage, RandomBitsOfAllThatLeadsToRows) {
-  std::vector<std::size_t> bytes = places.headers;
+  std::vector<std::size_t> bytes = places.heads;
+  bytes.insert(bytes.end(), places.headers.begin(), places.headers.end());
   bytes.insert(bytes.end(), places.entries.begin(), places.entries.end());
   const TrialCounts counts = RunTrials(
       Flips(3000), [&](std::size_t i, TrialCounts& so) { return Use(Flipped(whole, RandomBits(bytes, i)), so); },
       [&](std::size_t i) { return Names(RandomBits(bytes, i)); });
-  Tell("random bits of the structure", counts);
+  Print("random bits of the structure", counts);
   EXPECT_GT(counts.refused, counts.unharmed);
 }
 
@@ -223,7 +230,7 @@ TEST_F(Damage, RandomBitsOfKeysAndRowsNeverBringTheProcessDown) {
         return std::string();
       },
       [&](std::size_t i) { return Names(RandomBits(places.data, i)); });
-  Tell("random bits of keys and rows", counts);
+  Print("random bits of keys and rows", counts);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "rtdb/file_check.h"
 #include "rtdb/file_format.h"
 #include "samples.h"
 #include "tests/support/process.h"
@@ -184,6 +185,22 @@ TEST_F(Opening, PowerFailureLosesTheLastCommitOnly) {
       ASSERT_EQ(after.Told(), "");
     }
   }
+}
+
+TEST_F(Opening, LockFileOfTheStoreBeforeIsNamedAsTheCause) {
+  CommitUpTo(3);
+  const std::string other = folder.File("other.fdb");
+  std::filesystem::copy_file(path, other);
+  CommitUpTo(9);
+  Helper reader({"read", path});
+  ASSERT_EQ(reader.Line(), "reading");
+  std::filesystem::rename(other, path);
+  MDB_env* env = nullptr;
+  ASSERT_EQ(mdb_env_create(&env), 0);
+  ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR | MDB_NOTLS, 0664), 0);
+  EXPECT_EQ(dtsdb::rtdb::CheckPages(env),
+            "other programs still use the store that was here before; close it there first");
+  mdb_env_close(env);
 }
 
 /// RTDB_OPENS in the environment sets how often.
