@@ -1,8 +1,10 @@
 /// \file
-/// Whether a store file can be walked without harm.
+/// Whether a store file can be used without harm.
 ///
-/// LMDB trusts its file: a page that points out of the file, or whose entries overlap, brings the process down. So a
-/// file is looked through before it is used. The check reads each page's header and entry heads, not the rows.
+/// LMDB trusts its file: a page that points out of the file, or whose entries overlap, brings the process down, and a
+/// damaged head makes it go back to the state before. So a file is looked through before it is used. The check reads
+/// the heads, each page's header, and the header and key of each entry, not the rows. docs/realtime-store.md lists what
+/// it looks for.
 #pragma once
 
 #include <string>

@@ -59,8 +59,8 @@ namespace dtsdb::test {
 /// A folder that is removed with it.
 class Folder {
  public:
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "rtdb-XXXXXX").string();
+  explicit Folder(const std::filesystem::path& place = std::filesystem::temp_directory_path()) {
+    std::string name = (place / "rtdb-XXXXXX").string();
     m_path = ::mkdtemp(name.data()) != nullptr ? name : "";
   }
   Folder(const Folder&) = delete;

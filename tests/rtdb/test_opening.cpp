@@ -1,0 +1,222 @@
+// What the check on opening must take, whatever came before, and what it must refuse.
+
+#include <gtest/gtest.h>
+#include <lmdb.h>
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "rtdb/file_check.h"
+#include "rtdb/file_format.h"
+#include "samples.h"
+#include "tests/support/process.h"
+
+using dtsdb::rtdb::format::Head;
+using dtsdb::test::AddEntry;
+using dtsdb::test::Database;
+using dtsdb::test::EntryIds;
+using dtsdb::test::Folder;
+using dtsdb::test::Helper;
+using dtsdb::test::RunHelper;
+using sample::entry;
+
+namespace {
+
+constexpr std::size_t kPage = 4096;
+
+std::string Read(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void Write(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary | std::ios::trunc)
+      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+struct Opening : ::testing::Test {
+  /// Commits one row after the other, until the newest transaction is this one.
+  void CommitUpTo(std::uint64_t transaction) {
+    Database db;
+    ASSERT_TRUE(db.open("store", path.c_str())) << db.Told();
+    for (int id = 0; NewestNumber() < transaction; ++id) {
+      AddEntry(db, id);
+      db.commit();
+    }
+    ASSERT_EQ(db.Told(), "");
+  }
+  Head HeadAt(std::size_t index) const {
+    Head head{};
+    std::memcpy(&head, Read(path).data() + index * kPage, sizeof(head));
+    return head;
+  }
+  std::uint64_t NewestNumber() const { return std::max(HeadAt(0).transaction, HeadAt(1).transaction); }
+  void SetNumber(std::size_t index, std::uint64_t transaction) const {
+    std::string bytes = Read(path);
+    std::memcpy(bytes.data() + index * kPage + offsetof(Head, transaction), &transaction, sizeof(transaction));
+    Write(path, bytes);
+  }
+  std::string Refusal() const {
+    Database db;
+    return db.open("store", path.c_str()) ? "opened" : db.Told();
+  }
+  void ExpectDamaged() const { EXPECT_EQ(Refusal(), path + ": the store is damaged; put a copy of it in its place\n"); }
+  /// The ids of the entries, or -1 alone if the store can't be opened.
+  std::vector<int> Ids() const {
+    Database db;
+    return db.open("store", path.c_str()) ? EntryIds(db) : std::vector{-1};
+  }
+
+  Folder folder;
+  const std::string path = folder.File();
+};
+
+TEST_F(Opening, NewestHeadWhoseNumberWasLoweredIsNotTakenForTheOlder) {
+  for (std::uint64_t newest = 2; newest < 8; ++newest) {
+    CommitUpTo(newest);
+    const std::string whole = Read(path);
+    SetNumber(newest % 2, newest - 2);
+    ExpectDamaged();
+    Write(path, whole);
+  }
+}
+
+TEST_F(Opening, FirstCommitWhoseNumberWasClearedIsNotLost) {
+  CommitUpTo(1);
+  SetNumber(1, 0);
+  ExpectDamaged();
+}
+
+TEST_F(Opening, OlderHeadWhoseNumberWasRaisedIsNotTakenForTheNewest) {
+  for (std::uint64_t newest = 2; newest < 8; ++newest) {
+    CommitUpTo(newest);
+    const std::string whole = Read(path);
+    SetNumber((newest - 1) % 2, newest + 1);
+    ExpectDamaged();
+    Write(path, whole);
+  }
+}
+
+TEST_F(Opening, HeadsOfTransactionsThatDoNotFollowEachOtherAreRefused) {
+  CommitUpTo(6);
+  const std::string whole = Read(path);
+  for (const std::uint64_t other : {0U, 1U, 3U, 4U, 6U, 9U, 1U << 20}) {
+    SetNumber(1, other);
+    ExpectDamaged();
+    Write(path, whole);
+  }
+  SetNumber(0, 5);
+  SetNumber(1, 6);
+  ExpectDamaged();
+  Write(path, whole);
+  EXPECT_NE(Ids(), std::vector{-1});
+}
+
+TEST_F(Opening, FirstHeadWithoutItsMarkIsDamage) {
+  CommitUpTo(2);
+  std::string bytes = Read(path);
+  bytes[offsetof(Head, magic)] ^= 1;
+  Write(path, bytes);
+  ExpectDamaged();
+}
+
+TEST_F(Opening, StoreThatWasNeverWrittenIsMade) {
+  MDB_env* env = nullptr;
+  ASSERT_EQ(mdb_env_create(&env), 0);
+  ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR, 0664), 0);
+  mdb_env_close(env);
+  ASSERT_EQ(NewestNumber(), 0U);
+  EXPECT_EQ(Ids(), std::vector<int>{});
+  EXPECT_EQ(NewestNumber(), 1U);
+  EXPECT_EQ(Ids(), std::vector<int>{});
+}
+
+TEST_F(Opening, FileThatWasCutShortWhileItWasMadeIsNamed) {
+  MDB_env* env = nullptr;
+  ASSERT_EQ(mdb_env_create(&env), 0);
+  ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR, 0664), 0);
+  mdb_env_close(env);
+  std::filesystem::resize_file(path, kPage);
+  EXPECT_EQ(Refusal(), path + ": empty, since the program that made it was stopped in between; remove it\n");
+}
+
+TEST_F(Opening, ValueThatWasChangedTwiceInATransactionKeepsItsPages) {
+  {
+    Database db;
+    ASSERT_TRUE(db.open("store", path.c_str()));
+    AddEntry(db, 1, 0, std::string(40000, 'a').c_str());
+    dbCursor<entry> cursor(&db, dbCursorForUpdate);
+    ASSERT_EQ(cursor.select("id = 1"), 1);
+    const std::string shorter(9000, 'b');
+    cursor->text = shorter.c_str();
+    cursor.update();
+    db.commit();
+  }
+  EXPECT_EQ(Ids(), std::vector<int>{1});
+}
+
+/// A commit waits for its rows, not for its head: after a power failure the heads on the disk may be those of two
+/// commits before, beside pages of the transaction that ran.
+TEST_F(Opening, PowerFailureLosesTheLastCommitOnly) {
+  Database db;
+  ASSERT_TRUE(db.open("store", path.c_str()));
+  std::vector<std::string> images;
+  std::vector<std::vector<int>> states;
+  for (int round = 0; round < 60; ++round) {
+    for (int i = 0; i < 10; ++i) AddEntry(db, (round * 37 + i * 11) % 400, round, std::string(400, 'p').c_str());
+    dbCursor<entry> cursor(&db, dbCursorForUpdate);
+    cursor.select(round % 3 == 0 ? "id < 200" : "id >= 350");
+    cursor.removeAllSelected();
+    db.commit();
+    images.push_back(Read(path));
+    states.push_back(EntryIds(db));
+    db.commit();
+  }
+  db.close();
+  for (std::size_t round = 0; round + 2 < images.size(); ++round) {
+    for (const std::size_t later : {round + 1, round + 2}) {
+      Write(path, images[round].substr(0, 2 * kPage) + images[later].substr(2 * kPage));
+      Database after;
+      ASSERT_TRUE(after.open("store", path.c_str())) << after.Told() << "heads " << round << ", pages " << later;
+      ASSERT_EQ(EntryIds(after), states[round]);
+      AddEntry(after, 1000);
+      after.commit();
+      ASSERT_EQ(after.Told(), "");
+    }
+  }
+}
+
+TEST_F(Opening, LockFileOfTheStoreBeforeIsNamedAsTheCause) {
+  CommitUpTo(3);
+  const std::string other = folder.File("other.fdb");
+  std::filesystem::copy_file(path, other);
+  CommitUpTo(9);
+  Helper reader({"read", path});
+  ASSERT_EQ(reader.Line(), "reading");
+  std::filesystem::rename(other, path);
+  MDB_env* env = nullptr;
+  ASSERT_EQ(mdb_env_create(&env), 0);
+  ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR | MDB_NOTLS, 0664), 0);
+  EXPECT_EQ(dtsdb::rtdb::CheckPages(env),
+            "other programs still use the store that was here before; close it there first");
+  mdb_env_close(env);
+}
+
+/// RTDB_OPENS in the environment sets how often.
+TEST_F(Opening, StoreThatOtherProgramsWriteIsNeverRefused) {
+  const char* wish = std::getenv("RTDB_OPENS");
+  const int opens = wish != nullptr ? std::atoi(wish) : 300;
+  EXPECT_EQ(RunHelper({"make", path}), "");
+  Helper writer({"write", path});
+  ASSERT_EQ(writer.Line(), "writing");
+  const std::uint64_t begin = NewestNumber();
+  for (int i = 0; i < opens || NewestNumber() < begin + 50; ++i) {
+    ASSERT_TRUE(writer.IsRunning());
+    Database db;
+    ASSERT_TRUE(db.open("store", path.c_str())) << db.Told() << "open " << i;
+    ASSERT_EQ(EntryIds(db).size(), 400U);
+  }
+}
+
+}  // namespace
