@@ -78,10 +78,8 @@ void TopologyTask::Start() {
 }
 
 void TopologyTask::Look() {
-  const TraceWindow::Wanted wanted = m_window->Begin();
-  const TraceReading reading = m_reader.Read(wanted.since, wanted.whole);
+  TraceWindow::Taken taken = m_window->Look(m_reader);
   m_database.Check();
-  TraceWindow::Taken taken = m_window->Take(reading);
   if (taken.fresh.empty()) return;
   for (const TPTRACE& row : taken.ahead) {
     WriteMessage(fmt::format("trace row {}: {} is stamped {} s ahead of the clock; it counts as of now", row.id,

@@ -22,22 +22,31 @@ TraceWindow::TraceWindow(u32 lastRun, const TaskClock& clock)
   m_since = Before(std::min(lastRun, m_now), kMinute);
 }
 
-TraceWindow::Wanted TraceWindow::Begin() {
+TraceWindow::Taken TraceWindow::Look(TraceReader& reader) {
+  GoOn();
+  return Take(Read(reader));
+}
+
+void TraceWindow::GoOn() {
   const u32 now = m_clock.day();
   const double steady = m_clock.steady();
   // The look before, by the clock as it goes now.
   const u32 before = Before(now, static_cast<u32>(std::ceil(steady - std::exchange(m_nowSteady, steady))));
   m_setBack = before + kTolerance < std::exchange(m_now, now) && !m_atStart;
-  if (m_atStart) return {m_since, true};
-  if (m_setBack) {
-    // What is known was there at the look before. Rows that come now hold after it, whatever its stamps.
-    for (Row* row : InOrder(m_known)) {
-      row->time = std::min(row->time, before);
-      row->arrival = ++m_arrived;
-    }
-    m_since = Before(before, kMinute);
+  if (!m_setBack) return;
+  // What is known was there at the look before. Rows that come now hold after it, whatever its stamps.
+  for (Row* row : InOrder(m_known)) {
+    row->time = std::min(row->time, before);
+    row->arrival = ++m_arrived;
   }
-  return {m_since, m_setBack};
+  m_since = Before(before, kMinute);
+}
+
+TraceReading TraceWindow::Read(TraceReader& reader) const {
+  TraceReading reading = reader.Read(m_since, m_atStart || m_setBack);
+  const auto isAhead = [this](const TraceRow& row) { return IsAhead(row.record); };
+  if (!m_atStart || std::none_of(reading.rows.begin(), reading.rows.end(), isAhead)) return reading;
+  return reader.Read(0, true);  // the rows behind it show when such a row was written
 }
 
 bool TraceWindow::IsAhead(const TPTRACE& row) const { return row.time > m_now && row.time - m_now > kMinute; }

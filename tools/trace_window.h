@@ -19,20 +19,13 @@ class TraceWindow {
   /// `lastRun`: the second of the last run of a task before this one. Rows are wanted from a minute before it on.
   TraceWindow(u32 lastRun, const TaskClock& clock);
 
-  /// Begins a look: from which second on rows are wanted now, and whether the whole table is to be read for that.
-  struct Wanted {
-    u32 since = 0;
-    bool whole = false;
-  };
-  Wanted Begin();
-
   /// What a look has brought.
   struct Taken {
     std::vector<TPTRACE> fresh;    ///< rows that weren't there at the look before, or had other contents
     std::vector<TPTRACE> ahead;    ///< those of them that are stamped ahead of the clock
     std::vector<TPTRACE> holding;  ///< where there are fresh ones, all rows of the last minute; the last one holds
   };
-  Taken Take(TraceReading reading);
+  Taken Look(TraceReader& reader);
 
  private:
   struct Row {
@@ -41,6 +34,10 @@ class TraceWindow {
     std::uint64_t arrival = 0;  ///< rises from row to row
   };
 
+  /// Goes to the present time.
+  void GoOn();
+  TraceReading Read(TraceReader& reader) const;
+  Taken Take(TraceReading reading);
   bool IsAhead(const TPTRACE& row) const;
   /// As of when the rows of a first reading hold that are stamped ahead of the clock, by their places.
   std::vector<u32> TimesAtStart(const std::vector<TraceRow>& rows) const;
