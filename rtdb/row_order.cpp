@@ -34,8 +34,7 @@ bool IsWholeNumber(dbField::FieldTypes type) {
 bool HasOrderTree(const Schema& schema) {
   const auto isKey = [](const Column& column) { return column.key; };
   const auto key = std::find_if(schema.columns.begin(), schema.columns.end(), isKey);
-  return key != schema.columns.end() && IsWholeNumber(key->type) &&
-         std::none_of(key + 1, schema.columns.end(), isKey);
+  return key != schema.columns.end() && IsWholeNumber(key->type) && std::none_of(key + 1, schema.columns.end(), isKey);
 }
 
 std::string OrderTreeName(std::string_view table) { return "@order " + std::string(table); }

@@ -27,9 +27,9 @@ class KeyList {
   std::vector<std::size_t> m_ends;
 };
 
-/// A selection is fixed when it is made. Its rows stand in the order of the query, without one in that of their insertion.
-/// A whole table in the order of its keys or of their insertion is walked over directly, for as long as the thread leaves
-/// the table alone and stays with its transaction; else the rows' keys are kept.
+/// A selection is fixed when it is made. Its rows stand in the order of the query, without one in that of their
+/// insertion. A whole table in the order of its keys or of their insertion is walked over directly, for as long as the
+/// thread leaves the table alone and stays with its transaction; else the rows' keys are kept.
 ///
 /// Places are counted from 0; Size() stands for no place. Removed rows have no place any more.
 class Selection {

@@ -112,6 +112,7 @@ Status Store::FindTables(MDB_txn* transaction, bool& complete) {
     table.present = true;
     if (format < kFormat) continue;
     if (Status status = OpenOrder(transaction, table, schema, 0); !status) return status;
+    if (HasOrderTree(schema) && !table.ordered) complete = false;
   }
   return {};
 }
@@ -151,10 +152,17 @@ Status Store::MakeTable(MDB_txn* transaction, Table& table, bool& changed) {
 
 Status Store::OpenOrder(MDB_txn* transaction, Table& table, const Schema& schema, unsigned flags) {
   if (!HasOrderTree(schema)) return {};
-  const int result = mdb_dbi_open(transaction, OrderTreeName(table.name).c_str(), flags, &table.order);
-  if (result != MDB_SUCCESS) return Failed(result, ("open of the order of table " + table.name).c_str());
-  table.ordered = true;
-  return {};
+  MDB_stat rows{};
+  MDB_stat numbers{};
+  int result = mdb_dbi_open(transaction, OrderTreeName(table.name).c_str(), flags, &table.order);
+  if (result == MDB_SUCCESS) result = mdb_stat(transaction, table.handle, &rows);
+  if (result == MDB_SUCCESS) result = mdb_stat(transaction, table.order, &numbers);
+  table.ordered = result == MDB_SUCCESS && rows.ms_entries == numbers.ms_entries;
+  if (result == MDB_SUCCESS && !table.ordered && flags == MDB_CREATE) {
+    result = BuildOrder(transaction, table.handle, table.order);
+    table.ordered = true;
+  }
+  return result == MDB_SUCCESS ? Status() : Failed(result, ("open of the order of table " + table.name).c_str());
 }
 
 Status Store::ReadFormat(MDB_txn* transaction, int& format) {
@@ -198,11 +206,9 @@ Status Store::Upgrade(MDB_txn* transaction) {
     bool found = false;
     if (Status status = ReadSchema(transaction, name, schema, found); !status) return status;
     Table table{.name = name};
-    if (Status status = OpenOrder(transaction, table, schema, MDB_CREATE); !status) return status;
-    if (!table.ordered) continue;
     result = mdb_dbi_open(transaction, name.c_str(), 0, &table.handle);
-    if (result == MDB_SUCCESS) result = BuildOrder(transaction, table.handle, table.order);
-    if (result != MDB_SUCCESS) return Failed(result, ("noting the order of table " + name).c_str());
+    if (result != MDB_SUCCESS) return Failed(result, ("open of table " + name).c_str());
+    if (Status status = OpenOrder(transaction, table, schema, MDB_CREATE); !status) return status;
   }
   return WriteFormat(transaction);
 }

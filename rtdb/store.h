@@ -43,8 +43,9 @@ struct PlanSet {
 
 /// One database's view of a store file: its tables and how they fit the program's classes.
 ///
-/// In the file, each table is a named tree, some with a second one for the order of their rows; the tree "@schema" holds each
-/// table's columns under its name, the file's format and the generation of schemas, which rises with every change of one.
+/// In the file, each table is a named tree, some with a second one for the order of their rows; the tree "@schema"
+/// holds each table's columns under its name, the file's format and the generation of schemas, which rises with every
+/// change of one.
 class Store {
  public:
   /// So many row numbers belong to each write transaction. One that inserts more takes those of the next ones too.
@@ -88,7 +89,8 @@ class Store {
   Status WriteFormat(MDB_txn* transaction);
   /// Brings a file of an older format up to date.
   Status Upgrade(MDB_txn* transaction);
-  /// Opens the second tree of a table that is to have one.
+  /// Opens the second tree of a table that is to have one. With MDB_CREATE it is made where it is missing or lacks
+  /// rows.
   Status OpenOrder(MDB_txn* transaction, Table& table, const Schema& schema, unsigned flags);
   Status ReadSchema(MDB_txn* transaction, const std::string& table, Schema& schema, bool& found);
   Status WriteSchema(MDB_txn* transaction, const std::string& table, const Schema& schema);

@@ -41,25 +41,38 @@ std::string ItemIds(dbDatabase& db, char const* query) {
   return ids;
 }
 
-/// Takes a store back to file format 1: without the order of rows.
-void MakeOld(const std::string& path) {
+/// Changes a store without the library.
+template <class Change>
+void ChangeFile(const std::string& path, Change change) {
   MDB_env* env = nullptr;
   MDB_txn* txn = nullptr;
   MDB_dbi schemas = 0;
+  MDB_dbi order = 0;
   ASSERT_EQ(mdb_env_create(&env), 0);
   mdb_env_set_maxdbs(env, 64);
   ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR, 0664), 0);
   ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
   ASSERT_EQ(mdb_dbi_open(txn, "@schema", 0, &schemas), 0);
-  std::string format = "realtime-store 1";
-  MDB_val key{7, const_cast<char*>("@format")};
-  MDB_val data{format.size(), format.data()};
-  ASSERT_EQ(mdb_put(txn, schemas, &key, &data, 0), 0);
-  MDB_dbi order = 0;
   ASSERT_EQ(mdb_dbi_open(txn, dtsdb::rtdb::OrderTreeName("entry").c_str(), 0, &order), 0);
-  ASSERT_EQ(mdb_drop(txn, order, 1), 0);
+  change(txn, schemas, order);
   ASSERT_EQ(mdb_txn_commit(txn), 0);
   mdb_env_close(env);
+}
+
+/// Takes a store back to file format 1: without the order of rows.
+void MakeOld(const std::string& path) {
+  ChangeFile(path, [](MDB_txn* txn, MDB_dbi schemas, MDB_dbi order) {
+    std::string format = "realtime-store 1";
+    MDB_val key{7, const_cast<char*>("@format")};
+    MDB_val data{format.size(), format.data()};
+    EXPECT_EQ(mdb_put(txn, schemas, &key, &data, 0), 0);
+    EXPECT_EQ(mdb_drop(txn, order, 1), 0);
+  });
+}
+
+/// Leaves a table's rows without an order, as a program that knows only format 1 does.
+void LoseOrder(const std::string& path) {
+  ChangeFile(path, [](MDB_txn* txn, MDB_dbi, MDB_dbi order) { EXPECT_EQ(mdb_drop(txn, order, 0), 0); });
 }
 
 TEST(RowOrder, TableFoundByANumber) {
@@ -188,6 +201,25 @@ TEST(RowOrder, OlderFileIsReadAsItIsAndBroughtUpToDateWhenWritten) {
   db.commit();
   EXPECT_EQ(EntryIds(db, ""), (Ids{3, 1, 2, 0}));
   EXPECT_EQ(db.Told(), "");
+}
+
+TEST(RowOrder, OrderThatLacksRowsIsMadeAnew) {
+  OpenStore store;
+  for (const int id : {3, 1, 2}) AddEntry(store.db, id);
+  store.db.close();
+  LoseOrder(store.folder.File());
+  Database reader(dbDatabase::dbReadOnly);
+  ASSERT_TRUE(reader.open("store", store.folder.File().c_str())) << reader.Told();
+  EXPECT_EQ(EntryIds(reader, ""), (Ids{3, 1, 2}));
+  reader.close();
+  ASSERT_TRUE(store.db.open("store", store.folder.File().c_str())) << store.db.Told();
+  AddEntry(store.db, 0);
+  dbCursor<entry> cursor(&store.db, dbCursorForUpdate);
+  ASSERT_EQ(cursor.select("id = 1"), 1);
+  cursor.remove();
+  store.db.commit();
+  EXPECT_EQ(EntryIds(store.db, ""), (Ids{3, 2, 0}));
+  EXPECT_EQ(store.db.Told(), "");
 }
 
 // Row numbers

@@ -81,7 +81,9 @@ class Trace : public testing::Test {
 class TraceReading : public Trace {
  protected:
   /// Reading the whole table takes a second by the steady clock, so it isn't read again for twenty.
-  TraceReading() { m_clock.steady = [this] { return m_steady += 1; }; }
+  TraceReading() {
+    m_clock.steady = [this] { return m_steady += 1; };
+  }
 
   Ids Read(bool whole = false) {
     const tools::TraceReading reading = m_reader.Read(0, whole);
