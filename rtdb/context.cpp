@@ -4,6 +4,7 @@
 
 #include "rtdb/key_code.h"
 #include "rtdb/lmdb_value.h"
+#include "rtdb/row_order.h"
 #include "rtdb/selection.h"
 
 namespace dtsdb::rtdb {
@@ -22,9 +23,6 @@ struct ThreadEnd {
   ~ThreadEnd() { delete std::exchange(t_contexts, nullptr); }
 };
 thread_local ThreadEnd t_end;
-
-/// Row numbers are those of the write transaction, which never come again, and a count within it.
-constexpr unsigned kCountBits = 24;
 
 }  // namespace
 
@@ -93,10 +91,10 @@ Status Context::BeginWrite() {
     m_write = nullptr;
     return status;
   }
-  m_inserted = 0;
   // What was read before may have changed since.
   for (TableUse& use : m_uses) ++use.changes;
   status = m_store->Plans(m_write, m_plans);
+  if (status) status = m_store->FirstRowNumber(m_write, m_nextRow);
   if (!status) Rollback();
   return status;
 }
@@ -105,8 +103,7 @@ Status Context::Commit() {
   ResetSelections();
   Status status;
   if (m_write != nullptr) {
-    status = m_store->File().Commit(m_write, true);
-    ForgetWrite();
+    status = CommitWrite();
   } else if (m_reading) {
     EndRead();
   }
@@ -115,6 +112,17 @@ Status Context::Commit() {
                            m_store->File().Path() + ": nothing committed, since a change in the transaction failed");
   }
   m_failed = false;
+  return status;
+}
+
+Status Context::CommitWrite() {
+  Status status = m_store->NoteRowNumbers(m_write, m_nextRow);
+  if (status) {
+    status = m_store->File().Commit(m_write, true);
+  } else {
+    m_store->File().Abort(m_write, true);
+  }
+  ForgetWrite();
   return status;
 }
 
@@ -137,7 +145,7 @@ void Context::EndRead() {
 void Context::ForgetWrite() {
   m_write = nullptr;
   for (TableUse& use : m_uses) {
-    use.writeCursor = nullptr;
+    use.writeCursor = use.orderCursor = nullptr;
     use.longKeys = false;
     use.highestKnown = false;
     use.moved.clear();
@@ -204,6 +212,32 @@ Status Context::FindRow(const Table& table, std::string& key, std::string_view& 
   return {};
 }
 
+Status Context::KeyOf(const Table& table, oid_t number, std::string& key, bool& found) {
+  MDB_val at{};
+  MDB_val data{};
+  found = false;
+  if (table.ordered) {
+    std::string form;
+    AppendRowNumber(form, number);
+    at = Val(form);
+    const int result = mdb_get(Transaction(), table.order, &at, &data);
+    if (result != MDB_SUCCESS && result != MDB_NOTFOUND) return Failed(result, "going to a row");
+    found = result == MDB_SUCCESS;
+    if (found) key = View(data);
+    return {};
+  }
+  MDB_cursor* cursor = nullptr;
+  if (Status status = CursorOf(table, cursor); !status) return status;
+  int result = mdb_cursor_get(cursor, &at, &data, MDB_FIRST);
+  while (result == MDB_SUCCESS && RowNumberOf(View(at)) != number) {
+    result = mdb_cursor_get(cursor, &at, &data, MDB_NEXT);
+  }
+  if (result != MDB_SUCCESS && result != MDB_NOTFOUND) return Failed(result, "going to a row");
+  found = result == MDB_SUCCESS;
+  if (found) key = View(at);
+  return {};
+}
+
 Status Context::BeginChange(const Table& table, std::shared_ptr<const RowPlan>& plan) {
   if (Status status = BeginWrite(); !status) return status;
   if (Status status = PlanOf(table, plan); !status) return status;
@@ -248,9 +282,16 @@ Status Context::PutNew(const Table& table, std::string& key, std::string_view im
     if (result == MDB_SUCCESS) use.highest = key;
   }
   if (result == MDB_KEYEXIST) result = mdb_cursor_put(cursor, &at, &data, MDB_NOOVERWRITE);
+  if (result == MDB_SUCCESS && table.ordered) result = NoteOrder(table, key);
   if (result != MDB_SUCCESS) return GiveUp(result, "writing a row");
   ++use.changes;
   return {};
+}
+
+int Context::NoteOrder(const Table& table, std::string_view key) {
+  MDB_cursor*& cursor = Use(table).orderCursor;
+  const int result = cursor == nullptr ? mdb_cursor_open(m_write, table.order, &cursor) : MDB_SUCCESS;
+  return result == MDB_SUCCESS ? PutOrder(cursor, key) : result;
 }
 
 Status Context::Insert(const Table& table, const void* record, oid_t& number) {
@@ -262,10 +303,9 @@ Status Context::Insert(const Table& table, const void* record, oid_t& number) {
     if (Status status = NoteLongKey(table, *plan); !status) return status;
   }
   plan->Encode(record, m_image);
-  const oid_t given = (static_cast<oid_t>(mdb_txn_id(m_write)) << kCountBits) + m_inserted++;
-  AppendRowNumber(m_key, given);
+  AppendRowNumber(m_key, m_nextRow);
   if (Status status = PutNew(table, m_key, m_image); !status) return status;
-  number = given;
+  number = m_nextRow++;
   return {};
 }
 
@@ -325,7 +365,8 @@ Status Context::Remove(const Table& table, std::string key, bool& found) {
   if (Status status = BeginChange(table, plan); !status) return status;
   std::string_view image;
   if (Status status = FindRow(table, key, image, found); !status || !found) return status;
-  const int result = mdb_cursor_del(Use(table).writeCursor, 0);
+  int result = mdb_cursor_del(Use(table).writeCursor, 0);
+  if (result == MDB_SUCCESS && table.ordered) result = DeleteOrder(m_write, table.order, key);
   if (result != MDB_SUCCESS) return GiveUp(result, "removing a row");
   ++Use(table).changes;
   return {};
@@ -334,7 +375,8 @@ Status Context::Remove(const Table& table, std::string key, bool& found) {
 Status Context::RemoveAll(const Table& table) {
   std::shared_ptr<const RowPlan> plan;
   if (Status status = BeginChange(table, plan); !status) return status;
-  const int result = mdb_drop(m_write, table.handle, 0);
+  int result = mdb_drop(m_write, table.handle, 0);
+  if (result == MDB_SUCCESS && table.ordered) result = mdb_drop(m_write, table.order, 0);
   if (result != MDB_SUCCESS) return GiveUp(result, "emptying a table");
   TableUse& use = Use(table);
   use.highestKnown = false;

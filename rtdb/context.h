@@ -24,6 +24,7 @@ inline constexpr std::uint64_t kNowhere = ~std::uint64_t{0};
 struct TableUse {
   MDB_cursor* readCursor = nullptr;   ///< outlives its transaction, renewed for the next
   MDB_cursor* writeCursor = nullptr;  ///< ends with its transaction
+  MDB_cursor* orderCursor = nullptr;  ///< the same over the order of the rows
   std::uint64_t readSerial = 0;       ///< the read transaction that readCursor was last renewed for
   std::uint64_t changes = 0;          ///< rises with every change of the table by this thread
   std::uint64_t place = 0;            ///< rises whenever the table's cursor moves
@@ -73,6 +74,9 @@ class Context {
   /// Finds a row by its key, where the row has moved since by its new one. `key` becomes the key it has now.
   Status FindRow(const Table& table, std::string& key, std::string_view& image, bool& found);
 
+  /// The key of the row of that number.
+  Status KeyOf(const Table& table, oid_t number, std::string& key, bool& found);
+
   // Changes. A failure beyond the row, such as a full store, ends the transaction: nothing of it will be stored.
   Status Insert(const Table& table, const void* record, oid_t& number);
   /// Replaces a row with the record. A row image that stays the same isn't written. `found` tells whether the row is
@@ -95,6 +99,10 @@ class Context {
   /// Gives up the transaction after a failed change.
   Status GiveUp(int result, const char* operation);
   Status PutNew(const Table& table, std::string& key, std::string_view image);
+  /// Notes a new row, or one with a new key, in the order of rows. Gives LMDB's result.
+  int NoteOrder(const Table& table, std::string_view key);
+  /// Commits the write transaction.
+  Status CommitWrite();
   /// Writes m_image under m_key in the place of `row`.
   Status Put(const Table& table, LoadedRow& row, bool& standsThere);
   Status NoteLongKey(const Table& table, const RowPlan& plan);
@@ -110,7 +118,7 @@ class Context {
   std::uint64_t m_readSerial = 0;
   MDB_txn* m_write = nullptr;
   bool m_failed = false;
-  std::uint64_t m_inserted = 0;  ///< rows in this write transaction
+  oid_t m_nextRow = 0;  ///< the number of the next row that this write transaction inserts
   std::vector<TableUse> m_uses;
   std::vector<Selection*> m_selections;
   std::vector<Selection*> m_streams;

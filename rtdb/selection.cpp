@@ -70,32 +70,52 @@ Status Selection::Run(Context& context, const Table& table, const std::shared_pt
     if (compiled == nullptr) return status;
     CompiledQuery::ReadValues(query->Elements(), m_values);
   }
-  const bool keyOrder =
-      compiled == nullptr || (compiled->KeepsKeyOrder() && !context.Use(table).longKeys) || compiled->Order().empty();
-  Status status = keyOrder && (compiled == nullptr || !compiled->HasCondition()) ? OpenStream()
-                                                                                 : Collect(compiled.get(), row, loaded);
+  const Order order = OrderOf(compiled.get());
+  bool opened = false;
+  Status status;
+  if (compiled == nullptr || !compiled->HasCondition()) status = OpenStream(order, opened);
+  if (status && !opened) status = Collect(compiled.get(), order, row, loaded);
   if (!status) Reset();
   return status;
 }
 
-Status Selection::OpenStream() {
-  MDB_stat stat{};
-  int result = mdb_stat(m_context->Transaction(), m_table->handle, &stat);
-  if (result == MDB_SUCCESS && stat.ms_entries > 0) {
-    result = mdb_cursor_open(m_context->Transaction(), m_table->handle, &m_stream);
+Selection::Order Selection::OrderOf(const CompiledQuery* query) const {
+  if (query == nullptr || query->Order().empty()) {
+    return m_plan->KeyColumns().empty() ? Order::ByKey : Order::ByNumber;
+  }
+  return query->KeepsKeyOrder() && !m_context->Use(*m_table).longKeys ? Order::ByKey : Order::ByColumns;
+}
+
+Status Selection::OpenStream(Order order, bool& opened) {
+  opened = false;
+  m_streamsNumbers = order == Order::ByNumber;
+  if (order == Order::ByColumns || (m_streamsNumbers && !m_table->ordered)) return {};
+  MDB_txn* const transaction = m_context->Transaction();
+  MDB_stat rows{};
+  int result = mdb_stat(transaction, m_table->handle, &rows);
+  if (result == MDB_SUCCESS && m_streamsNumbers) {
+    MDB_stat numbers{};
+    result = mdb_stat(transaction, m_table->order, &numbers);
+    // A program that knows only the older format has written beside this one.
+    if (result == MDB_SUCCESS && numbers.ms_entries != rows.ms_entries) return {};
+  }
+  if (result == MDB_SUCCESS && rows.ms_entries > 0) {
+    result = mdb_cursor_open(transaction, m_streamsNumbers ? m_table->order : m_table->handle, &m_stream);
   }
   if (result != MDB_SUCCESS) return m_context->Failed(result, "select");
-  m_size = m_live = stat.ms_entries;
+  opened = true;
+  m_size = m_live = rows.ms_entries;
   if (m_stream == nullptr) return {};
   m_streamStarted = false;
   m_context->StreamOpened(this);
   return {};
 }
 
-Status Selection::Collect(const CompiledQuery* query, LoadedRow& row, bool& loaded) {
-  query->Range(m_values, m_range);
+Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& row, bool& loaded) {
+  m_range = {{}, {}, true, true, false};
+  if (query != nullptr) query->Range(m_values, m_range);
   if (m_range.none) return {};
-  const bool sort = !query->Order().empty() && (!query->KeepsKeyOrder() || m_context->Use(*m_table).longKeys);
+  const bool sort = order == Order::ByColumns;
   MDB_cursor* cursor = nullptr;
   if (Status status = m_context->CursorOf(*m_table, cursor); !status) return status;
   std::vector<std::string> sortKeys;
@@ -116,7 +136,8 @@ Status Selection::Collect(const CompiledQuery* query, LoadedRow& row, bool& load
     if (sort) query->SortKey(image, sortKeys.emplace_back());
   }
   if (result != MDB_SUCCESS && result != MDB_NOTFOUND) return m_context->Failed(result, "select");
-  if (sort) SortKeys(sortKeys);
+  if (sort) SortByColumns(sortKeys);
+  if (order == Order::ByNumber && SortByNumber()) loaded = false;
   m_size = m_live = m_keys.Size();
   if (!loaded) return {};
   const TableUse& use = m_context->Use(*m_table);
@@ -133,13 +154,28 @@ Status Selection::Collect(const CompiledQuery* query, LoadedRow& row, bool& load
   return {};
 }
 
-void Selection::SortKeys(std::vector<std::string>& sortKeys) {
+void Selection::TakeOrder(const std::vector<std::size_t>& places) {
+  KeyList sorted;
+  for (const std::size_t place : places) sorted.Add(m_keys.At(place));
+  m_keys = std::move(sorted);
+}
+
+void Selection::SortByColumns(const std::vector<std::string>& sortKeys) {
   std::vector<std::size_t> order(sortKeys.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return sortKeys[a] < sortKeys[b]; });
-  KeyList sorted;
-  for (const std::size_t place : order) sorted.Add(m_keys.At(place));
-  m_keys = std::move(sorted);
+  TakeOrder(order);
+}
+
+bool Selection::SortByNumber() {
+  std::vector<oid_t> numbers(m_keys.Size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = RowNumberOf(m_keys.At(i));
+  if (std::is_sorted(numbers.begin(), numbers.end())) return false;
+  std::vector<std::size_t> order(numbers.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return numbers[a] < numbers[b]; });
+  TakeOrder(order);
+  return true;
 }
 
 Status Selection::RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan,
@@ -149,17 +185,10 @@ Status Selection::RunFor(Context& context, const Table& table, const std::shared
   m_table = &table;
   m_plan = plan;
   if (!table.present) return {};
-  MDB_cursor* cursor = nullptr;
-  if (Status status = context.CursorOf(table, cursor); !status) return status;
-  MDB_val key{};
-  MDB_val data{};
-  int result = mdb_cursor_get(cursor, &key, &data, MDB_FIRST);
-  while (result == MDB_SUCCESS && RowNumberOf(View(key)) != number) {
-    result = mdb_cursor_get(cursor, &key, &data, MDB_NEXT);
-  }
-  if (result == MDB_NOTFOUND) return {};
-  if (result != MDB_SUCCESS) return context.Failed(result, "select");
-  m_keys.Add(View(key));
+  std::string key;
+  bool found = false;
+  if (Status status = context.KeyOf(table, number, key, found); !status || !found) return status;
+  m_keys.Add(key);
   m_size = m_live = 1;
   return {};
 }
@@ -171,7 +200,9 @@ void Selection::Detach() {
   MDB_val key{};
   MDB_val data{};
   int result = mdb_cursor_get(stream, &key, &data, MDB_FIRST);
-  for (; result == MDB_SUCCESS; result = mdb_cursor_get(stream, &key, &data, MDB_NEXT)) m_keys.Add(View(key));
+  for (; result == MDB_SUCCESS; result = mdb_cursor_get(stream, &key, &data, MDB_NEXT)) {
+    m_keys.Add(View(m_streamsNumbers ? data : key));
+  }
   // A walk that fails on the way ends there.
   m_size = std::min(m_size, m_keys.Size());
   m_live = m_size;
@@ -231,6 +262,12 @@ Status Selection::LoadFromStream(std::size_t place, LoadedRow& row) {
     result = mdb_cursor_get(m_stream, &key, &data, MDB_PREV);
   }
   if (result != MDB_SUCCESS) return m_context->Failed(result, "reading a row");
+  if (m_streamsNumbers) {
+    row.key = View(data);
+    bool found = false;
+    Status status = LoadByKey(row, found);
+    return status && !found ? Damaged() : status;
+  }
   if (!m_plan->IsSound(View(data))) return Damaged();
   row.key = View(key);
   row.image = View(data);
@@ -248,6 +285,10 @@ Status Selection::Load(std::size_t place, LoadedRow& row, bool& found) {
     return status;
   }
   row.key = m_keys.At(place);
+  return LoadByKey(row, found);
+}
+
+Status Selection::LoadByKey(LoadedRow& row, bool& found) {
   std::string_view image;
   if (Status status = m_context->FindRow(*m_table, row.key, image, found); !status || !found) return status;
   if (!m_plan->IsSound(image)) {

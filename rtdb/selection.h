@@ -27,8 +27,9 @@ class KeyList {
   std::vector<std::size_t> m_ends;
 };
 
-/// A selection is fixed when it is made. A whole table in key order is walked over directly, for as long as the thread
-/// leaves the table alone and stays with its transaction; else the rows' keys are kept.
+/// A selection is fixed when it is made. Its rows stand in the order of the query, without one in that of their
+/// insertion. A whole table in the order of its keys or of their insertion is walked over directly, for as long as the
+/// thread leaves the table alone and stays with its transaction; else the rows' keys are kept.
 ///
 /// Places are counted from 0; Size() stands for no place. Removed rows have no place any more.
 class Selection {
@@ -69,12 +70,26 @@ class Selection {
   void ContextEnded();
 
  private:
+  enum class Order {
+    ByKey,     ///< as the table's tree has them
+    ByNumber,  ///< as they were inserted
+    ByColumns  ///< as the query says
+  };
+
   void LinkTo(Context& context);
+  Order OrderOf(const CompiledQuery* query) const;
   void CloseStream();
-  Status OpenStream();
-  Status Collect(const CompiledQuery* query, LoadedRow& row, bool& loaded);
-  void SortKeys(std::vector<std::string>& sortKeys);
+  /// Opens a direct walk over the whole table. None is opened where the table has no walk in this order.
+  Status OpenStream(Order order, bool& opened);
+  /// Keeps the keys of the rows that fulfil the condition; of all rows for null.
+  Status Collect(const CompiledQuery* query, Order order, LoadedRow& row, bool& loaded);
+  void SortByColumns(const std::vector<std::string>& sortKeys);
+  /// True if that has changed the order.
+  bool SortByNumber();
+  void TakeOrder(const std::vector<std::size_t>& places);
   Status LoadFromStream(std::size_t place, LoadedRow& row);
+  /// Reads the row with the key in `row`.
+  Status LoadByKey(LoadedRow& row, bool& found);
   Status Damaged() const;
 
   oid_t& m_current;
@@ -89,6 +104,7 @@ class Selection {
   std::vector<std::uint32_t> m_next;  ///< over live places, made with the first removal; m_size stands for both ends
   std::vector<std::uint32_t> m_prev;
   MDB_cursor* m_stream = nullptr;
+  bool m_streamsNumbers = false;  ///< the walk is over the order of insertion, whose entries hold the rows' keys
   std::size_t m_streamPlace = 0;
   bool m_streamStarted = false;
 };

@@ -1,19 +1,24 @@
 #include "rtdb/store.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
 #include "rtdb/lmdb_value.h"
+#include "rtdb/row_order.h"
 
 namespace dtsdb::rtdb {
 namespace {
 
 constexpr char kSchemaTree[] = "@schema";
 constexpr char kFormatKey[] = "@format";
-constexpr char kGenerationKey[] = "@generation";
+/// Under it stands the first row number that was not given, where a transaction has taken those of the next ones.
+constexpr char kRowNumbersKey[] = "@rows";
 /// The file's format is this word and a number.
 constexpr std::string_view kFormatWord = "realtime-store ";
-constexpr int kFormat = 1;
+constexpr int kFormat = 2;
+/// Without the order of rows and the count of their numbers.
+constexpr int kOldestFormat = 1;
 
 /// A transaction for opening tables, ended in any case.
 class Opening {
@@ -45,7 +50,8 @@ std::shared_ptr<Store> Store::Open(const std::string& path, bool readOnly, std::
   if (store->m_file == nullptr) return nullptr;
   store->m_readOnly = readOnly;
   for (const dbTableDescriptor* descriptor : tables) {
-    store->m_tables.push_back({descriptor->getName(), descriptor, static_cast<int>(store->m_tables.size()), 0, false});
+    store->m_tables.push_back(
+        {.name = descriptor->getName(), .descriptor = descriptor, .slot = static_cast<int>(store->m_tables.size())});
   }
   status = store->OpenTables();
   return status ? store : nullptr;
@@ -84,8 +90,11 @@ Status Store::FindTables(MDB_txn* transaction, bool& complete) {
     return m_readOnly ? Refused("a store without tables") : Status();
   }
   if (result != MDB_SUCCESS) return Failed(result, "open");
-  if (Status status = CheckFormat(transaction); !status) return status;
-  complete = true;
+  int format = 0;
+  if (Status status = ReadFormat(transaction, format); !status) return status;
+  // A store is made in one transaction: a list of schemas without a format is somebody else's.
+  if (format == 0) return Refused("not a store of the realtime database");
+  complete = format == kFormat;
   for (Table& table : m_tables) {
     Schema schema;
     bool found = false;
@@ -101,6 +110,9 @@ Status Store::FindTables(MDB_txn* transaction, bool& complete) {
     result = mdb_dbi_open(transaction, table.name.c_str(), 0, &table.handle);
     if (result != MDB_SUCCESS) return Failed(result, ("open of table " + table.name).c_str());
     table.present = true;
+    if (format < kFormat) continue;
+    if (Status status = OpenOrder(transaction, table, schema, 0); !status) return status;
+    if (HasOrderTree(schema) && !table.ordered) complete = false;
   }
   return {};
 }
@@ -108,7 +120,11 @@ Status Store::FindTables(MDB_txn* transaction, bool& complete) {
 Status Store::MakeTables(MDB_txn* transaction) {
   const int result = mdb_dbi_open(transaction, kSchemaTree, MDB_CREATE, &m_schemas);
   if (result != MDB_SUCCESS) return Failed(result, "making of the store");
-  if (Status status = CheckFormat(transaction); !status) return status;
+  int format = 0;
+  if (Status status = ReadFormat(transaction, format); !status) return status;
+  if (format < kFormat) {
+    if (Status status = Upgrade(transaction); !status) return status;
+  }
   bool changed = false;
   for (Table& table : m_tables) {
     if (Status status = MakeTable(transaction, table, changed); !status) return status;
@@ -131,29 +147,70 @@ Status Store::MakeTable(MDB_txn* transaction, Table& table, bool& changed) {
   const int result = mdb_dbi_open(transaction, table.name.c_str(), MDB_CREATE, &table.handle);
   if (result != MDB_SUCCESS) return Failed(result, ("making of table " + table.name).c_str());
   table.present = true;
-  return {};
+  return OpenOrder(transaction, table, schema, MDB_CREATE);
 }
 
-Status Store::CheckFormat(MDB_txn* transaction) {
+Status Store::OpenOrder(MDB_txn* transaction, Table& table, const Schema& schema, unsigned flags) {
+  if (!HasOrderTree(schema)) return {};
+  MDB_stat rows{};
+  MDB_stat numbers{};
+  int result = mdb_dbi_open(transaction, OrderTreeName(table.name).c_str(), flags, &table.order);
+  if (result == MDB_SUCCESS) result = mdb_stat(transaction, table.handle, &rows);
+  if (result == MDB_SUCCESS) result = mdb_stat(transaction, table.order, &numbers);
+  table.ordered = result == MDB_SUCCESS && rows.ms_entries == numbers.ms_entries;
+  if (result == MDB_SUCCESS && !table.ordered && flags == MDB_CREATE) {
+    result = BuildOrder(transaction, table.handle, table.order);
+    table.ordered = true;
+  }
+  return result == MDB_SUCCESS ? Status() : Failed(result, ("open of the order of table " + table.name).c_str());
+}
+
+Status Store::ReadFormat(MDB_txn* transaction, int& format) {
   MDB_val key = Val(kFormatKey);
   MDB_val data{};
-  int result = mdb_get(transaction, m_schemas, &key, &data);
-  if (result == MDB_SUCCESS) {
-    const std::string_view text = View(data);
-    int format = 0;
-    if (!text.starts_with(kFormatWord)) return Refused("not a store of the realtime database");
-    std::from_chars(text.data() + kFormatWord.size(), text.data() + text.size(), format);
-    if (format == kFormat) return {};
-    return Refused("written in the newer file format " + std::string(text) + "; this program knows " +
-                   std::to_string(kFormat));
-  }
-  if (result != MDB_NOTFOUND) return Failed(result, "open");
+  format = 0;
+  const int result = mdb_get(transaction, m_schemas, &key, &data);
+  if (result == MDB_NOTFOUND) return {};
+  if (result != MDB_SUCCESS) return Failed(result, "open");
+  const std::string_view text = View(data);
+  if (!text.starts_with(kFormatWord)) return Refused("not a store of the realtime database");
+  std::from_chars(text.data() + kFormatWord.size(), text.data() + text.size(), format);
+  if (format >= kOldestFormat && format <= kFormat) return {};
+  return Refused("written in the newer file format " + std::string(text) + "; this program knows " +
+                 std::to_string(kFormat));
+}
+
+Status Store::WriteFormat(MDB_txn* transaction) {
   const std::string text = std::string(kFormatWord) + std::to_string(kFormat);
-  data = Val(text);
-  result = mdb_put(transaction, m_schemas, &key, &data, 0);
-  // A store is made in one transaction: a list of schemas without a format is somebody else's.
-  if (result == EACCES) return Refused("not a store of the realtime database");
+  MDB_val key = Val(kFormatKey);
+  MDB_val data = Val(text);
+  const int result = mdb_put(transaction, m_schemas, &key, &data, 0);
   return result == MDB_SUCCESS ? Status() : Failed(result, "making of the store");
+}
+
+Status Store::Upgrade(MDB_txn* transaction) {
+  // All tables of the file, also those that this program does not have.
+  std::vector<std::string> tables;
+  MDB_cursor* cursor = nullptr;
+  int result = mdb_cursor_open(transaction, m_schemas, &cursor);
+  if (result != MDB_SUCCESS) return Failed(result, "open");
+  MDB_val key{};
+  MDB_val data{};
+  while ((result = mdb_cursor_get(cursor, &key, &data, MDB_NEXT)) == MDB_SUCCESS) {
+    if (!View(key).starts_with('@')) tables.emplace_back(View(key));
+  }
+  mdb_cursor_close(cursor);
+  if (result != MDB_NOTFOUND) return Failed(result, "open");
+  for (const std::string& name : tables) {
+    Schema schema;
+    bool found = false;
+    if (Status status = ReadSchema(transaction, name, schema, found); !status) return status;
+    Table table{.name = name};
+    result = mdb_dbi_open(transaction, name.c_str(), 0, &table.handle);
+    if (result != MDB_SUCCESS) return Failed(result, ("open of table " + name).c_str());
+    if (Status status = OpenOrder(transaction, table, schema, MDB_CREATE); !status) return status;
+  }
+  return WriteFormat(transaction);
 }
 
 Status Store::ReadSchema(MDB_txn* transaction, const std::string& table, Schema& schema, bool& found) {
@@ -177,25 +234,40 @@ Status Store::WriteSchema(MDB_txn* transaction, const std::string& table, const 
   return result == MDB_SUCCESS ? Status() : Failed(result, "writing the columns of a table");
 }
 
-Status Store::ReadGeneration(MDB_txn* transaction, std::uint64_t& generation) {
-  MDB_val key = Val(kGenerationKey);
+Status Store::ReadNumber(MDB_txn* transaction, std::string_view key, std::uint64_t& number) {
+  MDB_val at = Val(key);
   MDB_val data{};
-  generation = 0;
-  const int result = mdb_get(transaction, m_schemas, &key, &data);
+  number = 0;
+  const int result = mdb_get(transaction, m_schemas, &at, &data);
   if (result == MDB_NOTFOUND) return {};
   if (result != MDB_SUCCESS) return Failed(result, "begin of a transaction");
-  if (data.mv_size == sizeof(generation)) std::memcpy(&generation, data.mv_data, sizeof(generation));
+  if (data.mv_size == sizeof(number)) std::memcpy(&number, data.mv_data, sizeof(number));
   return {};
+}
+
+Status Store::WriteNumber(MDB_txn* transaction, std::string_view key, std::uint64_t number) {
+  MDB_val at = Val(key);
+  MDB_val data{sizeof(number), &number};
+  const int result = mdb_put(transaction, m_schemas, &at, &data, 0);
+  return result == MDB_SUCCESS ? Status() : Failed(result, "writing the columns of a table");
 }
 
 Status Store::RaiseGeneration(MDB_txn* transaction) {
   std::uint64_t generation = 0;
   if (Status status = ReadGeneration(transaction, generation); !status) return status;
-  ++generation;
-  MDB_val key = Val(kGenerationKey);
-  MDB_val data{sizeof(generation), &generation};
-  const int result = mdb_put(transaction, m_schemas, &key, &data, 0);
-  return result == MDB_SUCCESS ? Status() : Failed(result, "writing the columns of a table");
+  return WriteNumber(transaction, kGenerationKey, generation + 1);
+}
+
+Status Store::FirstRowNumber(MDB_txn* transaction, oid_t& number) {
+  std::uint64_t given = 0;
+  if (Status status = ReadNumber(transaction, kRowNumbersKey, given); !status) return status;
+  number = std::max<oid_t>(given, mdb_txn_id(transaction) * m_rowsPerTransaction);
+  return {};
+}
+
+Status Store::NoteRowNumbers(MDB_txn* transaction, oid_t end) {
+  if (end <= (mdb_txn_id(transaction) + 1) * m_rowsPerTransaction) return {};
+  return WriteNumber(transaction, kRowNumbersKey, end);
 }
 
 Status Store::LoadPlan(MDB_txn* transaction, const Table& table, TablePlan& plan) {

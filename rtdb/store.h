@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "rtdb/environment.h"
@@ -24,6 +25,8 @@ struct Table {
   int slot = 0;  ///< its place in the store
   MDB_dbi handle = 0;
   bool present = false;  ///< false only for a table that a database for reading only could not make
+  MDB_dbi order = 0;     ///< the rows in the order of their insertion, rtdb/row_order.h
+  bool ordered = false;  ///< it has that tree; in an older file a database for reading only can't make it
 };
 
 /// How rows of a table and a program's class correspond, as of some state of the store.
@@ -40,10 +43,14 @@ struct PlanSet {
 
 /// One database's view of a store file: its tables and how they fit the program's classes.
 ///
-/// In the file, each table is a named tree; the tree "@schema" holds each table's columns under its name, the file's
-/// format and the generation of schemas, which rises with every change of one.
+/// In the file, each table is a named tree, some with a second one for the order of their rows; the tree "@schema"
+/// holds each table's columns under its name, the file's format and the generation of schemas, which rises with every
+/// change of one.
 class Store {
  public:
+  /// So many row numbers belong to each write transaction. One that inserts more takes those of the next ones too.
+  static constexpr std::uint64_t kRowsPerTransaction = std::uint64_t{1} << 24;
+
   /// Opens the file and makes the tables that it lacks. Null with the reason in `status` where that fails.
   static std::shared_ptr<Store> Open(const std::string& path, bool readOnly, std::size_t sizeLimit,
                                      const std::vector<dbTableDescriptor*>& tables, Status& status);
@@ -62,6 +69,13 @@ class Store {
   /// Notes within a write transaction that a table has a key that was shortened.
   Status MarkLongKeys(MDB_txn* transaction, const Table& table);
 
+  /// The number of the first row that a write transaction inserts. It is above all numbers that were ever given.
+  Status FirstRowNumber(MDB_txn* transaction, oid_t& number);
+  /// Notes within a write transaction that all numbers below `end` are given, where they aren't its own alone.
+  Status NoteRowNumbers(MDB_txn* transaction, oid_t end);
+  /// For tests: as if each transaction had only so many row numbers. To be set before the first row is inserted.
+  void SetRowsPerTransaction(std::uint64_t rows) { m_rowsPerTransaction = rows; }
+
  private:
   Store() = default;
 
@@ -70,17 +84,32 @@ class Store {
   Status FindTables(MDB_txn* transaction, bool& complete);
   Status MakeTables(MDB_txn* transaction);
   Status MakeTable(MDB_txn* transaction, Table& table, bool& changed);
-  Status CheckFormat(MDB_txn* transaction);
+  /// The file's format, 0 where none is noted.
+  Status ReadFormat(MDB_txn* transaction, int& format);
+  Status WriteFormat(MDB_txn* transaction);
+  /// Brings a file of an older format up to date.
+  Status Upgrade(MDB_txn* transaction);
+  /// Opens the second tree of a table that is to have one. With MDB_CREATE it is made where it is missing or lacks
+  /// rows.
+  Status OpenOrder(MDB_txn* transaction, Table& table, const Schema& schema, unsigned flags);
   Status ReadSchema(MDB_txn* transaction, const std::string& table, Schema& schema, bool& found);
   Status WriteSchema(MDB_txn* transaction, const std::string& table, const Schema& schema);
   Status RaiseGeneration(MDB_txn* transaction);
-  Status ReadGeneration(MDB_txn* transaction, std::uint64_t& generation);
+  Status ReadGeneration(MDB_txn* transaction, std::uint64_t& generation) {
+    return ReadNumber(transaction, kGenerationKey, generation);
+  }
+  /// A number of "@schema", 0 where it isn't there.
+  Status ReadNumber(MDB_txn* transaction, std::string_view key, std::uint64_t& number);
+  Status WriteNumber(MDB_txn* transaction, std::string_view key, std::uint64_t number);
   Status LoadPlan(MDB_txn* transaction, const Table& table, TablePlan& plan);
   Status Refused(const std::string& why) const;
   Status Failed(int result, const char* operation) const { return LmdbError(result, m_file->Path(), operation); }
 
+  static constexpr std::string_view kGenerationKey = "@generation";
+
   std::shared_ptr<Environment> m_file;
   bool m_readOnly = false;
+  std::uint64_t m_rowsPerTransaction = kRowsPerTransaction;
   MDB_dbi m_schemas = 0;
   std::vector<Table> m_tables;
   std::atomic<bool> m_closed = false;

@@ -4,6 +4,7 @@
 
 #include "breakerflow/cbflow.h"
 #include "breakerflow/log.h"
+#include "model/exchange.h"
 #include "rtdb/volma_rtdb.h"
 #include "tools/commands.h"
 #include "tools/failure.h"
@@ -76,7 +77,7 @@ void MakeReady(DTSDB& model, const std::string& path) {
 LevelOfBreaker Levels(RealtimeDatabase& database) {
   LevelOfBreaker levels;
   dbCursor<cb> cursor(database.Db());
-  cursor.select();
+  cursor.select(kReadingOrder<CB>);
   for (const cb* row = cursor.get(); row != nullptr; row = cursor.next()) levels.emplace(row->id, row->kv);
   return levels;
 }

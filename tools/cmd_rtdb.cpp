@@ -56,9 +56,10 @@ Report TableList(RealtimeDatabase& database) {
   Sheet& sheet = report.Add(Sheet("tables", "Tables", {"table", "rows", "meaning"}));
   int place = 0;
   ForEachStoredTable([&](auto table) {
-    const int rows = dbCursor<typename decltype(table)::Row>(database.Db()).select();
+    using Table = decltype(table);
+    const int rows = dbCursor<typename Table::Row>(database.Db()).select(kReadingOrder<typename Table::Record>);
     const char* const meaning = TableMeaning(place++);
-    if (rows > 0) sheet.Add({decltype(table)::Record::kTableName, NumberCell(rows), meaning});
+    if (rows > 0) sheet.Add({Table::Record::kTableName, NumberCell(rows), meaning});
   });
   database.Check();
   const auto empty = TableNames().size() - sheet.Rows().size();

@@ -76,12 +76,12 @@ const EventWords* EventOfType(int type) {
   return found != std::end(kEvents) ? found : nullptr;
 }
 
-/// Calls `visit` with the component type of the event and its table.
+/// Calls `visit` with the component type of that code and its table.
 template <class Visit>
-void WithTable(DTSDB& database, const SwitchEvent& event, Visit visit) {
-  WithComponentType(event.type, [&](const auto& type) {
-    using Record = typename std::remove_cvref_t<decltype(type)>::Record;
-    visit(type, TableOf<Record>(database));
+void WithTable(DTSDB& database, int type, Visit visit) {
+  WithComponentType(type, [&](const auto& component) {
+    using Record = typename std::remove_cvref_t<decltype(component)>::Record;
+    visit(component, TableOf<Record>(database));
   });
 }
 
@@ -139,18 +139,22 @@ std::string SwitchEventText(const SwitchEvent& event) {
 }
 
 int ComponentNumber(DTSDB& database, const SwitchEvent& event) {
+  const auto id = IdFromText(QString::fromStdString(event.id));
+  return id ? ComponentNumber(database, event.type, *id) : -1;
+}
+
+int ComponentNumber(DTSDB& database, int type, const QString& id) {
   int number = -1;
-  WithTable(database, event, [&](const auto&, auto& table) {
+  WithTable(database, type, [&](const auto&, auto& table) {
     using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
-    const auto id = IdFromText(QString::fromStdString(event.id));
-    if (id) number = table.Find(Record(*id));
+    number = table.Find(Record(id));
   });
   return number;
 }
 
 void RequireComponent(DTSDB& database, const SwitchEvent& event) {
   if (ComponentNumber(database, event) != -1) return;
-  WithTable(database, event, [&](const auto&, auto& table) {
+  WithTable(database, event.type, [&](const auto&, auto& table) {
     using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
     std::vector<std::string> known;
     known.reserve(static_cast<std::size_t>(table.GetCount()));
@@ -162,14 +166,14 @@ void RequireComponent(DTSDB& database, const SwitchEvent& event) {
 
 bool Stands(DTSDB& database, const SwitchEvent& event, int number) {
   bool stands = false;
-  WithTable(database, event, [&](const auto& type, auto& table) {
+  WithTable(database, event.type, [&](const auto& type, auto& table) {
     stands = ((table.GetPh(number).*type.word & type.bit) == 0) == event.on;
   });
   return stands;
 }
 
 void PutInState(DTSDB& database, const SwitchEvent& event, int number) {
-  WithTable(database, event, [&](const auto& type, auto& table) {
+  WithTable(database, event.type, [&](const auto& type, auto& table) {
     auto& word = table.GetPh(number).*type.word;
     word = event.on ? word & ~type.bit : word | type.bit;
   });

@@ -31,6 +31,8 @@ std::string SwitchEventText(const SwitchEvent& event);
 
 /// The component's number in its table, -1 when it isn't there.
 int ComponentNumber(DTSDB& database, const SwitchEvent& event);
+/// The same by the type code and the identity as records have it.
+int ComponentNumber(DTSDB& database, int type, const QString& id);
 
 /// A Failure of usage, with the nearest identities, when the component isn't there.
 void RequireComponent(DTSDB& database, const SwitchEvent& event);

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <chrono>
 #include <set>
-#include <tuple>
 #include <utility>
 
 #include "tools/failure.h"
@@ -15,18 +14,10 @@
 #include "tools/text_layout.h"
 #include "tools/topology_compare.h"
 #include "tools/validation_run.h"
+#include "topology/component_types.h"
 
 namespace dtsdb::tools {
 namespace {
-
-/// So many seconds a row may be stamped before it is committed. The time that the topology notes for a run is that of
-/// its end; rows stamped during the run, or before it by a program that had to wait for its turn to write, would
-/// otherwise be passed over.
-constexpr u32 kLookBack = 60;
-
-u32 Now() { return static_cast<u32>(QDateTime::currentSecsSinceEpoch()); }
-
-u32 LookBackFrom(u32 time) { return time - std::min(time, kLookBack); }
 
 class Stopwatch {
  public:
@@ -40,27 +31,10 @@ class Stopwatch {
   std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
 };
 
-/// Lets no warning of the library out while it lives.
-class Silence {
- public:
-  Silence() : m_before(qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {})) {}
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
-  ~Silence() { qInstallMessageHandler(m_before); }
-
- private:
-  QtMessageHandler m_before;
-};
-
 void Say(const std::string& line) {
   const std::string time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
   WriteResult(Format::Text, time + " " + OneLine(line) + "\n");
 }
-
-/// The contents of a row; rows with the same contents count as the same.
-auto Contents(const TPTRACE& row) { return std::tie(row.time, row.id, row.name, row.type, row.status); }
-
-bool ComesBefore(const TPTRACE& a, const TPTRACE& b) { return Contents(a) < Contents(b); }
 
 /// The number of sections that the last run has changed: those that nodes or equipment left or came to, and those that
 /// became live or dead.
@@ -94,7 +68,7 @@ void TopologyTask::Start() {
     m_database.Db()->commit();
   }
   const GLOBAL& global = (*m_model.m_globalTable)[0];
-  m_since = LookBackFrom(std::max(global.u1, global.time));
+  m_window.emplace(std::max(global.u1, global.time), m_clock);
   if (!m_runner.RunFull()) throw Failure(EXIT_FAULTS, "the topology of the model in the database can't be worked out");
   const double worked = watch.Lap();
   m_tp.tpWriteFastdb(m_database.Db());
@@ -104,17 +78,17 @@ void TopologyTask::Start() {
 }
 
 void TopologyTask::Look() {
-  const u32 begun = Now();
-  std::vector<TPTRACE> rows = ReadTrace();
-  m_since = LookBackFrom(begun);
-  std::sort(rows.begin(), rows.end(), ComesBefore);
-  ApplyInOrder(rows);
-
-  std::vector<TPTRACE> fresh;
-  std::set_difference(rows.begin(), rows.end(), m_seen.begin(), m_seen.end(), std::back_inserter(fresh), ComesBefore);
-  m_seen = std::move(rows);
-  if (fresh.empty()) return;
-  for (const TPTRACE& row : fresh) {
+  TraceWindow::Taken taken = m_window->Look(m_reader);
+  m_database.Check();
+  if (taken.fresh.empty()) return;
+  for (const TPTRACE& row : taken.ahead) {
+    WriteMessage(fmt::format("trace row {}: {} is stamped {} s ahead of the clock; it counts as of now", row.id,
+                             Quoted(IdText(row.name)), row.time - m_clock.day()));
+  }
+  ApplyInOrder(taken.holding);
+  std::vector<TPTRACE>& fresh = taken.fresh;
+  for (TPTRACE& row : fresh) {
+    row.n1 = NumberOf(row);
     if (row.n1 != -1) continue;
     WriteMessage(fmt::format("trace row {}: there is no {}", row.id, Quoted(IdText(row.name))));
   }
@@ -136,35 +110,18 @@ void TopologyTask::Look() {
   if (m_options.verify) Verify();
 }
 
-/// The rows stamped from m_since on, with their states in the model. None is left waiting.
-std::vector<TPTRACE> TopologyTask::ReadTrace() {
-  tTable<TPTRACE>& waiting = *m_model.m_tptraceTable;
-  waiting.Clear();
-  // The topology reads from the later of these two times on.
-  GLOBAL& global = (*m_model.m_globalTable)[0];
-  const u32 time = std::exchange(global.time, m_since);
-  const u32 lastChange = std::exchange(global.u1, m_since);
-  {
-    const Silence silence;  // of unknown names; Look tells of them, once
-    m_tp.tpReadTptrace(m_database.Db());
-  }
-  global.time = time;
-  global.u1 = lastChange;
-  m_database.Db()->commit();  // ends the reading: the next look is to see what others have written by then
-  m_database.Check();
-
-  std::vector<TPTRACE> rows;
-  rows.reserve(static_cast<std::size_t>(waiting.GetCount()));
-  for (int i = 0; i < waiting.GetCount(); ++i) rows.push_back(waiting[i]);
-  waiting.Clear();
-  return rows;
+/// The number of the row's component, -1 where it isn't there. The topology passes over a type that stands for no
+/// component, whatever the number.
+int TopologyTask::NumberOf(const TPTRACE& row) {
+  const bool known = WithComponentType(row.type, [](const auto&) {});
+  return known ? ComponentNumber(m_model, row.type, row.name) : 0;
 }
 
-/// Makes the last row of each component hold. The topology has applied them by their numbers, which need not follow
-/// the time, and with them rows that were taken before.
+/// Makes the last row of each component hold, also where it was taken before a row that holds earlier.
 void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
   for (const TPTRACE& row : rows) {
-    if (row.n1 >= 0) PutInState(m_model, {row.type, row.status != 0, ""}, row.n1);
+    const int number = NumberOf(row);
+    if (number >= 0) PutInState(m_model, {row.type, row.status != 0, ""}, number);
   }
 }
 

@@ -2,11 +2,15 @@
 /// The topology task of an installation: follows up what other programs write into the trace of a realtime database.
 #pragma once
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "model/dtsdb.h"
 #include "tools/careful_run.h"
 #include "tools/realtime.h"
+#include "tools/trace_reader.h"
+#include "tools/trace_window.h"
 #include "topology/tp.h"
 
 namespace dtsdb::tools {
@@ -20,7 +24,10 @@ class TopologyTask {
     bool verify = false;       ///< compare each run with a full one
   };
 
-  TopologyTask(RealtimeDatabase& database, Options options) : m_database(database), m_options(options) {}
+  TopologyTask(RealtimeDatabase& database, Options options, TaskClock clock = TaskClock::OfMachine())
+      : m_database(database), m_options(options), m_clock(std::move(clock)) {}
+  TopologyTask(const TopologyTask&) = delete;
+  TopologyTask& operator=(const TopologyTask&) = delete;
 
   /// Loads the model, works out its topology from nothing and stores it. A Failure when the model isn't marked good or
   /// has no topology.
@@ -28,26 +35,27 @@ class TopologyTask {
 
   /// Looks for rows of the trace that were not taken yet, and follows them up.
   ///
-  /// A row counts as taken when one with the same contents was there at the look before. So a row that has changed is
-  /// taken again, and none is lost that was stamped up to a minute before it could be committed.
+  /// A row counts as taken when it was there at the look before with the same contents. So a row that has changed is
+  /// taken again, and none is lost that was stamped up to a minute before it could be committed. Needs a Start before.
   void Look();
 
   /// True when every run could be worked out and, as far as that was looked at, was the same as a full one.
   bool IsGood() const { return m_good; }
 
  private:
-  std::vector<TPTRACE> ReadTrace();
+  int NumberOf(const TPTRACE& row);
   void ApplyInOrder(const std::vector<TPTRACE>& rows);
   void Store(RunOutcome outcome);
   void Verify();
 
   RealtimeDatabase& m_database;
   Options m_options;
+  TaskClock m_clock;
   DTSDB m_model;
   TP m_tp{&m_model};
   CarefulRunner m_runner{m_model, m_tp};
-  u32 m_since = 0;              ///< the next look takes rows stamped from this second on
-  std::vector<TPTRACE> m_seen;  ///< the rows of the last look
+  TraceReader m_reader{m_database.Db(), m_clock};
+  std::optional<TraceWindow> m_window;
   int m_run = 0;
   bool m_good = true;
 };

@@ -209,13 +209,13 @@ TEST_F(Layouts, NewerFileFormatIsRefusedByName) {
   ASSERT_EQ(mdb_env_open(env, folder.File().c_str(), MDB_NOSUBDIR, 0664), 0);
   ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
   ASSERT_EQ(mdb_dbi_open(txn, "@schema", 0, &schemas), 0);
-  std::string format = "realtime-store 2";
+  std::string format = "realtime-store 3";
   MDB_val key{7, const_cast<char*>("@format")};
   MDB_val data{format.size(), format.data()};
   ASSERT_EQ(mdb_put(txn, schemas, &key, &data, 0), 0);
   ASSERT_EQ(mdb_txn_commit(txn), 0);
   mdb_env_close(env);
-  ExpectRefused(first::database, "written in the newer file format realtime-store 2; this program knows 1");
+  ExpectRefused(first::database, "written in the newer file format realtime-store 3; this program knows 2");
 }
 
 TEST(SchemaText, ComesBackAsItWas) {

@@ -194,6 +194,25 @@ TEST_F(RunCommand, RowsGoByTheirTimeWhateverTheirNumbers) {
   EXPECT_FALSE(IsOpen("甲开关")) << "row 9 is read again and doesn't open it again";
 }
 
+TEST_F(RunCommand, RowAheadOfTheClockIsReportedOnceAndPinsNothing) {
+  Store();
+  RunningTask task(here, {});
+  ASSERT_TRUE(task.Line().starts_with("start: "));
+  Trace(1, "甲开关", 1, 0, -86400);
+  ASSERT_TRUE(task.Line().starts_with("run 1: incremental, 1 row, 2 levels, "));
+  EXPECT_TRUE(IsOpen("甲开关"));
+  Trace(2, "甲开关", 1, 1);
+  ASSERT_TRUE(task.Line().starts_with("run 2: incremental, 1 row, 2 levels, "));
+  EXPECT_FALSE(IsOpen("甲开关"));
+  EXPECT_EQ(task.Line(500), "");
+  task.Signal(SIGTERM);
+  EXPECT_EQ(task.End(), 0);
+  const std::string messages = task.Messages();
+  EXPECT_TRUE(IsOneLine(messages)) << messages;
+  EXPECT_TRUE(messages.starts_with("dtsdb: trace row 1: '甲开关' is stamped 8")) << messages;
+  EXPECT_TRUE(Contains(messages, " s ahead of the clock; it counts as of now\n")) << messages;
+}
+
 TEST_F(RunCommand, ManyRowsGiveOneFullRunAndNoCircle) {
   Store();
   Once();

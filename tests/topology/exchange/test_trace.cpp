@@ -131,12 +131,12 @@ TEST_F(Trace, LastRowOfABreakerHoldsAndAllRowsStay) {
   EXPECT_FALSE(IsOpen("B")) << "any number but 0 closes";
 }
 
-TEST_F(Trace, RowsAreAppliedAndStandInTheOrderOfTheirNumbers) {
-  Write(9, "B", 1, 0, 1000);
-  Write(4, "B", 1, 1, 1001);
+TEST_F(Trace, RowsAreAppliedAsTheyWereInsertedAndStandInTheOrderOfTheirNumbers) {
+  Write(9, "B", 1, 1, 1001);
+  Write(4, "B", 1, 0, 1000);
   Read();
   EXPECT_EQ(Ids(), (std::vector{4, 9}));
-  EXPECT_TRUE(IsOpen("B")) << "whatever the times";
+  EXPECT_TRUE(IsOpen("B")) << "whatever their numbers and times";
 }
 
 TEST_F(Trace, OpeningInARingIsFollowedUpToo) {
