@@ -7,6 +7,7 @@
 
 #include "tools/catalog.h"
 #include "tools/files.h"
+#include "tools/folder_replacement.h"
 #include "tools/nearest.h"
 #include "tools/text_table_file.h"
 
@@ -52,11 +53,9 @@ Listing List(const fs::path& folder) {
   RefuseFile(folder / name, "there is no table of this name" + DidYouMean(name, known));
 }
 
-/// The folder that is to be written, without links; it may not exist yet.
-fs::path Resolved(const std::string& folder) {
-  std::error_code error;
+/// The folder without links; it may not exist yet.
+fs::path Resolved(const std::string& folder, std::error_code& error) {
   fs::path path = fs::weakly_canonical(folder, error);
-  if (error) RefuseFile(folder, "can't be written: " + error.message());
   return path.has_filename() ? path : path.parent_path();
 }
 
@@ -75,6 +74,13 @@ void CheckReplaceable(const std::string& folder, const fs::path& target) {
 
 }  // namespace
 
+bool FindTextTables(const std::string& folder) {
+  std::error_code error;
+  const fs::path target = Resolved(folder, error);
+  if (!error) RecoverFolder(target);
+  return fs::is_directory(folder, error);
+}
+
 void ReadTextTables(const std::string& folder, DTSDB& database) {
   const Listing listing = List(folder);
   if (!listing.unknown.empty()) RefuseUnknownTable(folder, *listing.unknown.begin());
@@ -91,14 +97,16 @@ void ReadTextTables(const std::string& folder, DTSDB& database) {
 }
 
 void WriteTextTables(DTSDB& database, const std::string& folder) {
-  const fs::path target = Resolved(folder);
+  std::error_code error;
+  const fs::path target = Resolved(folder, error);
+  if (error) RefuseFile(folder, "can't be written: " + error.message());
   CheckReplaceable(folder, target);
-  SiblingFolder written(target);
+  FolderReplacement written(target);
   ForEachTable(database, [&](auto& table) {
     using T = RecordClass<decltype(table)>;
     if (table.GetCount() > 0) WriteFile(written.Path() / (T::kTableName + std::string(kSuffix)), TextTable(table));
   });
-  written.TakePlaceOf(target);
+  written.TakePlace();
 }
 
 }  // namespace dtsdb::tools
