@@ -46,7 +46,7 @@ bool PutBack(const fs::path& target) {
   const fs::path old = OldPlace(target);
   const FolderLock lock(old);
   if (lock.IsHeldElsewhere()) return false;
-  if (lock.IsOpen() && IsTaken(Rename(old, target))) RemoveFolder(old.c_str());
+  if (lock.Folder().IsOpen() && IsTaken(Rename(old, target))) RemoveFolder(old.c_str());
   return true;
 }
 
@@ -73,6 +73,11 @@ int Replace(const fs::path& folder, const fs::path& target) {
   return IsUnsupported(exchanged) ? ReplaceInSteps(folder, target) : exchanged;
 }
 
+fs::path Recovered(const fs::path& target) {
+  RecoverFolder(target);
+  return target;
+}
+
 }  // namespace
 
 void RecoverFolder(const fs::path& target) {
@@ -84,8 +89,8 @@ void RecoverFolder(const fs::path& target) {
 }
 
 FolderReplacement::FolderReplacement(const fs::path& target)
-    : m_target((RecoverFolder(target), target)),
-      m_folder(target.parent_path(), "." + target.filename().string() + ".", ModeFor(target)) {}
+    : m_target(Recovered(target)),
+      m_folder(target.parent_path(), "." + target.filename().string() + ".", ModeFor(target), target) {}
 
 void FolderReplacement::TakePlace() {
   const SignalsHeld held;

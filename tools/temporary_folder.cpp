@@ -74,7 +74,7 @@ void RemoveLeftovers(const fs::path& parent) {
   }
   for (const fs::path& folder : found) {
     const FolderLock lock(folder);
-    if (lock.IsHeld() && lock.IsOf(folder)) RemoveFolder(folder.c_str());
+    if (lock.IsHeld() && lock.Folder().IsAt(folder)) RemoveFolder(folder.c_str());
   }
 }
 
@@ -96,20 +96,23 @@ SignalsHeld::SignalsHeld() {
 
 SignalsHeld::~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
 
-FolderLock::FolderLock(const fs::path& folder)
-    : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)),
-      m_error(m_descriptor != -1 && ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 ? 0 : errno) {}
+OpenFolder::OpenFolder(const fs::path& folder, int flags)
+    : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags)) {}
 
-FolderLock::~FolderLock() {
+OpenFolder::~OpenFolder() {
   if (m_descriptor != -1) ::close(m_descriptor);
 }
 
-bool FolderLock::IsOf(const fs::path& folder) const {
+bool OpenFolder::IsAt(const fs::path& folder) const {
   struct stat opened {};
   struct stat named {};
-  return ::fstat(m_descriptor, &opened) == 0 && ::lstat(folder.c_str(), &named) == 0 &&
-         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+  return ::fstat(m_descriptor, &opened) == 0 && ::stat(folder.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+         opened.st_ino == named.st_ino;
 }
+
+FolderLock::FolderLock(const fs::path& folder)
+    : m_folder(folder, O_NOFOLLOW),
+      m_error(m_folder.IsOpen() && ::flock(m_folder.Descriptor(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno) {}
 
 void RemoveFolder(const char* path) {
   const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -130,30 +133,31 @@ void RemoveFolder(const char* path) {
   ::rmdir(path);
 }
 
-TemporaryFolder::TemporaryFolder(const fs::path& parent, const std::string& front, mode_t mode) {
+TemporaryFolder::TemporaryFolder(const fs::path& parent, const std::string& front, mode_t mode,
+                                 const fs::path& target) {
   std::error_code error;
   const fs::path place = fs::absolute(parent.empty() ? "." : parent, error);
   RemoveLeftovers(place);
   const SignalsHeld held;
   HandleEndingSignals();
-  while (!Make(place, front, mode)) continue;
+  while (!Make(place, front, mode, target)) continue;
   folders.push_back(this);
 }
 
 /// Makes and locks a folder. False when its name is in use, or when another process, which locks it first to see that
 /// it is no leftover, has come in between.
-bool TemporaryFolder::Make(const fs::path& parent, const std::string& front, mode_t mode) {
+bool TemporaryFolder::Make(const fs::path& parent, const std::string& front, mode_t mode, const fs::path& target) {
   m_path = parent / NewName(front);
   if (::mkdir(m_path.c_str(), mode) != 0) {
     if (errno == EEXIST) return false;
-    RefuseFile(parent, "nothing can be written there: " + std::generic_category().message(errno));
+    RefuseFile(target, "can't be written: " + std::generic_category().message(errno));
   }
   m_lock = std::make_unique<FolderLock>(m_path);
-  if (m_lock->IsOpen()) return !m_lock->IsHeldElsewhere() && m_lock->IsOf(m_path);
+  if (m_lock->Folder().IsOpen()) return !m_lock->IsHeldElsewhere() && m_lock->Folder().IsAt(m_path);
   if (errno == ENOENT) return false;
   const std::string reason = std::generic_category().message(errno);
   ::rmdir(m_path.c_str());
-  RefuseFile(parent, "a folder made there can't be used: " + reason);
+  RefuseFile(target, "can't be written: " + reason);
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -162,7 +166,7 @@ TemporaryFolder::~TemporaryFolder() {
   folders.erase(std::remove(folders.begin(), folders.end(), this), folders.end());
 }
 
-TemporaryCurrentFolder::TemporaryCurrentFolder() : m_folder(SystemFolder(), "", S_IRWXU) {
+TemporaryCurrentFolder::TemporaryCurrentFolder() : m_folder(SystemFolder(), "", S_IRWXU, SystemFolder()) {
   std::error_code error;
   m_before = fs::current_path(error);
   fs::current_path(m_folder.Path(), error);

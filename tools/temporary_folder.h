@@ -24,24 +24,37 @@ class SignalsHeld {
   sigset_t m_before{};
 };
 
+/// A folder held open, to see whether a path still means it.
+class OpenFolder {
+ public:
+  explicit OpenFolder(const std::filesystem::path& folder, int flags = 0);
+  OpenFolder(const OpenFolder&) = delete;
+  OpenFolder& operator=(const OpenFolder&) = delete;
+  ~OpenFolder();
+
+  /// False when there was no folder, or it can't be opened.
+  bool IsOpen() const { return m_descriptor != -1; }
+  /// True when `folder` is this one.
+  bool IsAt(const std::filesystem::path& folder) const;
+  int Descriptor() const { return m_descriptor; }
+
+ private:
+  int m_descriptor;
+};
+
 /// An exclusive lock on a folder, which ends with this or with the process.
 class FolderLock {
  public:
   /// Locks `folder` unless another process has locked it or its file system can't lock folders.
   explicit FolderLock(const std::filesystem::path& folder);
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
-  ~FolderLock();
 
-  bool IsOpen() const { return m_descriptor != -1; }
+  const OpenFolder& Folder() const { return m_folder; }
   bool IsHeld() const { return m_error == 0; }
   /// True when another process has locked it.
   bool IsHeldElsewhere() const { return m_error == EWOULDBLOCK; }
-  /// True when `folder` is still the one that was opened.
-  bool IsOf(const std::filesystem::path& folder) const;
 
  private:
-  int m_descriptor;
+  OpenFolder m_folder;
   int m_error;
 };
 
@@ -53,8 +66,10 @@ class FolderLock {
 class TemporaryFolder {
  public:
   /// Makes `parent`/FRONTdtsdb-XXXXXX with the permissions `mode`, and removes leftovers in `parent`. FRONT is empty
-  /// or begins and ends with a dot. Throws Failure, about `parent`, when that can't be done.
-  TemporaryFolder(const std::filesystem::path& parent, const std::string& front, mode_t mode);
+  /// or begins and ends with a dot. Throws Failure when that can't be done: `target`, for whose sake it is made, can't
+  /// be written.
+  TemporaryFolder(const std::filesystem::path& parent, const std::string& front, mode_t mode,
+                  const std::filesystem::path& target);
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   ~TemporaryFolder();
@@ -63,7 +78,8 @@ class TemporaryFolder {
   const std::filesystem::path& Path() const { return m_path; }
 
  private:
-  bool Make(const std::filesystem::path& parent, const std::string& front, mode_t mode);
+  bool Make(const std::filesystem::path& parent, const std::string& front, mode_t mode,
+            const std::filesystem::path& target);
 
   std::filesystem::path m_path;
   std::unique_ptr<FolderLock> m_lock;

@@ -2,10 +2,12 @@
 
 #include <QString>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <system_error>
 
 #include "tools/catalog.h"
+#include "tools/failure.h"
 #include "tools/files.h"
 #include "tools/folder_replacement.h"
 #include "tools/nearest.h"
@@ -47,6 +49,34 @@ Listing List(const fs::path& folder) {
   return listing;
 }
 
+/// What a folder holds, with the bytes of its text tables by file name.
+struct Contents {
+  Listing listing;
+  std::map<std::string, std::string> tables;
+};
+
+Contents ReadOnce(const fs::path& folder) {
+  Contents contents{List(folder), {}};
+  for (const std::string& name : contents.listing.tables) contents.tables[name] = ReadFile(folder / name);
+  return contents;
+}
+
+/// Reads a folder that may be replaced meanwhile: again, until it was the same one from beginning to end.
+Contents ReadWhole(const fs::path& folder) {
+  constexpr int kAttempts = 100;
+  for (int attempt = 1;; ++attempt) {
+    FindTextTables(folder.string());
+    const OpenFolder begun(folder);
+    const auto isSettled = [&] { return attempt == kAttempts || !begun.IsOpen() || begun.IsAt(folder); };
+    try {
+      Contents contents = ReadOnce(folder);
+      if (isSettled()) return contents;
+    } catch (const Failure&) {
+      if (isSettled()) throw;
+    }
+  }
+}
+
 [[noreturn]] void RefuseUnknownTable(const fs::path& folder, const std::string& name) {
   std::vector<std::string> known;
   for (const std::string& table : TableNames()) known.push_back(table + kSuffix);
@@ -82,7 +112,8 @@ bool FindTextTables(const std::string& folder) {
 }
 
 void ReadTextTables(const std::string& folder, DTSDB& database) {
-  const Listing listing = List(folder);
+  const Contents contents = ReadWhole(folder);
+  const Listing& listing = contents.listing;
   if (!listing.unknown.empty()) RefuseUnknownTable(folder, *listing.unknown.begin());
   if (listing.tables.empty() && !listing.others.empty()) {
     RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
@@ -90,9 +121,8 @@ void ReadTextTables(const std::string& folder, DTSDB& database) {
   ForEachTable(database, [&](auto& table) {
     using T = RecordClass<decltype(table)>;
     const std::string name = T::kTableName + std::string(kSuffix);
-    if (listing.tables.count(name) == 0) return;
-    const fs::path path = fs::path(folder) / name;
-    ReadTextTable(path.string(), ReadFile(path), table);
+    const auto found = contents.tables.find(name);
+    if (found != contents.tables.end()) ReadTextTable((fs::path(folder) / name).string(), found->second, table);
   });
 }
 

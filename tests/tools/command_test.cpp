@@ -43,9 +43,9 @@ TEST(Command, AnEmptyOutputPathIsWrongUsage) {
   const Workplace here;
   here.CopyModel("m");
   here.Write("s.txt", "remove CP 乙容\n");
-  for (const char* call :
-       {"validate m -o", "validate m --output", "topology m -o", "switch m open CB 甲开关 -o", "edit m --script s.txt -o",
-        "edit m --script s.txt --dry-run -o", "convert m", "convert --to object m", "generate"}) {
+  for (const char* call : {"validate m -o", "validate m --output", "topology m -o", "switch m open CB 甲开关 -o",
+                           "edit m --script s.txt -o", "edit m --script s.txt --dry-run -o", "convert m",
+                           "convert --to object m", "generate"}) {
     const CommandResult result = here.Run(QString::fromUtf8(call).split(u' ') + QStringList{QString()});
     EXPECT_EQ(result.code, 2) << call;
     EXPECT_EQ(result.out, "") << call;

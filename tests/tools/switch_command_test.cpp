@@ -114,7 +114,7 @@ TEST_F(SwitchCommand, LinesOfARunThatFailsBearTheCommandsName) {
     EXPECT_TRUE(lines[i].startsWith(QStringLiteral("dtsdb: "))) << result.err;
     EXPECT_FALSE(lines[i].mid(7).trimmed().isEmpty()) << result.err;
   }
-  EXPECT_TRUE(lines.first().startsWith(QStringLiteral("dtsdb: TP:failed at ("))) << result.err;
+  EXPECT_TRUE(lines.first().startsWith(QStringLiteral("dtsdb: TP:infinite loop-failed at ("))) << result.err;
 }
 
 TEST_F(SwitchCommand, ScriptMayBeginWithAByteOrderMark) {
