@@ -2,14 +2,39 @@
 /// Walking the rows of a parent without building a list.
 #pragma once
 
+#include <limits>
+#include <utility>
+
 #include "include/template.h"
 
 namespace dtsdb {
 
+/// Bounds the steps that all walks along chains on this thread take together, as long as it lives. A walk that has used
+/// up the last one ends there, and walks begun later are empty.
+///
+/// For a run over a model whose chains are damaged: where each of them runs through the whole table, the bound of a
+/// single walk alone would leave a time that grows with the square of the table.
+class ChainLimit {
+ public:
+  static constexpr long long kNone = std::numeric_limits<long long>::max();
+
+  explicit ChainLimit(long long steps) : m_before(std::exchange(s_left, steps)) {}
+  ChainLimit(const ChainLimit&) = delete;
+  ChainLimit& operator=(const ChainLimit&) = delete;
+  ~ChainLimit() { s_left = m_before; }
+
+  /// The steps that are left.
+  static long long& Left() { return s_left; }
+
+ private:
+  static inline constinit thread_local long long s_left = kNone;
+  long long m_before;
+};
+
 /// The rows of a relation chain, for a range-based for: `for (R_KV_ND& row : Chain(table, kv.r_kv_nd))`.
 ///
 /// The walk ends at -1, at a number outside the table (with its warning) and after as many steps as the table has
-/// slots: damaged links can lead in a circle.
+/// slots: damaged links can lead in a circle. A ChainLimit can end it earlier.
 template <class Row>
 class Chain {
  public:
@@ -17,11 +42,15 @@ class Chain {
 
   class Iterator {
    public:
-    Iterator(tTable<Row>* table, int number) : m_table(table), m_number(number), m_left(table->GetSize()) { Check(); }
+    Iterator(tTable<Row>* table, int number)
+        : m_table(table), m_number(ChainLimit::Left() > 0 ? number : -1), m_left(table->GetSize()) {
+      Check();
+    }
     Row& operator*() const { return m_table->GetPh(m_number); }
     bool operator!=(std::nullptr_t) const { return m_number != -1; }
     Iterator& operator++() {
-      m_number = --m_left > 0 ? m_table->GetPh(m_number).next : -1;
+      const bool goesOn = --m_left > 0 && --*m_leftInAll > 0;
+      m_number = goesOn ? m_table->GetPh(m_number).next : -1;
       Check();
       return *this;
     }
@@ -35,6 +64,7 @@ class Chain {
     tTable<Row>* m_table;
     int m_number;
     int m_left;
+    long long* m_leftInAll = &ChainLimit::Left();
   };
 
   Iterator begin() const { return Iterator(&m_table, m_head); }
@@ -51,6 +81,20 @@ int ChainLength(tTable<Row>& table, int head) {
   int length = 0;
   for ([[maybe_unused]] const Row& row : Chain(table, head)) ++length;
   return length;
+}
+
+/// True when the chains of all `parents`, whose heads are `head`, have together no more rows than there are: so it is
+/// where each row belongs to one of them.
+template <class Row, class Parent>
+bool ChainsFit(tTable<Row>& rows, tTable<Parent>& parents, int Parent::*head) {
+  const int size = rows.GetSize();
+  int left = size;
+  for (int i = 0; i < parents.GetCount(); ++i) {
+    for (int row = parents[i].*head; row >= 0 && row < size; row = rows.GetPh(row).next) {
+      if (left-- == 0) return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace dtsdb

@@ -2,6 +2,9 @@
 /// The image of one table in the object file.
 #pragma once
 
+#include <algorithm>
+#include <vector>
+
 #include "include/template.h"
 #include "model/basic_types.h"
 #include "model/qarchive.h"
@@ -43,79 +46,94 @@ class TableImage {
     return false;
   }
 
-  static bool LoadNumbers(tTable<T>& table, QArchive& ar) {
+  /// The numbers of a table as the file gives them.
+  struct Numbers {
     i32 size = 0;
-    ar >> size;
-    if (ar.status() != QDataStream::Ok) return Refuse(ar, "the table is missing");
-    if (size < 0 || size > ar.BytesLeft() / kBytesPerSlot) {
-      return Refuse(ar, "the number of slots doesn't fit the file");
-    }
-    table.SetSize(size);
-    if (table.GetSize() != size) return Refuse(ar, "there is no memory for the slots");
-    i32 head[6] = {};
-    for (i32& number : head) ar >> number;
-    for (int i = 0; i < size; ++i) {
-      ar >> table.m_pPhToLg[i] >> table.m_pLgToPh[i] >> table.m_pNext[i] >> table.m_pPrev[i];
-    }
-    if (ar.status() != QDataStream::Ok) return Refuse(ar, "the file ends among the numbers");
-    table.m_head = head[0];
-    table.m_tail = head[1];
-    table.m_first = head[2];
-    table.m_last = head[3];
-    table.m_count = head[4];
-    table.m_bOrdered = head[5];
-    return CheckNumbers(table, ar);
-  }
+    i32 head = -1, tail = -1, first = -1, last = -1, count = 0, ordered = 1;
+    std::vector<int> phToLg, lgToPh, next, prev;
+  };
 
-  static bool CheckNumbers(tTable<T>& table, QArchive& ar) {
-    const int size = table.m_size;
-    if (table.m_count < 0 || table.m_count > size || (table.m_bOrdered != 0 && table.m_bOrdered != 1)) {
-      return Refuse(ar, "the head of the table is damaged");
-    }
-    for (int i = 0; i < size; ++i) {
-      for (const int* array : {table.m_pPhToLg, table.m_pLgToPh, table.m_pNext, table.m_pPrev}) {
-        if (array[i] < -1 || array[i] >= size) return Refuse(ar, "a number leads out of the table");
-      }
-    }
-    if (!CheckUsed(table)) return Refuse(ar, "the chain of records is damaged");
-    if (!CheckFree(table)) return Refuse(ar, "the chain of free slots is damaged");
+  static bool LoadNumbers(tTable<T>& table, QArchive& ar) {
+    Numbers numbers;
+    if (!ReadNumbers(numbers, ar) || !CheckNumbers(numbers, ar)) return false;
+    table.SetSize(numbers.size);  // not before: a slot takes many times the memory that its numbers take in the file
+    if (table.GetSize() != numbers.size) return Refuse(ar, "there is no memory for the slots");
+    std::copy(numbers.phToLg.begin(), numbers.phToLg.end(), table.m_pPhToLg);
+    std::copy(numbers.lgToPh.begin(), numbers.lgToPh.end(), table.m_pLgToPh);
+    std::copy(numbers.next.begin(), numbers.next.end(), table.m_pNext);
+    std::copy(numbers.prev.begin(), numbers.prev.end(), table.m_pPrev);
+    table.m_head = numbers.head;
+    table.m_tail = numbers.tail;
+    table.m_first = numbers.first;
+    table.m_last = numbers.last;
+    table.m_count = numbers.count;
+    table.m_bOrdered = numbers.ordered;
     return true;
   }
 
-  static bool IsSlotOrNone(const tTable<T>& table, int slot) { return slot >= -1 && slot < table.m_size; }
+  static bool ReadNumbers(Numbers& numbers, QArchive& ar) {
+    ar >> numbers.size;
+    if (ar.status() != QDataStream::Ok) return Refuse(ar, "the table is missing");
+    if (numbers.size < 0 || numbers.size > ar.BytesLeft() / kBytesPerSlot) {
+      return Refuse(ar, "the number of slots doesn't fit the file");
+    }
+    ar >> numbers.head >> numbers.tail >> numbers.first >> numbers.last >> numbers.count >> numbers.ordered;
+    const auto size = static_cast<std::size_t>(numbers.size);
+    for (auto* array : {&numbers.phToLg, &numbers.lgToPh, &numbers.next, &numbers.prev}) array->resize(size);
+    for (std::size_t i = 0; i < size; ++i) {
+      ar >> numbers.phToLg[i] >> numbers.lgToPh[i] >> numbers.next[i] >> numbers.prev[i];
+    }
+    return ar.status() == QDataStream::Ok || Refuse(ar, "the file ends among the numbers");
+  }
 
-  /// The used chain visits `m_count` slots, linked both ways and numbered in order.
-  static bool CheckUsed(const tTable<T>& table) {
-    if (!IsSlotOrNone(table, table.m_head)) return false;
+  static bool CheckNumbers(const Numbers& numbers, QArchive& ar) {
+    const int size = numbers.size;
+    if (numbers.count < 0 || numbers.count > size || (numbers.ordered != 0 && numbers.ordered != 1)) {
+      return Refuse(ar, "the head of the table is damaged");
+    }
+    for (const auto* array : {&numbers.phToLg, &numbers.lgToPh, &numbers.next, &numbers.prev}) {
+      const bool inside = std::all_of(array->begin(), array->end(), [size](int n) { return n >= -1 && n < size; });
+      if (!inside) return Refuse(ar, "a number leads out of the table");
+    }
+    if (!CheckUsed(numbers)) return Refuse(ar, "the chain of records is damaged");
+    if (!CheckFree(numbers)) return Refuse(ar, "the chain of free slots is damaged");
+    return true;
+  }
+
+  static bool IsSlotOrNone(const Numbers& numbers, int slot) { return slot >= -1 && slot < numbers.size; }
+
+  /// The used chain visits `count` slots, linked both ways and numbered in order.
+  static bool CheckUsed(const Numbers& numbers) {
+    if (!IsSlotOrNone(numbers, numbers.head)) return false;
     int before = -1;
     int n = 0;
-    for (int i = table.m_head; i != -1; i = table.m_pNext[i]) {
-      if (n >= table.m_count || table.m_pPrev[i] != before) return false;
-      if (table.m_pPhToLg[i] != n || table.m_pLgToPh[n] != i) return false;
+    for (int i = numbers.head; i != -1; i = numbers.next[i]) {
+      if (n >= numbers.count || numbers.prev[i] != before) return false;
+      if (numbers.phToLg[i] != n || numbers.lgToPh[n] != i) return false;
       before = i;
       ++n;
     }
-    return n == table.m_count && before == table.m_tail;
+    return n == numbers.count && before == numbers.tail;
   }
 
   /// The free chain visits all other slots. Their back links are never walked; a slot left by shrinking bears its
   /// own number, any other none.
-  static bool CheckFree(const tTable<T>& table) {
-    if (!IsSlotOrNone(table, table.m_first)) return false;
-    const int count = table.m_count;
+  static bool CheckFree(const Numbers& numbers) {
+    if (!IsSlotOrNone(numbers, numbers.first)) return false;
+    const int count = numbers.count;
     int last = -1;
     int n = 0;
-    for (int i = table.m_first; i != -1; i = table.m_pNext[i]) {
-      const int lg = table.m_pPhToLg[i];
-      const bool used = lg >= 0 && lg < count && table.m_pLgToPh[lg] == i;
-      if (used || n >= table.m_size - count || (lg != -1 && lg != i)) return false;
+    for (int i = numbers.first; i != -1; i = numbers.next[i]) {
+      const int lg = numbers.phToLg[i];
+      const bool used = lg >= 0 && lg < count && numbers.lgToPh[lg] == i;
+      if (used || n >= numbers.size - count || (lg != -1 && lg != i)) return false;
       last = i;
       ++n;
     }
-    for (int i = count; i < table.m_size; ++i) {
-      if (table.m_pLgToPh[i] != -1 && table.m_pLgToPh[i] != i) return false;
+    for (int i = count; i < numbers.size; ++i) {
+      if (numbers.lgToPh[i] != -1 && numbers.lgToPh[i] != i) return false;
     }
-    return n == table.m_size - count && last == table.m_last;
+    return n == numbers.size - count && last == numbers.last;
   }
 
   static bool LoadRecords(tTable<T>& table, QArchive& ar) {

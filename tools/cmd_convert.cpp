@@ -37,7 +37,7 @@ void AddConvert(CLI::App& app, Action& action) {
       app, action, "convert", "Turn a model into another form, or copy it",
       [](CLI::App& command, ConvertOptions& options) {
         AddModelArgument(command, options.model)->required();
-        AddArgument(command, "OUT", options.output, "Where the model is written")->required();
+        AddOutputArgument(command, options.output, "Where the model is written");
         const auto choose = [&options](const std::string& form) {
           options.to = form == "text" ? ModelForm::TextTables : ModelForm::ObjectFile;
         };

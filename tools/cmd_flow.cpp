@@ -8,10 +8,10 @@
 #include "rtdb/volma_rtdb.h"
 #include "tools/commands.h"
 #include "tools/failure.h"
-#include "tools/files.h"
 #include "tools/flow_report.h"
 #include "tools/model_io.h"
 #include "tools/realtime.h"
+#include "tools/temporary_folder.h"
 #include "tools/validation_run.h"
 #include "topology/tp.h"
 

@@ -31,7 +31,7 @@ void AddGenerate(CLI::App& app, Action& action) {
   AddCommand<GenerateOptions>(
       app, action, "generate", "Make a random valid utility",
       [](CLI::App& command, GenerateOptions& options) {
-        AddArgument(command, "OUT", options.output, "Where the model is written")->required();
+        AddOutputArgument(command, options.output, "Where the model is written");
         command.add_option("--stations", options.utility.stations, "Number of stations, 10 by default")
             ->check(CLI::Range(1, 1000000).description(""))
             ->option_text("N");

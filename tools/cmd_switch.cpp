@@ -46,7 +46,8 @@ void TakeEvents(const std::vector<std::string>& words, std::vector<Events>& runs
 
 /// Reads a script: on each line an event, or the word "run" behind the last event of a run.
 void TakeScript(const std::string& path, std::vector<Events>& runs) {
-  const std::string script = ReadFile(path);
+  const std::string file = ReadFile(path);
+  const std::string script(WithoutByteOrderMark(file));
   int number = 0;
   for (std::size_t at = 0; at < script.size();) {
     const std::size_t end = std::min(script.find('\n', at), script.size());

@@ -1,5 +1,6 @@
 #include <QString>
 #include <QStringConverter>
+#include <QStringList>
 #include <algorithm>
 #include <map>
 
@@ -64,6 +65,19 @@ int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
   }
 }
 
+/// Writes what the library warns of like the command's own messages, a line each.
+void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& text) {
+  for (const QString& line : text.split(QLatin1Char('\n'))) {
+    const QString words = line.trimmed();
+    if (!words.isEmpty()) WriteMessage(words.toStdString());
+  }
+}
+
+/// Refuses an empty path: a script whose variable is empty is to hear of it, not to lose its result.
+void RequirePath(CLI::Option* option) {
+  option->check([](const std::string& path) { return path.empty() ? "the path is empty; say where to write" : ""; });
+}
+
 }  // namespace
 
 CLI::Option* AddModelArgument(CLI::App& command, std::string& model, const std::string& name) {
@@ -98,7 +112,11 @@ void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sh
 }
 
 void AddOutputOption(CLI::App& command, std::string& output, const std::string& what) {
-  command.add_option("-o,--output", output, what)->option_text("OUT");
+  RequirePath(command.add_option("-o,--output", output, what)->option_text("OUT"));
+}
+
+void AddOutputArgument(CLI::App& command, std::string& output, const std::string& what) {
+  RequirePath(AddArgument(command, "OUT", output, what)->required());
 }
 
 std::string ArgumentText(const std::string& argument) {
@@ -109,6 +127,7 @@ std::string ArgumentText(const std::string& argument) {
 }
 
 int RunCommand(int argc, const char* const* argv) {
+  qInstallMessageHandler(WriteLibraryMessage);
   try {
     CLI::App app(kPurpose, "dtsdb");
     Action action;

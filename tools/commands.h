@@ -49,7 +49,10 @@ void AddChoice(CLI::App& command, const std::string& name, const std::function<v
 void AddIdOption(CLI::App& command, std::string& id, const std::string& what);
 void AddFormatOption(CLI::App& command, Format& format);
 void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets);
+/// The option -o OUT.
 void AddOutputOption(CLI::App& command, std::string& output, const std::string& what);
+/// The argument OUT of a command that always writes.
+void AddOutputArgument(CLI::App& command, std::string& output, const std::string& what);
 
 /// A text from the command line in UTF-8: taken as GBK where it is no UTF-8, as a GBK terminal sends it.
 std::string ArgumentText(const std::string& argument);

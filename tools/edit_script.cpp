@@ -7,6 +7,7 @@
 #include "tools/catalog.h"
 #include "tools/failure.h"
 #include "tools/field_text.h"
+#include "tools/files.h"
 #include "tools/nearest.h"
 #include "tools/text_layout.h"
 #include "tools/text_table_file.h"
@@ -127,8 +128,7 @@ Edit ParseLine(const std::vector<std::string>& words) {
 }  // namespace
 
 std::vector<Edit> ReadEditScript(const std::string& file, std::string_view bytes) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
+  bytes = WithoutByteOrderMark(bytes);
   std::vector<Edit> edits;
   for (int number = 1; !bytes.empty(); ++number) {
     const std::size_t end = std::min(bytes.find('\n'), bytes.size());

@@ -69,7 +69,9 @@ DTSDB LoadModel(const std::string& path) {
     return database;
   }
   std::error_code error;
-  if (!fs::exists(path, error)) RefuseFile(path, error ? error.message() : "there is no such file or folder");
+  if (!fs::exists(path, error) && !FindTextTables(path)) {
+    RefuseFile(path, error ? error.message() : "there is no such file or folder");
+  }
   if (FormOfModel(path) == ModelForm::TextTables) {
     ReadTextTables(path, database);
   } else {

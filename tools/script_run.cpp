@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "tools/field_text.h"
-#include "tools/files.h"
 #include "tools/nearest.h"
+#include "tools/temporary_folder.h"
 #include "tools/validation_run.h"
 #include "validation/nmd.h"
 

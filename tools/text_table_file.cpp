@@ -3,6 +3,7 @@
 #include <QStringConverter>
 
 #include "tools/failure.h"
+#include "tools/files.h"
 #include "tools/nearest.h"
 
 namespace dtsdb::tools {
@@ -56,8 +57,7 @@ void CheckFieldCount(const std::string& file, const CsvRow& row, const std::vect
 
 void ReadRows(const std::string& file, std::string_view bytes, const std::vector<std::string>& header,
               const std::function<void(const CsvRow&)>& visit) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
+  bytes = WithoutByteOrderMark(bytes);
   try {
     ReadCsv(bytes, visit);
   } catch (const CsvError& error) {

@@ -2,11 +2,14 @@
 
 #include <QString>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <system_error>
 
 #include "tools/catalog.h"
+#include "tools/failure.h"
 #include "tools/files.h"
+#include "tools/folder_replacement.h"
 #include "tools/nearest.h"
 #include "tools/text_table_file.h"
 
@@ -46,17 +49,43 @@ Listing List(const fs::path& folder) {
   return listing;
 }
 
+/// What a folder holds, with the bytes of its text tables by file name.
+struct Contents {
+  Listing listing;
+  std::map<std::string, std::string> tables;
+};
+
+Contents ReadOnce(const fs::path& folder) {
+  Contents contents{List(folder), {}};
+  for (const std::string& name : contents.listing.tables) contents.tables[name] = ReadFile(folder / name);
+  return contents;
+}
+
+/// Reads a folder that may be replaced meanwhile: again, until it was the same one from beginning to end.
+Contents ReadWhole(const fs::path& folder) {
+  constexpr int kAttempts = 100;
+  for (int attempt = 1;; ++attempt) {
+    FindTextTables(folder.string());
+    const OpenFolder begun(folder);
+    const auto isSettled = [&] { return attempt == kAttempts || !begun.IsOpen() || begun.IsAt(folder); };
+    try {
+      Contents contents = ReadOnce(folder);
+      if (isSettled()) return contents;
+    } catch (const Failure&) {
+      if (isSettled()) throw;
+    }
+  }
+}
+
 [[noreturn]] void RefuseUnknownTable(const fs::path& folder, const std::string& name) {
   std::vector<std::string> known;
   for (const std::string& table : TableNames()) known.push_back(table + kSuffix);
   RefuseFile(folder / name, "there is no table of this name" + DidYouMean(name, known));
 }
 
-/// The folder that is to be written, without links; it may not exist yet.
-fs::path Resolved(const std::string& folder) {
-  std::error_code error;
+/// The folder without links; it may not exist yet.
+fs::path Resolved(const std::string& folder, std::error_code& error) {
   fs::path path = fs::weakly_canonical(folder, error);
-  if (error) RefuseFile(folder, "can't be written: " + error.message());
   return path.has_filename() ? path : path.parent_path();
 }
 
@@ -75,8 +104,16 @@ void CheckReplaceable(const std::string& folder, const fs::path& target) {
 
 }  // namespace
 
+bool FindTextTables(const std::string& folder) {
+  std::error_code error;
+  const fs::path target = Resolved(folder, error);
+  if (!error) RecoverFolder(target);
+  return fs::is_directory(folder, error);
+}
+
 void ReadTextTables(const std::string& folder, DTSDB& database) {
-  const Listing listing = List(folder);
+  const Contents contents = ReadWhole(folder);
+  const Listing& listing = contents.listing;
   if (!listing.unknown.empty()) RefuseUnknownTable(folder, *listing.unknown.begin());
   if (listing.tables.empty() && !listing.others.empty()) {
     RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
@@ -84,21 +121,22 @@ void ReadTextTables(const std::string& folder, DTSDB& database) {
   ForEachTable(database, [&](auto& table) {
     using T = RecordClass<decltype(table)>;
     const std::string name = T::kTableName + std::string(kSuffix);
-    if (listing.tables.count(name) == 0) return;
-    const fs::path path = fs::path(folder) / name;
-    ReadTextTable(path.string(), ReadFile(path), table);
+    const auto found = contents.tables.find(name);
+    if (found != contents.tables.end()) ReadTextTable((fs::path(folder) / name).string(), found->second, table);
   });
 }
 
 void WriteTextTables(DTSDB& database, const std::string& folder) {
-  const fs::path target = Resolved(folder);
+  std::error_code error;
+  const fs::path target = Resolved(folder, error);
+  if (error) RefuseFile(folder, "can't be written: " + error.message());
   CheckReplaceable(folder, target);
-  SiblingFolder written(target);
+  FolderReplacement written(target);
   ForEachTable(database, [&](auto& table) {
     using T = RecordClass<decltype(table)>;
     if (table.GetCount() > 0) WriteFile(written.Path() / (T::kTableName + std::string(kSuffix)), TextTable(table));
   });
-  written.TakePlaceOf(target);
+  written.TakePlace();
 }
 
 }  // namespace dtsdb::tools

@@ -8,6 +8,10 @@
 
 namespace dtsdb::tools {
 
+/// Looks for the folder of text tables `folder` where there is none: a program that was killed while replacing it may
+/// have left the old one aside. True when it is there now.
+bool FindTextTables(const std::string& folder);
+
 /// Reads the text tables in `folder` into `database`, whose tables must be empty. Every record becomes one of its
 /// table; slots are numbered in the order of the keys. Throws Failure, with file, row and column, at the first thing
 /// that is wrong; the database is then half filled and good for nothing.

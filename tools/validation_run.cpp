@@ -5,7 +5,7 @@
 #include "tools/catalog.h"
 #include "tools/failure.h"
 #include "tools/field_text.h"
-#include "tools/files.h"
+#include "tools/temporary_folder.h"
 #include "validation/nmd.h"
 
 namespace dtsdb::tools {

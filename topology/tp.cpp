@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "model/text.h"
+#include "topology/chain_bound.h"
 #include "topology/walks.h"
 
 namespace dtsdb {
@@ -81,6 +82,7 @@ int TP::tpAllnew() {
     PrintText(QStringLiteral("请首先运行网络校验程序并成功!"));
     return 1;
   }
+  const ChainLimit limit(StepsOfFullRun(m_pDatabase != nullptr ? *m_pDatabase : *m_emptyModel));
   m_bsTable->Clear();
   m_bslTable->Clear();
   tpClear();

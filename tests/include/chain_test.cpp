@@ -124,5 +124,68 @@ TEST(Chain, OfAnEmptyTableIsEmpty) {
   EXPECT_EQ(Walked(rows, 0), std::vector<int>());
 }
 
+TEST(ChainLimit, EndsTheWalkThatUsesUpTheLastStep) {
+  Rows rows;
+  Fill(rows, {1, 2, 3, -1});
+  const ChainLimit limit(6);
+  EXPECT_EQ(Walked(rows, 0).size(), 4U);
+  EXPECT_EQ(Walked(rows, 0).size(), 2U);
+  EXPECT_EQ(Walked(rows, 0).size(), 0U);
+}
+
+TEST(ChainLimit, HoldsAsLongAsItLives) {
+  Rows rows;
+  Fill(rows, {1, 2, 3, -1});
+  {
+    const ChainLimit limit(1);
+    EXPECT_EQ(Walked(rows, 0).size(), 1U);
+    {
+      const ChainLimit none(ChainLimit::kNone);
+      EXPECT_EQ(Walked(rows, 0).size(), 4U);
+    }
+    EXPECT_EQ(Walked(rows, 0).size(), 0U);
+  }
+  EXPECT_EQ(Walked(rows, 0).size(), 4U);
+}
+
+/// Voltage levels whose chains of nodes begin at `heads`.
+void FillLevels(tTable<KV>& levels, const std::vector<int>& heads) {
+  for (std::size_t i = 0; i < heads.size(); ++i) {
+    KV level(QString::number(i));
+    level.r_kv_nd = heads[i];
+    levels.Add(level);
+  }
+}
+
+TEST(ChainsFit, WhereEachRowBelongsToOneChain) {
+  Rows rows;
+  Fill(rows, {2, -1, 1, -1});
+  tTable<KV> levels;
+  FillLevels(levels, {3, -1, 0});
+  EXPECT_TRUE(ChainsFit(rows, levels, &KV::r_kv_nd));
+}
+
+TEST(ChainsFit, NotWhereTheyRunIntoOneAnotherOrInACircle) {
+  Rows rows;
+  Fill(rows, {1, 2, 3, -1, -1, -1, -1, -1, -1, -1});
+  tTable<KV> shared;
+  FillLevels(shared, {0, 1, 0});
+  EXPECT_FALSE(ChainsFit(rows, shared, &KV::r_kv_nd));
+  rows[3].next = 0;
+  tTable<KV> circle;
+  FillLevels(circle, {2});
+  EXPECT_FALSE(ChainsFit(rows, circle, &KV::r_kv_nd));
+}
+
+TEST(ChainsFit, WithoutAWarningWhereTheyLeadOutOfTheTable) {
+  Rows rows;
+  Fill(rows, {77, -5});
+  tTable<KV> levels;
+  FillLevels(levels, {0, 1, 99, -7});
+  const MessageCatcher catcher;
+  EXPECT_TRUE(ChainsFit(rows, levels, &KV::r_kv_nd));
+  EXPECT_TRUE(MessageCatcher::Lines().isEmpty());
+}
+
 }  // namespace
 }  // namespace dtsdb::test

@@ -3,6 +3,9 @@
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
+#include <sys/resource.h>
+
+#include <QDataStream>
 #include <QRegularExpression>
 #include <QtEndian>
 #include <vector>
@@ -184,6 +187,42 @@ TEST(DamagedObjectFile, TheChainOfFreeSlotsMustBeWhole) {
   EXPECT_EQ(RefusalWith(kNumbers + 3 * 16 + 8, 2), expected) << "a circle";
   EXPECT_EQ(RefusalWith(kNumbers + 2 * 16, 3), expected) << "a free slot with another slot's number";
   EXPECT_EQ(RefusalWith(kNumbers + 2 * 16 + 4, 0), expected) << "a used slot behind the count";
+}
+
+/// The image of a model whose table of windings has `slots` free slots and nothing else; the last slot's next is `end`.
+QByteArray FreeWindings(int slots, i32 end) {
+  DTSDB empty;
+  const QByteArray around = ImageOf(empty);
+  constexpr int place = (KIND_XF - 1) * 28;
+  QByteArray image = around.left(place);
+  QDataStream out(&image, QIODevice::WriteOnly | QIODevice::Append);
+  out << i32{slots} << i32{-1} << i32{-1} << i32{0} << i32{slots - 1} << i32{0} << i32{1};
+  for (int i = 0; i < slots; ++i) out << i32{-1} << i32{-1} << (i + 1 < slots ? i32{i + 1} : end) << i32{i - 1};
+  return image + around.mid(place + 28);
+}
+
+long PeakMemoryInKilobytes() {
+  rusage usage{};
+  ::getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+TEST(DamagedObjectFile, SlotsAreMadeOnlyOnceTheirNumbersAreChecked) {
+  constexpr int slots = 1 << 20;
+  const QByteArray image = FreeWindings(slots, 0);
+  DTSDB database;
+  const long before = PeakMemoryInKilobytes();
+  EXPECT_TRUE(LoadImage(database, image).endsWith(Text(": the chain of free slots is damaged")));
+  const long slotMemory = slots / 1024 * static_cast<long>(sizeof(XF));
+  EXPECT_LT(PeakMemoryInKilobytes() - before, slotMemory / 4);
+}
+
+TEST(ObjectFile, FreeSlotsAloneAreReadHoweverMany) {
+  DTSDB database;
+  EXPECT_EQ(LoadImage(database, FreeWindings(5000, -1)), QString());
+  EXPECT_EQ(database.m_xfTable->GetSize(), 5000);
+  EXPECT_EQ(database.m_xfTable->GetCount(), 0);
+  EXPECT_EQ(database.m_xfTable->Add(Keyed<XF>(1)), 0);
 }
 
 TEST(DamagedObjectFile, TextsMustFitTheFileAndTheirUnits) {

@@ -38,6 +38,23 @@ TEST(Command, WrongUsageGivesTwoAndOneLine) {
   UsageError("diff m");
 }
 
+// So a script whose variable is empty learns of it.
+TEST(Command, AnEmptyOutputPathIsWrongUsage) {
+  const Workplace here;
+  here.CopyModel("m");
+  here.Write("s.txt", "remove CP 乙容\n");
+  for (const char* call : {"validate m -o", "validate m --output", "topology m -o", "switch m open CB 甲开关 -o",
+                           "edit m --script s.txt -o", "edit m --script s.txt --dry-run -o", "convert m",
+                           "convert --to object m", "generate"}) {
+    const CommandResult result = here.Run(QString::fromUtf8(call).split(u' ') + QStringList{QString()});
+    EXPECT_EQ(result.code, 2) << call;
+    EXPECT_EQ(result.out, "") << call;
+    EXPECT_TRUE(Contains(result.err, "the path is empty; say where to write")) << result.err;
+    EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  }
+  EXPECT_EQ(here.EntryCount(), 2) << "nothing may be written";
+}
+
 TEST(Command, UnknownNamesGetTheNearestOnes) {
   EXPECT_EQ(UsageError("dump m CBB"), "dtsdb: there is no table 'CBB'; did you mean CB or CB2?\n");
   EXPECT_EQ(UsageError("info --fields LNN"), "dtsdb: there is no table 'LNN'; did you mean LN or LN2?\n");

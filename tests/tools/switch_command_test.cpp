@@ -103,6 +103,27 @@ TEST_F(SwitchCommand, FiftyEventsGiveOneFullRunAndNoCircle) {
   EXPECT_EQ(report["runs"][2]["kind"], "incremental");
 }
 
+TEST_F(SwitchCommand, LinesOfARunThatFailsBearTheCommandsName) {
+  OpenToEnd();
+  const CommandResult result = here.Run("switch m break LN 甲乙线 from");
+  EXPECT_EQ(result.code, 0);
+  const QStringList lines = QString::fromStdString(result.err).split(QLatin1Char('\n'));
+  ASSERT_GE(lines.size(), 3) << "the stage that failed, the run and the command each write one";
+  EXPECT_EQ(lines.last(), QString()) << "the last line is ended";
+  for (int i = 0; i + 1 < lines.size(); ++i) {
+    EXPECT_TRUE(lines[i].startsWith(QStringLiteral("dtsdb: "))) << result.err;
+    EXPECT_FALSE(lines[i].mid(7).trimmed().isEmpty()) << result.err;
+  }
+  EXPECT_TRUE(lines.first().startsWith(QStringLiteral("dtsdb: TP:infinite loop-failed at ("))) << result.err;
+}
+
+TEST_F(SwitchCommand, ScriptMayBeginWithAByteOrderMark) {
+  here.Write("s.txt", "\xEF\xBB\xBFopen CB 甲开关\r\n");
+  EXPECT_EQ(Json("switch m --script s.txt")["events"][0]["event"], "open CB 甲开关");
+  here.Write("s.txt", "\xEF\xBB\xBF# a note alone\nopen CB 甲开关\n");
+  EXPECT_EQ(Json("switch m --script s.txt")["events"][0]["event"], "open CB 甲开关");
+}
+
 // The fragment of the end that is open from the start is orphaned when the other end opens too.
 TEST_F(SwitchCommand, RunThatFailsIsReplacedByAFullOneAndTheNextGoesOn) {
   OpenToEnd();

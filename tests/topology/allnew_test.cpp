@@ -1,5 +1,8 @@
 // The full run from end to end, its preconditions, what it stores and how a TP lives.
+#include <type_traits>
+
 #include "tests/topology/results.h"
+#include "topology/chain_bound.h"
 
 namespace dtsdb::test {
 namespace {
@@ -214,6 +217,51 @@ TEST_F(AllnewTest, FailedRunWritesItsLinesAndLeavesTheTablesEmpty) {
                           "TP:failed at (N) in tpBslBuild.\n", "TP:failed at (N) in tpAllnew.\n"}));
   EXPECT_EQ(m.Db().m_bsTable->GetCount(), 0);
   EXPECT_EQ(m.Db().m_bslTable->GetCount(), 0);
+}
+
+/// Lets the chains of all parents run through the whole table of the relation `Row`.
+template <class Row>
+void ChainThroughAll(DTSDB& model) {
+  tTable<Row>& rows = TableOf<Row>(model);
+  for (int i = 0; i < rows.GetCount(); ++i) rows[i].next = i + 1 < rows.GetCount() ? i + 1 : -1;
+  auto& parents = TableOf<typename Relation<Row>::Parent>(model);
+  for (int i = 0; i < parents.GetCount(); ++i) parents[i].*Relation<Row>::head = 0;
+}
+
+// Else the time of a run would grow with the square of the model.
+TEST_F(AllnewTest, StepsAlongChainsAreBoundedWhereTheseRunThroughTheWholeTable) {
+  TwoStations();
+  m.Breaker("K", "A220", "a", "a2").Load("E", "A220", "a2");
+  Run();
+  EXPECT_EQ(StepsOfFullRun(m.Db()), ChainLimit::kNone) << "no bound on a sound model";
+  ChainThroughAll<R_KV_ND>(m.Db());
+  const long long first = StepsOfFullRun(m.Db());
+  EXPECT_LT(first, ChainLimit::kNone);
+  EXPECT_GE(first, kStepsPerRow * m.Db().m_rKvNdTable->GetSize());
+  tp.tpAllnew();
+  EXPECT_EQ(ChainLimit::Left(), ChainLimit::kNone) << "the bound ends with the run";
+}
+
+TEST_F(AllnewTest, DamageInAnyChainThatIsWalkedBoundsTheSteps) {
+  const auto isBounded = []<class Row>(std::type_identity<Row>) {
+    DTSDB model;
+    using Parent = typename Relation<Row>::Parent;
+    for (int i = 0; i < 3; ++i) TableOf<Parent>(model).Add(Parent(QString::number(i)));
+    TableOf<Row>(model).SetSize(2);
+    TableOf<Row>(model).Add(Row(QStringLiteral("0"), QStringLiteral("c")));
+    ChainThroughAll<Row>(model);
+    return StepsOfFullRun(model) < ChainLimit::kNone;
+  };
+  EXPECT_TRUE(isBounded(std::type_identity<R_ST_KV>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_KV_ND>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_KV_UN>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_KV_LD>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_KV_CP>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_ND_CB2>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_ND_LN2>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_ND_XF2>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_ND_DLN2>()));
+  EXPECT_TRUE(isBounded(std::type_identity<R_ND_ZBR2>()));
 }
 
 TEST_F(AllnewTest, NothingRunYetIsAsEmptyAsCanBe) {
