@@ -69,7 +69,8 @@ void RunNetwork(int stations, const QString& folder) {
     std::fprintf(stderr, "bench_flow: %s\n", message);
     std::exit(1);
   });
-  database.open("store", directory.filePath(QStringLiteral("store.fdb")).toLocal8Bit().constData());
+  const QByteArray file = directory.filePath(QStringLiteral("store.fdb")).toLocal8Bit();
+  database.open(file.constData(), file.constData());
   network.WriteFastdb(&database);
 
   cbFlow flow(&database, kAnyBalance);

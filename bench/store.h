@@ -20,7 +20,8 @@ class Store {
       std::fprintf(stderr, "realtime store: %s\n", message);
       std::exit(1);
     });
-    m_database.open("store", path.toLocal8Bit().constData());
+    const QByteArray file = path.toLocal8Bit();
+    m_database.open(file.constData(), file.constData());
   }
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;

@@ -1,6 +1,7 @@
 # FastDB::FastDB, an installed FastDB or its source folder with the built library; looked for under FastDB_ROOT.
 find_path(FastDB_INCLUDE_DIR fastdb.h PATH_SUFFIXES include/fastdb fastdb include inc)
-find_library(FastDB_LIBRARY fastdb PATH_SUFFIXES lib lib64 .libs)
+# FastDB's own makefile calls the library for threaded programs libfastdb_r, its configure script libfastdb.
+find_library(FastDB_LIBRARY NAMES fastdb_r fastdb PATH_SUFFIXES lib lib64 .libs)
 mark_as_advanced(FastDB_INCLUDE_DIR FastDB_LIBRARY)
 
 include(FindPackageHandleStandardArgs)

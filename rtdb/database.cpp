@@ -1,7 +1,5 @@
 #include "rtdb/database.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -10,9 +8,11 @@
 
 #include "rtdb/context.h"
 #include "rtdb/cursor.h"
+#include "rtdb/file_name.h"
 #include "rtdb/selection.h"
 
 using dtsdb::rtdb::Context;
+using dtsdb::rtdb::FileOf;
 using dtsdb::rtdb::LoadedRow;
 using dtsdb::rtdb::RowPlan;
 using dtsdb::rtdb::Selection;
@@ -27,17 +27,6 @@ constexpr std::array<const char*, 17> kErrorWords = {
     "no error",      "query",    "arithmetic",       "index out of range", "open",  "file",
     "out of memory", "deadlock", "no such row",      "lock revoked",       "limit", "inverse reference",
     "read only",     "cursor",   "view-only cursor", "no such table",      "thread"};
-
-bool IsFile(const std::string& path) {
-  struct stat about {};
-  return ::stat(path.c_str(), &about) == 0 && S_ISREG(about.st_mode);
-}
-
-/// NAME.fdb, or NAME where only that exists.
-std::string FileOf(const std::string& name) {
-  const std::string full = name.ends_with(".fdb") ? name : name + ".fdb";
-  return !IsFile(full) && IsFile(name) ? name : full;
-}
 
 }  // namespace
 

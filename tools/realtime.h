@@ -2,6 +2,7 @@
 /// Realtime databases as the commands use them: by name, and with failures told in one line.
 #pragma once
 
+#include <csignal>
 #include <optional>
 #include <string>
 
@@ -12,6 +13,18 @@ namespace dtsdb::tools {
 /// The name of the realtime database that the MODEL `rtdb:NAME` stands for; nothing for any other MODEL.
 std::optional<std::string> RealtimeName(const std::string& model);
 
+/// Keeps the signals that end a program waiting while it lives, where the database must be closed before.
+class HeldSignals {
+ public:
+  HeldSignals();
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+  ~HeldSignals();
+
+ private:
+  sigset_t m_before{};
+};
+
 /// A realtime database that is open as long as this lives. What was not committed by then is lost.
 class RealtimeDatabase {
  public:
@@ -20,6 +33,7 @@ class RealtimeDatabase {
   RealtimeDatabase(const std::string& name, dbDatabase::dbAccessType access);
   RealtimeDatabase(const RealtimeDatabase&) = delete;
   RealtimeDatabase& operator=(const RealtimeDatabase&) = delete;
+  ~RealtimeDatabase();
 
   dbDatabase* Db() { return &m_database; }
 
@@ -27,11 +41,21 @@ class RealtimeDatabase {
   void Check() const;
 
  private:
-  static void Take(int error, char const* message, int argument, void* self);
+  /// Keeps the first error. Where the database leaves a failed call by an exception, that becomes a Failure.
+  class Database : public dbDatabase {
+   public:
+    Database(const RealtimeDatabase& owner, dbAccessType access);
+    void handleError(dbErrorClass error, char const* message, int argument) override;
 
-  std::string m_name;
-  std::string m_error;
-  dbDatabase m_database;
+    std::string firstError;
+
+   private:
+    const RealtimeDatabase& m_owner;
+  };
+
+  HeldSignals m_signals;
+  std::string m_file;
+  Database m_database;
 };
 
 }  // namespace dtsdb::tools

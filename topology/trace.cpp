@@ -112,20 +112,23 @@ int TP::tpReadTptrace(dbDatabase* db) {
   dbCursor<Columns::Row> cursor(db, dbCursorViewOnly);
   const u32 lastRun = std::max(Global().u1, Global().time);
   dbQuery query;
-  query = "time >= ", lastRun;
+  // FastDB compares columns as signed numbers: from 2038 on it finds times below lastRun as well.
+  query = "time >= ", lastRun, "or time < 0";
   const int count = cursor.select(query);
   if (count <= 0) return 1;
 
   std::vector<TPTRACE> rows;
   rows.reserve(static_cast<std::size_t>(count));
   for (const auto* row = cursor.get(); row != nullptr; row = cursor.next()) {
+    if (row->time < lastRun) continue;
     TPTRACE& trace = rows.emplace_back();
     const auto load = [&](const auto&... columns) { (LoadCell(trace.*columns.field, row->*columns.cell), ...); };
     load(Columns::id, Columns::name, Columns::type, Columns::status, Columns::time);
     ApplyTrace(trace);
   }
+  if (rows.empty()) return 1;
   if (m_tptraceTable->GetCount() > 0) m_tptraceTable->Clear();
-  if (!rows.empty()) m_tptraceTable->SetData(rows.data(), static_cast<int>(rows.size()), false);
+  m_tptraceTable->SetData(rows.data(), static_cast<int>(rows.size()), false);
   return 1;
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "rtdb/fastdb.h"
+#include "rtdb/backend.h"
 
 namespace sample {
 
@@ -99,7 +99,12 @@ class Database : public dbDatabase {
 
 /// An open database in a folder of its own.
 struct OpenStore {
-  OpenStore() { opened = db.open("store", folder.File().c_str()); }
+  OpenStore() { opened = Open(); }
+  OpenStore(const OpenStore&) = delete;
+  OpenStore& operator=(const OpenStore&) = delete;
+  ~OpenStore() { db.close(); }
+  bool Open() { return db.open(folder.File().c_str(), folder.File().c_str()); }
+
   Folder folder;
   Database db;
   bool opened = false;

@@ -203,16 +203,6 @@ TEST_F(Cursors, ViewOnlyRemoveAllEmptiesTheTable) {
   EXPECT_EQ(EntryIds(store.db), std::vector<int>{9});
 }
 
-TEST_F(Cursors, WithoutCurrentRowThereIsAMessageAndARecordOfNoRow) {
-  dbCursor<entry> cursor(&store.db, dbCursorForUpdate);
-  cursor->value = 5;
-  cursor.update();
-  cursor.remove();
-  EXPECT_EQ(store.db.errors, (std::vector{dbDatabase::CursorError, dbDatabase::CursorError, dbDatabase::CursorError}));
-  EXPECT_NE(store.db.Told().find("currId != 0"), std::string::npos);
-  EXPECT_EQ(EntryIds(store.db, "value = 5").size(), 0U);
-}
-
 TEST_F(Cursors, RemoveGoesToTheFollowingRow) {
   dbCursor<entry> cursor(&store.db, dbCursorForUpdate);
   ASSERT_EQ(cursor.select("order by id"), 3);
@@ -229,19 +219,6 @@ TEST_F(Cursors, RemoveGoesToTheFollowingRow) {
   EXPECT_EQ(cursor.get(), nullptr);
   EXPECT_EQ(cursor.getNumberOfRecords(), 0);
   EXPECT_EQ(EntryIds(store.db).size(), 0U);
-}
-
-TEST_F(Cursors, NextAvailableMissesNoRowWhileRemoving) {
-  for (int id = 4; id <= 20; ++id) AddEntry(store.db, id);
-  dbCursor<entry> cursor(&store.db, dbCursorForUpdate);
-  cursor.select("order by id");
-  std::vector<int> met;
-  for (entry* row = cursor.get(); row != nullptr; row = cursor.nextAvailable()) {
-    met.push_back(row->id);
-    if (row->id % 3 != 0) cursor.remove();
-  }
-  EXPECT_EQ(met.size(), 20U);
-  EXPECT_EQ(EntryIds(store.db), (std::vector<int>{3, 6, 9, 12, 15, 18}));
 }
 
 TEST_F(Cursors, RemoveAllSelectedTakesTheSelectedAndResets) {
@@ -326,22 +303,6 @@ TEST_F(Cursors, CommitAndRollbackResetEveryCursor) {
   EXPECT_EQ(view.next(), nullptr);
 }
 
-TEST_F(Cursors, ReferencesLeadToTheirRows) {
-  const dbReference<entry> reference = AddEntry(store.db, 50, 500);
-  dbCursor<entry> cursor(&store.db);
-  ASSERT_NE(cursor.at(reference), nullptr);
-  EXPECT_EQ(cursor->value, 500);
-  EXPECT_EQ(cursor.currentId(), reference);
-  EXPECT_EQ(cursor.getNumberOfRecords(), 1);
-  EXPECT_EQ(cursor.at(dbReference<entry>(12345)), nullptr);
-  entry changed;
-  changed.id = 51;
-  store.db.update(reference.getOid(), store.db.lookupTable(&entry::dbDescriptor), &changed);
-  EXPECT_EQ(cursor.at(reference)->id, 51);
-  store.db.update(12345, store.db.lookupTable(&entry::dbDescriptor), &changed);
-  EXPECT_NE(store.db.Told().find("gone"), std::string::npos);
-}
-
 TEST_F(Cursors, TypeCanBeGivenWithTheSelect) {
   dbCursor<entry> cursor(&store.db);
   dbQuery query("id = 1");
@@ -362,7 +323,7 @@ TEST_F(Cursors, OutliveTheirDatabasesOpenTime) {
   EXPECT_EQ(cursor.next(), nullptr);
   EXPECT_EQ(cursor.select(), 0);
   EXPECT_NE(store.db.Told().find("the database is not open"), std::string::npos);
-  ASSERT_TRUE(store.db.open("store", store.folder.File().c_str()));
+  ASSERT_TRUE(store.Open());
   EXPECT_EQ(cursor.select(), 3);
 }
 

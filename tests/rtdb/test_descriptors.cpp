@@ -30,18 +30,6 @@ namespace {
 
 TEST(Descriptors, TableNameHasNoNamespace) { EXPECT_STREQ(item::dbDescriptor.getName(), "item"); }
 
-TEST(Descriptors, ColumnsKeepTheirOrderPlacesAndKeys) {
-  const dbFieldList& fields = entry::dbDescriptor.getFields();
-  ASSERT_EQ(fields.size(), 3U);
-  EXPECT_EQ(fields[0].name, "id");
-  EXPECT_EQ(fields[0].indexType, INDEXED);
-  EXPECT_EQ(fields[1].appOffs, offsetof(entry, value));
-  EXPECT_EQ(fields[2].type, dbField::tpString);
-  EXPECT_EQ(fields[2].indexType, 0);
-  EXPECT_EQ(item::dbDescriptor.find("spare")->appSize, 40U);
-  EXPECT_EQ(item::dbDescriptor.find("Spare"), nullptr);
-}
-
 TEST(Descriptors, UnassignedTableHasACopyInEachDatabase) {
   OpenStore one;
   OpenStore two;

@@ -190,7 +190,7 @@ TEST_F(Queries, EveryTypeCanBeBound) {
   const char c = 10;
   const bool yes = true;
   const long l = 10;
-  const long long ll = 100000000000LL;
+  const db_int8 ll = 100000000000LL;
   const float f = 1.5F;
   const double d = 1.5;
   char const* text = "b";

@@ -94,7 +94,7 @@ TEST(Transactions, CloseAndDetachCommit) {
   store.db.commit();
   AddEntry(store.db, 2);
   store.db.close();
-  ASSERT_TRUE(store.db.open("store", store.folder.File().c_str()));
+  ASSERT_TRUE(store.Open());
   EXPECT_EQ(EntryIds(store.db), (std::vector<int>{1, 2}));
 }
 
@@ -113,7 +113,7 @@ TEST(Transactions, DatabaseThatGoesUnclosedLosesWhatIsUncommitted) {
   Folder folder;
   for (int round = 0; round < 2; ++round) {
     auto db = std::make_unique<Database>();
-    ASSERT_TRUE(db->open("store", folder.File().c_str()));
+    ASSERT_TRUE(db->open(folder.File().c_str(), folder.File().c_str()));
     EXPECT_EQ(EntryIds(*db), std::vector<int>{});
     AddEntry(*db, 1);
   }
@@ -192,7 +192,7 @@ TEST(Transactions, ReadersOfOneProcessComeForwardBesideAnOpenWriteTransaction) {
 TEST(Transactions, FileOpenedTwiceInOneProcessIsOneStore) {
   OpenStore store;
   Database second;
-  ASSERT_TRUE(second.open("again", store.folder.File().c_str()));
+  ASSERT_TRUE(second.open(store.folder.File().c_str(), store.folder.File().c_str()));
   AddEntry(store.db, 1);
   EXPECT_EQ(EntryIds(second), std::vector<int>{});
   store.db.commit();
@@ -206,7 +206,7 @@ TEST(Transactions, FileOpenedTwiceInOneProcessIsOneStore) {
 TEST(Transactions, SecondWriterInOneThreadIsRefusedInsteadOfHanging) {
   OpenStore store;
   Database second;
-  ASSERT_TRUE(second.open("again", store.folder.File().c_str()));
+  ASSERT_TRUE(second.open(store.folder.File().c_str(), store.folder.File().c_str()));
   AddEntry(store.db, 1);
   EXPECT_EQ(AddEntry(second, 2).getOid(), 0U);
   EXPECT_EQ(second.errors, std::vector{dbDatabase::Deadlock});
@@ -229,7 +229,7 @@ TEST(Transactions, DatabaseClosedByAnotherThreadIsGoneForThisOne) {
   step = 2;
   other.join();
   EXPECT_NE(store.db.Told().find("not open"), std::string::npos);
-  ASSERT_TRUE(store.db.open("store", store.folder.File().c_str()));
+  ASSERT_TRUE(store.Open());
   EXPECT_EQ(EntryIds(store.db), std::vector<int>{}) << "what the other thread had not committed is lost";
 }
 
@@ -238,7 +238,7 @@ TEST(Transactions, OpenForReadingOnlyRefusesChanges) {
   AddEntry(store.db, 1);
   store.db.close();
   Database reader(dbDatabase::dbReadOnly);
-  ASSERT_TRUE(reader.open("store", store.folder.File().c_str()));
+  ASSERT_TRUE(reader.open(store.folder.File().c_str(), store.folder.File().c_str()));
   EXPECT_EQ(EntryIds(reader), std::vector<int>{1});
   EXPECT_EQ(AddEntry(reader, 2).getOid(), 0U);
   dbCursor<entry> cursor(&reader, dbCursorForUpdate);

@@ -19,7 +19,7 @@ class RealtimeStore {
     m_database.setErrorHandler([](int error, char const* message, int, void*) {
       ADD_FAILURE() << "realtime database, error " << error << ": " << (message != nullptr ? message : "");
     });
-    EXPECT_TRUE(m_database.open("store", Path().constData()));
+    EXPECT_TRUE(m_database.open(Path().constData(), Path().constData()));
   }
   RealtimeStore(const RealtimeStore&) = delete;
   RealtimeStore& operator=(const RealtimeStore&) = delete;

@@ -251,6 +251,7 @@ TEST(RtdbPut, DoesNotChooseAmongRowsOfOneIdentity) {
     database.insert(row);
     database.insert(row);
     database.commit();
+    database.close();
   }
   const std::string before = Good(here, "rtdb show x CO --format csv");
   EXPECT_EQ(Bad(here, "rtdb put x CO id=twin f1=2", 2), "dtsdb: CO twin stands 2 times in the table\n");

@@ -92,6 +92,7 @@ class RunCommand : public testing::Test {
       database.insert(row);
     }
     database.commit();
+    database.close();
   }
   std::string Rows(const char* table, const char* id) const {
     return here.Run((std::string("rtdb show x ") + table + " --id " + id + " --format json").c_str()).out;

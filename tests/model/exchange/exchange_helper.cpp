@@ -113,7 +113,7 @@ int main(int argc, char** argv) {
   dtsdb::test::LimitLife();
   QDir::setCurrent(QFileInfo(QString::fromLocal8Bit(argv[2])).path());  // for the log of the validation
   dbDatabase db;
-  if (!db.open("store", argv[2])) return Say("unreadable", 1);
+  if (!db.open(argv[2], argv[2])) return Say("unreadable", 1);
   const int result = Run(db, argv[1], argc > 3 ? std::atoi(argv[3]) : 0);
   db.close();
   return result;

@@ -38,7 +38,11 @@ class ExchangeFailures : public ::testing::Test {
   }
 
   QString Path() const { return m_directory.filePath(QStringLiteral("store.fdb")); }
-  bool Open(dbDatabase& db) const { return db.open("store", Path().toLocal8Bit().constData()); }
+  bool Open(dbDatabase& db) const { return OpenFile(db, Path()); }
+  static bool OpenFile(dbDatabase& db, const QString& path) {
+    const QByteArray file = path.toLocal8Bit();
+    return db.open(file.constData(), file.constData());
+  }
 
   void ExpectOldContents(dbDatabase& db) {
     DTSDB read;
@@ -77,7 +81,7 @@ TEST_F(ExchangeFailures, DatabaseOpenForReadingIsReadAndNotWritten) {
 
 TEST_F(ExchangeFailures, DatabaseThatCouldNotBeOpenedGivesEmptyTablesAndTakesNothing) {
   TellingDatabase db;
-  ASSERT_FALSE(db.open("store", m_directory.filePath(QStringLiteral("none/store.fdb")).toLocal8Bit().constData()));
+  ASSERT_FALSE(OpenFile(db, m_directory.filePath(QStringLiteral("none/store.fdb"))));
   db.told.clear();
   DTSDB model;
   RandomRecords(4).FillModel(model, 2);

@@ -42,7 +42,7 @@ class ExchangeProcesses : public ::testing::Test {
   void TearDown() override { m_db.close(); }
 
   std::string Path() const { return m_directory.filePath(QStringLiteral("store.fdb")).toStdString(); }
-  bool Open() { return m_db.open("store", Path().c_str()); }
+  bool Open() { return m_db.open(Path().c_str(), Path().c_str()); }
   qint64 FileSize() const { return QFileInfo(QString::fromStdString(Path())).size(); }
 
   /// Reads the whole model; the number of the commit it was in, -1 when it holds parts of several.

@@ -45,7 +45,7 @@ bool IsOver(dbDatabase& database) {
 
 int main(int, char** arguments) {
   dbDatabase database;
-  if (!database.open("store", arguments[1])) return 1;
+  if (!database.open(arguments[1], arguments[1])) return 1;
   std::puts("reading");
   std::fflush(stdout);
   bool whole = true;
