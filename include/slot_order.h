@@ -42,6 +42,14 @@ class SlotOrder {
   /// The slot at `place`, -1 behind the last.
   int At(Place place) const { return place.run < m_runs.size() ? m_runs[place.run][place.index] : -1; }
 
+  /// The slot with `rank` slots before it; `rank` is below their number.
+  int AtRank(int rank) const {
+    auto left = static_cast<std::size_t>(rank);
+    auto run = m_runs.begin();
+    for (; left >= run->size(); ++run) left -= run->size();
+    return (*run)[left];
+  }
+
   /// How many slots stand before `place`.
   int Rank(Place place) const {
     std::size_t rank = place.index;

@@ -1,6 +1,10 @@
 // Tables so large that the numbering of an insertion or removal is put off until a number is asked for.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/include/table_probe.h"
@@ -51,6 +55,45 @@ TEST(LargeTable, EveryLookAtANumberIsUpToDate) {
   Table d;
   put(d);
   EXPECT_EQ(d.PhToLg(0), 1);
+}
+
+TEST(LargeTable, AConstTableIsReadByNumberWithoutWritingNumbers) {
+  Table table;
+  Fill(table);
+  table.Add(Rec(5, 42));
+  const Table& readOnly = table;
+  EXPECT_EQ(readOnly[1].tag, 42);
+  EXPECT_EQ(readOnly.GetAt(2).tag, 1);
+  EXPECT_EQ(readOnly.LgToPh(1), kRows);
+  EXPECT_EQ(readOnly.PhToLg(kRows), 1);
+  EXPECT_EQ(readOnly.PhToLg(kRows + 1), -1);
+  EXPECT_EQ(readOnly.Find(Rec(5)), kRows);
+  EXPECT_TRUE(Probe::IsNumberingPutOff(table));
+  table.Settle();
+  EXPECT_FALSE(Probe::IsNumberingPutOff(table));
+  EXPECT_EQ(readOnly[kRows].key, (kRows - 1) * 10);
+}
+
+TEST(LargeTable, AConstTableIsReadByNumberThoughAKeyWasChangedUnderIt) {
+  Table table;
+  Fill(table);
+  table.Add(Rec(5, 42));
+  table.GetPh(7).key = -1;
+  EXPECT_EQ(std::as_const(table).PhToLg(7), 8);
+}
+
+TEST(LargeTable, SeveralThreadsReadAConstTableAtOnce) {
+  Table table;
+  Fill(table);
+  table.Add(Rec(5, 42));
+  std::atomic<int> right = 0;
+  const auto read = [&right](const Table& shared) {
+    for (int i = 0; i < shared.GetCount(); ++i) right += shared.PhToLg(shared.Find(shared[i])) == i;
+  };
+  std::thread other(read, std::cref(table));
+  read(table);
+  other.join();
+  EXPECT_EQ(right, 2 * (kRows + 1));
 }
 
 TEST(LargeTable, FindAndRemoveWorkWhileNumberingIsPutOff) {

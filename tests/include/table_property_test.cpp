@@ -30,6 +30,7 @@ enum class What {
   kPhToLg,
   kIndex,
   kSlot,
+  kConst,
   kState,
 };
 
@@ -40,9 +41,9 @@ struct Step {
 };
 
 void showValue(const Step& step, std::ostream& out) {
-  static const char* const names[] = {"Add",     "Remove", "Find",       "Grow",        "Shrink", "SameSize",
-                                      "FreeAll", "GrowBy", "SetSorted",  "SetUnsorted", "Clear",  "Compact",
-                                      "LgToPh",  "PhToLg", "operator[]", "GetPh",       "State"};
+  static const char* const names[] = {"Add",     "Remove", "Find",       "Grow",        "Shrink",       "SameSize",
+                                      "FreeAll", "GrowBy", "SetSorted",  "SetUnsorted", "Clear",        "Compact",
+                                      "LgToPh",  "PhToLg", "operator[]", "GetPh",       "const access", "State"};
   out << names[static_cast<int>(step.what)] << "(" << step.a << ", " << step.b << ")";
 }
 
@@ -116,6 +117,9 @@ class Pair {
       case What::kSlot:
         if (size > 0) RC_ASSERT(m_table.GetPh(step.a % size).tag == m_reference.GetPh(step.a % size).tag);
         break;
+      case What::kConst:
+        CheckConst(step.a, key);
+        break;
       case What::kState:
         CheckState();
         break;
@@ -134,6 +138,22 @@ class Pair {
     std::vector<Rec> records;
     for (int i = 0; i < n; ++i) records.emplace_back((i * 7919 + seed) % std::max(1, m_keys / 2), ++m_tag);
     return records;
+  }
+  /// Every access through a const reference, which changes nothing: numbers that are put off stay so.
+  void CheckConst(int n, int key) {
+    const Table& table = m_table;
+    const bool putOff = Probe::IsNumberingPutOff(table);
+    RC_ASSERT(table.Find(Rec(key)) == m_reference.Find(Rec(key)));
+    if (const int size = table.GetSize(); size > 0) {
+      RC_ASSERT(table.PhToLg(n % size) == m_reference.PhToLg(n % size));
+      RC_ASSERT(table.GetPh(n % size).tag == m_reference.GetPh(n % size).tag);
+    }
+    if (const int count = table.GetCount(); count > 0) {
+      RC_ASSERT(table.LgToPh(n % count) == m_reference.LgToPh(n % count));
+      RC_ASSERT(table[n % count].tag == m_reference.At(n % count).tag);
+      RC_ASSERT(table.GetAt(n % count).tag == m_reference.At(n % count).tag);
+    }
+    RC_ASSERT(Probe::IsNumberingPutOff(table) == putOff);
   }
   void SetSize(int n) {
     m_table.SetSize(n);
@@ -163,7 +183,7 @@ RC_GTEST_PROP(TableProperty, SmallTablesDoWhatTheirMeasuringStickDoes, ()) {
   Pair pair(*rc::gen::element(3, 12, 40));
   const std::vector<What> kinds = {kAdd,   kAdd,     kAdd,    kAdd,      kAdd,     kRemove, kRemove,    kRemove,
                                    kFind,  kGrow,    kShrink, kSameSize, kFreeAll, kGrowBy, kSetSorted, kSetUnsorted,
-                                   kClear, kCompact, kLgToPh, kPhToLg,   kIndex,   kSlot,   kState};
+                                   kClear, kCompact, kLgToPh, kPhToLg,   kIndex,   kSlot,   kConst,     kState};
   for (const Step& step : Steps(kinds, 120)) pair.Run(step);
   pair.CheckState();
 }
@@ -176,8 +196,8 @@ RC_GTEST_PROP(TableProperty, LargeTablesDoWhatTheirMeasuringStickDoes, ()) {
   const int n = *rc::gen::inRange(2100, 3000);
   for (int i = 0; i < n; ++i) rows.emplace_back(2 + i * 6, -i);
   pair.Fill(rows, *rc::gen::arbitrary<bool>());
-  const std::vector<What> kinds = {kAdd,    kAdd,  kAdd,  kAdd,    kAdd,    kAdd,   kRemove, kRemove, kRemove,
-                                   kRemove, kFind, kFind, kLgToPh, kPhToLg, kIndex, kSlot,   kGrow,   kGrowBy};
+  const std::vector<What> kinds = {kAdd,  kAdd,  kAdd,    kAdd,    kAdd,   kAdd,  kRemove, kRemove, kRemove, kRemove,
+                                   kFind, kFind, kLgToPh, kPhToLg, kIndex, kSlot, kGrow,   kGrowBy, kConst,  kConst};
   for (const Step& step : Steps(kinds, 200)) pair.Run(step);
   pair.CheckState();
   RC_CLASSIFY(pair.WasNumberingPutOff(), "numbering put off");
@@ -191,7 +211,7 @@ RC_GTEST_PROP(TableProperty, LargeTablesGoThroughBulkOperationsAlike, ()) {
   for (int i = 0; i < 2200; ++i) rows.emplace_back(i * 3, -i);
   pair.Fill(rows, true);
   const std::vector<What> kinds = {kAdd,    kAdd,  kAdd,  kAdd,  kAdd,     kAdd,   kAdd,    kAdd,    kRemove, kRemove,
-                                   kRemove, kFind, kGrow, kGrow, kCompact, kState, kPhToLg, kShrink, kClear};
+                                   kRemove, kFind, kGrow, kGrow, kCompact, kState, kPhToLg, kShrink, kClear,  kConst};
   for (const Step& step : Steps(kinds, 150)) pair.Run(step);
   pair.CheckState();
 }
@@ -205,7 +225,7 @@ RC_GTEST_PROP(TableProperty, LargeTablesWithEqualRecordsDoWhatTheirMeasuringStic
   std::vector<Rec> rows;
   for (int i = 0; i < n; ++i) rows.emplace_back(static_cast<int>(i * 7919L % distinct), i);
   pair.Fill(rows, false);
-  const std::vector<What> kinds = {kAdd, kAdd, kAdd, kRemove, kRemove, kFind, kFind, kPhToLg, kIndex};
+  const std::vector<What> kinds = {kAdd, kAdd, kAdd, kRemove, kRemove, kFind, kFind, kPhToLg, kIndex, kConst};
   for (const Step& step : Steps(kinds, 150)) pair.Run(step);
   pair.CheckState();
 }
