@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <set>
 #include <utility>
 
@@ -81,9 +82,10 @@ void TopologyTask::Look() {
   TraceWindow::Taken taken = m_window->Look(m_reader);
   m_database.Check();
   if (taken.fresh.empty()) return;
+  const auto now = static_cast<std::int64_t>(m_clock.day());
   for (const TPTRACE& row : taken.ahead) {
     WriteMessage(fmt::format("trace row {}: {} is stamped {} s ahead of the clock; it counts as of now", row.id,
-                             Quoted(IdText(row.name)), row.time - m_clock.day()));
+                             Quoted(IdText(row.name)), row.time - now));
   }
   ApplyInOrder(taken.holding);
   std::vector<TPTRACE>& fresh = taken.fresh;
