@@ -189,7 +189,7 @@ TEST(DamagedObjectFile, TheChainOfFreeSlotsMustBeWhole) {
   EXPECT_EQ(RefusalWith(kNumbers + 2 * 16 + 4, 0), expected) << "a used slot behind the count";
 }
 
-/// The image of a model whose table of windings has `size` free size and nothing else; the last slot's next is `end`.
+/// The image of a model whose table of windings has `size` free slots and nothing else; the last slot's next is `end`.
 QByteArray FreeWindings(int size, i32 end) {
   DTSDB empty;
   const QByteArray around = ImageOf(empty);
@@ -212,7 +212,7 @@ TEST(DamagedObjectFile, SlotsAreMadeOnlyOnceTheirNumbersAreChecked) {
   const QByteArray image = FreeWindings(size, 0);
   DTSDB database;
   const long before = PeakMemoryInKilobytes();
-  EXPECT_TRUE(LoadImage(database, image).endsWith(Text(": the chain of free size is damaged")));
+  EXPECT_TRUE(LoadImage(database, image).endsWith(Text(": the chain of free slots is damaged")));
   const long slotMemory = size / 1024 * static_cast<long>(sizeof(XF));
   EXPECT_LT(PeakMemoryInKilobytes() - before, slotMemory / 4);
 }
