@@ -189,15 +189,15 @@ TEST(DamagedObjectFile, TheChainOfFreeSlotsMustBeWhole) {
   EXPECT_EQ(RefusalWith(kNumbers + 2 * 16 + 4, 0), expected) << "a used slot behind the count";
 }
 
-/// The image of a model whose table of windings has `slots` free slots and nothing else; the last slot's next is `end`.
-QByteArray FreeWindings(int slots, i32 end) {
+/// The image of a model whose table of windings has `size` free slots and nothing else; the last slot's next is `end`.
+QByteArray FreeWindings(int size, i32 end) {
   DTSDB empty;
   const QByteArray around = ImageOf(empty);
   constexpr int place = (KIND_XF - 1) * 28;
   QByteArray image = around.left(place);
   QDataStream out(&image, QIODevice::WriteOnly | QIODevice::Append);
-  out << i32{slots} << i32{-1} << i32{-1} << i32{0} << i32{slots - 1} << i32{0} << i32{1};
-  for (int i = 0; i < slots; ++i) out << i32{-1} << i32{-1} << (i + 1 < slots ? i32{i + 1} : end) << i32{i - 1};
+  out << i32{size} << i32{-1} << i32{-1} << i32{0} << i32{size - 1} << i32{0} << i32{1};
+  for (int i = 0; i < size; ++i) out << i32{-1} << i32{-1} << (i + 1 < size ? i32{i + 1} : end) << i32{i - 1};
   return image + around.mid(place + 28);
 }
 
@@ -208,12 +208,12 @@ long PeakMemoryInKilobytes() {
 }
 
 TEST(DamagedObjectFile, SlotsAreMadeOnlyOnceTheirNumbersAreChecked) {
-  constexpr int slots = 1 << 20;
-  const QByteArray image = FreeWindings(slots, 0);
+  constexpr int size = 1 << 20;
+  const QByteArray image = FreeWindings(size, 0);
   DTSDB database;
   const long before = PeakMemoryInKilobytes();
   EXPECT_TRUE(LoadImage(database, image).endsWith(Text(": the chain of free slots is damaged")));
-  const long slotMemory = slots / 1024 * static_cast<long>(sizeof(XF));
+  const long slotMemory = size / 1024 * static_cast<long>(sizeof(XF));
   EXPECT_LT(PeakMemoryInKilobytes() - before, slotMemory / 4);
 }
 
