@@ -1,5 +1,5 @@
-// The database's headers leave the comparison of other types alone: FastDB brings templates that compare any two objects
-// of one type bytewise.
+// The database's headers leave the comparison of other types alone: FastDB brings templates that compare any two
+// objects of one type bytewise.
 
 #include <gtest/gtest.h>
 
@@ -18,9 +18,13 @@ struct ComparisonProbe {
 namespace {
 
 template <class T>
-concept HasLess = requires(const T& a, const T& b) { a < b; };
+concept HasLess = requires(const T& a, const T& b) {
+  a < b;
+};
 template <class T>
-concept HasGreater = requires(const T& a, const T& b) { a > b; };
+concept HasGreater = requires(const T& a, const T& b) {
+  a > b;
+};
 
 TEST(Comparison, TypesWithoutAnOrderHaveNone) {
   EXPECT_FALSE(HasLess<ComparisonProbe>);

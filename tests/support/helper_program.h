@@ -12,7 +12,10 @@
 namespace dtsdb::test {
 
 /// Ends the program in any case after two minutes, so that none outlives a test that went wrong.
-inline void LimitLife() { ::alarm(120); }
+inline void LimitLife() {
+  std::signal(SIGALRM, SIG_DFL);  // FastDB has a handler of its own, which does nothing
+  ::alarm(120);
+}
 
 /// Says one line. Gives `result`, for the end of the program.
 inline int Say(const std::string& text, int result = 0) {
