@@ -88,7 +88,7 @@ int ChainLength(tTable<Row>& table, int head) {
 template <class Row, class Parent>
 bool ChainsFit(tTable<Row>& rows, tTable<Parent>& parents, int Parent::*head) {
   const int size = rows.GetSize();
-  int left = size;
+  int left = rows.GetCount();
   for (int i = 0; i < parents.GetCount(); ++i) {
     for (int row = parents[i].*head; row >= 0 && row < size; row = rows.GetPh(row).next) {
       if (left-- == 0) return false;
