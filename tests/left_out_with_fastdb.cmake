@@ -52,8 +52,4 @@ set(left_out_with_fastdb
     QueryRange.ConditionsOnKeysAgreeWithAWalk
     # Unsigned columns, and numbers beyond a column's range.
     Queries.FormsSelectTheirRows
-    QueryRange.BoundsBeyondTheColumnsRange
-    # Rows in the order of their keys where nobody asked for an order: FastDB gives them in the order of insertion.
-    Queries.EveryTypeCanBeBound
-    Queries.OneQueryServesAnewAndOnSeveralTables
-    Trace.RowsAreAppliedAndStandInTheOrderOfTheirNumbers)
+    QueryRange.BoundsBeyondTheColumnsRange)
