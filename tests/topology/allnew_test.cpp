@@ -219,11 +219,11 @@ TEST_F(AllnewTest, FailedRunWritesItsLinesAndLeavesTheTablesEmpty) {
   EXPECT_EQ(m.Db().m_bslTable->GetCount(), 0);
 }
 
-/// Lets the chains of all parents run through the whole table of the relation `Row`.
+/// Lets the chains of all parents run through the whole table of the relation `Row`, in a circle.
 template <class Row>
 void ChainThroughAll(DTSDB& model) {
   tTable<Row>& rows = TableOf<Row>(model);
-  for (int i = 0; i < rows.GetCount(); ++i) rows[i].next = i + 1 < rows.GetCount() ? i + 1 : -1;
+  for (int i = 0; i < rows.GetCount(); ++i) rows[i].next = (i + 1) % rows.GetCount();
   auto& parents = TableOf<typename Relation<Row>::Parent>(model);
   for (int i = 0; i < parents.GetCount(); ++i) parents[i].*Relation<Row>::head = 0;
 }
