@@ -5,7 +5,7 @@
 #include "include/check.h"
 #include "model/records.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// A view of an array of BS or BSL entries that refer to each other by index through `next` and `prev`.
 ///
@@ -18,6 +18,7 @@ class WorkList {
   WorkList(Entry* entries, int size) : m_entries(entries), m_size(size) {}
 
   int Size() const { return m_size; }
+  Entry* Data() const { return m_entries; }
   bool Has(int n) const { return n >= 0 && n < m_size; }
 
   Entry& operator[](int n) const {
@@ -95,4 +96,4 @@ class WorkList {
   int m_size;
 };
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal
