@@ -170,10 +170,11 @@ namespace {
 internal::BranchView BranchOf(int ind, int iznd, int* ibs, int* izbs, u32 status, int outBit, int open1Bit,
                               int open2Bit, u32* tpStatus, int iso1Bit, int iso2Bit, int bothBit) {
   const auto has = [status](int bit) { return (status & static_cast<u32>(bit)) != 0; };
-  return {{{ind, ibs, has(open1Bit), static_cast<u32>(iso1Bit)}, {iznd, izbs, has(open2Bit), static_cast<u32>(iso2Bit)}},
-          has(outBit),
-          tpStatus,
-          static_cast<u32>(bothBit)};
+  return {
+      {{ind, ibs, has(open1Bit), static_cast<u32>(iso1Bit)}, {iznd, izbs, has(open2Bit), static_cast<u32>(iso2Bit)}},
+      has(outBit),
+      tpStatus,
+      static_cast<u32>(bothBit)};
 }
 
 /// The same for a shunt device.
@@ -190,18 +191,16 @@ int TP::tpBslBuild(bool allnew) { return internal::SectionList(Lend()).Build(all
 int TP::tpBsBranch(int kv, int nd, unsigned* endFlags, int endBit, int ind, int iznd, unsigned* status, int outBit,
                    int open1Bit, int open2Bit, unsigned* tpStatus, int iso1Bit, int iso2Bit, int bothBit, int* ibs,
                    int* izbs) {
-  return internal::BranchEnds(Lend()).WorkOut(kv, nd,
-                                              BranchOf(ind, iznd, ibs, izbs, *status, outBit, open1Bit, open2Bit,
-                                                       tpStatus, iso1Bit, iso2Bit, bothBit),
-                                              {endFlags, static_cast<u32>(endBit)});
+  return internal::BranchEnds(Lend()).WorkOut(
+      kv, nd, BranchOf(ind, iznd, ibs, izbs, *status, outBit, open1Bit, open2Bit, tpStatus, iso1Bit, iso2Bit, bothBit),
+      {endFlags, static_cast<u32>(endBit)});
 }
 
 void TP::tpAssignBsToDouble() { internal::BranchEnds(Lend()).AssignSections(); }
 
 int TP::tpBslShunt([[maybe_unused]] int kv, int ref, int nd, int* bs, int kind, unsigned* status, int offBit,
                    int isoBit, unsigned* tpStatus, int deadBit) {
-  return internal::SectionList(Lend()).HangShunt(
-      ShuntOf(ref, kind, nd, bs, status, offBit, isoBit, tpStatus, deadBit));
+  return internal::SectionList(Lend()).HangShunt(ShuntOf(ref, kind, nd, bs, status, offBit, isoBit, tpStatus, deadBit));
 }
 
 int TP::tpBslBranch([[maybe_unused]] int kv, int nd, int ref, int kind, int ind, [[maybe_unused]] int iznd, int* ibs,
@@ -258,8 +257,7 @@ int TP::tpBranchChanged(int kv, int nd, int end, int kind, int endBit, unsigned*
                         bool* kvChanged) {
   const u32 bit = static_cast<u32>(endBit);
   return internal::ComponentChange(Lend()).FollowBranch(
-      kv, nd,
-      BranchOf(nd1, nd2, bs1, bs2, *status, offBit, open1Bit, open2Bit, tpStatus, tp1Bit, tp2Bit, tpBothBit),
+      kv, nd, BranchOf(nd1, nd2, bs1, bs2, *status, offBit, open1Bit, open2Bit, tpStatus, tp1Bit, tp2Bit, tpBothBit),
       {end, kind, {{endFlags1, bit}, {endFlags2, bit}}}, {islandChanged, kvChanged});
 }
 

@@ -34,20 +34,20 @@ class TP {
   TP& operator=(const TP&) = default;
   virtual ~TP();
 
-  /// Works out everything from nothing. Gives 1, or 0 when a stage failed; each failing level has then written
+  /// Works out everything from nothing. Returns 1, or 0 when a stage failed; each failing level has then written
   /// one line through qDebug. On a model that was not validated, or not with success, writes one line on the
-  /// standard output, changes nothing and gives 1.
+  /// standard output, changes nothing and returns 1.
   int tpAllnew();
 
   /// Brings the topology up to date after the changes that wait in the TPTRACE table, and logs in TPL and CHND what it
   /// did. Runs tpAllnew instead when there was no full run yet or 50 rows or more are waiting; these then stay in the
-  /// table. Gives 1, or 0 when a stage failed, with one line of each failing level through qDebug: then only tpAllnew
-  /// puts the results right. On a model that is not valid says so through qDebug, changes nothing and gives 1.
+  /// table. Returns 1, or 0 when a stage failed, with one line of each failing level through qDebug: then only tpAllnew
+  /// puts the results right. On an invalid model writes one line through qDebug, changes nothing and returns 1.
   int tpChange();
 
   /// Switches component `id`, of the table that type code `type` names (docs/topology.md), on (closed, in service) or
-  /// off. Gives 1 when tpChange has to follow the change up: a TPTRACE row waits for it. Gives 0 when nothing had to
-  /// change, when the identity is unknown (one line on the standard output) or the type, and when a breaker was
+  /// off. Returns 1 when tpChange has to follow the change up: a TPTRACE row waits for it. Returns 0 when nothing had
+  /// to change, when the identity is unknown (one line on the standard output) or the type, and when a breaker was
   /// switched whose nodes are joined by others all the same: its state has then changed, without a row.
   int tpSetCompStatus(const char* id, int type, bool on);
   /// Gives the breakers the states of their status points. Leaves no row for tpChange: only tpAllnew follows. Always 1.
@@ -61,7 +61,7 @@ class TP {
   int tpReadTptrace(dbDatabase* db);
 
   /// Gives each live island a reference: a unit marked as one, else the section of a load marked as one, else the
-  /// unit with the greatest margin. Goes by the stored BS and ISLAND tables. Gives the number of islands whose
+  /// unit with the greatest margin. Goes by the stored BS and ISLAND tables. Returns the number of islands whose
   /// reference it had to choose itself; 0 with one line on the standard output when there is no live island.
   int tpSetRefUN();
 
@@ -95,8 +95,8 @@ class TP {
  private:
   friend class TpProbe;
 
-  // The stages under the names of the interface, and what they stand on; the work lies in topology/internal/. All give
-  // 1 for success and 0 for failure unless they say otherwise.
+  // The stages under the names of the interface, and what they stand on; the work lies in topology/internal/. All return
+  // 1 for success and 0 for failure; the exceptions bear a note.
 
   // State
   void tpClear();

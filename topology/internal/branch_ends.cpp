@@ -24,7 +24,8 @@ bool BranchEnds::WorkOut(int kv, int nd, const BranchView& branch, const EndMemo
   branch.SetIsolated(ownEnd, own.cut);
   branch.SetBothIsolated();
   // The fragments that are missing are made, and those that are there without need removed.
-  const bool adjusted = (!own.IsDue(other) || m_fragments.Toggle(own)) && (!other.IsDue(own) || m_fragments.Toggle(other));
+  const bool adjusted =
+      (!own.IsDue(other) || m_fragments.Toggle(own)) && (!other.IsDue(own) || m_fragments.Toggle(other));
   return adjusted || FailedIn("tpBsBranch");
 }
 

@@ -13,8 +13,7 @@ namespace dtsdb::internal {
 /// afterwards.
 class ChangedLevels {
  public:
-  explicit ChangedLevels(const State& state)
-      : m_network(state.network), m_levels(state.levels), m_log(state.Log()) {}
+  explicit ChangedLevels(const State& state) : m_network(state.network), m_levels(state.levels), m_log(state.Log()) {}
 
   /// Makes the voltage levels that the waiting changes reach those of the run, logs the changes, and takes them from
   /// TPTRACE. A failure leaves them there and has written its line through qDebug.

@@ -96,18 +96,18 @@ void ComponentChange::CompareEnd(const Sides& sides, bool nearWas, bool farWas, 
   const auto& [near, far, oldNear, oldFar, nearBs, farBs] = sides;
   if (nearWas == near.cut) {
     if (near.NeedsFragment(far) && near.IsDue(far)) {
-      GiveIsland(farBs, nearBs);
+      m_sections.CopyIsland(farBs, nearBs);
     } else if (far.NeedsFragment(near) && far.IsDue(near)) {
-      GiveIsland(nearBs, farBs);
+      m_sections.CopyIsland(nearBs, farBs);
     }
     return;
   }
   const int island = m_sections[oldNear].island;
   if (near.cut) {
     if (!farWas && island >= ISLAND_DEAD) *islandChanged = true;
-    if (!far.cut) GiveIsland(farBs, nearBs);
+    if (!far.cut) m_sections.CopyIsland(farBs, nearBs);
   } else if (far.cut) {
-    GiveIsland(nearBs, farBs);
+    m_sections.CopyIsland(nearBs, farBs);
   } else if (island != m_sections[oldFar].island || island == ISLAND_DEAD) {
     *islandChanged = true;  // closing within one live island leaves the islands as they are
   }

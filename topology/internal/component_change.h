@@ -49,7 +49,6 @@ class ComponentChange {
   bool FollowShunts(int kv, const ChangeReach& reach) const;
   bool AdjustFragments(const Sides& sides) const;
   void CompareEnd(const Sides& sides, bool nearWas, bool farWas, bool* islandChanged) const;
-  void GiveIsland(int from, int to) const { m_sections[to].island = m_sections[from].island; }
 
   Network m_network;
   Sections m_sections;

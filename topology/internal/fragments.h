@@ -29,8 +29,7 @@ struct BranchSide {
 /// has written its line through qDebug.
 class Fragments {
  public:
-  explicit Fragments(const State& state)
-      : m_network(state.network), m_sections(state.Sections()), m_log(state.Log()) {}
+  explicit Fragments(const State& state) : m_network(state.network), m_sections(state.Sections()), m_log(state.Log()) {}
 
   /// How the end `end` of a branch stands, at a node of level `kv`. `out`: the branch is out of service.
   BranchSide SideOf(int kv, const BranchEnd& end, bool out) const;

@@ -63,13 +63,10 @@ bool Islands::MakeLive(const IslandRing& ring, int seed, bool* changed) {
 
   int bs = seed;
   do {
-    BS& section = m_sections[bs];
-    if (section.island != number) {
-      if (section.island >= 0) *changed = true;
-      if (section.island == ISLAND_DEAD && !LogSwitch(bs, "BSLIVE")) return false;
-      section.island = number;
-    }
-    section.status &= ~BS_DEAD;
+    const int old = m_sections[bs].island;
+    if (old >= 0 && old != number) *changed = true;
+    if (old == ISLAND_DEAD && !LogSwitch(bs, "BSLIVE")) return false;
+    m_sections.MakeLive(bs, number);
     bs = ring.Next(bs);
   } while (bs != seed);
   return true;
@@ -78,12 +75,9 @@ bool Islands::MakeLive(const IslandRing& ring, int seed, bool* changed) {
 bool Islands::MakeDead(const IslandRing& ring, int seed) {
   int bs = seed;
   do {
-    BS& section = m_sections[bs];
-    if (section.island != ISLAND_DEAD) {
-      if (section.island >= 0 && !LogSwitch(bs, "BSDEAD")) return false;
-      section.status |= BS_DEAD;
-      section.island = ISLAND_DEAD;
-    }
+    const int old = m_sections[bs].island;
+    if (old >= 0 && !LogSwitch(bs, "BSDEAD")) return false;
+    if (old != ISLAND_DEAD) m_sections.MakeDead(bs);
     bs = ring.Next(bs);
   } while (bs != seed);
   return true;

@@ -40,7 +40,7 @@ class Network {
   KV& Level(int kv) const { return Table<KV>().GetPh(kv); }
   bool HasLevel(int kv) const { return HasSlot(Table<KV>(), kv); }
 
-  /// Visits the nodes of a voltage level in list order, by number, until `visit` gives false; false then. A row that
+  /// Visits the nodes of a voltage level in list order, by number, until `visit` returns false; false then. A row that
   /// names no slot of ND is passed over.
   template <class Visit>
   bool ForEachNode(int kv, Visit visit) const;
@@ -55,20 +55,20 @@ class Network {
   template <class Joins, class Visit>
   void GrowGroup(int first, Joins joins, Visit visit) const;
 
-  /// Visits the nodes of a ring by number, beginning with `first`, until `visit` gives false. False then, and when
+  /// Visits the nodes of a ring by number, beginning with `first`, until `visit` returns false. False then, and when
   /// the ring doesn't close.
   template <class Visit>
   bool ForEachInGroup(int first, Visit visit) const;
 
   /// Visits the ends of the branches on a node, one class after the other in the order given:
-  /// `visit(branch, branchNumber, end, endNumber)`, until it gives false; false then.
+  /// `visit(branch, branchNumber, end, endNumber)`, until it returns false; false then.
   template <class... Branches, class Visit>
   bool ForEachEnd(int nd, Visit visit) const {
     return (ForEachEndOf<Branches>(nd, visit) && ...);
   }
 
   /// Visits the units, then the loads, then the shunt devices of a voltage level: `visit(device, number)`, until it
-  /// gives false; false then.
+  /// returns false; false then.
   template <class Visit>
   bool ForEachShunt(int kv, Visit visit) const;
 
@@ -77,9 +77,7 @@ class Network {
   int LevelThrough(int row) const;
 
   /// The voltage level of a node, -1 for none.
-  int LevelOfNode(int nd) const {
-    return HasSlot(Table<ND>(), nd) ? LevelThrough<R_KV_ND>(Node(nd).r_kv_nd) : -1;
-  }
+  int LevelOfNode(int nd) const { return HasSlot(Table<ND>(), nd) ? LevelThrough<R_KV_ND>(Node(nd).r_kv_nd) : -1; }
 
  private:
   template <class Branch, class Visit>

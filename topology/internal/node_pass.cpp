@@ -42,8 +42,7 @@ bool NodePass::LayBaseSections() {
       if (!m_sections.Insert(&section)) return false;
       m_sections[section].flags |= BS_BASE;
       m_sections[section].ikv = kv;
-      m_network.GrowGroup(first, CanMerge,
-                          [&](int nd) { m_network.Node(nd).ibs = m_network.Node(nd).ibs0 = section; });
+      m_network.GrowGroup(first, CanMerge, [&](int nd) { m_network.Node(nd).ibs = m_network.Node(nd).ibs0 = section; });
       return true;
     });
     if (!placed) return FailedIn("tpNodeInit", "Failed");

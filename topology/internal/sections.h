@@ -47,6 +47,17 @@ class Sections {
   /// Gives section `*cursor` back to the free list and moves the cursor to the one that followed.
   void Delete(int* cursor) const { m_list.Delete(&m_network.Global().bs_free, cursor); }
 
+  void MakeLive(int bs, int island) const {
+    m_list[bs].island = island;
+    m_list[bs].status &= ~BS_DEAD;
+  }
+  void MakeDead(int bs) const {
+    m_list[bs].island = ISLAND_DEAD;
+    m_list[bs].status |= BS_DEAD;
+  }
+  /// Gives section `to` the island of section `from`.
+  void CopyIsland(int from, int to) const { m_list[to].island = m_list[from].island; }
+
   /// Makes a section with the marks `bits` the last one of level `kv`, with the number `*bs`. False, and nothing
   /// changed, when the level isn't listed or the sections have run out.
   bool MakeFragment(int kv, u32 bits, int* bs) const;

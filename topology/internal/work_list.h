@@ -18,6 +18,7 @@ class WorkList {
   WorkList(Entry* entries, int size) : m_entries(entries), m_size(size) {}
 
   int Size() const { return m_size; }
+  /// The entries themselves, Size() of them.
   Entry* Data() const { return m_entries; }
   bool Has(int n) const { return n >= 0 && n < m_size; }
 
@@ -63,7 +64,7 @@ class WorkList {
     if (Has(behind)) m_entries[behind].prev = before;
   }
 
-  /// Visits the entries from `first` up to, not including, `end` along `next`, until `visit(n)` gives false. The
+  /// Visits the entries from `first` up to, not including, `end` along `next`, until `visit(n)` returns false. The
   /// next entry is noted before the visit, which may therefore unlink the entry. False when the visit ended the
   /// walk, when a link leads outside the array, or when the walk takes more steps than there are entries.
   template <class Visit>
