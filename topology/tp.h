@@ -95,8 +95,8 @@ class TP {
  private:
   friend class TpProbe;
 
-  // The stages under the names of the interface, and what they stand on; the work lies in topology/internal/. All return
-  // 1 for success and 0 for failure; the exceptions bear a note.
+  // The stages under the names of the interface, and what they stand on; the work lies in topology/internal/. An int
+  // returned is 1 for success and 0 for failure.
 
   // State
   void tpClear();
