@@ -108,8 +108,9 @@ int& NodePass::MarkedNodes(int bs) {
 /// Sets ND_MARK on all nodes of a voltage level and counts them by base section.
 void NodePass::MarkNodes(int kv) {
   m_network.ForEachNode(kv, [&](int nd) {
-    m_network.Node(nd).flags &= ~ND_MARK;
-    MarkedNodes(m_network.Node(nd).ibs0) = 0;
+    ND& node = m_network.Node(nd);
+    node.flags &= ~ND_MARK;
+    MarkedNodes(node.ibs0) = 0;
     return true;
   });
   m_network.ForEachNode(kv, [&](int nd) {
