@@ -110,14 +110,17 @@ void Network::GrowGroup(int first, Joins joins, Visit visit) const {
   int nd = first;
   do {
     visit(nd);
+    ND& node = Node(nd);
     ForEachBreaker(nd, [&](const CB& cb, int) {
+      if (!joins(cb)) return;
       const int joined = OtherNode(cb, nd);
-      if (!joins(cb) || !(Node(joined).flags & ND_MARK)) return;
-      Node(joined).flags &= ~ND_MARK;
-      Node(joined).next = Node(nd).next;
-      Node(nd).next = joined;
+      ND& other = Node(joined);
+      if (!(other.flags & ND_MARK)) return;
+      other.flags &= ~ND_MARK;
+      other.next = node.next;
+      node.next = joined;
     });
-    nd = Node(nd).next;
+    nd = node.next;
   } while (nd != first);
 }
 
