@@ -1,10 +1,10 @@
-// The exchange of what the topology works on, and of its results, with the realtime database.
+#include "topology/internal/fastdb.h"
+
+#include <type_traits>
 
 #include "model/exchange.h"
-#include "model/record_bits.h"
-#include "topology/walks.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 namespace {
 
 /// What a run works on. The tables that a run produces and the changes that wait for one are not read.
@@ -34,26 +34,25 @@ constexpr TableExchange kChangeWriters[] = {DTSDB_WRITER(BSL), DTSDB_WRITER(ISLA
 
 }  // namespace
 
-int TP::tpReadFastdb(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return 1;
-  ExchangeTables(Model(), db, kReaders);
-  for (int i = 0; i < m_cbTable->GetCount(); ++i) {
-    CB& cb = (*m_cbTable)[i];
+void Exchange::Read(dbDatabase* db) const {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
+  ExchangeTables(m_model, db, kReaders);
+  auto& breakers = m_network.Table<CB>();
+  for (int i = 0; i < breakers.GetCount(); ++i) {
+    CB& cb = breakers[i];
     if ((cb.flags & CB_READ_OPEN) != 0) cb.flags |= CB_OPEN;
   }
   db->commit();
-  return 1;
 }
 
-int TP::tpWriteFastdb(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return 1;
-  WriteLDToFastdb(db);
-  WriteUNToFastdb(db);
-  WriteBUSToFastdb(db);
-  WriteBSToFastdb(db);
-  ExchangeTables(Model(), db, kWriters);
+void Exchange::WriteAll(dbDatabase* db) const {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
+  WriteLoads(db);
+  WriteUnits(db);
+  WriteBuses(db);
+  WriteSections(db);
+  ExchangeTables(m_model, db, kWriters);
   db->commit();
-  return 1;
 }
 
 namespace {
@@ -71,26 +70,25 @@ struct TwinWriters : TwinWriter<Records>... {
 }  // namespace
 
 /// The writers for the records of a voltage level. They stay open for the whole of one call.
-struct TP::ChangedRows : TwinWriters<CB, LD, CP, LN, ND, BUS, LN2, XF, XF2, DLN, DLN2, ZBR, ZBR2> {
+struct Exchange::ChangedRows : TwinWriters<CB, LD, CP, LN, ND, BUS, LN2, XF, XF2, DLN, DLN2, ZBR, ZBR2> {
   using TwinWriters::TwinWriters;
 };
 
-int TP::tpWriteChangedData(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return 1;
+void Exchange::WriteChanges(dbDatabase* db, LogNumbers* numbers) const {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
   ChangedRows rows(db);
-  WriteUNToFastdb(db);
-  WriteBSToFastdb(db);
-  ExchangeTables(Model(), db, kChangeWriters);
-  WriteLog(db);
-  for (int k = 0; k < m_changedKvCount; ++k) {
-    if (m_changedKvs[k] >= 0) WriteKv(m_changedKvs[k], rows);
+  WriteUnits(db);
+  WriteSections(db);
+  ExchangeTables(m_model, db, kChangeWriters);
+  *numbers = WriteLog(db);
+  for (int k = 0; k < m_levels.ChangedCount(); ++k) {
+    if (m_levels.Changed(k) >= 0) WriteLevel(m_levels.Changed(k), rows);
   }
   db->commit();
-  return 1;
 }
 
-/// Adds the log of the run behind the rows that are there. Their numbers tell other programs which rows are new.
-void TP::WriteLog(dbDatabase* db) {
+/// Adds the log of the run behind the rows that are there. By their numbers other programs know which rows are new.
+LogNumbers Exchange::WriteLog(dbDatabase* db) const {
   u32 base = 0;
   {
     dbCursor<Twin<TPL>::Row> stored(db, dbCursorViewOnly);
@@ -98,15 +96,17 @@ void TP::WriteLog(dbDatabase* db) {
     const auto* last = count > 0 ? stored.last() : nullptr;
     if (last != nullptr) base = static_cast<u32>(last->id) + 1;
   }
-  m_startNo = m_endNo = -1;
+  LogNumbers numbers;
   TwinWriter<TPL> writer(db);
-  for (int i = 0; i < m_tplTable->GetCount(); ++i) {
-    TPL row = (*m_tplTable)[i];
+  auto& log = m_network.Table<TPL>();
+  for (int i = 0; i < log.GetCount(); ++i) {
+    TPL row = log[i];
     row.id = static_cast<i32>(base + static_cast<u32>(row.id));
     writer.Insert(row);
-    if (i == 0) m_startNo = row.id;
-    m_endNo = row.id;
+    if (i == 0) numbers.first = row.id;
+    numbers.last = row.id;
   }
+  return numbers;
 }
 
 namespace {
@@ -125,20 +125,22 @@ void WriteDevice(TwinWriter<Device>& writer, const Device& device) {
 }  // namespace
 
 /// Updates the rows of one voltage level's records. Units have been written before, as a whole table.
-void TP::WriteKv(int kv, ChangedRows& rows) {
-  const KV& level = m_kvTable->GetPh(kv);
-  for (const R_KV_CB& row : Chain(*m_rKvCbTable, level.r_kv_cb)) {
-    rows.Of<CB>().Update(m_cbTable->GetPh(row.icb), Twin<CB>::ibs, Twin<CB>::izbs, Twin<CB>::flags,
-                         Twin<CB>::tp_status);
-  }
-  for (const R_KV_BUS& row : Chain(*m_rKvBusTable, level.r_kv_bus)) {
-    rows.Of<BUS>().Update(m_busTable->GetPh(row.ibus), Twin<BUS>::ibs, Twin<BUS>::tp_status);
-  }
-  for (const R_KV_LD& row : Chain(*m_rKvLdTable, level.r_kv_ld)) WriteDevice(rows.Of<LD>(), m_ldTable->GetPh(row.ild));
-  for (const R_KV_CP& row : Chain(*m_rKvCpTable, level.r_kv_cp)) WriteDevice(rows.Of<CP>(), m_cpTable->GetPh(row.icp));
-  ForEachNode(kv, [&](int nd) {
-    rows.Of<ND>().Update(Node(nd), Twin<ND>::ibs, Twin<ND>::next, Twin<ND>::n1, Twin<ND>::flags);
-    return ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](const auto& branch, int, const auto& end, int) {
+void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
+  const KV& level = m_network.Level(kv);
+  const auto forEach = [&]<class Row>(tTable<Row>& chained, auto write) {
+    auto& children = m_network.Table<typename Relation<Row>::Child>();
+    for (const Row& row : Chain(chained, level.*Relation<Row>::head)) write(children.GetPh(row.ChildNumber()));
+  };
+  forEach(m_network.Table<R_KV_CB>(), [&](const CB& cb) {
+    rows.Of<CB>().Update(cb, Twin<CB>::ibs, Twin<CB>::izbs, Twin<CB>::flags, Twin<CB>::tp_status);
+  });
+  forEach(m_network.Table<R_KV_BUS>(),
+          [&](const BUS& bus) { rows.Of<BUS>().Update(bus, Twin<BUS>::ibs, Twin<BUS>::tp_status); });
+  forEach(m_network.Table<R_KV_LD>(), [&](const LD& load) { WriteDevice(rows.Of<LD>(), load); });
+  forEach(m_network.Table<R_KV_CP>(), [&](const CP& device) { WriteDevice(rows.Of<CP>(), device); });
+  m_network.ForEachNode(kv, [&](int nd) {
+    rows.Of<ND>().Update(m_network.Node(nd), Twin<ND>::ibs, Twin<ND>::next, Twin<ND>::n1, Twin<ND>::flags);
+    return m_network.ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](const auto& branch, int, const auto& end, int) {
       using Branch = std::remove_cvref_t<decltype(branch)>;
       using End = std::remove_cvref_t<decltype(end)>;
       rows.Of<End>().Update(end, Twin<End>::flags);
@@ -148,29 +150,26 @@ void TP::WriteKv(int kv, ChangedRows& rows) {
   });
 }
 
-// The topology's own writers: of a row that exists only the topology's columns change, the rest belongs to others.
+// Of a row that exists only the topology's columns change, the rest belongs to others.
 
-bool TP::WriteBSToFastdb(dbDatabase* db) {
+void Exchange::WriteSections(dbDatabase* db) const {
   using Columns = Twin<BS>;
-  MergeRows(db, *m_bsTable, Columns::name, Columns::ikv, Columns::f0, Columns::island, Columns::status, Columns::flags,
+  auto& sections = m_network.Table<BS>();
+  MergeRows(db, sections, Columns::name, Columns::ikv, Columns::f0, Columns::island, Columns::status, Columns::flags,
             Columns::next, Columns::prev, Columns::ibsl);
-  RemoveRowsBeyond(db, *m_bsTable);
-  return true;
+  RemoveRowsBeyond(db, sections);
 }
 
-bool TP::WriteLDToFastdb(dbDatabase* db) {
-  MergeRows(db, *m_ldTable, Twin<LD>::ibs, Twin<LD>::status, Twin<LD>::tp_status);
-  return true;
+void Exchange::WriteLoads(dbDatabase* db) const {
+  MergeRows(db, m_network.Table<LD>(), Twin<LD>::ibs, Twin<LD>::status, Twin<LD>::tp_status);
 }
 
-bool TP::WriteUNToFastdb(dbDatabase* db) {
-  MergeRows(db, *m_unTable, Twin<UN>::ibs, Twin<UN>::ref, Twin<UN>::status, Twin<UN>::tp_status);
-  return true;
+void Exchange::WriteUnits(dbDatabase* db) const {
+  MergeRows(db, m_network.Table<UN>(), Twin<UN>::ibs, Twin<UN>::ref, Twin<UN>::status, Twin<UN>::tp_status);
 }
 
-bool TP::WriteBUSToFastdb(dbDatabase* db) {
-  MergeRows(db, *m_busTable, Twin<BUS>::ibs, Twin<BUS>::tp_status);
-  return true;
+void Exchange::WriteBuses(dbDatabase* db) const {
+  MergeRows(db, m_network.Table<BUS>(), Twin<BUS>::ibs, Twin<BUS>::tp_status);
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

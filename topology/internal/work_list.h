@@ -5,7 +5,7 @@
 #include "include/check.h"
 #include "model/records.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// A view of an array of BS or BSL entries that refer to each other by index through `next` and `prev`.
 ///
@@ -18,6 +18,8 @@ class WorkList {
   WorkList(Entry* entries, int size) : m_entries(entries), m_size(size) {}
 
   int Size() const { return m_size; }
+  /// The entries themselves, Size() of them.
+  Entry* Data() const { return m_entries; }
   bool Has(int n) const { return n >= 0 && n < m_size; }
 
   Entry& operator[](int n) const {
@@ -62,7 +64,7 @@ class WorkList {
     if (Has(behind)) m_entries[behind].prev = before;
   }
 
-  /// Visits the entries from `first` up to, not including, `end` along `next`, until `visit(n)` gives false. The
+  /// Visits the entries from `first` up to, not including, `end` along `next`, until `visit(n)` returns false. The
   /// next entry is noted before the visit, which may therefore unlink the entry. False when the visit ended the
   /// walk, when a link leads outside the array, or when the walk takes more steps than there are entries.
   template <class Visit>
@@ -95,4 +97,4 @@ class WorkList {
   int m_size;
 };
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

@@ -5,7 +5,7 @@
 #include "include/chain.h"
 #include "model/dtsdb.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// Steps for each row of the relations that a run on a damaged model may take: more than the stages need to visit each
 /// row once, few enough for the time to grow with the model and not with its square.
@@ -26,4 +26,4 @@ inline long long StepsOfFullRun(DTSDB& model) {
       model);
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

@@ -1,22 +1,24 @@
-/// \file
-/// How the states of breakers and components change, and which changes are remembered for the next incremental run.
+#include "topology/internal/trace.h"
+
 #include <QDateTime>
 #include <algorithm>
 #include <vector>
 
 #include "model/exchange.h"
 #include "model/text.h"
-#include "topology/component_types.h"
-#include "topology/walks.h"
+#include "topology/internal/parallel_path.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
+
 /// True when closing the breaker joins nothing: both its nodes lie in one section already.
-bool TP::ClosesWithinSection(const CB& cb) const { return cb.ibs == cb.izbs && cb.ibs > Global().bs_live; }
+bool ComponentStates::ClosesWithinSection(const CB& cb) const {
+  return cb.ibs == cb.izbs && cb.ibs > m_network.Global().bs_live;
+}
 
-/// Switches component `id` on or off. Gives its physical number when the next run has to know, else -1.
+/// Switches component `id` on or off. Returns its physical number when the next run has to know, else -1.
 template <class Component>
-int TP::SwitchComponent(const ComponentType<Component>& type, const QString& id, bool on) {
-  auto& table = Table<Component>();
+int ComponentStates::Switch(const ComponentType<Component>& type, const QString& id, bool on) const {
+  auto& table = m_network.Table<Component>();
   const int number = table.Find(Component(id));
   if (number < 0) {
     if (*type.unknown != '\0') PrintText(TextFromId(id) + QLatin1String(type.unknown));
@@ -24,48 +26,48 @@ int TP::SwitchComponent(const ComponentType<Component>& type, const QString& id,
   }
   Component& component = table.GetPh(number);
   u32& word = component.*type.word;
-  // One-sided, deliberately: switching on what is on already goes on.
+  // One-sided by design: switching on what is on already goes on.
   if (!on && (word & type.bit)) return -1;
   SetBit(word, type.bit, !on);
   if constexpr (std::is_same_v<Component, CB>) {
-    if (on ? ClosesWithinSection(component) : tpFindPassPath(number)) return -1;
+    if (on ? ClosesWithinSection(component) : HasParallelPath(m_network, number)) return -1;
   }
   return number;
 }
 
-int TP::tpSetCompStatus(const char* id, int type, bool on) {
+bool ComponentStates::Switch(const char* id, int type, bool on) const {
+  auto& trace = m_network.Table<TPTRACE>();
   TPTRACE row;
-  row.id = m_tptraceTable->GetCount();
+  row.id = trace.GetCount();
   row.name = IdFromBytes(id);
   row.type = static_cast<u8>(type);
   row.n1 = -1;
   row.status = on ? 1 : 0;
   row.time = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
-  WithComponentType(type, [&](const auto& component) { row.n1 = SwitchComponent(component, row.name, on); });
-  if (row.n1 < 0) return 0;
-  m_tptraceTable->Add(row);
-  return 1;
+  WithComponentType(type, [&](const auto& component) { row.n1 = Switch(component, row.name, on); });
+  if (row.n1 < 0) return false;
+  trace.Add(row);
+  return true;
 }
 
-/// Gives the breakers the states of their status points.
-int TP::tpRefreshCB() {
+void ComponentStates::RefreshBreakers() const {
   constexpr i8 kClosed = 1;
   constexpr i8 kOpen = 2;
-  for (int i = 0; i < m_cbTable->GetCount(); ++i) {
-    CB& cb = (*m_cbTable)[i];
+  auto& breakers = m_network.Table<CB>();
+  for (int i = 0; i < breakers.GetCount(); ++i) {
+    CB& cb = breakers[i];
     if (cb.istatus == -1) continue;
-    const i8 value = m_statusTable->GetPh(cb.istatus).value;
+    const i8 value = m_network.Table<STATUS>().GetPh(cb.istatus).value;
     if (value == kOpen || value == kClosed) SetBit(cb.flags, CB_OPEN, value == kOpen);
   }
-  return 1;
 }
 
 /// Takes the component states of one table from its twin, row by row side by side. A twin of another length is passed
 /// over without a word.
 template <class Component>
-void TP::ReadStates(dbDatabase* db) {
+void ComponentStates::ReadStatesOf(dbDatabase* db) const {
   constexpr u32 kBits = ComponentBits<Component>();
-  auto& table = Table<Component>();
+  auto& table = m_network.Table<Component>();
   dbCursor<typename Twin<Component>::Row> cursor(db, dbCursorViewOnly);
   const int count = cursor.select(kReadingOrder<Component>);
   if (count <= 0 || count != table.GetCount()) return;
@@ -76,46 +78,46 @@ void TP::ReadStates(dbDatabase* db) {
   }
 }
 
-int TP::tpReadStatus(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return 1;
-  TwinFinder<STATUS> points(db, dbCursorViewOnly);
-  for (int i = 0; i < m_statusTable->GetCount(); ++i) {
-    STATUS& point = (*m_statusTable)[i];
-    if (points.Select(point) == 1) LoadCell(point.value, points.Cursor().get()->value);
+void ComponentStates::ReadStates(dbDatabase* db) const {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
+  TwinFinder<STATUS> rows(db, dbCursorViewOnly);
+  auto& points = m_network.Table<STATUS>();
+  for (int i = 0; i < points.GetCount(); ++i) {
+    STATUS& point = points[i];
+    if (rows.Select(point) == 1) LoadCell(point.value, rows.Cursor().get()->value);
   }
-  tpRefreshCB();
-  ReadStates<LN>(db);
-  ReadStates<DLN>(db);
-  ReadStates<ZBR>(db);
-  ReadStates<XF>(db);
-  ReadStates<UN>(db);
-  ReadStates<LD>(db);
-  ReadStates<CP>(db);
-  return 1;
+  RefreshBreakers();
+  ReadStatesOf<LN>(db);
+  ReadStatesOf<DLN>(db);
+  ReadStatesOf<ZBR>(db);
+  ReadStatesOf<XF>(db);
+  ReadStatesOf<UN>(db);
+  ReadStatesOf<LD>(db);
+  ReadStatesOf<CP>(db);
 }
 
 /// Finds the component of a trace row and gives it the row's state. An unknown one leaves the row with -1 and reaches,
 /// with its warning, no record.
-void TP::ApplyTrace(TPTRACE& row) {
+void ComponentStates::Apply(TPTRACE& row) const {
   WithComponentType(row.type, [&](const auto& type) {
     using Component = typename std::remove_cvref_t<decltype(type)>::Record;
-    auto& table = Table<Component>();
+    auto& table = m_network.Table<Component>();
     row.n1 = table.Find(Component(row.name));
     const bool on = row.n1 >= 0 && row.status != 0;
     SetBit(table.GetPh(row.n1).*type.word, type.bit, !on);
   });
 }
 
-int TP::tpReadTptrace(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return 1;
+void ComponentStates::ReadTrace(dbDatabase* db) const {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
   using Columns = Twin<TPTRACE>;
   dbCursor<Columns::Row> cursor(db, dbCursorViewOnly);
-  const u32 lastRun = std::max(Global().u1, Global().time);
+  const u32 lastRun = std::max(m_network.Global().u1, m_network.Global().time);
   dbQuery query;
   // FastDB compares columns as signed numbers: from 2038 on it finds times below lastRun as well.
   query = "time >= ", lastRun, "or time < 0";
   const int count = cursor.select(query);
-  if (count <= 0) return 1;
+  if (count <= 0) return;
 
   std::vector<TPTRACE> rows;
   rows.reserve(static_cast<std::size_t>(count));
@@ -124,12 +126,12 @@ int TP::tpReadTptrace(dbDatabase* db) {
     TPTRACE& trace = rows.emplace_back();
     const auto load = [&](const auto&... columns) { (LoadCell(trace.*columns.field, row->*columns.cell), ...); };
     load(Columns::id, Columns::name, Columns::type, Columns::status, Columns::time);
-    ApplyTrace(trace);
+    Apply(trace);
   }
-  if (rows.empty()) return 1;
-  if (m_tptraceTable->GetCount() > 0) m_tptraceTable->Clear();
-  m_tptraceTable->SetData(rows.data(), static_cast<int>(rows.size()), false);
-  return 1;
+  if (rows.empty()) return;
+  auto& waiting = m_network.Table<TPTRACE>();
+  if (waiting.GetCount() > 0) waiting.Clear();
+  waiting.SetData(rows.data(), static_cast<int>(rows.size()), false);
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

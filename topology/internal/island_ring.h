@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "topology/work_list.h"
+#include "topology/internal/work_list.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// A copy of the links of all sections. In it each section that an island takes leaves the section ring and joins the
 /// ring of its island, without harm to the sections themselves.
@@ -51,4 +51,4 @@ class IslandRing {
   std::vector<int> m_nextOf;
 };
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal
