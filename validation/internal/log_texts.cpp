@@ -1,11 +1,12 @@
-#include "validation/messages.h"
+#include "validation/internal/log_texts.h"
 
 #include "model/text.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 namespace {
 
-const char* Word(Severity severity) {
+/// What every message of a severity begins with.
+const char* Opening(Severity severity) {
   switch (severity) {
     case Severity::kError:
       return "--NMD 错误:";
@@ -15,16 +16,6 @@ const char* Word(Severity severity) {
       break;
   }
   return "--NMD 提示:";
-}
-
-/// The table's name; null for KIND_NONE.
-const char* TableName(TableKind table) {
-  static constexpr const char* kNames[] = {nullptr,
-#define DTSDB_TABLE_NAME(T, member, key, meaning) T::kTableName,
-                                           DTSDB_TABLES(DTSDB_TABLE_NAME)
-#undef DTSDB_TABLE_NAME
-  };
-  return kNames[table];
 }
 
 }  // namespace
@@ -43,12 +34,10 @@ const LogText& LogTexts::Identity(const QString& id) {
   return m_lastIdentity;
 }
 
-LogText LogTexts::Opening(Severity severity) { return Literal(Word(severity)); }
-
-LogText LogTexts::Line(TableKind table, const QString& id, const Message& message) {
-  LogText line = Opening(message.severity);
-  if (table != KIND_NONE) {
-    line += Literal(TableName(table));
+LogText LogTexts::Line(const char* table, const QString& id, const Message& message) {
+  LogText line = Literal(Opening(message.severity));
+  if (table != nullptr) {
+    line += Literal(table);
     if (message.names) {
       line += Literal(" ");
       line += Identity(id);
@@ -58,4 +47,4 @@ LogText LogTexts::Line(TableKind table, const QString& id, const Message& messag
   return line;
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

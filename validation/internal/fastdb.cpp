@@ -1,9 +1,8 @@
-// The exchange of a model that is to be validated, or has been, with the realtime database.
+#include "validation/internal/fastdb.h"
 
 #include "model/exchange.h"
-#include "validation/nmd.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 namespace {
 
 /// The model's input; everything else is derived from these tables.
@@ -30,18 +29,16 @@ constexpr TableExchange kWriters[] = {
 
 }  // namespace
 
-bool NMD::ReadFastdb(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL") || m_pDatabase == nullptr) return true;
-  ExchangeTables(*m_pDatabase, db, kInputReaders);
+void ReadInput(DTSDB* model, dbDatabase* db) {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL") || model == nullptr) return;
+  ExchangeTables(*model, db, kInputReaders);
   db->commit();
-  return true;
 }
 
-bool NMD::WriteFastdb(dbDatabase* db) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL") || m_pDatabase == nullptr) return true;
-  ExchangeTables(*m_pDatabase, db, kWriters);
+void WriteValidated(DTSDB* model, dbDatabase* db) {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL") || model == nullptr) return;
+  ExchangeTables(*model, db, kWriters);
   db->commit();
-  return true;
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal
