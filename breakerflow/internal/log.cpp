@@ -1,4 +1,4 @@
-#include "breakerflow/log.h"
+#include "breakerflow/internal/log.h"
 
 #include <fstream>
 #include <locale>
@@ -7,6 +7,10 @@
 #include "model/text.h"
 
 namespace dtsdb {
+
+[[gnu::weak]] const char* FlowLogPath() { return "cbFlow.txt"; }
+
+namespace internal {
 namespace {
 
 std::ofstream Open(const char* path) {
@@ -22,8 +26,6 @@ std::ofstream Open(const char* path) {
 
 }  // namespace
 
-[[gnu::weak]] const char* FlowLogPath() { return "cbFlow.txt"; }
-
 std::ostream& FlowLog() {
   static std::ofstream stream = Open(FlowLogPath());
   return stream;
@@ -31,4 +33,5 @@ std::ostream& FlowLog() {
 
 QByteArray LogBytes(const char* utf8) { return IdToBytes(IdFromLiteral(utf8)); }
 
+}  // namespace internal
 }  // namespace dtsdb

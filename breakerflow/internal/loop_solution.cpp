@@ -1,7 +1,6 @@
-// The currents inside a group of loops: of all that fit the injections, those whose sum of squares is least.
-//
 // Single precision throughout, each sum in ascending order: the results depend on it, and other programs compute the
 // same. Compiled without contraction of products and sums.
+#include "breakerflow/internal/loop_solution.h"
 
 #include <algorithm>
 #include <bit>
@@ -10,10 +9,9 @@
 #include <new>
 #include <utility>
 
-#include "breakerflow/cbflow.h"
-#include "breakerflow/find.h"
+#include "breakerflow/internal/find.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 namespace {
 
 /// A column of the elements of `values`, but the last.
@@ -119,21 +117,33 @@ Matrix<float> WithoutLastRow(const Matrix<float>& a) {
   return b;
 }
 
+/// The loop breakers at the nodes of a group, by ascending key.
+std::vector<cbBreaker*> LoopBreakers(const FlowNetwork& network, const ndGroup& group) {
+  QMap<int, cbBreaker*> found;
+  for (const int nd : group.m_nodes) {
+    for (const int key : network.breakersAt.value(nd)) {
+      cbBreaker* const breaker = Find(network.breakers, key);
+      if (!DTSDB_ASSERT(breaker != nullptr, "m_cbArray.find(*it) != m_cbArray.end()")) continue;
+      if ((breaker->flags & CB_LOOP) != 0) found.insert(key, breaker);
+    }
+  }
+  return {found.cbegin(), found.cend()};
+}
+
 }  // namespace
 
-void cbFlow::calculateCBCurrent(int key, const ndGroup& group) {
-  Q_UNUSED(key)
+void SolveLoops(const FlowNetwork& network, const ndGroup& group) {
   RowOfNode rowOf;
   std::vector<float> real;
   std::vector<float> imaginary;
   for (const int nd : group.m_nodes) {
-    const cbNode* const node = Find(std::as_const(m_ndArray), nd);
+    const cbNode* const node = Find(std::as_const(network.nodes), nd);
     if (!DTSDB_ASSERT(node != nullptr, "m_ndArray.find(*it) != m_ndArray.end()")) continue;
     rowOf.emplace(nd, static_cast<int>(real.size()));
     real.push_back(node->sp);
     imaginary.push_back(node->sq);
   }
-  const std::vector<cbBreaker*> breakers = LoopBreakers(group);
+  const std::vector<cbBreaker*> breakers = LoopBreakers(network, group);
   const int m = static_cast<int>(real.size());
   const int n = static_cast<int>(breakers.size());
   if (m == 0 || n == 0) return;
@@ -143,17 +153,17 @@ void cbFlow::calculateCBCurrent(int key, const ndGroup& group) {
   Matrix<float> b = WithoutLastRow(Incidence(rowOf, breakers));
   Matrix<float> t = b.transpose();
   Matrix<float> inverse(m - 1, m - 1, 0.0F);
-  matrixMultiply(b, t, inverse);
-  invertGaussJordan(inverse);
+  Multiply(b, t, inverse);
+  Invert(inverse);
   Matrix<float> solution(n, m - 1, 0.0F);
-  matrixMultiply(t, inverse, solution);
+  Multiply(t, inverse, solution);
 
   Matrix<float> ir = ColumnButLast(real);
   Matrix<float> ii = ColumnButLast(imaginary);
   Matrix<float> xr(n, 1, 0.0F);
   Matrix<float> xi(n, 1, 0.0F);
-  matrixMultiply(solution, ir, xr);
-  matrixMultiply(solution, ii, xi);
+  Multiply(solution, ir, xr);
+  Multiply(solution, ii, xi);
   const double cosine = std::cos(static_cast<double>(group.m_a));
   const double sine = std::sin(static_cast<double>(group.m_a));
   for (int j = 0; j < n; ++j) {
@@ -164,20 +174,7 @@ void cbFlow::calculateCBCurrent(int key, const ndGroup& group) {
   }
 }
 
-/// The loop breakers at the nodes of a group, by ascending key.
-std::vector<cbBreaker*> cbFlow::LoopBreakers(const ndGroup& group) {
-  QMap<int, cbBreaker*> found;
-  for (const int nd : group.m_nodes) {
-    for (const int key : m_ndcbMap.value(nd)) {
-      cbBreaker* const breaker = Find(m_cbArray, key);
-      if (!DTSDB_ASSERT(breaker != nullptr, "m_cbArray.find(*it) != m_cbArray.end()")) continue;
-      if ((breaker->flags & CB_LOOP) != 0) found.insert(key, breaker);
-    }
-  }
-  return {found.cbegin(), found.cend()};
-}
-
-bool cbFlow::matrixMultiply(Matrix<float>& a, Matrix<float>& b, Matrix<float>& c) {
+bool Multiply(const Matrix<float>& a, const Matrix<float>& b, Matrix<float>& c) {
   if (a.cols() != b.rows() || a.rows() != c.rows() || b.cols() != c.cols()) return false;
   std::vector<bool> finite(b.rows());
   for (int k = 0; k < b.rows(); ++k) finite[k] = IsFinite(b.data()[k], b.cols());
@@ -195,7 +192,7 @@ bool cbFlow::matrixMultiply(Matrix<float>& a, Matrix<float>& b, Matrix<float>& c
   return true;
 }
 
-bool cbFlow::invertGaussJordan(Matrix<float>& a) {
+bool Invert(Matrix<float>& a) {
   const int n = a.cols();
   if (!DTSDB_ASSERT(n <= a.rows(), "i>=0 && i<m_nRows")) return false;
   if (n == 0) return true;
@@ -219,4 +216,4 @@ bool cbFlow::invertGaussJordan(Matrix<float>& a) {
   return true;
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

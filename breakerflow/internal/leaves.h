@@ -7,7 +7,7 @@
 
 #include "breakerflow/cbflow.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// A breaker between two nodes, which may be the same.
 struct FlowEdge {
@@ -24,4 +24,4 @@ struct FlowEdge {
 /// The cost is n log n all the same.
 void TakeLeaves(const std::vector<FlowEdge>& edges, const std::function<void(const FlowEdge&, bool aIsLeaf)>& take);
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

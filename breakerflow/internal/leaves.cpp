@@ -1,10 +1,10 @@
-#include "breakerflow/leaves.h"
+#include "breakerflow/internal/leaves.h"
 
 #include <queue>
 #include <unordered_map>
 #include <utility>
 
-namespace dtsdb {
+namespace dtsdb::internal {
 namespace {
 
 /// The edges whose turn has come: by pass, then by place.
@@ -42,4 +42,4 @@ void TakeLeaves(const std::vector<FlowEdge>& edges, const std::function<void(con
   }
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

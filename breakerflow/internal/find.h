@@ -4,7 +4,7 @@
 
 #include "breakerflow/cbflow.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// The entry of `map` under `key`, null when there is none. It stays where it is until it is removed.
 template <class Map>
@@ -21,4 +21,4 @@ const typename Map::mapped_type* Find(const Map& map, int key) {
 /// The node at the other end of `breaker`.
 inline int OtherEnd(const cbBreaker& breaker, int nd) { return breaker.ind != nd ? breaker.ind : breaker.iznd; }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

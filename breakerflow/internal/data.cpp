@@ -1,11 +1,10 @@
-// Reading breakers and injections from the realtime database, and writing the flows there.
+#include "breakerflow/internal/data.h"
 
-#include "breakerflow/cbflow.h"
 #include "model/record_bits.h"
 #include "model/text.h"
 #include "rtdb/volma_rtdb.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 namespace {
 
 constexpr const char* kOrder = "order by id";
@@ -56,25 +55,10 @@ u32 FlowClass(u32 flags) {
   return (flags & CB_LOOP) != 0 ? TP_FLOW_LOOP : 0;
 }
 
-}  // namespace
-
-void cbFlow::loadData() {
-  clear();
-  if (!DTSDB_ASSERT(m_pDatabase != nullptr, "db != NULL")) return;
-  LoadBreakers();
-  LoadShunts<un>(m_unArray, 1);
-  LoadShunts<cp>(m_cpArray, -1);
-  LoadShunts<ld>(m_ldArray, -1);
-  LoadBranchEnds<ln>(m_lnArray, &ln::ln2, &ln::zln2);
-  LoadBranchEnds<xf>(m_xfArray, &xf::xf2, &xf::zxf2);
-  LoadBranchEnds<dln>(m_dlnArray, &dln::dln2, &dln::zdln2);
-  ListBreakersOfNodes();
-  m_pDatabase->commit();
-}
-
-void cbFlow::LoadBreakers() {
-  SectionVoltage voltage(m_pDatabase);
-  ForEachRow<cb>(m_pDatabase, [&](const cb& row) {
+/// Fills the breakers, and the nodes of closed ones.
+void LoadBreakers(dbDatabase* db, const FlowNetwork& network) {
+  SectionVoltage voltage(db);
+  ForEachRow<cb>(db, [&](const cb& row) {
     cbBreaker breaker;
     breaker.id = IdFromBytes(row.id);
     breaker.nd = IdFromBytes(row.nd);
@@ -82,13 +66,13 @@ void cbFlow::LoadBreakers() {
     breaker.ind = row.ind;
     breaker.iznd = row.iznd;
     breaker.open = breaker.zopen = IsOpenOrDead(row);
-    m_cbArray.insert(static_cast<int>(m_cbArray.size()), breaker);
+    network.breakers.insert(static_cast<int>(network.breakers.size()), breaker);
     if (breaker.open) return;
 
     voltage.Take(row.ibs);
     const auto addNode = [&](int nd, const QString& name) {
-      if (m_ndArray.contains(nd)) return;
-      cbNode& node = m_ndArray[nd];
+      if (network.nodes.contains(nd)) return;
+      cbNode& node = network.nodes[nd];
       node.name = name;
       node.v = voltage.V();
       node.a = voltage.A();
@@ -100,9 +84,9 @@ void cbFlow::LoadBreakers() {
 
 /// What stands on one node. `sign` turns its power into an injection.
 template <class Row>
-void cbFlow::LoadShunts(QMap<int, cbDevice>& devices, float sign) {
-  ForEachRow<Row>(m_pDatabase, [&](const Row& row) {
-    if ((row.tp_status & SHUNT_DEAD) != 0 || !m_ndArray.contains(row.ind)) return;
+void LoadShunts(dbDatabase* db, const QMap<int, cbNode>& nodes, QMap<int, cbDevice>& devices, float sign) {
+  ForEachRow<Row>(db, [&](const Row& row) {
+    if ((row.tp_status & SHUNT_DEAD) != 0 || !nodes.contains(row.ind)) return;
     const cbDevice device{IdFromBytes(row.id), IdFromBytes(row.nd), row.ind, sign * row.p, sign * row.q};
     devices.insert(static_cast<int>(devices.size()), device);
   });
@@ -111,32 +95,48 @@ void cbFlow::LoadShunts(QMap<int, cbDevice>& devices, float sign) {
 /// The ends of branches. The power at the from end flows into the branch, that at the to end out of it: only the
 /// former changes its sign on the way into the node.
 template <class Row>
-void cbFlow::LoadBranchEnds(QMap<int, cbDevice>& devices, int Row::*end1, int Row::*end2) {
-  ForEachRow<Row>(m_pDatabase, [&](const Row& row) {
+void LoadBranchEnds(dbDatabase* db, const QMap<int, cbNode>& nodes, QMap<int, cbDevice>& devices, int Row::*end1,
+                    int Row::*end2) {
+  ForEachRow<Row>(db, [&](const Row& row) {
     if ((row.tp_status & TP_BOTH_DEAD) != 0) return;
     const QString id = IdFromBytes(row.id);
-    if (m_ndArray.contains(row.ind)) {
+    if (nodes.contains(row.ind)) {
       devices.insert(row.*end1, {id, IdFromBytes(row.nd), row.ind, -row.p, -row.q, false});
     }
-    if (m_ndArray.contains(row.iznd)) {
+    if (nodes.contains(row.iznd)) {
       devices.insert(row.*end2, {id, IdFromBytes(row.znd), row.iznd, row.zp, row.zq, true});
     }
   });
 }
 
-void cbFlow::ListBreakersOfNodes() {
-  for (auto it = m_cbArray.cbegin(); it != m_cbArray.cend(); ++it) {
+void ListBreakersOfNodes(const FlowNetwork& network) {
+  for (auto it = network.breakers.cbegin(); it != network.breakers.cend(); ++it) {
     if (it->open || it->zopen) continue;
-    m_ndcbMap[it->ind].append(it.key());
-    m_ndcbMap[it->iznd].append(it.key());
+    network.breakersAt[it->ind].append(it.key());
+    network.breakersAt[it->iznd].append(it.key());
   }
 }
 
-void cbFlow::storeData() {
-  if (!DTSDB_ASSERT(m_pDatabase != nullptr, "db != NULL")) return;
-  dbCursor<cb> cursor(m_pDatabase, dbCursorForUpdate);
+}  // namespace
+
+void LoadFlowData(dbDatabase* db, const FlowNetwork& network, const FlowDevices& devices) {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
+  LoadBreakers(db, network);
+  LoadShunts<un>(db, network.nodes, devices.units, 1);
+  LoadShunts<cp>(db, network.nodes, devices.capacitors, -1);
+  LoadShunts<ld>(db, network.nodes, devices.loads, -1);
+  LoadBranchEnds<ln>(db, network.nodes, devices.lines, &ln::ln2, &ln::zln2);
+  LoadBranchEnds<xf>(db, network.nodes, devices.windings, &xf::xf2, &xf::zxf2);
+  LoadBranchEnds<dln>(db, network.nodes, devices.dcLines, &dln::dln2, &dln::zdln2);
+  ListBreakersOfNodes(network);
+  db->commit();
+}
+
+void StoreFlows(dbDatabase* db, const QMap<int, cbBreaker>& breakers) {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
+  dbCursor<cb> cursor(db, dbCursorForUpdate);
   dbQuery query;
-  for (const cbBreaker& breaker : std::as_const(m_cbArray)) {
+  for (const cbBreaker& breaker : breakers) {
     const QByteArray bytes = IdToBytes(breaker.id);
     char const* const id = bytes.constData();
     query = "id=", id;
@@ -149,7 +149,7 @@ void cbFlow::storeData() {
       cursor.update();
     }
   }
-  m_pDatabase->commit();
+  db->commit();
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal
