@@ -36,7 +36,8 @@ using ParentRow = typename ParentOf<Record>::Row;
 /// How the children of relation `Row` name their parent.
 template <class Row>
 struct ParentName {
-  QString Relation<Row>::Child::*key;
+  using Child = typename Relation<Row>::Child;
+  QString Child::*key;
   Message missing;  ///< reported of a child whose parent doesn't exist
   Reason full;      ///< why the link pass stops when the relation takes no more rows
 };
