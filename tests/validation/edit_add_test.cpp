@@ -6,7 +6,7 @@
 //
 // Names ascend from S1 to S2, so that rows of levels and levels have the same numbers.
 #include "tests/validation/edit.h"
-#include "validation/device_kinds.h"
+#include "validation/internal/device_kinds.h"
 
 namespace dtsdb::test {
 namespace {
@@ -268,7 +268,7 @@ void TestLineThatSortsLast(Editing& edit) {
   line.zana_i = Id("ZI");
   line.status = 4;
   EXPECT_EQ(edit.Add(line), "");
-  EXPECT_EQ(line.status, LineKind<Line>::districtOfToEnd) << "the district is that of the to end only";
+  EXPECT_EQ(line.status, internal::kLineKind<Line>.districtOfToEnd) << "the district is that of the to end only";
   EXPECT_EQ(line.ind, m.Number<ND>("N1"));
   EXPECT_EQ(line.iznd, m.Number<ND>("N4"));
   EXPECT_EQ(line.izana_i, m.Number<ANALOG>("ZI"));
@@ -290,7 +290,7 @@ TEST_F(AddTest, OfADcLineThatSortsLastMakesAllOfIt) { TestLineThatSortsLast<DLN>
 // Districts have the numbers 0 (D1), 1 (D2), 2 (DV), stations 0 (S1), 1 (S2).
 template <class Line>
 void TestHeadOfAFirstLine(Editing& edit) {
-  using R = Relation<ParentRow<Line>>;
+  using R = Relation<internal::ParentRow<Line>>;
   ModelBuilder& m = edit.model;
   Line line = NewLine<Line>("A9", "D1", "S2", "S1", "K3", "K1", "N4", "N1");
   EXPECT_EQ(edit.Add(line), "");

@@ -8,7 +8,7 @@
 
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
-#include "validation/link_pass.h"
+#include "validation/internal/relations.h"
 
 namespace dtsdb::test {
 namespace {
