@@ -58,59 +58,6 @@
   T(ZBR, m_zbrTable, Identified, "zero-impedance branch, tied to a breaker") \
   T(ZBR2, m_zbr2Table, Identified, "end of a zero-impedance branch")
 
-/// How the tables stand in the realtime database: W(class, twin class, writer), in the order of DTSDB_TABLES.
-///
-/// The twin class is the table's row there (rtdb/volma_rtdb.h) and gives the table its name. A Merging writer
-/// updates the rows that exist, so that what no record holds survives; a Replacing writer deletes the rows and
-/// writes them anew.
-#define DTSDB_TWINS(W) \
-  W(ANALOG, analog, Merging) \
-  W(BS, bs, Merging) \
-  W(BSL, bsl, Merging) \
-  W(BUS, bus, Merging) \
-  W(CB, cb, Merging) \
-  W(CB2, cb2, Replacing) \
-  W(CHND, chnd, Merging) \
-  W(CO, co, Merging) \
-  W(CP, cp, Merging) \
-  W(DLN, dln, Merging) \
-  W(DLN2, dln2, Replacing) \
-  W(DV, dv, Merging) \
-  W(GLOBAL, global, Merging) \
-  W(ISLAND, island, Merging) \
-  W(KV, kv, Merging) \
-  W(LD, ld, Merging) \
-  W(LN, ln, Merging) \
-  W(LN2, ln2, Replacing) \
-  W(ND, nd, Replacing) \
-  W(R_CO_DV, r_co_dv, Replacing) \
-  W(R_DV_DLN, r_dv_dln, Replacing) \
-  W(R_DV_LN, r_dv_ln, Replacing) \
-  W(R_DV_ST, r_dv_st, Replacing) \
-  W(R_KV_BUS, r_kv_bus, Replacing) \
-  W(R_KV_CB, r_kv_cb, Replacing) \
-  W(R_KV_CP, r_kv_cp, Replacing) \
-  W(R_KV_LD, r_kv_ld, Replacing) \
-  W(R_KV_ND, r_kv_nd, Replacing) \
-  W(R_KV_UN, r_kv_un, Replacing) \
-  W(R_KV_ZBR, r_kv_zbr, Replacing) \
-  W(R_ND_CB2, r_nd_cb2, Replacing) \
-  W(R_ND_DLN2, r_nd_dln2, Replacing) \
-  W(R_ND_LN2, r_nd_ln2, Replacing) \
-  W(R_ND_XF2, r_nd_xf2, Replacing) \
-  W(R_ND_ZBR2, r_nd_zbr2, Replacing) \
-  W(R_ST_KV, r_st_kv, Replacing) \
-  W(R_ST_XF, r_st_xf, Replacing) \
-  W(ST, st, Merging) \
-  W(STATUS, status, Merging) \
-  W(TPL, tpl, Merging) \
-  W(TPTRACE, tptrace, Merging) \
-  W(UN, un, Merging) \
-  W(XF, xf, Merging) \
-  W(XF2, xf2, Replacing) \
-  W(ZBR, zbr, Merging) \
-  W(ZBR2, zbr2, Replacing)
-
 /// The 18 relations: R(class, parent class, child class, parent name, child name, head, own).
 ///
 /// `head` is the field of the parent that holds the first row of its chain, `own` the field of the child that

@@ -42,14 +42,11 @@ TEST(Add, AfterARunWithErrorsIsRefusedEvenForAValidRecord) {
   ModelBuilder m = TwoStations();
   m.Of<CB>("B1").flags = 0;
   Editing edit(m);
-#define DTSDB_EXPECT_REFUSAL(T)                               \
-  {                                                           \
-    T record = New<T>("new");                                 \
-    EXPECT_EQ(edit.Add(record), "网路数据库校验没有通过.\n"); \
-    EXPECT_EQ(m.Table<T>().Find(record), -1);                 \
-  }
-  DTSDB_EDITED_RECORDS(DTSDB_EXPECT_REFUSAL)
-#undef DTSDB_EXPECT_REFUSAL
+  ForEachType(EditedRecords(), [&]<class T> {
+    T record = New<T>("new");
+    EXPECT_EQ(edit.Add(record), "网路数据库校验没有通过.\n");
+    EXPECT_EQ(m.Table<T>().Find(record), -1);
+  });
 }
 
 TEST(Add, WithoutAGlobalRecordWarnsAndTakesTheModelAsGood) {

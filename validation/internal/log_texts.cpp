@@ -1,5 +1,6 @@
 #include "validation/internal/log_texts.h"
 
+#include "model/table_info.h"
 #include "model/text.h"
 
 namespace dtsdb::internal {
