@@ -3,9 +3,6 @@
 /// The relations: whom each joins and where the ends of its chains are kept.
 #pragma once
 
-#include <tuple>
-#include <type_traits>
-
 #include "model/records.h"
 
 namespace dtsdb {
@@ -233,24 +230,82 @@ struct Relation<R_ST_XF> {
   static constexpr auto own = &XF::r_st_xf;
 };
 
-/// True when relation class `Row` joins a `Parent` and a `Child`.
-template <class Row, class Parent, class Child>
-inline constexpr bool kJoins = std::conjunction_v<std::is_same<typename Relation<Row>::Parent, Parent>,
-                                                  std::is_same<typename Relation<Row>::Child, Child>>;
-
-/// The relations that join a `Parent` and a `Child`, as a tuple of pointers: one or none.
-template <class Parent, class Child, class... Row>
-auto RelationsBetween(TypeList<Row...>) {
-  return std::tuple_cat(std::conditional_t<kJoins<Row, Parent, Child>, std::tuple<Row*>, std::tuple<>>()...);
-}
-
-/// True when a relation joins a `Parent` and a `Child`.
-template <class Parent, class Child>
-inline constexpr bool kAreRelated = std::tuple_size_v<decltype(RelationsBetween<Parent, Child>(Relations()))> > 0;
-
-/// The relation that joins them: RelationOf<KV, LD> is R_KV_LD.
-template <class Parent, class Child>
-using RelationOf =
-    std::remove_pointer_t<std::tuple_element_t<0, decltype(RelationsBetween<Parent, Child>(Relations()))>>;
+/// The relation by which a record hangs on its parent: ParentRow<LD> is R_KV_LD.
+template <class Child>
+struct ParentOf;
+template <>
+struct ParentOf<DV> {
+  using Row = R_CO_DV;
+};
+template <>
+struct ParentOf<DLN> {
+  using Row = R_DV_DLN;
+};
+template <>
+struct ParentOf<LN> {
+  using Row = R_DV_LN;
+};
+template <>
+struct ParentOf<ST> {
+  using Row = R_DV_ST;
+};
+template <>
+struct ParentOf<BUS> {
+  using Row = R_KV_BUS;
+};
+template <>
+struct ParentOf<CB> {
+  using Row = R_KV_CB;
+};
+template <>
+struct ParentOf<CP> {
+  using Row = R_KV_CP;
+};
+template <>
+struct ParentOf<LD> {
+  using Row = R_KV_LD;
+};
+template <>
+struct ParentOf<ND> {
+  using Row = R_KV_ND;
+};
+template <>
+struct ParentOf<UN> {
+  using Row = R_KV_UN;
+};
+template <>
+struct ParentOf<ZBR> {
+  using Row = R_KV_ZBR;
+};
+template <>
+struct ParentOf<CB2> {
+  using Row = R_ND_CB2;
+};
+template <>
+struct ParentOf<DLN2> {
+  using Row = R_ND_DLN2;
+};
+template <>
+struct ParentOf<LN2> {
+  using Row = R_ND_LN2;
+};
+template <>
+struct ParentOf<XF2> {
+  using Row = R_ND_XF2;
+};
+template <>
+struct ParentOf<ZBR2> {
+  using Row = R_ND_ZBR2;
+};
+template <>
+struct ParentOf<KV> {
+  using Row = R_ST_KV;
+};
+template <>
+struct ParentOf<XF> {
+  using Row = R_ST_XF;
+};
+template <class Child>
+using ParentRow = typename ParentOf<Child>::Row;
 
 }  // namespace dtsdb

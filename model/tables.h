@@ -61,200 +61,108 @@ extern template class tTable<ZBR2>;
 /// The member of class `Tables` that points to the table of record class `T`. `Tables` is DTSDB, or a class that holds
 /// copies of its pointers under the same names.
 template <class T, class Tables>
-struct TableMember;
+inline constexpr int kTableMember = 0;
 template <class Tables>
-struct TableMember<ANALOG, Tables> {
-  static constexpr auto kPointer = &Tables::m_analogTable;
-};
+inline constexpr auto kTableMember<ANALOG, Tables> = &Tables::m_analogTable;
 template <class Tables>
-struct TableMember<BS, Tables> {
-  static constexpr auto kPointer = &Tables::m_bsTable;
-};
+inline constexpr auto kTableMember<BS, Tables> = &Tables::m_bsTable;
 template <class Tables>
-struct TableMember<BSL, Tables> {
-  static constexpr auto kPointer = &Tables::m_bslTable;
-};
+inline constexpr auto kTableMember<BSL, Tables> = &Tables::m_bslTable;
 template <class Tables>
-struct TableMember<BUS, Tables> {
-  static constexpr auto kPointer = &Tables::m_busTable;
-};
+inline constexpr auto kTableMember<BUS, Tables> = &Tables::m_busTable;
 template <class Tables>
-struct TableMember<CB, Tables> {
-  static constexpr auto kPointer = &Tables::m_cbTable;
-};
+inline constexpr auto kTableMember<CB, Tables> = &Tables::m_cbTable;
 template <class Tables>
-struct TableMember<CB2, Tables> {
-  static constexpr auto kPointer = &Tables::m_cb2Table;
-};
+inline constexpr auto kTableMember<CB2, Tables> = &Tables::m_cb2Table;
 template <class Tables>
-struct TableMember<CHND, Tables> {
-  static constexpr auto kPointer = &Tables::m_chndTable;
-};
+inline constexpr auto kTableMember<CHND, Tables> = &Tables::m_chndTable;
 template <class Tables>
-struct TableMember<CO, Tables> {
-  static constexpr auto kPointer = &Tables::m_coTable;
-};
+inline constexpr auto kTableMember<CO, Tables> = &Tables::m_coTable;
 template <class Tables>
-struct TableMember<CP, Tables> {
-  static constexpr auto kPointer = &Tables::m_cpTable;
-};
+inline constexpr auto kTableMember<CP, Tables> = &Tables::m_cpTable;
 template <class Tables>
-struct TableMember<DLN, Tables> {
-  static constexpr auto kPointer = &Tables::m_dlnTable;
-};
+inline constexpr auto kTableMember<DLN, Tables> = &Tables::m_dlnTable;
 template <class Tables>
-struct TableMember<DLN2, Tables> {
-  static constexpr auto kPointer = &Tables::m_dln2Table;
-};
+inline constexpr auto kTableMember<DLN2, Tables> = &Tables::m_dln2Table;
 template <class Tables>
-struct TableMember<DV, Tables> {
-  static constexpr auto kPointer = &Tables::m_dvTable;
-};
+inline constexpr auto kTableMember<DV, Tables> = &Tables::m_dvTable;
 template <class Tables>
-struct TableMember<GLOBAL, Tables> {
-  static constexpr auto kPointer = &Tables::m_globalTable;
-};
+inline constexpr auto kTableMember<GLOBAL, Tables> = &Tables::m_globalTable;
 template <class Tables>
-struct TableMember<ISLAND, Tables> {
-  static constexpr auto kPointer = &Tables::m_islandTable;
-};
+inline constexpr auto kTableMember<ISLAND, Tables> = &Tables::m_islandTable;
 template <class Tables>
-struct TableMember<KV, Tables> {
-  static constexpr auto kPointer = &Tables::m_kvTable;
-};
+inline constexpr auto kTableMember<KV, Tables> = &Tables::m_kvTable;
 template <class Tables>
-struct TableMember<LD, Tables> {
-  static constexpr auto kPointer = &Tables::m_ldTable;
-};
+inline constexpr auto kTableMember<LD, Tables> = &Tables::m_ldTable;
 template <class Tables>
-struct TableMember<LN, Tables> {
-  static constexpr auto kPointer = &Tables::m_lnTable;
-};
+inline constexpr auto kTableMember<LN, Tables> = &Tables::m_lnTable;
 template <class Tables>
-struct TableMember<LN2, Tables> {
-  static constexpr auto kPointer = &Tables::m_ln2Table;
-};
+inline constexpr auto kTableMember<LN2, Tables> = &Tables::m_ln2Table;
 template <class Tables>
-struct TableMember<ND, Tables> {
-  static constexpr auto kPointer = &Tables::m_ndTable;
-};
+inline constexpr auto kTableMember<ND, Tables> = &Tables::m_ndTable;
 template <class Tables>
-struct TableMember<R_CO_DV, Tables> {
-  static constexpr auto kPointer = &Tables::m_rCoDvTable;
-};
+inline constexpr auto kTableMember<R_CO_DV, Tables> = &Tables::m_rCoDvTable;
 template <class Tables>
-struct TableMember<R_DV_DLN, Tables> {
-  static constexpr auto kPointer = &Tables::m_rDvDlnTable;
-};
+inline constexpr auto kTableMember<R_DV_DLN, Tables> = &Tables::m_rDvDlnTable;
 template <class Tables>
-struct TableMember<R_DV_LN, Tables> {
-  static constexpr auto kPointer = &Tables::m_rDvLnTable;
-};
+inline constexpr auto kTableMember<R_DV_LN, Tables> = &Tables::m_rDvLnTable;
 template <class Tables>
-struct TableMember<R_DV_ST, Tables> {
-  static constexpr auto kPointer = &Tables::m_rDvStTable;
-};
+inline constexpr auto kTableMember<R_DV_ST, Tables> = &Tables::m_rDvStTable;
 template <class Tables>
-struct TableMember<R_KV_BUS, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvBusTable;
-};
+inline constexpr auto kTableMember<R_KV_BUS, Tables> = &Tables::m_rKvBusTable;
 template <class Tables>
-struct TableMember<R_KV_CB, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvCbTable;
-};
+inline constexpr auto kTableMember<R_KV_CB, Tables> = &Tables::m_rKvCbTable;
 template <class Tables>
-struct TableMember<R_KV_CP, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvCpTable;
-};
+inline constexpr auto kTableMember<R_KV_CP, Tables> = &Tables::m_rKvCpTable;
 template <class Tables>
-struct TableMember<R_KV_LD, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvLdTable;
-};
+inline constexpr auto kTableMember<R_KV_LD, Tables> = &Tables::m_rKvLdTable;
 template <class Tables>
-struct TableMember<R_KV_ND, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvNdTable;
-};
+inline constexpr auto kTableMember<R_KV_ND, Tables> = &Tables::m_rKvNdTable;
 template <class Tables>
-struct TableMember<R_KV_UN, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvUnTable;
-};
+inline constexpr auto kTableMember<R_KV_UN, Tables> = &Tables::m_rKvUnTable;
 template <class Tables>
-struct TableMember<R_KV_ZBR, Tables> {
-  static constexpr auto kPointer = &Tables::m_rKvZbrTable;
-};
+inline constexpr auto kTableMember<R_KV_ZBR, Tables> = &Tables::m_rKvZbrTable;
 template <class Tables>
-struct TableMember<R_ND_CB2, Tables> {
-  static constexpr auto kPointer = &Tables::m_rNdCb2Table;
-};
+inline constexpr auto kTableMember<R_ND_CB2, Tables> = &Tables::m_rNdCb2Table;
 template <class Tables>
-struct TableMember<R_ND_DLN2, Tables> {
-  static constexpr auto kPointer = &Tables::m_rNdDln2Table;
-};
+inline constexpr auto kTableMember<R_ND_DLN2, Tables> = &Tables::m_rNdDln2Table;
 template <class Tables>
-struct TableMember<R_ND_LN2, Tables> {
-  static constexpr auto kPointer = &Tables::m_rNdLn2Table;
-};
+inline constexpr auto kTableMember<R_ND_LN2, Tables> = &Tables::m_rNdLn2Table;
 template <class Tables>
-struct TableMember<R_ND_XF2, Tables> {
-  static constexpr auto kPointer = &Tables::m_rNdXf2Table;
-};
+inline constexpr auto kTableMember<R_ND_XF2, Tables> = &Tables::m_rNdXf2Table;
 template <class Tables>
-struct TableMember<R_ND_ZBR2, Tables> {
-  static constexpr auto kPointer = &Tables::m_rNdZbr2Table;
-};
+inline constexpr auto kTableMember<R_ND_ZBR2, Tables> = &Tables::m_rNdZbr2Table;
 template <class Tables>
-struct TableMember<R_ST_KV, Tables> {
-  static constexpr auto kPointer = &Tables::m_rStKvTable;
-};
+inline constexpr auto kTableMember<R_ST_KV, Tables> = &Tables::m_rStKvTable;
 template <class Tables>
-struct TableMember<R_ST_XF, Tables> {
-  static constexpr auto kPointer = &Tables::m_rStXfTable;
-};
+inline constexpr auto kTableMember<R_ST_XF, Tables> = &Tables::m_rStXfTable;
 template <class Tables>
-struct TableMember<ST, Tables> {
-  static constexpr auto kPointer = &Tables::m_stTable;
-};
+inline constexpr auto kTableMember<ST, Tables> = &Tables::m_stTable;
 template <class Tables>
-struct TableMember<STATUS, Tables> {
-  static constexpr auto kPointer = &Tables::m_statusTable;
-};
+inline constexpr auto kTableMember<STATUS, Tables> = &Tables::m_statusTable;
 template <class Tables>
-struct TableMember<TPL, Tables> {
-  static constexpr auto kPointer = &Tables::m_tplTable;
-};
+inline constexpr auto kTableMember<TPL, Tables> = &Tables::m_tplTable;
 template <class Tables>
-struct TableMember<TPTRACE, Tables> {
-  static constexpr auto kPointer = &Tables::m_tptraceTable;
-};
+inline constexpr auto kTableMember<TPTRACE, Tables> = &Tables::m_tptraceTable;
 template <class Tables>
-struct TableMember<UN, Tables> {
-  static constexpr auto kPointer = &Tables::m_unTable;
-};
+inline constexpr auto kTableMember<UN, Tables> = &Tables::m_unTable;
 template <class Tables>
-struct TableMember<XF, Tables> {
-  static constexpr auto kPointer = &Tables::m_xfTable;
-};
+inline constexpr auto kTableMember<XF, Tables> = &Tables::m_xfTable;
 template <class Tables>
-struct TableMember<XF2, Tables> {
-  static constexpr auto kPointer = &Tables::m_xf2Table;
-};
+inline constexpr auto kTableMember<XF2, Tables> = &Tables::m_xf2Table;
 template <class Tables>
-struct TableMember<ZBR, Tables> {
-  static constexpr auto kPointer = &Tables::m_zbrTable;
-};
+inline constexpr auto kTableMember<ZBR, Tables> = &Tables::m_zbrTable;
 template <class Tables>
-struct TableMember<ZBR2, Tables> {
-  static constexpr auto kPointer = &Tables::m_zbr2Table;
-};
+inline constexpr auto kTableMember<ZBR2, Tables> = &Tables::m_zbr2Table;
 
 /// The table of record class `T` among `tables`, a DTSDB or another holder of pointers to its tables.
 template <class T, class Tables>
 tTable<T>& TableOf(Tables& tables) {
-  return *(tables.*TableMember<T, Tables>::kPointer);
+  return *(tables.*kTableMember<T, Tables>);
 }
 template <class T, class Tables>
 const tTable<T>& TableOf(const Tables& tables) {
-  return *(tables.*TableMember<T, Tables>::kPointer);
+  return *(tables.*kTableMember<T, Tables>);
 }
 
 /// Calls `visit` with each of the tables, in order.
@@ -266,7 +174,7 @@ void ForEachTable(Tables& tables, Visitor&& visit) {
 /// Makes `to` point to the tables that `from` points to.
 template <class From, class To>
 void PointToTables(const From& from, To& to) {
-  ForEachRecordClass([&]<class T> { to.*TableMember<T, To>::kPointer = from.*TableMember<T, From>::kPointer; });
+  ForEachRecordClass([&]<class T> { to.*kTableMember<T, To> = from.*kTableMember<T, From>; });
 }
 
 /// Pointers to the tables of a model, which belong to its DTSDB.

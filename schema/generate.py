@@ -192,7 +192,10 @@ class Model:
             for field in record.fields:
                 require(field.refers is None or field.refers in self.by_name, f"{record.name}, {field.name}",
                         f"there is no record {field.refers}")
+        children = [record.relation["child"] for record in self.relations]
         for record in self.relations:
+            child = record.relation["child"]
+            require(children.count(child) == 1, record.name, f"{child} is the child of another relation too")
             self._require_field(record.relation["parent"], record.relation["head"], record.name)
             self._require_field(record.relation["child"], record.relation["own"], record.name)
         for branch in self.branches:
