@@ -26,7 +26,7 @@ include(CMakePackageConfigHelpers)
 install(TARGETS dtsdb dtsdb_static EXPORT dtsdbTargets)
 foreach(folder include rtdb model validation topology breakerflow)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/dtsdb/${folder}
-          FILES_MATCHING PATTERN "*.h" PATTERN internal EXCLUDE)
+          FILES_MATCHING PATTERN "*.h" PATTERN "*.inc" PATTERN internal EXCLUDE)
 endforeach()
 install(EXPORT dtsdbTargets NAMESPACE dtsdb:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)
 configure_package_config_file(cmake/dtsdbConfig.cmake.in ${PROJECT_BINARY_DIR}/dtsdbConfig.cmake

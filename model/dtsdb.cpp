@@ -18,7 +18,7 @@ struct DTSDB::OwnTables {
 
 DTSDB::DTSDB() {
   const auto own = std::make_shared<OwnTables>();
-  ForEachRecordClass([&]<class T> { this->*kTableMember<T, DTSDB> = &std::get<tTable<T>>(own->tables); });
+  ForEachRecordClass([&]<class T> { TableMember<T>::Of(*this) = &std::get<tTable<T>>(own->tables); });
   m_owned.push_back(own);
 }
 

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "model/relations.h"
-#include "model/table_list.h"
 #include "model/tables.h"
 
 class dbDatabase;

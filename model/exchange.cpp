@@ -1,20 +1,137 @@
 // Written by scripts/generate from the description in schema/: change it there.
 #include "model/exchange.h"
 
+#include "model/table_info.h"
+
 namespace dtsdb {
+namespace {
+
+using TableExchange = bool (DTSDB::*)(dbDatabase* db);
+
+// clang-format off
+
+constexpr TableExchange kReaders[] = {
+    &DTSDB::ReadANALOGFromFastdb,
+    &DTSDB::ReadBSFromFastdb,
+    &DTSDB::ReadBSLFromFastdb,
+    &DTSDB::ReadBUSFromFastdb,
+    &DTSDB::ReadCBFromFastdb,
+    &DTSDB::ReadCB2FromFastdb,
+    &DTSDB::ReadCHNDFromFastdb,
+    &DTSDB::ReadCOFromFastdb,
+    &DTSDB::ReadCPFromFastdb,
+    &DTSDB::ReadDLNFromFastdb,
+    &DTSDB::ReadDLN2FromFastdb,
+    &DTSDB::ReadDVFromFastdb,
+    &DTSDB::ReadGLOBALFromFastdb,
+    &DTSDB::ReadISLANDFromFastdb,
+    &DTSDB::ReadKVFromFastdb,
+    &DTSDB::ReadLDFromFastdb,
+    &DTSDB::ReadLNFromFastdb,
+    &DTSDB::ReadLN2FromFastdb,
+    &DTSDB::ReadNDFromFastdb,
+    &DTSDB::ReadR_CO_DVFromFastdb,
+    &DTSDB::ReadR_DV_DLNFromFastdb,
+    &DTSDB::ReadR_DV_LNFromFastdb,
+    &DTSDB::ReadR_DV_STFromFastdb,
+    &DTSDB::ReadR_KV_BUSFromFastdb,
+    &DTSDB::ReadR_KV_CBFromFastdb,
+    &DTSDB::ReadR_KV_CPFromFastdb,
+    &DTSDB::ReadR_KV_LDFromFastdb,
+    &DTSDB::ReadR_KV_NDFromFastdb,
+    &DTSDB::ReadR_KV_UNFromFastdb,
+    &DTSDB::ReadR_KV_ZBRFromFastdb,
+    &DTSDB::ReadR_ND_CB2FromFastdb,
+    &DTSDB::ReadR_ND_DLN2FromFastdb,
+    &DTSDB::ReadR_ND_LN2FromFastdb,
+    &DTSDB::ReadR_ND_XF2FromFastdb,
+    &DTSDB::ReadR_ND_ZBR2FromFastdb,
+    &DTSDB::ReadR_ST_KVFromFastdb,
+    &DTSDB::ReadR_ST_XFFromFastdb,
+    &DTSDB::ReadSTFromFastdb,
+    &DTSDB::ReadSTATUSFromFastdb,
+    &DTSDB::ReadTPLFromFastdb,
+    &DTSDB::ReadTPTRACEFromFastdb,
+    &DTSDB::ReadUNFromFastdb,
+    &DTSDB::ReadXFFromFastdb,
+    &DTSDB::ReadXF2FromFastdb,
+    &DTSDB::ReadZBRFromFastdb,
+    &DTSDB::ReadZBR2FromFastdb,
+};
+
+constexpr TableExchange kWriters[] = {
+    &DTSDB::WriteANALOGToFastdb,
+    &DTSDB::WriteBSToFastdb,
+    &DTSDB::WriteBSLToFastdb,
+    &DTSDB::WriteBUSToFastdb,
+    &DTSDB::WriteCBToFastdb,
+    &DTSDB::WriteCB2ToFastdb,
+    &DTSDB::WriteCHNDToFastdb,
+    &DTSDB::WriteCOToFastdb,
+    &DTSDB::WriteCPToFastdb,
+    &DTSDB::WriteDLNToFastdb,
+    &DTSDB::WriteDLN2ToFastdb,
+    &DTSDB::WriteDVToFastdb,
+    &DTSDB::WriteGLOBALToFastdb,
+    &DTSDB::WriteISLANDToFastdb,
+    &DTSDB::WriteKVToFastdb,
+    &DTSDB::WriteLDToFastdb,
+    &DTSDB::WriteLNToFastdb,
+    &DTSDB::WriteLN2ToFastdb,
+    &DTSDB::WriteNDToFastdb,
+    &DTSDB::WriteR_CO_DVToFastdb,
+    &DTSDB::WriteR_DV_DLNToFastdb,
+    &DTSDB::WriteR_DV_LNToFastdb,
+    &DTSDB::WriteR_DV_STToFastdb,
+    &DTSDB::WriteR_KV_BUSToFastdb,
+    &DTSDB::WriteR_KV_CBToFastdb,
+    &DTSDB::WriteR_KV_CPToFastdb,
+    &DTSDB::WriteR_KV_LDToFastdb,
+    &DTSDB::WriteR_KV_NDToFastdb,
+    &DTSDB::WriteR_KV_UNToFastdb,
+    &DTSDB::WriteR_KV_ZBRToFastdb,
+    &DTSDB::WriteR_ND_CB2ToFastdb,
+    &DTSDB::WriteR_ND_DLN2ToFastdb,
+    &DTSDB::WriteR_ND_LN2ToFastdb,
+    &DTSDB::WriteR_ND_XF2ToFastdb,
+    &DTSDB::WriteR_ND_ZBR2ToFastdb,
+    &DTSDB::WriteR_ST_KVToFastdb,
+    &DTSDB::WriteR_ST_XFToFastdb,
+    &DTSDB::WriteSTToFastdb,
+    &DTSDB::WriteSTATUSToFastdb,
+    &DTSDB::WriteTPLToFastdb,
+    &DTSDB::WriteTPTRACEToFastdb,
+    &DTSDB::WriteUNToFastdb,
+    &DTSDB::WriteXFToFastdb,
+    &DTSDB::WriteXF2ToFastdb,
+    &DTSDB::WriteZBRToFastdb,
+    &DTSDB::WriteZBR2ToFastdb,
+};
+
+// clang-format on
+
+}  // namespace
+
+void ReadTables(DTSDB& model, dbDatabase* db, std::span<const TableKind> kinds) {
+  for (const TableKind kind : kinds) (model.*kReaders[kind - 1])(db);
+}
+
+void WriteTables(DTSDB& model, dbDatabase* db, std::span<const TableKind> kinds) {
+  for (const TableKind kind : kinds) (model.*kWriters[kind - 1])(db);
+}
 
 bool DTSDB::ReadFastdb(dbDatabase* db) {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return true;
-  ForEachRecordClass([&]<class T> {
-    if constexpr (KindOf<T> != KIND_TPL) ReadTable(db, TableOf<T>(*this));  // the topology's log is not read back
-  });
+  for (const TableInfo& table : Tables()) {
+    if (table.kind != KIND_TPL) (this->*kReaders[table.kind - 1])(db);  // the topology's log is not read back
+  }
   db->commit();
   return true;
 }
 
 bool DTSDB::WriteFastdb(dbDatabase* db) {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return true;
-  ForEachRecordClass([&]<class T> { WriteTable(db, TableOf<T>(*this)); });
+  for (const TableExchange write : kWriters) (this->*write)(db);
   db->commit();
   return true;
 }

@@ -17,10 +17,6 @@
 
 namespace dtsdb {
 
-/// The query that a table is read with.
-template <class T>
-inline constexpr const char* kReadingOrder = Twin<T>::kReadingOrder;
-
 /// Keeps the bytes of a row's texts until the row is written: the row has only pointers to them.
 class RowTexts {
  public:
@@ -241,14 +237,8 @@ bool WriteTable(dbDatabase* db, tTable<T>& table) {
   return true;
 }
 
-/// A member of DTSDB that reads or writes one table. Lists of tables are arrays of these, in the order of the calls.
-using TableExchange = bool (DTSDB::*)(dbDatabase* db);
-#define DTSDB_READER(T) &DTSDB::Read##T##FromFastdb
-#define DTSDB_WRITER(T) &DTSDB::Write##T##ToFastdb
-
-/// Reads or writes the listed tables of `model`, without a commit.
-inline void ExchangeTables(DTSDB& model, dbDatabase* db, std::span<const TableExchange> tables) {
-  for (const TableExchange exchange : tables) (model.*exchange)(db);
-}
+/// Reads or writes the tables of the given kind codes, in this order, without a commit.
+void ReadTables(DTSDB& model, dbDatabase* db, std::span<const TableKind> kinds);
+void WriteTables(DTSDB& model, dbDatabase* db, std::span<const TableKind> kinds);
 
 }  // namespace dtsdb

@@ -3,8 +3,6 @@
 /// The tables of a model by record class.
 #pragma once
 
-#include <type_traits>
-
 #include "include/template.h"
 #include "model/records.h"
 
@@ -58,111 +56,341 @@ extern template class tTable<XF2>;
 extern template class tTable<ZBR>;
 extern template class tTable<ZBR2>;
 
-/// The member of class `Tables` that points to the table of record class `T`. `Tables` is DTSDB, or a class that holds
-/// copies of its pointers under the same names.
-template <class T, class Tables>
-inline constexpr int kTableMember = 0;
-template <class Tables>
-inline constexpr auto kTableMember<ANALOG, Tables> = &Tables::m_analogTable;
-template <class Tables>
-inline constexpr auto kTableMember<BS, Tables> = &Tables::m_bsTable;
-template <class Tables>
-inline constexpr auto kTableMember<BSL, Tables> = &Tables::m_bslTable;
-template <class Tables>
-inline constexpr auto kTableMember<BUS, Tables> = &Tables::m_busTable;
-template <class Tables>
-inline constexpr auto kTableMember<CB, Tables> = &Tables::m_cbTable;
-template <class Tables>
-inline constexpr auto kTableMember<CB2, Tables> = &Tables::m_cb2Table;
-template <class Tables>
-inline constexpr auto kTableMember<CHND, Tables> = &Tables::m_chndTable;
-template <class Tables>
-inline constexpr auto kTableMember<CO, Tables> = &Tables::m_coTable;
-template <class Tables>
-inline constexpr auto kTableMember<CP, Tables> = &Tables::m_cpTable;
-template <class Tables>
-inline constexpr auto kTableMember<DLN, Tables> = &Tables::m_dlnTable;
-template <class Tables>
-inline constexpr auto kTableMember<DLN2, Tables> = &Tables::m_dln2Table;
-template <class Tables>
-inline constexpr auto kTableMember<DV, Tables> = &Tables::m_dvTable;
-template <class Tables>
-inline constexpr auto kTableMember<GLOBAL, Tables> = &Tables::m_globalTable;
-template <class Tables>
-inline constexpr auto kTableMember<ISLAND, Tables> = &Tables::m_islandTable;
-template <class Tables>
-inline constexpr auto kTableMember<KV, Tables> = &Tables::m_kvTable;
-template <class Tables>
-inline constexpr auto kTableMember<LD, Tables> = &Tables::m_ldTable;
-template <class Tables>
-inline constexpr auto kTableMember<LN, Tables> = &Tables::m_lnTable;
-template <class Tables>
-inline constexpr auto kTableMember<LN2, Tables> = &Tables::m_ln2Table;
-template <class Tables>
-inline constexpr auto kTableMember<ND, Tables> = &Tables::m_ndTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_CO_DV, Tables> = &Tables::m_rCoDvTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_DV_DLN, Tables> = &Tables::m_rDvDlnTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_DV_LN, Tables> = &Tables::m_rDvLnTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_DV_ST, Tables> = &Tables::m_rDvStTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_BUS, Tables> = &Tables::m_rKvBusTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_CB, Tables> = &Tables::m_rKvCbTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_CP, Tables> = &Tables::m_rKvCpTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_LD, Tables> = &Tables::m_rKvLdTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_ND, Tables> = &Tables::m_rKvNdTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_UN, Tables> = &Tables::m_rKvUnTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_KV_ZBR, Tables> = &Tables::m_rKvZbrTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_ND_CB2, Tables> = &Tables::m_rNdCb2Table;
-template <class Tables>
-inline constexpr auto kTableMember<R_ND_DLN2, Tables> = &Tables::m_rNdDln2Table;
-template <class Tables>
-inline constexpr auto kTableMember<R_ND_LN2, Tables> = &Tables::m_rNdLn2Table;
-template <class Tables>
-inline constexpr auto kTableMember<R_ND_XF2, Tables> = &Tables::m_rNdXf2Table;
-template <class Tables>
-inline constexpr auto kTableMember<R_ND_ZBR2, Tables> = &Tables::m_rNdZbr2Table;
-template <class Tables>
-inline constexpr auto kTableMember<R_ST_KV, Tables> = &Tables::m_rStKvTable;
-template <class Tables>
-inline constexpr auto kTableMember<R_ST_XF, Tables> = &Tables::m_rStXfTable;
-template <class Tables>
-inline constexpr auto kTableMember<ST, Tables> = &Tables::m_stTable;
-template <class Tables>
-inline constexpr auto kTableMember<STATUS, Tables> = &Tables::m_statusTable;
-template <class Tables>
-inline constexpr auto kTableMember<TPL, Tables> = &Tables::m_tplTable;
-template <class Tables>
-inline constexpr auto kTableMember<TPTRACE, Tables> = &Tables::m_tptraceTable;
-template <class Tables>
-inline constexpr auto kTableMember<UN, Tables> = &Tables::m_unTable;
-template <class Tables>
-inline constexpr auto kTableMember<XF, Tables> = &Tables::m_xfTable;
-template <class Tables>
-inline constexpr auto kTableMember<XF2, Tables> = &Tables::m_xf2Table;
-template <class Tables>
-inline constexpr auto kTableMember<ZBR, Tables> = &Tables::m_zbrTable;
-template <class Tables>
-inline constexpr auto kTableMember<ZBR2, Tables> = &Tables::m_zbr2Table;
+/// The pointer to the table of record class `T`: Of(tables) returns that of `tables`, a DTSDB or another class that
+/// holds pointers to its tables under the same names.
+template <class T>
+struct TableMember;
+template <>
+struct TableMember<ANALOG> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_analogTable;
+  }
+};
+template <>
+struct TableMember<BS> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_bsTable;
+  }
+};
+template <>
+struct TableMember<BSL> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_bslTable;
+  }
+};
+template <>
+struct TableMember<BUS> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_busTable;
+  }
+};
+template <>
+struct TableMember<CB> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_cbTable;
+  }
+};
+template <>
+struct TableMember<CB2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_cb2Table;
+  }
+};
+template <>
+struct TableMember<CHND> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_chndTable;
+  }
+};
+template <>
+struct TableMember<CO> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_coTable;
+  }
+};
+template <>
+struct TableMember<CP> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_cpTable;
+  }
+};
+template <>
+struct TableMember<DLN> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_dlnTable;
+  }
+};
+template <>
+struct TableMember<DLN2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_dln2Table;
+  }
+};
+template <>
+struct TableMember<DV> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_dvTable;
+  }
+};
+template <>
+struct TableMember<GLOBAL> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_globalTable;
+  }
+};
+template <>
+struct TableMember<ISLAND> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_islandTable;
+  }
+};
+template <>
+struct TableMember<KV> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_kvTable;
+  }
+};
+template <>
+struct TableMember<LD> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_ldTable;
+  }
+};
+template <>
+struct TableMember<LN> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_lnTable;
+  }
+};
+template <>
+struct TableMember<LN2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_ln2Table;
+  }
+};
+template <>
+struct TableMember<ND> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_ndTable;
+  }
+};
+template <>
+struct TableMember<R_CO_DV> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rCoDvTable;
+  }
+};
+template <>
+struct TableMember<R_DV_DLN> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rDvDlnTable;
+  }
+};
+template <>
+struct TableMember<R_DV_LN> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rDvLnTable;
+  }
+};
+template <>
+struct TableMember<R_DV_ST> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rDvStTable;
+  }
+};
+template <>
+struct TableMember<R_KV_BUS> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvBusTable;
+  }
+};
+template <>
+struct TableMember<R_KV_CB> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvCbTable;
+  }
+};
+template <>
+struct TableMember<R_KV_CP> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvCpTable;
+  }
+};
+template <>
+struct TableMember<R_KV_LD> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvLdTable;
+  }
+};
+template <>
+struct TableMember<R_KV_ND> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvNdTable;
+  }
+};
+template <>
+struct TableMember<R_KV_UN> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvUnTable;
+  }
+};
+template <>
+struct TableMember<R_KV_ZBR> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rKvZbrTable;
+  }
+};
+template <>
+struct TableMember<R_ND_CB2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rNdCb2Table;
+  }
+};
+template <>
+struct TableMember<R_ND_DLN2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rNdDln2Table;
+  }
+};
+template <>
+struct TableMember<R_ND_LN2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rNdLn2Table;
+  }
+};
+template <>
+struct TableMember<R_ND_XF2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rNdXf2Table;
+  }
+};
+template <>
+struct TableMember<R_ND_ZBR2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rNdZbr2Table;
+  }
+};
+template <>
+struct TableMember<R_ST_KV> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rStKvTable;
+  }
+};
+template <>
+struct TableMember<R_ST_XF> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_rStXfTable;
+  }
+};
+template <>
+struct TableMember<ST> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_stTable;
+  }
+};
+template <>
+struct TableMember<STATUS> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_statusTable;
+  }
+};
+template <>
+struct TableMember<TPL> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_tplTable;
+  }
+};
+template <>
+struct TableMember<TPTRACE> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_tptraceTable;
+  }
+};
+template <>
+struct TableMember<UN> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_unTable;
+  }
+};
+template <>
+struct TableMember<XF> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_xfTable;
+  }
+};
+template <>
+struct TableMember<XF2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_xf2Table;
+  }
+};
+template <>
+struct TableMember<ZBR> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_zbrTable;
+  }
+};
+template <>
+struct TableMember<ZBR2> {
+  template <class Tables>
+  static auto& Of(Tables& tables) {
+    return tables.m_zbr2Table;
+  }
+};
 
-/// The table of record class `T` among `tables`, a DTSDB or another holder of pointers to its tables.
+/// The table of record class `T` among `tables`.
 template <class T, class Tables>
 tTable<T>& TableOf(Tables& tables) {
-  return *(tables.*kTableMember<T, Tables>);
+  return *TableMember<T>::Of(tables);
 }
 template <class T, class Tables>
 const tTable<T>& TableOf(const Tables& tables) {
-  return *(tables.*kTableMember<T, Tables>);
+  return *TableMember<T>::Of(tables);
 }
 
 /// Calls `visit` with each of the tables, in order.
@@ -174,57 +402,7 @@ void ForEachTable(Tables& tables, Visitor&& visit) {
 /// Makes `to` point to the tables that `from` points to.
 template <class From, class To>
 void PointToTables(const From& from, To& to) {
-  ForEachRecordClass([&]<class T> { to.*kTableMember<T, To> = from.*kTableMember<T, From>; });
+  ForEachRecordClass([&]<class T> { TableMember<T>::Of(to) = TableMember<T>::Of(from); });
 }
-
-/// Pointers to the tables of a model, which belong to its DTSDB.
-struct TablePointers {
-  tTable<ANALOG>* m_analogTable = nullptr;      ///< analog measurement point (遥测)
-  tTable<BS>* m_bsTable = nullptr;              ///< bus-section
-  tTable<BSL>* m_bslTable = nullptr;            ///< entry of the bus-section list
-  tTable<BUS>* m_busTable = nullptr;            ///< physical bus on a voltage level
-  tTable<CB>* m_cbTable = nullptr;              ///< breaker or switch between two nodes of a voltage level
-  tTable<CB2>* m_cb2Table = nullptr;            ///< end of a breaker
-  tTable<CHND>* m_chndTable = nullptr;          ///< node that changed section in an incremental run
-  tTable<CO>* m_coTable = nullptr;              ///< company
-  tTable<CP>* m_cpTable = nullptr;              ///< capacitor or reactor
-  tTable<DLN>* m_dlnTable = nullptr;            ///< DC line between two stations
-  tTable<DLN2>* m_dln2Table = nullptr;          ///< end of a DC line
-  tTable<DV>* m_dvTable = nullptr;              ///< district (分区), part of a company
-  tTable<GLOBAL>* m_globalTable = nullptr;      ///< the single row of global state
-  tTable<ISLAND>* m_islandTable = nullptr;      ///< live island
-  tTable<KV>* m_kvTable = nullptr;              ///< voltage level of a station
-  tTable<LD>* m_ldTable = nullptr;              ///< load
-  tTable<LN>* m_lnTable = nullptr;              ///< AC line between two stations
-  tTable<LN2>* m_ln2Table = nullptr;            ///< end of an AC line
-  tTable<ND>* m_ndTable = nullptr;              ///< electrical node (结点)
-  tTable<R_CO_DV>* m_rCoDvTable = nullptr;      ///< company to its districts
-  tTable<R_DV_DLN>* m_rDvDlnTable = nullptr;    ///< district to its DC lines
-  tTable<R_DV_LN>* m_rDvLnTable = nullptr;      ///< district to its AC lines
-  tTable<R_DV_ST>* m_rDvStTable = nullptr;      ///< district to its stations
-  tTable<R_KV_BUS>* m_rKvBusTable = nullptr;    ///< voltage level to its buses
-  tTable<R_KV_CB>* m_rKvCbTable = nullptr;      ///< voltage level to its breakers
-  tTable<R_KV_CP>* m_rKvCpTable = nullptr;      ///< voltage level to its capacitors and reactors
-  tTable<R_KV_LD>* m_rKvLdTable = nullptr;      ///< voltage level to its loads
-  tTable<R_KV_ND>* m_rKvNdTable = nullptr;      ///< voltage level to its nodes
-  tTable<R_KV_UN>* m_rKvUnTable = nullptr;      ///< voltage level to its units
-  tTable<R_KV_ZBR>* m_rKvZbrTable = nullptr;    ///< voltage level to its zero-impedance branches
-  tTable<R_ND_CB2>* m_rNdCb2Table = nullptr;    ///< node to the breaker ends on it
-  tTable<R_ND_DLN2>* m_rNdDln2Table = nullptr;  ///< node to the DC line ends on it
-  tTable<R_ND_LN2>* m_rNdLn2Table = nullptr;    ///< node to the line ends on it
-  tTable<R_ND_XF2>* m_rNdXf2Table = nullptr;    ///< node to the winding ends on it
-  tTable<R_ND_ZBR2>* m_rNdZbr2Table = nullptr;  ///< node to the zero-impedance branch ends on it
-  tTable<R_ST_KV>* m_rStKvTable = nullptr;      ///< station to its voltage levels
-  tTable<R_ST_XF>* m_rStXfTable = nullptr;      ///< station to its transformer windings
-  tTable<ST>* m_stTable = nullptr;              ///< station (厂站), part of a district
-  tTable<STATUS>* m_statusTable = nullptr;      ///< status point (遥信)
-  tTable<TPL>* m_tplTable = nullptr;            ///< topology log row
-  tTable<TPTRACE>* m_tptraceTable = nullptr;    ///< component change that waits for the next topology run
-  tTable<UN>* m_unTable = nullptr;              ///< generating unit
-  tTable<XF>* m_xfTable = nullptr;              ///< transformer winding between two voltage levels of a station
-  tTable<XF2>* m_xf2Table = nullptr;            ///< end of a transformer winding
-  tTable<ZBR>* m_zbrTable = nullptr;            ///< zero-impedance branch, tied to a breaker
-  tTable<ZBR2>* m_zbr2Table = nullptr;          ///< end of a zero-impedance branch
-};
 
 }  // namespace dtsdb

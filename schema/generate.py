@@ -288,6 +288,7 @@ def render(model):
             ("model/relations.h", "relations.j2"),
             ("model/branch_kinds.h", "branch_kinds.j2"),
             ("model/tables.h", "tables.j2"),
+            ("model/table_pointers.inc", "table_pointers.j2"),
             ("model/table_info.cpp", "table_info.j2"),
             ("model/dtsdb.h", "dtsdb.j2"),
             ("model/exchange.cpp", "exchange.j2"),

@@ -17,7 +17,7 @@ using internal::Removals;
 NMD::NMD(DTSDB* pDatabase) : m_pDatabase(pDatabase), m_logFile(QObject::tr("nmd.log")) {
   m_parts = std::make_unique<internal::ValidationParts>(pDatabase, m_logFile, m_log, m_lastError);
   m_parts->log.Begin();
-  if (HasModel()) TakeTables(m_parts->model);
+  if (HasModel()) PointToTables(m_parts->model, *this);
 }
 
 NMD::NMD(const NMD& other) : m_pDatabase(nullptr) { *this = other; }
@@ -26,20 +26,13 @@ NMD& NMD::operator=(const NMD& other) {
   if (this == &other) return *this;
   m_pDatabase = other.m_pDatabase;
   m_lastError = other.m_lastError;
-  TakeTables(other);
+  PointToTables(other, *this);
   m_parts = std::make_unique<internal::ValidationParts>(&other.m_parts->model, m_logFile, m_log, m_lastError);
   m_parts->log.Continue(other.m_parts->log);
   return *this;
 }
 
 NMD::~NMD() = default;
-
-template <class Tables>
-void NMD::TakeTables(const Tables& from) {
-#define DTSDB_COPY_POINTER(T, table, key, meaning) table = from.table;
-  DTSDB_TABLES(DTSDB_COPY_POINTER)
-#undef DTSDB_COPY_POINTER
-}
 
 bool NMD::HasModel() const { return DTSDB_ASSERT(m_pDatabase != nullptr, "pDatabase != 0"); }
 

@@ -149,17 +149,16 @@ class NMD {
   bool RemoveDLN(int no);
 
   bool HasModel() const;
-  template <class Tables>
-  void TakeTables(const Tables& from);
+
+  template <class T>
+  friend struct TableMember;
 
   DTSDB* m_pDatabase;
   QFile m_logFile;
   QTextStream m_log;
   QString m_lastError;
   // The tables that the database had when this was made; those of m_parts.
-#define DTSDB_MEMBER_TABLE(T, table, key, meaning) tTable<T>* table = nullptr;
-  DTSDB_TABLES(DTSDB_MEMBER_TABLE)
-#undef DTSDB_MEMBER_TABLE
+#include "model/table_pointers.inc"
   std::unique_ptr<internal::ValidationParts> m_parts;  // does the work
 };
 

@@ -287,7 +287,7 @@ TEST_F(AddTest, OfADcLineThatSortsLastMakesAllOfIt) { TestLineThatSortsLast<DLN>
 // Districts have the numbers 0 (D1), 1 (D2), 2 (DV), stations 0 (S1), 1 (S2).
 template <class Line>
 void TestHeadOfAFirstLine(Editing& edit) {
-  using R = Relation<internal::ParentRow<Line>>;
+  using R = Relation<ParentRow<Line>>;
   ModelBuilder& m = edit.model;
   Line line = NewLine<Line>("A9", "D1", "S2", "S1", "K3", "K1", "N4", "N1");
   EXPECT_EQ(edit.Add(line), "");

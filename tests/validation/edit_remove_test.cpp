@@ -151,7 +151,7 @@ TEST_F(RemoveTest, OfOneOfTwoLoadsOnANodeTakesTheNodeFromTheOther) {
 /// The reasons why a device alone on its node isn't removed.
 template <class Shunt>
 void TestStuckShunt(const char* levelLess, const char* unrelated) {
-  using Row = internal::ParentRow<Shunt>;
+  using Row = ParentRow<Shunt>;
   for (const bool hasRow : {false, true}) {
     ModelBuilder m = TwoStations();
     Editing edit(m);
@@ -228,10 +228,10 @@ void TestLastOnItsNodes(ModelBuilder m) {
   using Kind = BranchKind<Branch>;
   Editing edit(m);
   ASSERT_TRUE(edit.IsGood());
-  ASSERT_TRUE(IsRelated<internal::ParentRow<Branch>>(m, "X") && IsRelated<typename Kind::Row>(m, "Xz"));
+  ASSERT_TRUE(IsRelated<ParentRow<Branch>>(m, "X") && IsRelated<typename Kind::Row>(m, "Xz"));
   EXPECT_EQ(edit.Remove<Branch>("X"), "");
   EXPECT_FALSE(IsThere<Branch>(m, "X"));
-  EXPECT_FALSE(IsRelated<internal::ParentRow<Branch>>(m, "X"));
+  EXPECT_FALSE(IsRelated<ParentRow<Branch>>(m, "X"));
   for (const char* node : {"N8", "N9"}) {
     EXPECT_FALSE(IsThere<ND>(m, node));
     EXPECT_FALSE(IsRelated<R_KV_ND>(m, node));
@@ -277,7 +277,7 @@ std::string Stuck(ModelBuilder (*model)(), Damage damage) {
 template <class Branch>
 void TestStuckBranch(ModelBuilder (*model)(), const StuckTexts& texts) {
   using Kind = BranchKind<Branch>;
-  using Row = internal::ParentRow<Branch>;
+  using Row = ParentRow<Branch>;
   const auto stuck = [model](auto damage) { return Stuck<Branch>(model, damage); };
   for (const bool isTo : {false, true}) {
     const auto node = [isTo](ModelBuilder& m) -> ND& { return m.Of<ND>(isTo ? "N9" : "N8"); };

@@ -23,10 +23,11 @@ bool ChangedLevels::Find() const {
 namespace {
 
 /// The voltage level that owns a component, -1 for none.
-int LevelOf(const Network& network, const CB& cb) { return network.LevelThrough<R_KV_CB>(cb.r_kv_cb); }
-int LevelOf(const Network& network, const UN& un) { return network.LevelThrough<R_KV_UN>(un.r_kv_un); }
-int LevelOf(const Network& network, const LD& ld) { return network.LevelThrough<R_KV_LD>(ld.r_kv_ld); }
-int LevelOf(const Network& network, const CP& cp) { return network.LevelThrough<R_KV_CP>(cp.r_kv_cp); }
+template <class Component>
+int LevelOf(const Network& network, const Component& component) {
+  using Row = ParentRow<Component>;
+  return network.LevelThrough<Row>(component.*Relation<Row>::own);
+}
 
 }  // namespace
 

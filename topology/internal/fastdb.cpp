@@ -8,35 +8,29 @@ namespace dtsdb::internal {
 namespace {
 
 /// What a run works on. The tables that a run produces and the changes that wait for one are not read.
-constexpr TableExchange kReaders[] = {
-    DTSDB_READER(ANALOG),   DTSDB_READER(BUS),      DTSDB_READER(CB),        DTSDB_READER(CB2),
-    DTSDB_READER(CO),       DTSDB_READER(CP),       DTSDB_READER(DLN),       DTSDB_READER(DLN2),
-    DTSDB_READER(DV),       DTSDB_READER(GLOBAL),   DTSDB_READER(KV),        DTSDB_READER(LD),
-    DTSDB_READER(LN),       DTSDB_READER(LN2),      DTSDB_READER(ND),        DTSDB_READER(R_CO_DV),
-    DTSDB_READER(R_DV_DLN), DTSDB_READER(R_DV_LN),  DTSDB_READER(R_DV_ST),   DTSDB_READER(R_KV_BUS),
-    DTSDB_READER(R_KV_CB),  DTSDB_READER(R_KV_CP),  DTSDB_READER(R_KV_LD),   DTSDB_READER(R_KV_ND),
-    DTSDB_READER(R_KV_UN),  DTSDB_READER(R_KV_ZBR), DTSDB_READER(R_ND_CB2),  DTSDB_READER(R_ND_DLN2),
-    DTSDB_READER(R_ND_LN2), DTSDB_READER(R_ND_XF2), DTSDB_READER(R_ND_ZBR2), DTSDB_READER(R_ST_KV),
-    DTSDB_READER(R_ST_XF),  DTSDB_READER(ST),       DTSDB_READER(STATUS),    DTSDB_READER(UN),
-    DTSDB_READER(XF),       DTSDB_READER(XF2),      DTSDB_READER(ZBR),       DTSDB_READER(ZBR2),
+constexpr TableKind kReaders[] = {
+    KIND_ANALOG,   KIND_BUS,      KIND_CB,        KIND_CB2,     KIND_CO,       KIND_CP,       KIND_DLN,
+    KIND_DLN2,     KIND_DV,       KIND_GLOBAL,    KIND_KV,      KIND_LD,       KIND_LN,       KIND_LN2,
+    KIND_ND,       KIND_R_CO_DV,  KIND_R_DV_DLN,  KIND_R_DV_LN, KIND_R_DV_ST,  KIND_R_KV_BUS, KIND_R_KV_CB,
+    KIND_R_KV_CP,  KIND_R_KV_LD,  KIND_R_KV_ND,   KIND_R_KV_UN, KIND_R_KV_ZBR, KIND_R_ND_CB2, KIND_R_ND_DLN2,
+    KIND_R_ND_LN2, KIND_R_ND_XF2, KIND_R_ND_ZBR2, KIND_R_ST_KV, KIND_R_ST_XF,  KIND_ST,       KIND_STATUS,
+    KIND_UN,       KIND_XF,       KIND_XF2,       KIND_ZBR,     KIND_ZBR2,
 };
 
 /// The results of a full run, but the four tables of which the topology owns only some columns.
-constexpr TableExchange kWriters[] = {
-    DTSDB_WRITER(BSL), DTSDB_WRITER(CB),   DTSDB_WRITER(CB2),    DTSDB_WRITER(CHND),   DTSDB_WRITER(CP),
-    DTSDB_WRITER(DLN), DTSDB_WRITER(DLN2), DTSDB_WRITER(GLOBAL), DTSDB_WRITER(ISLAND), DTSDB_WRITER(KV),
-    DTSDB_WRITER(LN),  DTSDB_WRITER(LN2),  DTSDB_WRITER(ND),     DTSDB_WRITER(XF),     DTSDB_WRITER(XF2),
-    DTSDB_WRITER(ZBR), DTSDB_WRITER(ZBR2),
+constexpr TableKind kWriters[] = {
+    KIND_BSL, KIND_CB, KIND_CB2, KIND_CHND, KIND_CP, KIND_DLN, KIND_DLN2, KIND_GLOBAL, KIND_ISLAND,
+    KIND_KV,  KIND_LN, KIND_LN2, KIND_ND,   KIND_XF, KIND_XF2, KIND_ZBR,  KIND_ZBR2,
 };
 
 /// What an incremental run writes as a whole besides the sections and the units.
-constexpr TableExchange kChangeWriters[] = {DTSDB_WRITER(BSL), DTSDB_WRITER(ISLAND), DTSDB_WRITER(CHND)};
+constexpr TableKind kChangeWriters[] = {KIND_BSL, KIND_ISLAND, KIND_CHND};
 
 }  // namespace
 
 void Exchange::Read(dbDatabase* db) const {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
-  ExchangeTables(m_model, db, kReaders);
+  ReadTables(m_model, db, kReaders);
   auto& breakers = m_network.Table<CB>();
   for (int i = 0; i < breakers.GetCount(); ++i) {
     CB& cb = breakers[i];
@@ -51,7 +45,7 @@ void Exchange::WriteAll(dbDatabase* db) const {
   WriteUnits(db);
   WriteBuses(db);
   WriteSections(db);
-  ExchangeTables(m_model, db, kWriters);
+  WriteTables(m_model, db, kWriters);
   db->commit();
 }
 
@@ -79,7 +73,7 @@ void Exchange::WriteChanges(dbDatabase* db, LogNumbers* numbers) const {
   ChangedRows rows(db);
   WriteUnits(db);
   WriteSections(db);
-  ExchangeTables(m_model, db, kChangeWriters);
+  WriteTables(m_model, db, kChangeWriters);
   *numbers = WriteLog(db);
   for (int k = 0; k < m_levels.ChangedCount(); ++k) {
     if (m_levels.Changed(k) >= 0) WriteLevel(m_levels.Changed(k), rows);
@@ -92,7 +86,7 @@ LogNumbers Exchange::WriteLog(dbDatabase* db) const {
   u32 base = 0;
   {
     dbCursor<Twin<TPL>::Row> stored(db, dbCursorViewOnly);
-    const int count = stored.select(kReadingOrder<TPL>);
+    const int count = stored.select(Twin<TPL>::kReadingOrder);
     const auto* last = count > 0 ? stored.last() : nullptr;
     if (last != nullptr) base = static_cast<u32>(last->id) + 1;
   }
@@ -114,12 +108,11 @@ namespace {
 /// Writes the columns that a run changes in a breaker or branch, in a device, in a bus.
 template <class Branch>
 void WriteBranch(TwinWriter<Branch>& writer, const Branch& branch) {
-  using Columns = Twin<Branch>;
-  writer.Update(branch, Columns::ibs, Columns::izbs, Columns::status, Columns::tp_status);
+  writer.Update(branch, &Branch::ibs, &Branch::izbs, &Branch::status, &Branch::tp_status);
 }
 template <class Device>
 void WriteDevice(TwinWriter<Device>& writer, const Device& device) {
-  writer.Update(device, Twin<Device>::ibs, Twin<Device>::status, Twin<Device>::tp_status);
+  writer.Update(device, &Device::ibs, &Device::status, &Device::tp_status);
 }
 
 }  // namespace
@@ -131,19 +124,17 @@ void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
     auto& children = m_network.Table<typename Relation<Row>::Child>();
     for (const Row& row : Chain(chained, level.*Relation<Row>::head)) write(children.GetPh(row.ChildNumber()));
   };
-  forEach(m_network.Table<R_KV_CB>(), [&](const CB& cb) {
-    rows.Of<CB>().Update(cb, Twin<CB>::ibs, Twin<CB>::izbs, Twin<CB>::flags, Twin<CB>::tp_status);
-  });
-  forEach(m_network.Table<R_KV_BUS>(),
-          [&](const BUS& bus) { rows.Of<BUS>().Update(bus, Twin<BUS>::ibs, Twin<BUS>::tp_status); });
+  forEach(m_network.Table<R_KV_CB>(),
+          [&](const CB& cb) { rows.Of<CB>().Update(cb, &CB::ibs, &CB::izbs, &CB::flags, &CB::tp_status); });
+  forEach(m_network.Table<R_KV_BUS>(), [&](const BUS& bus) { rows.Of<BUS>().Update(bus, &BUS::ibs, &BUS::tp_status); });
   forEach(m_network.Table<R_KV_LD>(), [&](const LD& load) { WriteDevice(rows.Of<LD>(), load); });
   forEach(m_network.Table<R_KV_CP>(), [&](const CP& device) { WriteDevice(rows.Of<CP>(), device); });
   m_network.ForEachNode(kv, [&](int nd) {
-    rows.Of<ND>().Update(m_network.Node(nd), Twin<ND>::ibs, Twin<ND>::next, Twin<ND>::n1, Twin<ND>::flags);
+    rows.Of<ND>().Update(m_network.Node(nd), &ND::ibs, &ND::next, &ND::n1, &ND::flags);
     return m_network.ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](const auto& branch, int, const auto& end, int) {
       using Branch = std::remove_cvref_t<decltype(branch)>;
       using End = std::remove_cvref_t<decltype(end)>;
-      rows.Of<End>().Update(end, Twin<End>::flags);
+      rows.Of<End>().Update(end, &End::flags);
       WriteBranch(rows.Of<Branch>(), branch);
       return true;
     });
@@ -153,23 +144,20 @@ void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
 // Of a row that exists only the topology's columns change, the rest belongs to others.
 
 void Exchange::WriteSections(dbDatabase* db) const {
-  using Columns = Twin<BS>;
   auto& sections = m_network.Table<BS>();
-  MergeRows(db, sections, Columns::name, Columns::ikv, Columns::f0, Columns::island, Columns::status, Columns::flags,
-            Columns::next, Columns::prev, Columns::ibsl);
+  MergeRows(db, sections, &BS::name, &BS::ikv, &BS::f0, &BS::island, &BS::status, &BS::flags, &BS::next, &BS::prev,
+            &BS::ibsl);
   RemoveRowsBeyond(db, sections);
 }
 
 void Exchange::WriteLoads(dbDatabase* db) const {
-  MergeRows(db, m_network.Table<LD>(), Twin<LD>::ibs, Twin<LD>::status, Twin<LD>::tp_status);
+  MergeRows(db, m_network.Table<LD>(), &LD::ibs, &LD::status, &LD::tp_status);
 }
 
 void Exchange::WriteUnits(dbDatabase* db) const {
-  MergeRows(db, m_network.Table<UN>(), Twin<UN>::ibs, Twin<UN>::ref, Twin<UN>::status, Twin<UN>::tp_status);
+  MergeRows(db, m_network.Table<UN>(), &UN::ibs, &UN::ref, &UN::status, &UN::tp_status);
 }
 
-void Exchange::WriteBuses(dbDatabase* db) const {
-  MergeRows(db, m_network.Table<BUS>(), Twin<BUS>::ibs, Twin<BUS>::tp_status);
-}
+void Exchange::WriteBuses(dbDatabase* db) const { MergeRows(db, m_network.Table<BUS>(), &BUS::ibs, &BUS::tp_status); }
 
 }  // namespace dtsdb::internal

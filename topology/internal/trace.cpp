@@ -69,7 +69,7 @@ void ComponentStates::ReadStatesOf(dbDatabase* db) const {
   constexpr u32 kBits = ComponentBits<Component>();
   auto& table = m_network.Table<Component>();
   dbCursor<typename Twin<Component>::Row> cursor(db, dbCursorViewOnly);
-  const int count = cursor.select(kReadingOrder<Component>);
+  const int count = cursor.select(Twin<Component>::kReadingOrder);
   if (count <= 0 || count != table.GetCount()) return;
   const auto* row = cursor.get();
   for (int i = 0; i < count && row != nullptr; ++i, row = cursor.next()) {
@@ -84,7 +84,7 @@ void ComponentStates::ReadStates(dbDatabase* db) const {
   auto& points = m_network.Table<STATUS>();
   for (int i = 0; i < points.GetCount(); ++i) {
     STATUS& point = points[i];
-    if (rows.Select(point) == 1) LoadCell(point.value, rows.Cursor().get()->value);
+    if (rows.Select(point) == 1) LoadSome(point, *rows.Cursor().get(), &STATUS::value);
   }
   RefreshBreakers();
   ReadStatesOf<LN>(db);
@@ -110,8 +110,7 @@ void ComponentStates::Apply(TPTRACE& row) const {
 
 void ComponentStates::ReadTrace(dbDatabase* db) const {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
-  using Columns = Twin<TPTRACE>;
-  dbCursor<Columns::Row> cursor(db, dbCursorViewOnly);
+  dbCursor<Twin<TPTRACE>::Row> cursor(db, dbCursorViewOnly);
   const u32 lastRun = std::max(m_network.Global().u1, m_network.Global().time);
   dbQuery query;
   // FastDB compares columns as signed numbers: from 2038 on it finds times below lastRun as well.
@@ -124,8 +123,7 @@ void ComponentStates::ReadTrace(dbDatabase* db) const {
   for (const auto* row = cursor.get(); row != nullptr; row = cursor.next()) {
     if (row->time < lastRun) continue;
     TPTRACE& trace = rows.emplace_back();
-    const auto load = [&](const auto&... columns) { (LoadCell(trace.*columns.field, row->*columns.cell), ...); };
-    load(Columns::id, Columns::name, Columns::type, Columns::status, Columns::time);
+    LoadSome(trace, *row, &TPTRACE::id, &TPTRACE::name, &TPTRACE::type, &TPTRACE::status, &TPTRACE::time);
     Apply(trace);
   }
   if (rows.empty()) return;

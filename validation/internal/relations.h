@@ -12,27 +12,6 @@
 
 namespace dtsdb::internal {
 
-/// Calls `visit.template operator()<Row>()` for each of the 18 relations.
-template <class Visitor>
-void ForEachRelation(Visitor&& visit) {
-#define DTSDB_VISIT_RELATION(Row, ...) visit.template operator()<Row>();
-  DTSDB_RELATIONS(DTSDB_VISIT_RELATION)
-#undef DTSDB_VISIT_RELATION
-}
-
-/// The relation by which a record hangs on its parent.
-template <class Record>
-struct ParentOf;
-#define DTSDB_PARENT_OF(Relating, Parent, Child, ...) \
-  template <>                                         \
-  struct ParentOf<Child> {                            \
-    using Row = Relating;                             \
-  };
-DTSDB_RELATIONS(DTSDB_PARENT_OF)
-#undef DTSDB_PARENT_OF
-template <class Record>
-using ParentRow = typename ParentOf<Record>::Row;
-
 /// How the children of relation `Row` name their parent.
 template <class Row>
 struct ParentName {
