@@ -46,7 +46,7 @@ void ChangeLoads(Store& store, DTSDB& model) {
   for (int i = 0; i < kTransactions; ++i) {
     LD& load = (*model.m_ldTable)[i * 7919 % model.m_ldTable->GetCount()];
     load.p += 1;
-    writer.Update(load, Twin<LD>::p);
+    writer.Update(load, &LD::p);
     store.Db()->commit();
   }
 }

@@ -6,7 +6,6 @@
 #include <QMap>
 #include <QString>
 #include <unordered_map>
-#include <vector>
 
 #include "include/template.h"
 #include "model/basic_types.h"
@@ -15,7 +14,12 @@ class dbDatabase;
 
 namespace dtsdb {
 
-struct FlowEdge;
+namespace internal {
+struct FlowBalances;
+struct FlowDevices;
+struct FlowGroups;
+struct FlowNetwork;
+}  // namespace internal
 
 /// \name cbBreaker `flags`: where the breaker lies in its set
 ///@{
@@ -96,8 +100,8 @@ class ndGroup {
 /// Computes the power through every closed breaker of a realtime database.
 ///
 /// What flows into each node from units, loads, shunt devices and branches is known; the breakers between the nodes
-/// carry the balance. Where they form a tree the injections tell their flows. Where they form loops, the currents are
-/// shared such that the sum of their squares is least, as if all breakers had the same impedance.
+/// carry the balance. Where they form a tree their flows follow from the injections. Where they form loops, the
+/// currents are shared such that the sum of their squares is least, as if all breakers had the same impedance.
 ///
 ///     cbFlow flow(&database);  // open, with a topology and the voltages of the sections
 ///     flow.loadData();         // reads, and ends the transaction
@@ -105,7 +109,7 @@ class ndGroup {
 ///     flow.storeData();        // writes p, q and the class of each breaker, and commits
 ///
 /// The nodes that closed breakers join are a set. A set whose injections don't sum to zero isn't computed: its
-/// breakers stay at 0, and "cbFlow.txt" names it. docs/breaker-flow.md tells the details.
+/// breakers stay at 0, and "cbFlow.txt" names it. docs/breaker-flow.md has the details.
 ///
 /// Doesn't own the database, which must outlive it. One thread at a time, and all objects share the log.
 class cbFlow {
@@ -124,7 +128,7 @@ class cbFlow {
 
   /// Reads breakers and injections; forgets what was loaded and calculated before.
   void loadData();
-  /// Works the flows out, once for what was loaded: the groups of loops of an earlier run stay, deliberately, and a
+  /// Works the flows out, once for what was loaded: by design the groups of loops of an earlier run stay, and a
   /// second run would only add to them.
   void calculate();
   /// Writes the flows and classes of all breakers, open ones included, and commits.
@@ -147,53 +151,24 @@ class cbFlow {
  private:
   friend class CbFlowProbe;
 
-  /// Bit of `flags` of nodes and breakers: a walk has still to deal with this one.
-  static constexpr u32 kWorkMark = 8;
-
   void clear();
-
-  // Reading
-  void LoadBreakers();
-  template <class Row>
-  void LoadShunts(QMap<int, cbDevice>& devices, float sign);
-  template <class Row>
-  void LoadBranchEnds(QMap<int, cbDevice>& devices, int Row::*end1, int Row::*end2);
-  void ListBreakersOfNodes();
-
-  // Sets
   void nodeInject();
   void frombs();
   void valid();
-  void Inject(const QMap<int, cbDevice>& devices, const char* assertion);
-  void GatherSet(int first, int set);
-  bool HasBreakers(int set) const;
-  void LogRefusal(int set) const;
-  std::vector<FlowEdge> MarkedEdges(int set, int cbBreaker::*end1, int cbBreaker::*end2);
-
-  // Groups of loops
-  struct SpanningTree;
   void group(int bs);
   void merge(ndGroup& into, ndGroup& from);
   void modify(int key, ndGroup& group);
-  void PrepareGrouping(int set);
-  void PruneTrees(int set);
-  int GreatestNode(int set) const;
-  void FindLoops(int root, int set);
-  std::vector<int> PathUp(const SpanningTree& tree, int from, int until) const;
-  int MeetingNode(const SpanningTree& tree, int ind, int iznd) const;
-  void TreatLoop(const SpanningTree& tree, const cbBreaker& breaker, int set);
-  void AddTo(ndGroup& group, int nd, const char* assertion) const;
-  void InsertLoop(int com, ndGroup& loop, int set);
-
-  // Flows
   void calculate(int bs);
-  void CalculateTree(int set);
   void calculateLoopNodeInject();
-  void TakeTreeFlows(int nd);
   void calculateCBCurrent(int key, const ndGroup& group);
-  std::vector<cbBreaker*> LoopBreakers(const ndGroup& group);
   bool matrixMultiply(Matrix<float>& a, Matrix<float>& b, Matrix<float>& c);
   bool invertGaussJordan(Matrix<float>& a);
+
+  // The state as the stages see it
+  internal::FlowNetwork Network();
+  internal::FlowDevices Devices();
+  internal::FlowBalances Balances();
+  internal::FlowGroups Groups();
 
   float m_delta = 0.01F;
   dbDatabase* m_pDatabase = nullptr;

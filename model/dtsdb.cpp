@@ -1,29 +1,30 @@
 #include "model/dtsdb.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace dtsdb {
+namespace {
 
-/// The tables that a container makes, with the members' names.
-struct DTSDB::Tables {
-#define DTSDB_OWN_TABLE(T, table, key, meaning) tTable<T> table;
-  DTSDB_TABLES(DTSDB_OWN_TABLE)
-#undef DTSDB_OWN_TABLE
+template <class... T>
+std::tuple<tTable<T>...> TablesFor(TypeList<T...>);
+
+}  // namespace
+
+/// The tables that a container makes.
+struct DTSDB::OwnTables {
+  decltype(TablesFor(Records())) tables;
 };
 
 DTSDB::DTSDB() {
-  const auto tables = std::make_shared<Tables>();
-#define DTSDB_POINT_TABLE(T, table, key, meaning) table = &tables->table;
-  DTSDB_TABLES(DTSDB_POINT_TABLE)
-#undef DTSDB_POINT_TABLE
-  m_owned.push_back(tables);
+  const auto own = std::make_shared<OwnTables>();
+  ForEachRecordClass([&]<class T> { TableMember<T>::Of(*this) = &std::get<tTable<T>>(own->tables); });
+  m_owned.push_back(own);
 }
 
 DTSDB& DTSDB::operator=(const DTSDB& other) {
   if (this == &other) return *this;
-#define DTSDB_SHARE_TABLE(T, table, key, meaning) table = other.table;
-  DTSDB_TABLES(DTSDB_SHARE_TABLE)
-#undef DTSDB_SHARE_TABLE
+  PointToTables(other, *this);
   for (const auto& tables : other.m_owned) {
     if (std::find(m_owned.begin(), m_owned.end(), tables) == m_owned.end()) m_owned.push_back(tables);
   }

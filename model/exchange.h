@@ -1,9 +1,9 @@
 /// \file
-/// The exchange of tables with the realtime database, from the one list of fields.
+/// The exchange of tables with the realtime database, over the tables of fields and columns.
 ///
 /// DTSDB's Read<T>FromFastdb and Write<T>ToFastdb are ReadTable and WriteTable. Whoever writes only some columns
 /// (the topology) takes MergeRows or a TwinWriter. Nothing here commits, and nothing reports a failure: the database
-/// has its own error handling. docs/realtime-exchange.md tells which tables are written how.
+/// has its own error handling. docs/realtime-exchange.md describes which tables are written how.
 #pragma once
 
 #include <QByteArray>
@@ -12,86 +12,10 @@
 
 #include "include/template.h"
 #include "model/dtsdb.h"
-#include "model/records.h"
 #include "model/text.h"
-#include "rtdb/volma_rtdb.h"
+#include "model/twins.h"
 
 namespace dtsdb {
-
-/// How a table is written.
-enum class Writer {
-  Merging,    ///< rows that exist are updated and keep what no record holds; none is deleted
-  Replacing,  ///< all rows are deleted and written anew
-};
-
-/// A field of record class `Record` and the column of the same name of its twin.
-template <class Record, class Type, class Row, class Cell>
-struct Column {
-  Type Record::*field;
-  Cell Row::*cell;
-};
-template <class Record, class Type, class Row, class Cell>
-Column(Type Record::*, Cell Row::*) -> Column<Record, Type, Row, Cell>;
-
-/// What is known of the twin of record class `Record`: its class, how its table is written and its columns, each
-/// under its name, as in `Twin<LD>::tp_status`.
-template <class Record>
-struct Twin;
-
-#define DTSDB_NAME_COLUMN(type, name, ...) static constexpr Column name{&Record::name, &Row::name};
-#define DTSDB_VISIT_COLUMN(type, name, ...) visit(name);
-#define DTSDB_TWIN(T, twin, writer)                      \
-  template <>                                            \
-  struct Twin<T> {                                       \
-    using Record = T;                                    \
-    using Row = twin;                                    \
-    static constexpr Writer kWriter = Writer::writer;    \
-    DTSDB_RECORD_FIELDS(T, DTSDB_NAME_COLUMN)            \
-    /** Calls `visit` with the Column of every field. */ \
-    template <class Visitor>                             \
-    static void ForEachColumn(Visitor&& visit) {         \
-      DTSDB_RECORD_FIELDS(T, DTSDB_VISIT_COLUMN)         \
-    }                                                    \
-  };
-DTSDB_TWINS(DTSDB_TWIN)
-#undef DTSDB_TWIN
-#undef DTSDB_VISIT_COLUMN
-#undef DTSDB_NAME_COLUMN
-
-/// The query that a table is read with.
-template <class Record>
-inline constexpr const char* kReadingOrder = "order by id";
-#define DTSDB_READING_ORDER(T, Parent, Child, parent, child, head, own) \
-  template <>                                                           \
-  inline constexpr const char* kReadingOrder<T> = "order by " #parent "_id," #child "_id";
-DTSDB_RELATIONS(DTSDB_READING_ORDER)
-#undef DTSDB_READING_ORDER
-
-/// A column's value as that of its field; of a one-byte field the column's low byte.
-inline void LoadCell(QString& field, char const* cell) { field = IdFromBytes(cell); }
-template <class Number, class Cell>
-void LoadCell(Number& field, Cell cell) {
-  field = static_cast<Number>(cell);
-}
-
-/// Replaces the contents of `table` by the rows of its twin; its slots stay.
-template <class T>
-void ReadTable(dbDatabase* db, tTable<T>& table) {
-  using Row = typename Twin<T>::Row;
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
-  dbCursor<Row> cursor(db, dbCursorViewOnly);
-  table.Clear();
-  const int n = cursor.select(kReadingOrder<T>);
-  if (n <= 0) return;
-
-  std::vector<T> records(static_cast<std::size_t>(n));
-  int read = 0;
-  for (const Row* row = cursor.get(); row != nullptr && read < n; row = cursor.next()) {
-    T& record = records[static_cast<std::size_t>(read++)];
-    Twin<T>::ForEachColumn([&](const auto& column) { LoadCell(record.*column.field, row->*column.cell); });
-  }
-  if (read > 0) table.SetData(records.data(), read, false);
-}
 
 /// Keeps the bytes of a row's texts until the row is written: the row has only pointers to them.
 class RowTexts {
@@ -108,6 +32,57 @@ class RowTexts {
   const char* m_table = "";
   std::vector<QByteArray> m_texts;  // moving a QByteArray leaves its bytes where they are
 };
+
+/// Takes over all fields of a record from its row. Of a one-byte field the column's low byte counts.
+void LoadFields(void* record, std::span<const FieldInfo> fields, const void* row, std::span<const ColumnInfo> columns);
+
+/// Takes over the field of a column.
+void LoadField(void* record, const void* row, std::span<const FieldInfo> fields, const ColumnInfo& column);
+
+/// Puts all fields of a record into its row; a signed byte is sign-extended. The row points to texts of `texts`.
+void StoreFields(const void* record, std::span<const FieldInfo> fields, void* row, std::span<const ColumnInfo> columns,
+                 RowTexts& texts);
+
+/// Puts the field of a column into it.
+void StoreField(const void* record, void* row, std::span<const FieldInfo> fields, const ColumnInfo& column,
+                RowTexts& texts);
+
+/// The column of the field that lies at `offset` in a record.
+const ColumnInfo& ColumnAt(std::size_t offset, std::span<const FieldInfo> fields, std::span<const ColumnInfo> columns);
+
+/// The column of a field, such as &LD::ibs.
+template <class T, class Value>
+const ColumnInfo& ColumnOf(Value T::*field) {
+  static const T record;
+  const auto* const at = reinterpret_cast<const std::byte*>(&(record.*field));
+  const auto offset = static_cast<std::size_t>(at - reinterpret_cast<const std::byte*>(&record));
+  return ColumnAt(offset, T::Fields(), Twin<T>::Row::Columns());
+}
+
+/// Takes over the given fields of a record, such as &TPTRACE::id, from its row.
+template <class T, class... Values>
+void LoadSome(T& record, const typename Twin<T>::Row& row, Values T::*... fields) {
+  (LoadField(&record, &row, T::Fields(), ColumnOf(fields)), ...);
+}
+
+/// Replaces the contents of `table` by its rows; its slots stay. Always true.
+template <class T>
+bool ReadTable(dbDatabase* db, tTable<T>& table) {
+  using Row = typename Twin<T>::Row;
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return true;
+  dbCursor<Row> cursor(db, dbCursorViewOnly);
+  table.Clear();
+  const int n = cursor.select(Twin<T>::kReadingOrder);
+  if (n <= 0) return true;
+
+  std::vector<T> records(static_cast<std::size_t>(n));
+  int read = 0;
+  for (const Row* row = cursor.get(); row != nullptr && read < n; row = cursor.next()) {
+    LoadFields(&records[static_cast<std::size_t>(read++)], T::Fields(), row, Row::Columns());
+  }
+  if (read > 0) table.SetData(records.data(), read, false);
+  return true;
+}
 
 /// Finds the rows of records by their identity, through one cursor. `db` must outlive it and must not be null.
 template <class T>
@@ -178,47 +153,40 @@ class TwinWriter {
     m_db->insert(row);
   }
 
-  /// Writes the given columns of `record`, or with none given all of them, into the one row that has its identity.
-  /// Otherwise does nothing: a missing row isn't made and a doubled one not touched.
-  template <class... Columns>
-  void Update(const T& record, const Columns&... columns) {
-    if (m_rows.Select(record) == 1) UpdateSelected(record, columns...);
+  /// Writes the given fields of `record`, such as &LD::ibs, or with none given all of them, into the one row that has
+  /// its identity. Otherwise does nothing: a missing row isn't made and a doubled one not touched.
+  template <class... Values>
+  void Update(const T& record, Values T::*... fields) {
+    if (m_rows.Select(record) == 1) UpdateSelected(record, fields...);
   }
 
   /// The same, but a missing row is added whole, and doubled ones give way to one new row.
-  template <class... Columns>
-  void Merge(const T& record, const Columns&... columns) {
+  template <class... Values>
+  void Merge(const T& record, Values T::*... fields) {
     const int count = m_rows.Select(record);
-    if (count == 1) return UpdateSelected(record, columns...);
+    if (count == 1) return UpdateSelected(record, fields...);
     if (count > 1) m_rows.Cursor().removeAllSelected();
     Insert(record);
   }
 
  private:
-  template <class... Columns>
-  void UpdateSelected(const T& record, const Columns&... columns) {
+  template <class... Values>
+  void UpdateSelected(const T& record, Values T::*... fields) {
     Row* const row = m_rows.Cursor().get();
     if (row == nullptr) return;
-    Store(record, *row, columns...);
+    Store(record, *row, fields...);
     m_rows.Cursor().update();
   }
 
   /// The row's identity is what it was found by: to store it once more changes nothing.
-  template <class... Columns>
-  void Store(const T& record, Row& row, const Columns&... columns) {
+  template <class... Values>
+  void Store(const T& record, Row& row, Values T::*... fields) {
     m_texts.Begin(T::kTableName);
-    const auto store = [&](const auto& column) { StoreCell(row.*column.cell, record.*column.field); };
-    if constexpr (sizeof...(columns) > 0) {
-      (store(columns), ...);
+    if constexpr (sizeof...(fields) > 0) {
+      (StoreField(&record, &row, T::Fields(), ColumnOf(fields), m_texts), ...);
     } else {
-      Twin<T>::ForEachColumn(store);
+      StoreFields(&record, T::Fields(), &row, Row::Columns(), m_texts);
     }
-  }
-
-  void StoreCell(char const*& cell, const QString& field) { cell = m_texts.Keep(field); }
-  template <class Cell, class Number>
-  void StoreCell(Cell& cell, Number field) {
-    cell = static_cast<Cell>(field);  // NOLINT(bugprone-signed-char-misuse): a signed byte is meant to be extended
   }
 
   dbDatabase* m_db;
@@ -226,17 +194,16 @@ class TwinWriter {
   RowTexts m_texts;
 };
 
-/// Merges the records of `table` into the rows of its twin: rows that exist get the given columns, or with none
-/// given all.
-template <class T, class... Columns>
-void MergeRows(TwinWriter<T>& writer, tTable<T>& table, const Columns&... columns) {
-  for (int i = 0; i < table.GetCount(); ++i) writer.Merge(table[i], columns...);
+/// Merges the records of `table` into its rows: rows that exist get the given fields, or with none given all.
+template <class T, class... Values>
+void MergeRows(TwinWriter<T>& writer, tTable<T>& table, Values T::*... fields) {
+  for (int i = 0; i < table.GetCount(); ++i) writer.Merge(table[i], fields...);
 }
-template <class T, class... Columns>
-void MergeRows(dbDatabase* db, tTable<T>& table, const Columns&... columns) {
+template <class T, class... Values>
+void MergeRows(dbDatabase* db, tTable<T>& table, Values T::*... fields) {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
   TwinWriter<T> writer(db);
-  MergeRows(writer, table, columns...);
+  MergeRows(writer, table, fields...);
 }
 
 /// Deletes the rows of `table`'s twin that are numbered beyond the table's end.
@@ -252,10 +219,10 @@ void InsertRows(TwinWriter<T>& writer, tTable<T>& table) {
   for (int i = 0; i < table.GetCount(); ++i) writer.Insert(table[i]);
 }
 
-/// Writes `table` as a whole, in the way of its twin.
+/// Writes `table` as a whole, in the way of its rows. Always true.
 template <class T>
-void WriteTable(dbDatabase* db, tTable<T>& table) {
-  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
+bool WriteTable(dbDatabase* db, tTable<T>& table) {
+  if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return true;
   TwinWriter<T> writer(db);
   if constexpr (Twin<T>::kWriter == Writer::Replacing) {
     writer.RemoveAll();
@@ -267,16 +234,11 @@ void WriteTable(dbDatabase* db, tTable<T>& table) {
   }
   // Deliberate: of all numbered tables only the section list is cut to the model's length.
   if constexpr (KindOf<T> == KIND_BSL) writer.RemoveFrom(table.GetCount());
+  return true;
 }
 
-/// A member of DTSDB that reads or writes one table. Lists of tables are arrays of these, in the order of the calls.
-using TableExchange = bool (DTSDB::*)(dbDatabase* db);
-#define DTSDB_READER(T) &DTSDB::Read##T##FromFastdb
-#define DTSDB_WRITER(T) &DTSDB::Write##T##ToFastdb
-
-/// Reads or writes the listed tables of `model`, without a commit.
-inline void ExchangeTables(DTSDB& model, dbDatabase* db, std::span<const TableExchange> tables) {
-  for (const TableExchange exchange : tables) (model.*exchange)(db);
-}
+/// Reads or writes the tables of the given kind codes, in this order, without a commit.
+void ReadTables(DTSDB& model, dbDatabase* db, std::span<const TableKind> kinds);
+void WriteTables(DTSDB& model, dbDatabase* db, std::span<const TableKind> kinds);
 
 }  // namespace dtsdb

@@ -16,9 +16,7 @@ const QString kCanNotOpen = QStringLiteral("can not open file.\n");
 
 /// Exchanges the contents of all tables: the tables themselves stay where NMD and TP know them.
 void TakeContents(DTSDB& into, DTSDB& from) {
-#define DTSDB_SWAP(T, table, key, meaning) TableImage<T>::Exchange(*into.table, *from.table);
-  DTSDB_TABLES(DTSDB_SWAP)
-#undef DTSDB_SWAP
+  ForEachRecordClass([&]<class T> { TableImage<T>::Exchange(TableOf<T>(into), TableOf<T>(from)); });
 }
 
 /// A device or a pipe: it holds nothing to keep, and a file must not take its place.

@@ -1,8 +1,8 @@
 /// \file
-/// The bits of the records' status words, and how the kinds of branch differ.
+/// The bits of the records' status words, with the kinds of branch (model/branch_kinds.h).
 #pragma once
 
-#include "model/records.h"
+#include "model/branch_kinds.h"
 
 namespace dtsdb {
 
@@ -79,88 +79,5 @@ inline constexpr u32 END_ISOLATED = 2;  ///< this end is isolated
 inline constexpr u32 LN_DISTRICT_OF_TO_END = 64;
 /// DLN `status`: the line's district is that of its to end only.
 inline constexpr u32 DLN_DISTRICT_OF_TO_END = 32;
-
-/// How branch class `Branch` differs from the other four: its end records, the relation that chains them on a
-/// node, and for the four that the topology walks the bits of its `status` word.
-template <class Branch>
-struct BranchKind;
-
-/// The members of BranchKind that all five have.
-template <class EndClass, class RelationClass>
-struct BranchIndex {
-  using End = EndClass;
-  using Row = RelationClass;
-};
-
-/// The measurements of a branch that its ends take over: of its from end (`fromP`, `fromQ`) and its to end.
-template <class Branch>
-struct EndMeasurements {
-  static constexpr bool kMeasured = true;
-  static constexpr i32 Branch::*fromP = &Branch::iana_p;
-  static constexpr i32 Branch::*fromQ = &Branch::iana_q;
-  static constexpr i32 Branch::*toP = &Branch::izana_p;
-  static constexpr i32 Branch::*toQ = &Branch::izana_q;
-};
-/// A zero-impedance branch has one set of them, for both ends.
-template <>
-struct EndMeasurements<ZBR> {
-  static constexpr bool kMeasured = true;
-  static constexpr i32 ZBR::*fromP = &ZBR::iana_p;
-  static constexpr i32 ZBR::*fromQ = &ZBR::iana_q;
-  static constexpr i32 ZBR::*toP = &ZBR::iana_p;
-  static constexpr i32 ZBR::*toQ = &ZBR::iana_q;
-};
-/// A breaker has none.
-template <>
-struct EndMeasurements<CB> {
-  static constexpr bool kMeasured = false;
-};
-
-template <>
-struct BranchKind<CB> : BranchIndex<CB2, R_ND_CB2>, EndMeasurements<CB> {
-  static constexpr i32 CB::*fromEnd = &CB::cb2;
-  static constexpr i32 CB::*toEnd = &CB::zcb2;
-  static constexpr i32 CB2::*owner = &CB2::icb;
-};
-
-template <>
-struct BranchKind<LN> : BranchIndex<LN2, R_ND_LN2>, EndMeasurements<LN> {
-  static constexpr i32 LN::*fromEnd = &LN::ln2;
-  static constexpr i32 LN::*toEnd = &LN::zln2;
-  static constexpr i32 LN2::*owner = &LN2::iln;
-  static constexpr u32 out = 4;
-  static constexpr u32 open1 = 1;
-  static constexpr u32 open2 = 2;
-};
-
-template <>
-struct BranchKind<DLN> : BranchIndex<DLN2, R_ND_DLN2>, EndMeasurements<DLN> {
-  static constexpr i32 DLN::*fromEnd = &DLN::dln2;
-  static constexpr i32 DLN::*toEnd = &DLN::zdln2;
-  static constexpr i32 DLN2::*owner = &DLN2::idln;
-  static constexpr u32 out = 4;
-  static constexpr u32 open1 = 1;
-  static constexpr u32 open2 = 2;
-};
-
-template <>
-struct BranchKind<XF> : BranchIndex<XF2, R_ND_XF2>, EndMeasurements<XF> {
-  static constexpr i32 XF::*fromEnd = &XF::xf2;
-  static constexpr i32 XF::*toEnd = &XF::zxf2;
-  static constexpr i32 XF2::*owner = &XF2::ixf;
-  static constexpr u32 out = 1;
-  static constexpr u32 open1 = 4;
-  static constexpr u32 open2 = 8;
-};
-
-template <>
-struct BranchKind<ZBR> : BranchIndex<ZBR2, R_ND_ZBR2>, EndMeasurements<ZBR> {
-  static constexpr i32 ZBR::*fromEnd = &ZBR::zbr2;
-  static constexpr i32 ZBR::*toEnd = &ZBR::zzbr2;
-  static constexpr i32 ZBR2::*owner = &ZBR2::izbr;
-  static constexpr u32 out = 1;
-  static constexpr u32 open1 = 4;
-  static constexpr u32 open2 = 16;
-};
 
 }  // namespace dtsdb

@@ -1,15 +1,17 @@
+// Written by scripts/generate from the description in schema/: change it there.
 /// \file
 /// The tables of Numbered records, compiled once for all that use them.
-#include "model/dtsdb.h"
 #include "model/table_image.h"
+#include "model/tables.h"
 
 namespace dtsdb {
 
-#define DTSDB_DEFINE_Identified(T)
-#define DTSDB_DEFINE_Numbered(T) template class tTable<T>;
-#define DTSDB_DEFINE_Relation(T)
-#define DTSDB_DEFINE_TABLE(T, table, key, meaning) DTSDB_DEFINE_##key(T)
-DTSDB_TABLES(DTSDB_DEFINE_TABLE)
-#undef DTSDB_DEFINE_TABLE
+template class tTable<BS>;
+template class tTable<BSL>;
+template class tTable<CHND>;
+template class tTable<GLOBAL>;
+template class tTable<ISLAND>;
+template class tTable<TPL>;
+template class tTable<TPTRACE>;
 
 }  // namespace dtsdb

@@ -1,15 +1,28 @@
+// Written by scripts/generate from the description in schema/: change it there.
 /// \file
 /// The tables of Relation records, compiled once for all that use them.
-#include "model/dtsdb.h"
 #include "model/table_image.h"
+#include "model/tables.h"
 
 namespace dtsdb {
 
-#define DTSDB_DEFINE_Identified(T)
-#define DTSDB_DEFINE_Numbered(T)
-#define DTSDB_DEFINE_Relation(T) template class tTable<T>;
-#define DTSDB_DEFINE_TABLE(T, table, key, meaning) DTSDB_DEFINE_##key(T)
-DTSDB_TABLES(DTSDB_DEFINE_TABLE)
-#undef DTSDB_DEFINE_TABLE
+template class tTable<R_CO_DV>;
+template class tTable<R_DV_DLN>;
+template class tTable<R_DV_LN>;
+template class tTable<R_DV_ST>;
+template class tTable<R_KV_BUS>;
+template class tTable<R_KV_CB>;
+template class tTable<R_KV_CP>;
+template class tTable<R_KV_LD>;
+template class tTable<R_KV_ND>;
+template class tTable<R_KV_UN>;
+template class tTable<R_KV_ZBR>;
+template class tTable<R_ND_CB2>;
+template class tTable<R_ND_DLN2>;
+template class tTable<R_ND_LN2>;
+template class tTable<R_ND_XF2>;
+template class tTable<R_ND_ZBR2>;
+template class tTable<R_ST_KV>;
+template class tTable<R_ST_XF>;
 
 }  // namespace dtsdb

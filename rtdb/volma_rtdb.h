@@ -1,64 +1,34 @@
+// Written by scripts/generate from the description in schema/: change it there.
 /// \file
-/// The rows of the realtime database: one twin class for each record class of the model, under its lower-case name.
+/// The rows of the realtime database: one class for each record class of the model, under its lower-case name.
 ///
-/// Their columns come from model/record_fields.h, in the order of the installation's tables. A twin has all the
-/// fields of its record, each as a column of the same name, and where other programs keep things of their own
-/// either a named column or a range of raw bytes, so that an update of the row carries them along.
-/// docs/realtime-exchange.md describes the tables.
+/// A row has all the fields of its record, each as a column of the same name, and where other programs keep things of
+/// their own either a named column or a range of raw bytes. docs/realtime-exchange.md describes the tables.
 #pragma once
 
-#include <string_view>
-#include <utility>
-
-#include "model/record_fields.h"
-#include "model/table_list.h"
-#include "rtdb/backend.h"
+#include "include/type_list.h"
+#include "rtdb/rows/branch_ends.h"
+#include "rtdb/rows/branches.h"
+#include "rtdb/rows/devices.h"
+#include "rtdb/rows/hierarchy.h"
+#include "rtdb/rows/measurements.h"
+#include "rtdb/rows/relations_of_levels.h"
+#include "rtdb/rows/relations_of_nodes.h"
+#include "rtdb/rows/relations_of_owners.h"
+#include "rtdb/rows/results.h"
 
 namespace dtsdb {
 
-/// The column type for a field type. A one-byte field has a column of four.
-#define DTSDB_COLUMN_QString char const*
-#define DTSDB_COLUMN_i8 int4
-#define DTSDB_COLUMN_u8 int4
-#define DTSDB_COLUMN_i32 int4
-#define DTSDB_COLUMN_u32 nat4
-#define DTSDB_COLUMN_f32 real4
-#define DTSDB_COLUMN_f64 real8
+/// The classes of rows, in the order of the tables.
+using Rows = TypeList<analog, bs, bsl, bus, cb, cb2, chnd, co, cp, dln, dln2, dv, global, island, kv, ld, ln, ln2, nd,
+                      r_co_dv, r_dv_dln, r_dv_ln, r_dv_st, r_kv_bus, r_kv_cb, r_kv_cp, r_kv_ld, r_kv_nd, r_kv_un,
+                      r_kv_zbr, r_nd_cb2, r_nd_dln2, r_nd_ln2, r_nd_xf2, r_nd_zbr2, r_st_kv, r_st_xf, st, status, tpl,
+                      tptrace, un, xf, xf2, zbr, zbr2>;
 
-/// INDEXED for the columns by which the rows of `table` are found and ordered: `id`, and in a relation table the
-/// two identities; else 0.
-constexpr int IndexOf(std::string_view table, std::string_view column) {
-  const bool isKey = table.starts_with("r_") ? column.ends_with("_id") : column == "id";
-  return isKey ? INDEXED : 0;
+/// Calls `visit.operator()<Row>()` for every class of rows, in order.
+template <class Visitor>
+constexpr void ForEachRowClass(Visitor&& visit) {
+  ForEachType(Rows(), visit);
 }
-
-/// What a list of column descriptors starts with: each further one then begins with its comma.
-struct ColumnList {};
-template <class First>
-First&& operator,(ColumnList, First&& first) {
-  return std::forward<First>(first);
-}
-
-#define DTSDB_TWIN_COLUMN(type, name, ...) DTSDB_COLUMN_##type name{};
-#define DTSDB_TWIN_RANGE(name, size) char name[size]{};
-#define DTSDB_DESCRIBE_COLUMN(type, name, ...) , KEY(name, IndexOf(kTableName, #name))
-#define DTSDB_DESCRIBE_RANGE(name, size) , RAWFIELD(name)
-
-// A new row is all zero: it stands beside other programs' columns that this system knows nothing of.
-#define DTSDB_DECLARE_TWIN(T, twin, writer)                                                                          \
-  class twin {                                                                                                       \
-   public:                                                                                                           \
-    static constexpr const char* kTableName = #twin;                                                                 \
-    DTSDB_FIELDS_##T(DTSDB_TWIN_COLUMN, DTSDB_TWIN_RANGE, DTSDB_TWIN_COLUMN)                                         \
-        TYPE_DESCRIPTOR((ColumnList()                                                                                \
-                             DTSDB_FIELDS_##T(DTSDB_DESCRIBE_COLUMN, DTSDB_DESCRIBE_RANGE, DTSDB_DESCRIBE_COLUMN))); \
-  };
-DTSDB_TWINS(DTSDB_DECLARE_TWIN)
-
-#undef DTSDB_DECLARE_TWIN
-#undef DTSDB_DESCRIBE_RANGE
-#undef DTSDB_DESCRIBE_COLUMN
-#undef DTSDB_TWIN_RANGE
-#undef DTSDB_TWIN_COLUMN
 
 }  // namespace dtsdb

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tools/catalog.h"
+#include "model/any_table.h"
 #include "tools/commands.h"
 #include "tools/failure.h"
 #include "tools/field_text.h"
@@ -34,6 +34,10 @@ bool IsSame(const V& a, const V& b) {
   }
 }
 
+bool IsSameIn(const FieldInfo& field, const void* a, const void* b) {
+  return VisitValue(field, a, [&]<class V>(const V& value) { return IsSame(value, field.In<V>(b)); });
+}
+
 /// Compares two models and notes what differs.
 class Comparison {
  public:
@@ -44,26 +48,26 @@ class Comparison {
   }
 
   /// Both tables are walked in the order of their keys, side by side.
-  template <class T>
-  void Compare(tTable<T>& a, tTable<T>& b) {
-    const std::vector<const T*> recordsA = InOrder(a);
-    const std::vector<const T*> recordsB = InOrder(b);
+  void Compare(const AnyTable& a, const AnyTable& b) {
+    const TableInfo& table = a.Info();
+    const std::vector<const void*> recordsA = InOrder(a);
+    const std::vector<const void*> recordsB = InOrder(b);
     Counts counts;
     auto atA = recordsA.begin();
     auto atB = recordsB.begin();
     while (atA != recordsA.end() || atB != recordsB.end()) {
-      if (atB == recordsB.end() || (atA != recordsA.end() && **atA < **atB)) {
+      if (atB == recordsB.end() || (atA != recordsA.end() && a.IsLess(*atA, *atB))) {
         ++counts.onlyA;
-        m_differences.Add({T::kTableName, KeyText(**atA++), "only in A"});
-      } else if (atA == recordsA.end() || **atB < **atA) {
+        m_differences.Add({table.name, KeyText(table, *atA++), "only in A"});
+      } else if (atA == recordsA.end() || a.IsLess(*atB, *atA)) {
         ++counts.onlyB;
-        m_differences.Add({T::kTableName, KeyText(**atB++), "only in B"});
+        m_differences.Add({table.name, KeyText(table, *atB++), "only in B"});
       } else {
-        counts.changed += CompareFields(**atA++, **atB++) ? 0 : 1;
+        counts.changed += CompareFields(table, *atA++, *atB++) ? 0 : 1;
       }
     }
     if (counts.onlyA + counts.onlyB + counts.changed == 0) return;
-    m_tables.Add({T::kTableName, NumberCell(a.GetCount()), NumberCell(b.GetCount()), NumberCell(counts.onlyA),
+    m_tables.Add({table.name, NumberCell(a.GetCount()), NumberCell(b.GetCount()), NumberCell(counts.onlyA),
                   NumberCell(counts.onlyB), NumberCell(counts.changed)});
   }
 
@@ -86,24 +90,23 @@ class Comparison {
   };
 
   /// The records in the order of their keys, also where an object file holds them in another one.
-  template <class T>
-  static std::vector<const T*> InOrder(tTable<T>& table) {
-    std::vector<const T*> records;
+  static std::vector<const void*> InOrder(const AnyTable& table) {
+    std::vector<const void*> records;
     records.reserve(static_cast<std::size_t>(table.GetCount()));
-    for (int i = 0; i < table.GetCount(); ++i) records.push_back(&table[i]);
-    std::stable_sort(records.begin(), records.end(), [](const T* a, const T* b) { return *a < *b; });
+    for (int i = 0; i < table.GetCount(); ++i) records.push_back(table[i]);
+    std::stable_sort(records.begin(), records.end(),
+                     [&table](const void* a, const void* b) { return table.IsLess(a, b); });
     return records;
   }
 
-  template <class T>
-  bool CompareFields(const T& a, const T& b) {
+  bool CompareFields(const TableInfo& table, const void* a, const void* b) {
     bool same = true;
-    T::ForEachField([&](const auto& field) {
-      if (IsSame(a.*field.member, b.*field.member)) return;
+    for (const FieldInfo& field : table.fields()) {
+      if (IsSameIn(field, a, b)) continue;
       same = false;
       m_differences.Add(
-          {T::kTableName, KeyText(a), "changed", field.name, FieldCell(a.*field.member), FieldCell(b.*field.member)});
-    });
+          {table.name, KeyText(table, a), "changed", field.name, FieldCell(field, a), FieldCell(field, b)});
+    }
     return same;
   }
 
@@ -115,9 +118,9 @@ int Diff(const DiffOptions& options) {
   DTSDB a = LoadModel(options.a);
   DTSDB b = LoadModel(options.b);
   Comparison comparison;
-#define DTSDB_COMPARE(T, table, key, meaning) comparison.Compare(*a.table, *b.table);
-  DTSDB_TABLES(DTSDB_COMPARE)
-#undef DTSDB_COMPARE
+  for (const TableInfo& table : Tables()) {
+    comparison.Compare(TableOfKind(a, table.kind), TableOfKind(b, table.kind));
+  }
   const bool same = comparison.IsSameModel();
   const bool unnamed = options.sheet.empty() && options.format == Format::Csv;
   WriteReport(std::move(comparison).Result(), options.format, unnamed ? "differences" : options.sheet);

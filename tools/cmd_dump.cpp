@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <numeric>
 
+#include "model/any_table.h"
 #include "tools/catalog.h"
 #include "tools/commands.h"
 #include "tools/failure.h"
@@ -26,72 +26,51 @@ constexpr const char* kFooter =
     "  dtsdb dump grid.obj LN --id 'Line 1-2'\n"
     "  dtsdb dump grid.obj UN --format csv > units.csv";
 
-/// The texts under which a record can be found.
-template <class T>
-std::vector<std::string> Names(const T& record) {
-  if constexpr (T::kKey == RecordKey::Relation) {
-    return {IdText(record.*Relation<T>::parentId), IdText(record.*Relation<T>::childId)};
-  } else {
-    return {KeyText(record)};
-  }
-}
-
-template <class T>
-bool IsCalled(const T& record, const std::string& id) {
-  const auto names = Names(record);
+bool IsCalled(const TableInfo& table, const void* record, const std::string& id) {
+  const auto names = KeyTexts(table, record);
   return std::find(names.begin(), names.end(), id) != names.end();
 }
 
 /// The records of a table, all or those called `id`; for people without the columns that hold only defaults.
-template <class T>
-Sheet TableSheet(tTable<T>& table, const std::string& id) {
-  Sheet sheet(T::kTableName, T::kTableName, FieldNames<T>());
+Sheet TableSheet(const AnyTable& table, const std::string& id) {
+  const TableInfo& info = table.Info();
+  Sheet sheet(info.name, info.name, NamesOf(info.fields()));
   for (int i = 0; i < table.GetCount(); ++i) {
-    if (id.empty() || IsCalled(table[i], id)) sheet.Add(FieldCells<T>(table[i]));
+    if (id.empty() || IsCalled(info, table[i], id)) sheet.Add(FieldCells(info.fields(), table[i]));
   }
-  sheet.HideDefaults(FieldCells<T>(T()));
+  sheet.HideDefaults(FieldCells(info.fields(), table.MakeRecords()->Add()));
   return sheet;
 }
 
-std::vector<std::string> KnownNames(DTSDB& database, const std::vector<int>& places) {
+std::vector<std::string> KnownNames(const std::vector<AnyTable>& tables) {
   std::vector<std::string> known;
-  for (const int place : places) {
-    VisitTable(database, place, [&known](auto& table) {
-      for (int i = 0; i < table.GetCount(); ++i) {
-        for (std::string& name : Names(table[i])) known.push_back(std::move(name));
-      }
-    });
+  for (const AnyTable& table : tables) {
+    for (int i = 0; i < table.GetCount(); ++i) {
+      for (std::string& name : KeyTexts(table.Info(), table[i])) known.push_back(std::move(name));
+    }
   }
   return known;
 }
 
-/// The tables to look at: the one that was named, or all.
-std::vector<int> Places(const std::string& table) {
-  if (!table.empty()) return {NamedTable(table)};
-  std::vector<int> places(kTableCount);
-  std::iota(places.begin(), places.end(), 0);
-  return places;
-}
-
 int Dump(const DumpOptions& options) {
-  const std::vector<int> places = Places(options.table);
-  if (options.format == Format::Csv && places.size() > 1) {
+  const TableKind named = options.table.empty() ? KIND_NONE : NamedTable(options.table);
+  if (options.format == Format::Csv && named == KIND_NONE) {
     throw Failure(EXIT_USAGE, "CSV holds one table: say which TABLE");
   }
   DTSDB database = LoadModel(options.model);
+  const std::vector<AnyTable> tables =
+      named == KIND_NONE ? AllTables(database) : std::vector{TableOfKind(database, named)};
   const std::string id = ArgumentText(options.id);
   Report report;
   std::size_t found = 0;
-  for (const int place : places) {
-    VisitTable(database, place, [&](auto& table) {
-      Sheet sheet = TableSheet(table, id);
-      found += sheet.Rows().size();
-      if (!sheet.Rows().empty() || places.size() == 1) report.Add(std::move(sheet));
-    });
+  for (const AnyTable& table : tables) {
+    Sheet sheet = TableSheet(table, id);
+    found += sheet.Rows().size();
+    if (!sheet.Rows().empty() || named != KIND_NONE) report.Add(std::move(sheet));
   }
   if (!id.empty() && found == 0) {
-    const std::string where = options.table.empty() ? options.model : "table " + TableNames()[places.front()];
-    throw Failure(EXIT_USAGE, where + " has no record " + Quoted(id) + DidYouMean(id, KnownNames(database, places)));
+    const std::string where = named == KIND_NONE ? options.model : std::string("table ") + TableName(named);
+    throw Failure(EXIT_USAGE, where + " has no record " + Quoted(id) + DidYouMean(id, KnownNames(tables)));
   }
   WriteReport(report, options.format);
   return EXIT_GOOD;

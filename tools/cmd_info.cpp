@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <algorithm>
 
+#include "model/any_table.h"
 #include "tools/catalog.h"
 #include "tools/commands.h"
 #include "tools/failure.h"
@@ -59,31 +60,26 @@ Report ModelInfo(const std::string& model, DTSDB& database) {
   AddLine(report, "validated", GlobalTime(database, &GLOBAL::check_time));
   AddLine(report, "topology", GlobalTime(database, &GLOBAL::time));
   Sheet& sheet = report.Add(Sheet("tables", "Tables", {"table", "records", "slots", "meaning"}));
-  int place = 0;
-  ForEachTable(database, [&](auto& table) {
-    using T = RecordClass<decltype(table)>;
-    const char* const meaning = TableMeaning(place++);
-    if (table.GetSize() == 0) return;
-    sheet.Add({T::kTableName, NumberCell(table.GetCount()), NumberCell(table.GetSize()), meaning});
-  });
-  const auto empty = TableNames().size() - sheet.Rows().size();
+  for (const AnyTable& table : AllTables(database)) {
+    if (table.GetSize() == 0) continue;
+    sheet.Add({table.Info().name, NumberCell(table.GetCount()), NumberCell(table.GetSize()), table.Info().meaning});
+  }
+  const auto empty = kTableCount - sheet.Rows().size();
   if (empty > 0) report.Line(fmt::format("The other {} tables are empty.", empty));
   return report;
 }
 
-Report FieldInfo(int place) {
+Report FieldReport(TableKind kind) {
   Report report;
   DTSDB database;
-  report.Line(fmt::format("{}: {}", TableNames()[static_cast<std::size_t>(place)], TableMeaning(place)));
+  const TableInfo& table = TableOfKind(kind);
+  report.Line(fmt::format("{}: {}", table.name, table.meaning));
   Sheet& sheet = report.Add(Sheet("fields", "Fields", {"field", "type", "default", "meaning"}));
-  VisitTable(database, place, [&sheet](auto& table) {
-    using T = RecordClass<decltype(table)>;
-    const T defaults;
-    T::ForEachField([&](const auto& field) {
-      using Value = typename std::decay_t<decltype(field)>::ValueType;
-      sheet.Add({field.name, TypeName<Value>(), FieldCell(defaults.*field.member), field.meaning});
-    });
-  });
+  const auto records = TableOfKind(database, kind).MakeRecords();
+  const void* const defaults = records->Add();
+  for (const FieldInfo& field : table.fields()) {
+    sheet.Add({field.name, TypeName(field.type), FieldCell(field, defaults), field.meaning});
+  }
   return report;
 }
 
@@ -92,7 +88,7 @@ int Info(const InfoOptions& options) {
     throw Failure(EXIT_USAGE, "info takes either a MODEL or --fields TABLE");
   }
   if (!options.fields.empty()) {
-    WriteReport(FieldInfo(NamedTable(options.fields)), options.format);
+    WriteReport(FieldReport(NamedTable(options.fields)), options.format);
     return EXIT_GOOD;
   }
   DTSDB database = LoadModel(options.model);

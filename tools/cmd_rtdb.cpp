@@ -5,6 +5,8 @@
 #include "tools/catalog.h"
 #include "tools/commands.h"
 #include "tools/failure.h"
+#include "tools/field_text.h"
+#include "tools/nearest.h"
 #include "tools/realtime.h"
 #include "tools/stored_rows.h"
 
@@ -54,15 +56,12 @@ constexpr const char* kCheckFooter =
 Report TableList(RealtimeDatabase& database) {
   Report report;
   Sheet& sheet = report.Add(Sheet("tables", "Tables", {"table", "rows", "meaning"}));
-  int place = 0;
-  ForEachStoredTable([&](auto table) {
-    using Table = decltype(table);
-    const int rows = dbCursor<typename Table::Row>(database.Db()).select(kReadingOrder<typename Table::Record>);
-    const char* const meaning = TableMeaning(place++);
-    if (rows > 0) sheet.Add({Table::Record::kTableName, NumberCell(rows), meaning});
-  });
+  for (const auto& table : StoredTables()) {
+    const int rows = table->Count(database.Db());
+    if (rows > 0) sheet.Add({table->Info().name, NumberCell(rows), table->Info().meaning});
+  }
   database.Check();
-  const auto empty = TableNames().size() - sheet.Rows().size();
+  const auto empty = kTableCount - sheet.Rows().size();
   if (empty > 0) report.Line(fmt::format("The other {} tables are empty.", empty));
   return report;
 }
@@ -74,66 +73,58 @@ int List(const RtdbOptions& options) {
 }
 
 /// The rows of a table, all or those called `id`.
-template <class Table>
-Sheet RowSheet(RealtimeDatabase& database, const std::string& id) {
-  Sheet sheet(Table::Record::kTableName, Table::Record::kTableName, FieldNames<Table>());
+Sheet RowSheet(RealtimeDatabase& database, const StoredTable& table, const std::string& id) {
+  const std::span<const ColumnInfo> columns = table.Columns();
+  Sheet sheet(table.Info().name, table.Info().name, NamesOf(columns));
   std::vector<std::string> known;
-  ForEachRow<Table>(database.Db(), [&](const auto& row) {
-    const std::vector<std::string> names = RowNames<Table>(row);
-    if (id.empty() || std::find(names.begin(), names.end(), id) != names.end()) sheet.Add(FieldCells<Table>(row));
+  table.ForEachRow(database.Db(), [&](const void* row) {
+    const std::vector<std::string> names = RowNames(table, row);
+    if (id.empty() || std::find(names.begin(), names.end(), id) != names.end()) sheet.Add(ColumnCells(columns, row));
     known.insert(known.end(), names.begin(), names.end());
   });
   database.Check();
   if (!id.empty() && sheet.Rows().empty()) {
-    const std::string table = Table::Record::kTableName;
-    throw Failure(EXIT_USAGE, "table " + table + " has no row " + Quoted(id) + DidYouMean(id, known));
+    throw Failure(EXIT_USAGE,
+                  fmt::format("table {} has no row {}{}", table.Info().name, Quoted(id), DidYouMean(id, known)));
   }
-  sheet.HideDefaults(FieldCells<Table>(DefaultRow<Table>()));
+  sheet.HideDefaults(ColumnCells(columns, table.NewRow().get()));
   return sheet;
 }
 
 int Show(const RtdbOptions& options) {
-  const int place = NamedTable(options.table);
+  const StoredTable& table = StoredTableOf(NamedTable(options.table));
   RealtimeDatabase database(options.name, dbDatabase::dbReadOnly);
   Report report;
-  VisitStoredTable(place,
-                   [&](auto table) { report.Add(RowSheet<decltype(table)>(database, ArgumentText(options.id))); });
+  report.Add(RowSheet(database, table, ArgumentText(options.id)));
   WriteReport(report, options.format);
   return EXIT_GOOD;
 }
 
 /// Changes the row that `values` have the key of, or adds it, in one transaction. Gives what was done.
-template <class Table>
-std::string PutRow(RealtimeDatabase& database, RowValues<Table>& values) {
+std::string PutRow(RealtimeDatabase& database, const StoredTable& table, RowValues& values) {
   dbQuery query;
   values.Find(query);
-  dbCursor<typename Table::Row> cursor(database.Db(), dbCursorForUpdate);
-  const int count = cursor.select(query);
-  database.Check();
-  if (count > 1) throw Failure(EXIT_USAGE, fmt::format("{} stands {} times in the table", values.Name(), count));
-  if (count == 1) {
-    values.PutInto(*cursor.get());
-    cursor.update();
-  } else {
-    auto row = DefaultRow<Table>();
-    values.PutInto(row);
-    database.Db()->insert(row);
-  }
+  bool isThere = false;
+  const auto check = [&](int count) {
+    database.Check();
+    if (count > 1) throw Failure(EXIT_USAGE, fmt::format("{} stands {} times in the table", values.Name(), count));
+    isThere = count == 1;
+  };
+  table.Put(database.Db(), query, check, [&values](void* row) { values.PutInto(row); });
   database.Check();
   database.Db()->commit();
   database.Check();
-  return values.Name() + (count == 1 ? ": changed." : ": added, there was no such row.");
+  return values.Name() + (isThere ? ": changed." : ": added, there was no such row.");
 }
 
 int Put(const RtdbOptions& options) {
   Report report;
   std::vector<std::string> assignments;
   for (const std::string& value : options.values) assignments.push_back(ArgumentText(value));
-  VisitStoredTable(NamedTable(options.table), [&](auto table) {
-    RowValues<decltype(table)> values(assignments);  // a wrong value ends the command before a database is made
-    RealtimeDatabase database(options.name, dbDatabase::dbAllAccess);
-    report.Line(PutRow(database, values));
-  });
+  const StoredTable& table = StoredTableOf(NamedTable(options.table));
+  RowValues values(table, assignments);  // a wrong value ends the command before a database is made
+  RealtimeDatabase database(options.name, dbDatabase::dbAllAccess);
+  report.Line(PutRow(database, table, values));
   WriteReport(report, Format::Text);
   return EXIT_GOOD;
 }
@@ -142,17 +133,18 @@ int Check(const RtdbOptions& options) {
   RealtimeDatabase database(options.name, dbDatabase::dbReadOnly);  // looks through the pages and the tables' columns
   int tables = 0;
   long long rows = 0;
-  ForEachStoredTable([&](auto table) {
+  for (const auto& table : StoredTables()) {
     long long read = 0;
-    const int count = ForEachRow<decltype(table)>(database.Db(), [&read](const auto&) { ++read; });
+    const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
     database.Check();
     if (read != count) {
-      throw Failure(EXIT_FILE, fmt::format("{}: table {}: only {} of {} rows can be read", options.name,
-                                           decltype(table)::Row::kTableName, read, count));
+      throw Failure(EXIT_FILE,
+                    fmt::format("{}: table {}: only {} of {} rows can be read", options.name,
+                                QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
     }
     if (count > 0) ++tables;
     rows += count;
-  });
+  }
   Report report;
   report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.name, Counted(rows, "row"), tables, kTableCount));
   WriteReport(report, Format::Text);

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "model/table_info.h"
 #include "model/text.h"
 #include "tools/careful_run.h"
 #include "tools/commands.h"
@@ -72,14 +73,10 @@ std::vector<Events> ReadEvents(const SwitchOptions& options) {
   return runs;
 }
 
-/// The name of the table whose kind code is `kind`.
-std::string KindTable(DTSDB& database, int kind) {
-  std::string name = NumberText(kind);
-  ForEachTable(database, [&](auto& table) {
-    using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
-    if (KindOf<Record> == kind) name = Record::kTableName;
-  });
-  return name;
+/// The name of the table whose kind code is `kind`; the number when there is none.
+std::string KindTable(int kind) {
+  const std::string name = TableName(kind);
+  return name.empty() ? NumberText(kind) : name;
 }
 
 Cell SectionCell(int section) { return section > 0 ? NumberCell(section) : Cell(); }
@@ -155,8 +152,8 @@ class Switching {
   void NoteChanges() {
     for (int i = 0; i < m_database.m_tplTable->GetCount(); ++i) {
       const TPL& row = (*m_database.m_tplTable)[i];
-      m_log.Add({NumberCell(m_run), KindTable(m_database, row.kind), IdText(row.name), IdText(row.event),
-                 NumberCell(row.n1), SectionCell(row.n3), SectionCell(row.n2)});
+      m_log.Add({NumberCell(m_run), KindTable(row.kind), IdText(row.name), IdText(row.event), NumberCell(row.n1),
+                 SectionCell(row.n3), SectionCell(row.n2)});
     }
     for (int i = 0; i < m_database.m_chndTable->GetCount(); ++i) {
       const CHND& row = (*m_database.m_chndTable)[i];

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "tools/catalog.h"
 #include "tools/failure.h"
@@ -48,15 +49,16 @@ std::vector<std::string> Words(std::string_view line) {
   return words;
 }
 
-/// Reads the value of one field.
-template <class Record, class Type>
-std::string ParseValue(const Field<Record, Type>& field, const std::string& text, Record& record) {
-  if (IsLink(field)) return "is a number that an addition works out; it can't be given";
-  if constexpr (std::is_same_v<Type, QString>) {
-    return ParseIdentity(text, record.*field.member);
-  } else {
-    return ParseNumber(text, record.*field.member);
-  }
+/// Reads the value of one field. Gives an empty text, or what is wrong.
+std::string ParseValue(const FieldInfo& field, const std::string& text, void* record) {
+  if (field.IsLink()) return "is a number that an addition works out; it can't be given";
+  return VisitValue(field, record, [&text]<class V>(V& value) -> std::string {
+    if constexpr (std::is_same_v<V, QString>) {
+      return ParseIdentity(text, value);
+    } else {
+      return ParseNumber(text, value);
+    }
+  });
 }
 
 void TakeIdentity(const std::string& text, QString& id) {
@@ -65,21 +67,17 @@ void TakeIdentity(const std::string& text, QString& id) {
 }
 
 /// Puts the value of FIELD=VALUE into a new record.
-template <class Record>
-void TakeValue(const std::string& word, std::vector<std::string>& given, Record& record) {
+void TakeValue(const std::string& word, std::vector<std::string>& given, std::span<const FieldInfo> fields,
+               void* record) {
   const std::size_t sign = word.find('=');
   if (sign == std::string::npos || sign == 0) throw LineError(Quoted(word) + " is not of the form FIELD=VALUE");
   const std::string name = word.substr(0, sign);
   if (std::find(given.begin(), given.end(), name) != given.end()) throw LineError("field " + name + " stands twice");
   given.push_back(name);
-  bool isField = false;
-  std::string wrong;
-  Record::ForEachField([&](const auto& field) {
-    if (name != field.name) return;
-    isField = true;
-    wrong = ParseValue(field, word.substr(sign + 1), record);
-  });
-  if (!isField) wrong = "the table has no such field" + DidYouMean(name, FieldNames<Record>());
+  const auto field =
+      std::find_if(fields.begin(), fields.end(), [&name](const FieldInfo& known) { return name == known.name; });
+  const std::string wrong = field != fields.end() ? ParseValue(*field, word.substr(sign + 1), record)
+                                                  : "the table has no such field" + DidYouMean(name, NamesOf(fields));
   if (!wrong.empty()) throw LineError("field " + OneLine(name) + ": " + wrong);
 }
 
@@ -94,7 +92,7 @@ Record ParseRecord(const std::vector<std::string>& words, bool isRemoval) {
   }
   ClearLinks(record);
   std::vector<std::string> given;
-  for (std::size_t i = 2; i < words.size(); ++i) TakeValue(words[i], given, record);
+  for (std::size_t i = 2; i < words.size(); ++i) TakeValue(words[i], given, Record::Fields(), &record);
   if (record.id.isEmpty()) throw LineError("id=... is missing: a record needs an identity");
   return record;
 }
@@ -103,12 +101,13 @@ EditedRecord ParseTable(const std::vector<std::string>& words, bool isRemoval) {
   const std::string& name = words[1];
   const QString folded = QString::fromStdString(name).toUpper();
   std::vector<std::string> known;
-#define DTSDB_PARSE_CLASS(T)                                                           \
-  if (folded == QLatin1String(T::kTableName)) return ParseRecord<T>(words, isRemoval); \
-  known.emplace_back(T::kTableName);
-  DTSDB_EDITED_RECORDS(DTSDB_PARSE_CLASS)
-#undef DTSDB_PARSE_CLASS
-  if (TablePlace(folded.toStdString()) != -1) {
+  std::optional<EditedRecord> record;
+  ForEachType(EditedRecords(), [&]<class T> {
+    known.emplace_back(T::kTableName);
+    if (folded == QLatin1String(T::kTableName)) record = ParseRecord<T>(words, isRemoval);
+  });
+  if (record) return *record;
+  if (FindTable(folded.toStdString()) != KIND_NONE) {
     throw LineError("table " + folded.toStdString() + " can't be edited: its records follow from those of others");
   }
   throw LineError("there is no table " + Quoted(name) + " that can be edited" + DidYouMean(name, known));

@@ -11,12 +11,11 @@
 
 namespace dtsdb::tools {
 
-template <class, class... Records>
-using OneOf = std::variant<Records...>;
-#define DTSDB_NEXT_CLASS(T) , T
+template <class... Record>
+std::variant<Record...> OneOf(TypeList<Record...>);
+
 /// A record of any class that can be edited.
-using EditedRecord = OneOf<void DTSDB_EDITED_RECORDS(DTSDB_NEXT_CLASS)>;
-#undef DTSDB_NEXT_CLASS
+using EditedRecord = decltype(OneOf(EditedRecords()));
 
 /// One line of a script.
 struct Edit {

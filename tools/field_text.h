@@ -4,17 +4,17 @@
 
 #include <fmt/format.h>
 
-#include <QByteArray>
 #include <QString>
 #include <charconv>
 #include <concepts>
 #include <limits>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <vector>
 
-#include "model/records.h"
+#include "model/table_info.h"
 #include "model/text.h"
 #include "tools/render.h"
 #include "tools/text_layout.h"
@@ -54,79 +54,48 @@ std::string ParseNumber(std::string_view text, V& value) {
   return "";
 }
 
-/// The name of a field's type for people.
-template <class V>
-constexpr const char* TypeName() {
-  if constexpr (std::is_same_v<V, QString>) return "text";
-  if constexpr (std::is_same_v<V, i8>) return "i8";
-  if constexpr (std::is_same_v<V, u8>) return "u8";
-  if constexpr (std::is_same_v<V, i32>) return "i32";
-  if constexpr (std::is_same_v<V, u32>) return "u32";
-  if constexpr (std::is_same_v<V, f32>) return "f32";
-  if constexpr (std::is_same_v<V, f64>) return "f64";
-}
-
 /// An identity as real text in UTF-8; bytes that are no valid GBK show as U+FFFD.
 inline std::string IdText(const QString& id) { return TextFromId(id).toStdString(); }
 
-/// A field's value as a cell: a null text is an empty cell. Texts of stored rows are identities too; a range of bytes
-/// shows as hexadecimal digits.
+/// A value as a cell: a null text is an empty cell.
 template <class V>
 Cell FieldCell(const V& value) {
   if constexpr (std::is_same_v<V, QString>) {
     return value.isNull() ? Cell() : Cell(IdText(value));
-  } else if constexpr (std::is_same_v<V, char const*>) {
-    return FieldCell(IdFromBytes(value));
-  } else if constexpr (std::is_array_v<V>) {
-    return QByteArray(value, sizeof(value)).toHex().toStdString();
   } else {
     return Number{NumberText(value)};
   }
 }
+/// The value of `field` in `record` as a cell.
+Cell FieldCell(const FieldInfo& field, const void* record);
 
 /// The same as plain text.
 template <class V>
 std::string FieldText(const V& value) {
   return CellText(FieldCell(value));
 }
+std::string FieldText(const FieldInfo& field, const void* record);
 
-/// The names of all fields of `Fields`, a record class or a StoredTable.
-template <class Fields>
-std::vector<std::string> FieldNames() {
+/// The names of fields or columns.
+template <class Info>
+std::vector<std::string> NamesOf(std::span<const Info> infos) {
   std::vector<std::string> names;
-  Fields::ForEachField([&names](const auto& field) { names.push_back(field.name); });
+  names.reserve(infos.size());
+  for (const Info& info : infos) names.emplace_back(info.name);
   return names;
 }
 
-/// The values of all fields of a row.
-template <class Fields, class Row>
-std::vector<Cell> FieldCells(const Row& row) {
-  std::vector<Cell> cells;
-  Fields::ForEachField([&](const auto& field) { cells.push_back(FieldCell(row.*field.member)); });
-  return cells;
-}
+/// The values of all fields of a record.
+std::vector<Cell> FieldCells(std::span<const FieldInfo> fields, const void* record);
 
-/// The key of a record as text: its identity, its number, or the identities of parent and child.
+/// The texts under which a record can be found: its identity or number, the identities of parent and child.
+std::vector<std::string> KeyTexts(const TableInfo& table, const void* record);
+
+/// The key of a record as one text.
+std::string KeyText(const TableInfo& table, const void* record);
 template <class T>
 std::string KeyText(const T& record) {
-  if constexpr (T::kKey == RecordKey::Relation) {
-    return IdText(record.*Relation<T>::parentId) + " > " + IdText(record.*Relation<T>::childId);
-  } else if constexpr (T::kKey == RecordKey::Numbered) {
-    return NumberText(record.id);
-  } else {
-    return IdText(record.id);
-  }
-}
-
-/// The name of the field that stands for a record's key in a message.
-template <class T>
-std::string KeyFieldName() {
-  if constexpr (T::kKey != RecordKey::Relation) return "id";
-  std::string name;
-  T::ForEachField([&name](const auto& field) {
-    if (name.empty()) name = field.name;
-  });
-  return name;
+  return KeyText(TableOfKind(T::kKind), &record);
 }
 
 }  // namespace dtsdb::tools

@@ -98,20 +98,17 @@ class ScriptRun {
 /// The number of records in each table that can be edited.
 std::vector<int> Counts(DTSDB& database) {
   std::vector<int> counts;
-#define DTSDB_COUNT_RECORDS(T) counts.push_back(TableOf<T>(database).GetCount());
-  DTSDB_EDITED_RECORDS(DTSDB_COUNT_RECORDS)
-#undef DTSDB_COUNT_RECORDS
+  ForEachType(EditedRecords(), [&]<class T> { counts.push_back(TableOf<T>(database).GetCount()); });
   return counts;
 }
 
 Sheet ChangedTables(const std::vector<int>& before, const std::vector<int>& after) {
   Sheet sheet("records", "Records", {"table", "before", "after"});
   std::size_t at = 0;
-#define DTSDB_ADD_CHANGE(T)                                                                               \
-  if (before[at] != after[at]) sheet.Add({T::kTableName, NumberCell(before[at]), NumberCell(after[at])}); \
-  ++at;
-  DTSDB_EDITED_RECORDS(DTSDB_ADD_CHANGE)
-#undef DTSDB_ADD_CHANGE
+  ForEachType(EditedRecords(), [&]<class T> {
+    if (before[at] != after[at]) sheet.Add({T::kTableName, NumberCell(before[at]), NumberCell(after[at])});
+    ++at;
+  });
   return sheet;
 }
 

@@ -37,7 +37,7 @@ Listing List(const fs::path& folder) {
   fs::directory_iterator entry(folder, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const fs::path name = entry->path().filename();
-    if (name.extension() == kSuffix && TablePlace(name.stem().string()) != -1) {
+    if (name.extension() == kSuffix && FindTable(name.stem().string()) != KIND_NONE) {
       listing.tables.insert(name.string());
     } else if (EndsLikeTable(name)) {
       listing.unknown.insert(name.string());
@@ -118,12 +118,11 @@ void ReadTextTables(const std::string& folder, DTSDB& database) {
   if (listing.tables.empty() && !listing.others.empty()) {
     RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
   }
-  ForEachTable(database, [&](auto& table) {
-    using T = RecordClass<decltype(table)>;
-    const std::string name = T::kTableName + std::string(kSuffix);
+  for (const AnyTable& table : AllTables(database)) {
+    const std::string name = table.Info().name + std::string(kSuffix);
     const auto found = contents.tables.find(name);
     if (found != contents.tables.end()) ReadTextTable((fs::path(folder) / name).string(), found->second, table);
-  });
+  }
 }
 
 void WriteTextTables(DTSDB& database, const std::string& folder) {
@@ -132,10 +131,10 @@ void WriteTextTables(DTSDB& database, const std::string& folder) {
   if (error) RefuseFile(folder, "can't be written: " + error.message());
   CheckReplaceable(folder, target);
   FolderReplacement written(target);
-  ForEachTable(database, [&](auto& table) {
-    using T = RecordClass<decltype(table)>;
-    if (table.GetCount() > 0) WriteFile(written.Path() / (T::kTableName + std::string(kSuffix)), TextTable(table));
-  });
+  for (const AnyTable& table : AllTables(database)) {
+    if (table.GetCount() == 0) continue;
+    WriteFile(written.Path() / (table.Info().name + std::string(kSuffix)), TextTable(table));
+  }
   written.TakePlace();
 }
 

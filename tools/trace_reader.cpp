@@ -8,18 +8,17 @@
 namespace dtsdb::tools {
 namespace {
 
-using Columns = Twin<TPTRACE>;
+using Row = Twin<TPTRACE>::Row;
 
 /// Further back from the end than so many rows the whole table is read: a row costs less there.
 constexpr std::size_t kMostAdded = 10000;
 /// So many times as long as the whole table took to read it isn't read again.
 constexpr double kPause = 20;
 
-TraceRow RowOf(dbCursor<Columns::Row>& cursor, const Columns::Row& stored) {
+TraceRow RowOf(dbCursor<Row>& cursor, const Row& stored) {
   TraceRow row;
   row.number = cursor.currentId().getOid();
-  const auto load = [&](const auto&... columns) { (LoadCell(row.record.*columns.field, stored.*columns.cell), ...); };
-  load(Columns::id, Columns::name, Columns::type, Columns::status, Columns::time);
+  LoadSome(row.record, stored, &TPTRACE::id, &TPTRACE::name, &TPTRACE::type, &TPTRACE::status, &TPTRACE::time);
   return row;
 }
 
@@ -48,9 +47,9 @@ TraceReading TraceReader::Read(u32 since, bool whole) {
 }
 
 void TraceReader::ReadAdded(TraceReading& reading) {
-  dbCursor<Columns::Row> cursor(m_db, dbCursorViewOnly);
+  dbCursor<Row> cursor(m_db, dbCursorViewOnly);
   const bool empty = cursor.select() <= 0;
-  const Columns::Row* stored = empty ? nullptr : cursor.last();
+  const Row* stored = empty ? nullptr : cursor.last();
   std::optional<TraceRow> last;
   if (stored != nullptr) last = RowOf(cursor, *stored);
 
@@ -73,7 +72,7 @@ void TraceReader::ReadWhole(TraceReading& reading, u32 since) {
   for (const TraceRow& row : reading.rows) added.insert(row.number);
   reading.rows.clear();
   reading.whole = true;
-  dbCursor<Columns::Row> cursor(m_db, dbCursorViewOnly);
+  dbCursor<Row> cursor(m_db, dbCursorViewOnly);
   dbQuery query;
   // A store without unsigned columns takes late times for negative ones. It then gives too many rows, and no row less.
   query = "time >= ", since, "or time < 0";

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "tools/catalog.h"
+#include "model/table_info.h"
 #include "tools/failure.h"
 #include "tools/field_text.h"
 #include "tools/temporary_folder.h"
@@ -12,10 +12,6 @@ namespace dtsdb::tools {
 namespace {
 
 const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
-
-std::string TableName(TableKind kind) {
-  return kind == KIND_NONE ? "" : TableNames()[static_cast<std::size_t>(kind) - 1];
-}
 
 }  // namespace
 

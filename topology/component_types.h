@@ -26,7 +26,7 @@ struct ComponentType {
   bool bothEnds = false;
 };
 
-// Deliberate: type 6, a transformer out of service, has no text for an unknown identity.
+// Kept: type 6, a transformer out of service, has no text for an unknown identity.
 inline constexpr std::tuple kComponentTypes{
     ComponentType<CB>{1, &CB::flags, CB_OPEN, " not exists in cb table"},
     ComponentType<UN>{2, &UN::status, SHUNT_OFF, " not exists in un table", "REMOVE", "UNREMOVE"},

@@ -6,14 +6,13 @@
 #include <vector>
 
 #include "model/dtsdb.h"
-#include "model/record_bits.h"
-#include "topology/work_list.h"
 
 namespace dtsdb {
 
-class IslandRing;
-template <class Component>
-struct ComponentType;
+namespace internal {
+struct State;
+struct WorkArrays;
+}  // namespace internal
 
 /// Works out the electrical topology of a validated model.
 ///
@@ -35,20 +34,20 @@ class TP {
   TP& operator=(const TP&) = default;
   virtual ~TP();
 
-  /// Works out everything from nothing. Gives 1, or 0 when a stage failed; each failing level has then written
+  /// Works out everything from nothing. Returns 1, or 0 when a stage failed; each failing level has then written
   /// one line through qDebug. On a model that was not validated, or not with success, writes one line on the
-  /// standard output, changes nothing and gives 1.
+  /// standard output, changes nothing and returns 1.
   int tpAllnew();
 
   /// Brings the topology up to date after the changes that wait in the TPTRACE table, and logs in TPL and CHND what it
   /// did. Runs tpAllnew instead when there was no full run yet or 50 rows or more are waiting; these then stay in the
-  /// table. Gives 1, or 0 when a stage failed, with one line of each failing level through qDebug: then only tpAllnew
-  /// puts the results right. On a model that is not valid says so through qDebug, changes nothing and gives 1.
+  /// table. Returns 1, or 0 when a stage failed, with one line of each failing level through qDebug: then only tpAllnew
+  /// puts the results right. On an invalid model writes one line through qDebug, changes nothing and returns 1.
   int tpChange();
 
   /// Switches component `id`, of the table that type code `type` names (docs/topology.md), on (closed, in service) or
-  /// off. Gives 1 when tpChange has to follow the change up: a TPTRACE row waits for it. Gives 0 when nothing had to
-  /// change, when the identity is unknown (one line on the standard output) or the type, and when a breaker was
+  /// off. Returns 1 when tpChange has to follow the change up: a TPTRACE row waits for it. Returns 0 when nothing had
+  /// to change, when the identity is unknown (one line on the standard output) or the type, and when a breaker was
   /// switched whose nodes are joined by others all the same: its state has then changed, without a row.
   int tpSetCompStatus(const char* id, int type, bool on);
   /// Gives the breakers the states of their status points. Leaves no row for tpChange: only tpAllnew follows. Always 1.
@@ -62,7 +61,7 @@ class TP {
   int tpReadTptrace(dbDatabase* db);
 
   /// Gives each live island a reference: a unit marked as one, else the section of a load marked as one, else the
-  /// unit with the greatest margin. Goes by the stored BS and ISLAND tables. Gives the number of islands whose
+  /// unit with the greatest margin. Goes by the stored BS and ISLAND tables. Returns the number of islands whose
   /// reference it had to choose itself; 0 with one line on the standard output when there is no live island.
   int tpSetRefUN();
 
@@ -96,27 +95,23 @@ class TP {
  private:
   friend class TpProbe;
 
-  /// So many neighbours of one section the caller of tpBsNeighbor has room for; the walk fails from there on.
-  static constexpr int kMaxNeighbours = 100;
-  /// From so many waiting changes on a full run is preferred.
-  static constexpr int kMaxChanges = 50;
+  // The stages under the names of the interface, and what they stand on; the work lies in topology/internal/. An int
+  // returned is 1 for success and 0 for failure.
 
-  // The stages and what they stand on. All give 1 for success and 0 for failure unless they say otherwise.
-
-  // State (tp.cpp)
+  // State
   void tpClear();
   void tpInit();
   int tpListInsert(int kind, int* cursor);
   int tpListDelete(int kind, int* cursor);
 
-  // Node pass (node_pass.cpp)
+  // Node pass
   int tpNodeInit();
   int tpNodeSort(bool allnew);
   int tpLegalBs(int nd, int kv, int end, bool allnew);
   int tpIllegalBs(int nd, int kv, int end, bool allnew);
   int tpNodeConnect(int kv, int nd, int* bs);
 
-  // Bus-section list (section_list.cpp)
+  // Bus-section list
   int tpBslBuild(bool allnew);
   int tpBsBranch(int kv, int nd, unsigned* endFlags, int endBit, int ind, int iznd, unsigned* status, int outBit,
                  int open1Bit, int open2Bit, unsigned* tpStatus, int iso1Bit, int iso2Bit, int bothBit, int* ibs,
@@ -126,18 +121,21 @@ class TP {
                  unsigned* tpStatus, int deadBit);
   int tpBslBranch(int kv, int nd, int ref, int kind, int ind, int iznd, int* ibs, int* izbs);
 
-  // Fragments, neighbours, run log (fragments.cpp)
+  // Fragments, neighbours, run log
   int tpBsFragment(int kv, int nd, int* bs, bool open);
   int tpBsFragment(int kv, int nd);
   int tpAddBrokenBs(int kv, int nd, int& bs);
   int tpBsNeighbor(int bs, int* un, int* devices, int* count, int* neighbours);
   int tpTpl(int ref, int kind, int status, int oldValue, int newValue, const char* text);
 
-  // Incremental run (incremental.cpp)
+  // Islands and status
+  int tpBsSort(bool* changed);
+  int tpUpdateStatus();
+  bool tpFindPassPath(int cb);
+
+  // Incremental run
   int tpChangedKv();
   int tpBsRestore();
-
-  // Changes of branch ends and shunt devices (component_change.cpp)
   int tpComponentChanged(bool* islandChanged);
   int tpBranchChanged(int kv, int nd, int end, int kind, int endBit, unsigned* endFlags1, unsigned* endFlags2, int nd1,
                       int nd2, int* bs1, int* bs2, unsigned* status, int offBit, int open1Bit, int open2Bit,
@@ -145,137 +143,14 @@ class TP {
   int tpShuntChanged(int device, int nd, int* bs, int kind, unsigned* status, int offBit, int isolatedBit,
                      unsigned* tpStatus, int tpDeadBit, bool* kvChanged, bool* islandChanged);
 
-  // Islands (islands.cpp)
-  int tpBsSort(bool* changed);
-  int tpUpdateStatus();
-  bool tpFindPassPath(int cb);
-
-  // Realtime database (fastdb.cpp)
+  // Realtime database; always true
   bool WriteBSToFastdb(dbDatabase* db);
   bool WriteLDToFastdb(dbDatabase* db);
   bool WriteUNToFastdb(dbDatabase* db);
   bool WriteBUSToFastdb(dbDatabase* db);
-  DTSDB& Model() const { return m_pDatabase != nullptr ? *m_pDatabase : *m_emptyModel; }
 
-  // What the stages share (walks in topology/walks.h).
-
-  GLOBAL& Global() const { return m_globalTable->GetPh(0); }
-  WorkList<BS> Sections() const { return {m_bs, m_bsSize}; }
-  WorkList<BSL> Entries() const { return {m_bsl, m_bslSize}; }
-  BS& Section(int bs) const { return Sections()[bs]; }
-  ND& Node(int nd) const { return m_ndTable->GetPh(nd); }
-  template <class T>
-  tTable<T>& Table() const;
-
-  template <class Visit>
-  bool ForEachNode(int kv, Visit visit) const;
-  template <class Visit>
-  void ForEachBreaker(int nd, Visit visit) const;
-  template <class Joins, class Visit>
-  void GrowGroup(int first, Joins joins, Visit visit) const;
-  template <class Visit>
-  bool ForEachInGroup(int first, Visit visit) const;
-  template <class... Branches, class Visit>
-  bool ForEachEnd(int nd, Visit visit) const;
-  template <class Branch, class Visit>
-  bool ForEachEndOf(int nd, Visit visit) const;
-  template <class Visit>
-  bool ForEachShunt(int kv, Visit visit) const;
-
-  int KvOfNode(int nd) const;
-  int EndOfKv(int kv) const;
-  bool RecordMove(int nd, int newBs, int oldBs, int kv);
-  void AddChangedKv(int kv);
-
-  // Of tpAllnew
-  void ResetSections();
-  void ResetEntries();
-  bool BuildSkeleton();
-  bool RunStages();
-  void ListKv(int kv, int* cursor);
-  bool NameAndStoreSections();
-  void NameSections();
-  void NameByEquipment(BS& section) const;
-  int UsedSectionCount() const;
-
-  // Of the node pass
-  int& MarkedNodes(int bs);
-  int UnlinkSectionFor(int nd);
-  void Claim(int bs);
-  int FirstReached(int kv) const;
-  bool SortKv(int kv, int* givenBack, bool allnew);
-  void MarkNodes(int kv);
-  bool SetSectionsAside(int kv, int end, int* givenBack);
-  bool MoveToSection(int nd, int bs, int kv, bool allnew);
-
-  // Of the incremental run
-  bool RunIncrementalStages();
-  template <class Component>
-  bool FollowChange(const ComponentType<Component>& type, int number);
-  template <class Component>
-  bool LogChange(const ComponentType<Component>& type, int number);
-  void ListBreakerKv(int kv);
-  void ListKvs(int kv, int otherKv);
-  template <class Row>
-  int KvThrough(int row) const;
-
-  // Of the component states
-  bool ClosesWithinSection(const CB& cb) const;
-  template <class Component>
-  int SwitchComponent(const ComponentType<Component>& type, const QString& id, bool on);
-  template <class Component>
-  void ReadStates(dbDatabase* db);
-  void ApplyTrace(TPTRACE& row);
-
-  // Of the component changes
-  bool BranchesChanged(int kv, bool* islandChanged, bool* kvChanged);
-  bool ShuntsChanged(int kv, bool* islandChanged, bool* kvChanged);
-  void AddChangedKvOnce(int kv);
-
-  // Of the exchange
-  struct ChangedRows;
-  void WriteLog(dbDatabase* db);
-  void WriteKv(int kv, ChangedRows& rows);
-
-  // Of the bus-section list
-  struct BranchSide;
-  BranchSide SideOf(int kv, int nd, int* bs, bool open, bool out) const;
-  int SectionAt(const BranchSide& side) const;
-  bool ToggleFragment(const BranchSide& side);
-  bool AdjustFragments(const BranchSide& own, const BranchSide& other);
-  bool WorkOutBranchEnds(int kv);
-  bool ClearStretch(int kv);
-  bool ListSections(int kv);
-  bool ListShunts(int kv);
-  bool ListBranchEnds(int kv);
-  bool Hang(int bs, int kind, int ref);
-
-  // Of the fragments
-  bool MakeFragment(int kv, u32 bits, int* bs);
-  void GiveBack(int bs);
-  bool ToggleGroupFragment(int kv, int nd, int* bs);
-  bool RecordFragmentMove(int nd, int newBs, int oldBs, int kv);
-  template <class Branch>
-  int FarSection(int end, int bs) const;
-
-  // Of the islands
-  bool GatherIsland(IslandRing& ring, int seed, int* un);
-  bool MakeLive(const IslandRing& ring, int seed, std::vector<bool>& listedKvs, bool* changed);
-  bool MakeDead(const IslandRing& ring, int seed, std::vector<bool>& listedKvs);
-  bool LogSwitch(int bs, const char* event, std::vector<bool>& listedKvs);
-  bool UpdateBuses();
-  template <class Device>
-  void UpdateShunts();
-  template <class Branch>
-  void UpdateBranches();
-  void UpdateBreakers();
-  bool IsDead(int bs) const { return Section(bs).island < 0; }
-  bool IsIsolated(int bs) const { return Section(bs).status & BS_ISOLATED; }
-
-  // Of the references
-  ISLAND* IslandWithoutReference(int bs) const;
-  int ChooseReferences();
-  int IslandOf(int bs) const { return m_bsTable->GetPh(bs).island; }
+  /// What the stages work on: everything below, by reference.
+  internal::State Lend();
 
   DTSDB* m_pDatabase = nullptr;
   int* m_changedKvs = nullptr;
@@ -287,24 +162,12 @@ class TP {
   bool m_allnew = true;
   BS* m_bs = nullptr;
   BSL* m_bsl = nullptr;
-#define DTSDB_TOPOLOGY_TABLE(T, table, key, meaning) tTable<T>* table = nullptr;
-  DTSDB_TABLES(DTSDB_TOPOLOGY_TABLE)
-#undef DTSDB_TOPOLOGY_TABLE
-
+  /// The tables that the model had when the TP was made.
+  std::shared_ptr<DTSDB> m_tables;
   /// What m_bs, m_bsl and m_allKvs point into, and what is kept beside them.
-  struct WorkArrays {
-    std::vector<BS> bs;
-    std::vector<BSL> bsl;
-    std::vector<int> allKvs;
-    std::vector<int> placeOfKv;    ///< by KV number: the place in m_allKvs, -1 for none
-    std::vector<int> markedNodes;  ///< by base section: how many nodes of the KV being sorted still carry ND_MARK
-  };
-  std::shared_ptr<WorkArrays> m_work;
-  /// What m_changedKvs points into. Apart, since it grows: a copy keeps the list that it had.
+  std::shared_ptr<internal::WorkArrays> m_arrays;
+  /// What m_changedKvs points into.
   std::shared_ptr<std::vector<int>> m_changedKvsOwner;
-  int m_bsSize = 0;
-  int m_bslSize = 0;
-  std::shared_ptr<DTSDB> m_emptyModel;
 };
 
 }  // namespace dtsdb

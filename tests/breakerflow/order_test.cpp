@@ -10,11 +10,14 @@
 #include <limits>
 #include <random>
 
-#include "breakerflow/leaves.h"
+#include "breakerflow/internal/leaves.h"
 #include "tests/breakerflow/cbflow_probe.h"
 
 namespace dtsdb::test {
 namespace {
+
+using internal::FlowEdge;
+using internal::TakeLeaves;
 
 /// The inversion element by element, with the pivot compared in double precision.
 bool PlainInversion(Matrix<float>& a) {

@@ -17,15 +17,14 @@ namespace dtsdb::test {
 template <class T>
 void FillFields(T& record, int seed) {
   int n = seed;
-  T::ForEachField([&](const auto& field) {
-    using Value = typename std::decay_t<decltype(field)>::ValueType;
+  ForEachField(record, [&n]<class Value>(const FieldInfo&, Value& value) {
     ++n;
     if constexpr (std::is_same_v<Value, QString>) {
-      record.*field.member = QStringLiteral("t%1").arg(n);
+      value = QStringLiteral("t%1").arg(n);
     } else if constexpr (std::is_floating_point_v<Value>) {
-      record.*field.member = static_cast<Value>(n) + static_cast<Value>(0.5);
+      value = static_cast<Value>(n) + static_cast<Value>(0.5);
     } else {
-      record.*field.member = static_cast<Value>(n % 100 + 1);
+      value = static_cast<Value>(n % 100 + 1);
     }
   });
 }
@@ -34,7 +33,8 @@ void FillFields(T& record, int seed) {
 template <class T>
 bool SameFields(const T& a, const T& b) {
   bool same = true;
-  T::ForEachField([&](const auto& field) { same = same && a.*field.member == b.*field.member; });
+  ForEachField(
+      a, [&]<class Value>(const FieldInfo& field, const Value& value) { same = same && value == field.In<Value>(&b); });
   return same;
 }
 

@@ -1,5 +1,5 @@
 // What holds for every record class: defaults, constructors, comparison, copying.
-#include "model/records.h"
+#include "model/relations.h"
 
 #include <gtest/gtest.h>
 
@@ -28,9 +28,7 @@ template <class T>
 std::set<std::string> FieldsWithDefault() {
   std::set<std::string> names;
   const T record;
-  T::ForEachField([&](const auto& field) {
-    using Value = typename std::decay_t<decltype(field)>::ValueType;
-    const Value& value = record.*field.member;
+  ForEachField(record, [&names]<class Value>(const FieldInfo& field, const Value& value) {
     if constexpr (std::is_same_v<Value, QString>) {
       EXPECT_TRUE(value.isNull()) << field.name;
     } else if (value != Value()) {
@@ -59,10 +57,10 @@ TEST(Records, BuiltByIdentityHaveTheMinusOneDefaultToo) {
 TEST(Records, BuiltByKeyDifferFromADefaultOneInTheKeyOnly) {
   ForEachClass([]<class T>(const T& fresh) {
     const T keyed = Keyed<T>(7);
-    T::ForEachField([&](const auto& field) {
+    ForEachField(keyed, [&]<class Value>(const FieldInfo& field, const Value& value) {
       const std::string name = field.name;
       const bool isKey = T::kKey == RecordKey::Relation ? name.ends_with("_id") : name == "id";
-      EXPECT_EQ(keyed.*field.member == fresh.*field.member, !isKey) << name;
+      EXPECT_EQ(value == field.In<Value>(&fresh), !isKey) << name;
     });
   });
 }
@@ -158,14 +156,43 @@ TEST(Records, StoreAndLoadEveryFieldInItsPlace) {
 TEST(Records, FieldsAreListedOnceEach) {
   ForEachClass([]<class T>(const T&) {
     std::set<std::string> names;
-    int count = 0;
-    T::ForEachField([&](const auto& field) {
+    for (const FieldInfo& field : T::Fields()) {
       names.insert(field.name);
       EXPECT_STRNE(field.meaning, "") << field.name;
-      ++count;
-    });
-    EXPECT_EQ(count, T::kFieldCount);
-    EXPECT_EQ(static_cast<int>(names.size()), T::kFieldCount);
+    }
+    EXPECT_EQ(names.size(), T::Fields().size());
+  });
+}
+
+TEST(Records, FieldsLieBehindEachOtherAndFillTheRecord) {
+  constexpr std::size_t kSizes[] = {sizeof(QString), 1, 1, 4, 4, 4, 8};
+  ForEachClass([&]<class T>(const T&) {
+    std::size_t end = 0;
+    for (const FieldInfo& field : T::Fields()) {
+      EXPECT_GE(field.offset, end) << field.name;
+      EXPECT_LT(field.offset, end + alignof(T)) << field.name << " has a gap in front of it";
+      end = field.offset + kSizes[static_cast<std::size_t>(field.type)];
+    }
+    EXPECT_LT(sizeof(T), end + alignof(T)) << "the last field is followed by one that isn't listed";
+  });
+}
+
+TEST(Records, LinksOfEquipmentAreTheNumbersNamedSo) {
+  const std::set<std::string> ends = {"cb2", "zcb2", "ln2", "zln2", "dln2", "zdln2", "xf2", "zxf2", "zbr2", "zzbr2"};
+  ForEachClass([&]<class T>(const T&) {
+    if constexpr (T::kKey == RecordKey::Identified && T::kKind != KIND_ANALOG && T::kKind != KIND_ND) {
+      for (const FieldInfo& field : T::Fields()) {
+        const std::string name = field.name;
+        const bool isNamedSo = name.starts_with("i") || name.starts_with("r_") || ends.count(name) > 0;
+        EXPECT_EQ(field.IsLink(), field.type == FieldType::I32 && isNamedSo) << name;
+      }
+    }
+  });
+}
+
+TEST(Relations, AreFoundByTheirChildren) {
+  ForEachRelation([]<class Row> {
+    EXPECT_TRUE((std::is_same_v<ParentRow<typename Relation<Row>::Child>, Row>)) << Row::kTableName;
   });
 }
 

@@ -40,7 +40,7 @@ class RandomRecords {
   template <class T>
   T Record(int n) {
     T record;
-    T::ForEachField([&](const auto& field) { Fill(record.*field.member); });
+    ForEachField(record, [this](const FieldInfo&, auto& value) { Fill(value); });
     if constexpr (T::kKey == RecordKey::Relation) {
       record.*Relation<T>::childId = QString::number(n) + record.*Relation<T>::childId;
     } else if constexpr (T::kKey == RecordKey::Identified) {
@@ -68,10 +68,9 @@ class RandomRecords {
 /// The names of the tables of `model` that have records, in order.
 inline QStringList FilledTables(DTSDB& model) {
   QStringList names;
-#define DTSDB_NAME_IF_FILLED(T, table, key, meaning) \
-  if (model.table->GetCount() > 0) names += QStringLiteral(#T);
-  DTSDB_TABLES(DTSDB_NAME_IF_FILLED)
-#undef DTSDB_NAME_IF_FILLED
+  ForEachTable(model, [&names]<class T>(tTable<T>& table) {
+    if (table.GetCount() > 0) names += QString::fromLatin1(T::kTableName);
+  });
   return names;
 }
 
@@ -80,17 +79,15 @@ template <class T>
 void ExpectEqualTables(tTable<T>& expected, tTable<T>& actual) {
   ASSERT_EQ(expected.GetCount(), actual.GetCount()) << T::kTableName;
   for (int i = 0; i < expected.GetCount(); ++i) {
-    T::ForEachField([&](const auto& field) {
-      EXPECT_EQ(expected[i].*field.member, actual[i].*field.member) << T::kTableName << " " << i << " " << field.name;
+    ForEachField(expected[i], [&]<class Value>(const FieldInfo& field, const Value& value) {
+      EXPECT_EQ(value, field.In<Value>(&actual[i])) << T::kTableName << " " << i << " " << field.name;
     });
   }
 }
 
 /// The same for all tables of two models.
 inline void ExpectEqualModels(DTSDB& expected, DTSDB& actual) {
-#define DTSDB_EXPECT_EQUAL(T, table, key, meaning) ExpectEqualTables(*expected.table, *actual.table);
-  DTSDB_TABLES(DTSDB_EXPECT_EQUAL)
-#undef DTSDB_EXPECT_EQUAL
+  ForEachRecordClass([&]<class T> { ExpectEqualTables(TableOf<T>(expected), TableOf<T>(actual)); });
 }
 
 }  // namespace dtsdb::test

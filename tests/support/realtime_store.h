@@ -39,10 +39,9 @@ class RealtimeStore {
   /// The names of the tables that have rows, in the order of the model's tables.
   QStringList FilledTables() {
     QStringList names;
-#define DTSDB_NAME_IF_FILLED(T, twin, writer) \
-  if (Count<twin>() > 0) names += QStringLiteral(#T);
-    DTSDB_TWINS(DTSDB_NAME_IF_FILLED)
-#undef DTSDB_NAME_IF_FILLED
+    ForEachRowClass([&]<class Row> {
+      if (Count<Row>() > 0) names += QString::fromLatin1(Row::kTableName).toUpper();
+    });
     return names;
   }
 

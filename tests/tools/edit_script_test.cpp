@@ -46,9 +46,9 @@ template <class Record>
 std::string Unset() {
   const Record record = OnlyRecord<Record>(std::string("add ") + Record::kTableName + " id=x");
   std::string names;
-  Record::ForEachField([&](const auto& field) {
-    if (FieldText(record.*field.member) == "-1") names += std::string(field.name) + " ";
-  });
+  for (const FieldInfo& field : Record::Fields()) {
+    if (FieldText(field, &record) == "-1") names += std::string(field.name) + " ";
+  }
   return names;
 }
 

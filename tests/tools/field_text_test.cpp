@@ -7,6 +7,8 @@
 #include <cmath>
 #include <limits>
 
+#include "model/records.h"
+
 namespace dtsdb::tools {
 namespace {
 
@@ -88,8 +90,8 @@ TEST(FieldText, KeysNameARecord) {
   EXPECT_EQ(KeyText(CB(IdFromLiteral("甲开关"))), "甲开关");
   EXPECT_EQ(KeyText(BS(12)), "12");
   EXPECT_EQ(KeyText(R_KV_CB(IdFromLiteral("甲站220"), IdFromLiteral("甲开关"))), "甲站220 > 甲开关");
-  EXPECT_EQ(KeyFieldName<CB>(), "id");
-  EXPECT_EQ(KeyFieldName<R_KV_CB>(), "kv_id");
+  EXPECT_STREQ(TableOfKind(KIND_CB).KeyFields().front().name, "id");
+  EXPECT_STREQ(TableOfKind(KIND_R_KV_CB).KeyFields().front().name, "kv_id");
 }
 
 }  // namespace

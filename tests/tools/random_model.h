@@ -57,10 +57,7 @@ inline void FillWithAnything(DTSDB& database, quint64 seed, int most) {
     const int n = values.Below(most + 1);
     for (int i = 0; i < n; ++i) {
       T record;
-      T::ForEachField([&](const auto& field) {
-        using V = std::decay_t<decltype(record.*field.member)>;
-        record.*field.member = values.Draw<V>();
-      });
+      ForEachField(record, [&values]<class V>(const FieldInfo&, V& value) { value = values.Draw<V>(); });
       table.Add(record);
     }
   });
@@ -86,15 +83,13 @@ inline std::string FirstDifference(DTSDB& a, DTSDB& b) {
     if (!difference.empty()) return;
     if (tableA.GetCount() != tableB.GetCount()) difference = std::string(T::kTableName) + " count";
     for (int i = 0; i < tableA.GetCount() && difference.empty(); ++i) {
-      T::ForEachField([&](const auto& field) {
-        if (IsSameValue(tableA[i].*field.member, tableB[i].*field.member)) return;
+      ForEachField(tableA[i], [&]<class V>(const FieldInfo& field, const V& value) {
+        if (IsSameValue(value, field.In<V>(&tableB[i]))) return;
         difference = std::string(T::kTableName) + " " + std::to_string(i) + " " + field.name;
       });
     }
   };
-#define DTSDB_COMPARE(T, table, key, meaning) compare(*a.table, *b.table);
-  DTSDB_TABLES(DTSDB_COMPARE)
-#undef DTSDB_COMPARE
+  ForEachRecordClass([&]<class T> { compare(TableOf<T>(a), TableOf<T>(b)); });
   return difference;
 }
 

@@ -2,10 +2,13 @@
 #include <type_traits>
 
 #include "tests/topology/results.h"
-#include "topology/chain_bound.h"
+#include "topology/internal/chain_bound.h"
 
 namespace dtsdb::test {
 namespace {
+
+using internal::kStepsPerRow;
+using internal::StepsOfFullRun;
 
 class AllnewTest : public TopologyTest {
  protected:

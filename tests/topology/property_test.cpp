@@ -39,14 +39,13 @@ QStringList Contents(DTSDB& database) {
       auto& record = table[i];
       using Record = std::remove_reference_t<decltype(record)>;
       QString text = QString::fromLatin1(Record::kTableName);
-      Record::ForEachField([&](auto field) {
-        using Type = typename decltype(field)::ValueType;
+      ForEachField(record, [&text]<class Value>(const FieldInfo& field, const Value& value) {
         if (QLatin1String(field.name) == QLatin1String("time")) return;
         text += QLatin1Char(' ');
-        if constexpr (std::is_same_v<Type, QString>) {
-          text += record.*(field.member);
+        if constexpr (std::is_same_v<std::remove_const_t<Value>, QString>) {
+          text += value;
         } else {
-          text += QString::number(static_cast<double>(record.*(field.member)));
+          text += QString::number(static_cast<double>(value));
         }
       });
       contents.append(text);
@@ -208,11 +207,9 @@ void Damage(RandomNetwork& network, int count) {
   ForEachTable(network.Model().Db(), [&](auto& table) {
     for (int i = 0; i < table.GetCount(); ++i) {
       auto& record = table[i];
-      std::remove_reference_t<decltype(record)>::ForEachField([&](auto field) {
-        if constexpr (std::is_same_v<typename decltype(field)::ValueType, i32>) {
-          numbers.push_back(&(record.*(field.member)));
-        }
-      });
+      for (const FieldInfo& field : record.Fields()) {
+        if (field.type == FieldType::I32) numbers.push_back(&field.In<i32>(&record));
+      }
     }
   });
   for (int i = 0; i < count; ++i) {

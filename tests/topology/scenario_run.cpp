@@ -40,7 +40,9 @@ int WholeNumber(const std::string& word) {
 template <class Visit>
 void VisitRecord(DTSDB& database, const std::string& table, const std::string& id, Visit visit) {
   bool found = false;
-  tools::VisitTable(database, tools::NamedTable(table), [&](auto& records) {
+  const TableKind kind = tools::NamedTable(table);
+  ForEachTable(database, [&]<class T>(tTable<T>& records) {
+    if (T::kKind != kind) return;
     for (int i = 0; i < records.GetCount() && !found; ++i) {
       found = tools::KeyText(records[i]) == id;
       if (found) visit(records[i]);
@@ -53,22 +55,17 @@ void VisitRecord(DTSDB& database, const std::string& table, const std::string& i
 template <class Record, class Visit>
 void VisitField(Record& record, const std::string& name, Visit visit) {
   bool found = false;
-  Record::ForEachField([&](const auto& field) {
+  ForEachField(record, [&](const FieldInfo& field, auto& value) {
     if (field.name != name) return;
     found = true;
-    visit(record.*field.member);
+    visit(value);
   });
   if (!found) throw ScenarioError("there is no field '" + name + "'");
 }
 
 std::string KindName(int kind) {
-  std::string name = std::to_string(kind);
-  DTSDB empty;
-  ForEachTable(empty, [&](auto& table) {
-    using Record = tools::RecordClass<decltype(table)>;
-    if (KindOf<Record> == kind) name = Record::kTableName;
-  });
-  return name;
+  const std::string name = TableName(kind);
+  return name.empty() ? std::to_string(kind) : name;
 }
 
 template <class Record>

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "topology/internal/section_store.h"
 #include "topology/tp.h"
 
 namespace dtsdb {
@@ -41,7 +42,7 @@ class TpProbe {
   }
   int BsSort(bool* changed) { return m_tp.tpBsSort(changed); }
   int UpdateStatus() { return m_tp.tpUpdateStatus(); }
-  void NameSections() { m_tp.NameSections(); }
+  void NameSections() { internal::SectionStore(m_tp.Lend()).Name(); }
   int ChangedKv() { return m_tp.tpChangedKv(); }
   int ComponentChanged(bool* islandChanged) { return m_tp.tpComponentChanged(islandChanged); }
   int BsRestore() { return m_tp.tpBsRestore(); }
@@ -51,16 +52,16 @@ class TpProbe {
   BS& Section(int n) { return m_tp.m_bs[n]; }
   BSL& Entry(int n) { return m_tp.m_bsl[n]; }
   bool HasArrays() const { return m_tp.m_bs != nullptr; }
-  int SectionCount() const { return m_tp.m_bsSize; }
-  int EntryCount() const { return m_tp.m_bslSize; }
-  GLOBAL& Global() { return m_tp.Global(); }
+  int SectionCount() { return m_tp.Lend().Sections().Size(); }
+  int EntryCount() { return m_tp.Lend().Entries().Size(); }
+  GLOBAL& Global() { return m_tp.m_tables->m_globalTable->GetPh(0); }
 
   void SetAllnew(bool allnew) { m_tp.m_allnew = allnew; }
   bool IsAllnew() const { return m_tp.m_allnew; }
   /// Makes `kvs` the voltage levels of the run.
   void SetChangedKvs(const std::vector<int>& kvs) {
     m_tp.m_changedKvCount = 0;
-    for (const int kv : kvs) m_tp.AddChangedKv(kv);
+    for (const int kv : kvs) m_tp.Lend().levels.AddChanged(kv);
   }
   std::vector<int> ChangedKvs() const { return {m_tp.m_changedKvs, m_tp.m_changedKvs + m_tp.m_changedKvCount}; }
 

@@ -9,17 +9,18 @@
 namespace dtsdb::test {
 
 /// Number of record classes that can be edited.
-#define DTSDB_COUNT_ONE(T) +1
-inline constexpr int kEditedCount = 0 DTSDB_EDITED_RECORDS(DTSDB_COUNT_ONE);
-#undef DTSDB_COUNT_ONE
+template <class... Record>
+constexpr int CountOf(TypeList<Record...>) {
+  return sizeof...(Record);
+}
+inline constexpr int kEditedCount = CountOf(EditedRecords());
 
 /// Calls `visit` with an empty record of the class at `place` among them.
 template <class Visit>
 void VisitEdited(int place, Visit visit) {
-#define DTSDB_VISIT_ONE(T) \
-  if (place-- == 0) visit(T());
-  DTSDB_EDITED_RECORDS(DTSDB_VISIT_ONE)
-#undef DTSDB_VISIT_ONE
+  ForEachType(EditedRecords(), [&]<class T> {
+    if (place-- == 0) visit(T());
+  });
 }
 
 /// A model, validated, with the object that edits it, in a directory of its own.

@@ -6,7 +6,7 @@
 //
 // Names ascend from S1 to S2, so that rows of levels and levels have the same numbers.
 #include "tests/validation/edit.h"
-#include "validation/device_kinds.h"
+#include "validation/internal/device_kinds.h"
 
 namespace dtsdb::test {
 namespace {
@@ -42,14 +42,11 @@ TEST(Add, AfterARunWithErrorsIsRefusedEvenForAValidRecord) {
   ModelBuilder m = TwoStations();
   m.Of<CB>("B1").flags = 0;
   Editing edit(m);
-#define DTSDB_EXPECT_REFUSAL(T)                               \
-  {                                                           \
-    T record = New<T>("new");                                 \
-    EXPECT_EQ(edit.Add(record), "网路数据库校验没有通过.\n"); \
-    EXPECT_EQ(m.Table<T>().Find(record), -1);                 \
-  }
-  DTSDB_EDITED_RECORDS(DTSDB_EXPECT_REFUSAL)
-#undef DTSDB_EXPECT_REFUSAL
+  ForEachType(EditedRecords(), [&]<class T> {
+    T record = New<T>("new");
+    EXPECT_EQ(edit.Add(record), "网路数据库校验没有通过.\n");
+    EXPECT_EQ(m.Table<T>().Find(record), -1);
+  });
 }
 
 TEST(Add, WithoutAGlobalRecordWarnsAndTakesTheModelAsGood) {
@@ -268,7 +265,7 @@ void TestLineThatSortsLast(Editing& edit) {
   line.zana_i = Id("ZI");
   line.status = 4;
   EXPECT_EQ(edit.Add(line), "");
-  EXPECT_EQ(line.status, LineKind<Line>::districtOfToEnd) << "the district is that of the to end only";
+  EXPECT_EQ(line.status, internal::kLineKind<Line>.districtOfToEnd) << "the district is that of the to end only";
   EXPECT_EQ(line.ind, m.Number<ND>("N1"));
   EXPECT_EQ(line.iznd, m.Number<ND>("N4"));
   EXPECT_EQ(line.izana_i, m.Number<ANALOG>("ZI"));

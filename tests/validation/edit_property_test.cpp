@@ -30,9 +30,7 @@ ModelLinks LinksOfARun(DTSDB& edited, DTSDB& fresh) {
   };
   copy(*edited.m_analogTable);
   copy(*edited.m_statusTable);
-#define DTSDB_COPY_TABLE(T) copy(TableOf<T>(edited));
-  DTSDB_EDITED_RECORDS(DTSDB_COPY_TABLE)
-#undef DTSDB_COPY_TABLE
+  ForEachType(EditedRecords(), [&]<class T> { copy(TableOf<T>(edited)); });
   NMD nmd(&fresh);
   NmdAccess::StartDetect(nmd);
   EXPECT_TRUE(NmdAccess::RunChecks(nmd));
@@ -175,16 +173,15 @@ template <class T>
 void DamageNumbers(tTable<T>& table, RandomEdits& random) {
   for (int hit = random.Number(0, 3); hit > 0 && table.GetCount() > 0; --hit) {
     T& record = table[random.Number(0, table.GetCount() - 1)];
-    int at = random.Number(0, T::kFieldCount - 1);
+    int at = random.Number(0, static_cast<int>(T::Fields().size()) - 1);
     const int numbers[] = {-2, -1, 0, 1, random.Number(0, 20), 300, 1 << 30};
     const int number = numbers[random.Number(0, 6)];
-    T::ForEachField([&](const auto& field) {
-      if constexpr (std::is_same_v<std::decay_t<decltype(record.*field.member)>, i32>) {
-        if (at-- == 0 && (T::kKey != RecordKey::Numbered || std::string_view(field.name) != "id")) {
-          record.*field.member = number;
-        }
+    for (const FieldInfo& field : T::Fields()) {
+      if (field.type != FieldType::I32) continue;
+      if (at-- == 0 && (T::kKey != RecordKey::Numbered || std::string_view(field.name) != "id")) {
+        field.In<i32>(&record) = number;
       }
-    });
+    }
   }
 }
 

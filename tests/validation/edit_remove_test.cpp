@@ -6,7 +6,7 @@
 //
 // Names ascend from S1 to S2, so that rows of levels and levels have the same numbers.
 #include "tests/validation/edit.h"
-#include "validation/device_kinds.h"
+#include "validation/internal/relations.h"
 
 namespace dtsdb::test {
 namespace {

@@ -354,15 +354,12 @@ TEST(IsValidOnAnyModel, GivesFalseWithoutAModel) {
   const MessageCatcher catcher;
   const TemporaryDirectory directory;
   NMD nmd(nullptr);
-#define DTSDB_EXPECT_REFUSAL(T)             \
-  {                                         \
-    T record = New<T>("new");               \
-    EXPECT_FALSE(nmd.IsValid(record));      \
-    EXPECT_FALSE(nmd.Add##T(record));       \
-    EXPECT_FALSE(nmd.Remove##T(record.id)); \
-  }
-  DTSDB_EDITED_RECORDS(DTSDB_EXPECT_REFUSAL)
-#undef DTSDB_EXPECT_REFUSAL
+  ForEachType(EditedRecords(), [&nmd]<class T> {
+    T record = New<T>("new");
+    EXPECT_FALSE(nmd.IsValid(record));
+    EXPECT_FALSE(AddRecord(nmd, record));
+    EXPECT_FALSE(RemoveRecord(nmd, record));
+  });
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 // Nodes, branch ends, and the change to logical numbers.
-#include "validation/indexing.h"
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
+#include "validation/internal/graph.h"
 
 namespace dtsdb::test {
 namespace {
+
+using namespace internal;
 
 /// A model at the start of a run, with the levels K1 and K2 of station S1 linked by hand-made steps only.
 class Indexing : public testing::Test {

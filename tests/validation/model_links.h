@@ -15,9 +15,7 @@ namespace dtsdb::test {
 class ModelLinks {
  public:
   explicit ModelLinks(DTSDB& database) : m_database(database) {
-#define DTSDB_ADD_RELATION(Row, ...) AddRelation<Row>();
-    DTSDB_RELATIONS(DTSDB_ADD_RELATION)
-#undef DTSDB_ADD_RELATION
+    ForEachRelation([this]<class Row> { AddRelation<Row>(); });
     AddBranch<CB>();
     AddBranch<XF>();
     AddBranch<ZBR>();
@@ -100,17 +98,15 @@ class ModelLinks {
   template <class Record>
   void AddNumbers() {
     ForEach<Record>([&](const Record& record) {
-      Record::ForEachField([&](const auto& field) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(record.*field.member)>, i32>) {
-          const std::string name = field.name;
-          if (name == "ind" || name == "iznd") Add(record, name, Named<ND>(record.*field.member));
-          if (name.starts_with("iana_") || name.starts_with("izana_")) {
-            Add(record, name, Named<ANALOG>(record.*field.member));
-          }
-          if (name == "istatus") Add(record, name, Named<STATUS>(record.*field.member));
-          if (name == "icb" && std::is_same_v<Record, ZBR>) Add(record, name, Named<CB>(record.*field.member));
-        }
-      });
+      for (const FieldInfo& field : Record::Fields()) {
+        if (field.type != FieldType::I32) continue;
+        const std::string name = field.name;
+        const i32 number = field.In<i32>(&record);
+        if (name == "ind" || name == "iznd") Add(record, name, Named<ND>(number));
+        if (name.starts_with("iana_") || name.starts_with("izana_")) Add(record, name, Named<ANALOG>(number));
+        if (name == "istatus") Add(record, name, Named<STATUS>(number));
+        if (name == "icb" && std::is_same_v<Record, ZBR>) Add(record, name, Named<CB>(number));
+      }
     });
   }
 

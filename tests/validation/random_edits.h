@@ -40,14 +40,14 @@ class RandomEdits {
   /// Puts a name from elsewhere into one of the record's texts.
   template <class Record>
   void Spoil(Record& record) {
-    int at = Number(0, Record::kFieldCount - 1);
+    int at = Number(0, static_cast<int>(Record::Fields().size()) - 1);
     const QString texts[] = {QString(), Any<KV>(), Any<ND>(), Any<ST>(), Any<DV>(), record.id, Any<Record>()};
     const QString& text = texts[Number(0, 6)];
-    Record::ForEachField([&](const auto& field) {
-      if constexpr (std::is_same_v<std::decay_t<decltype(record.*field.member)>, QString>) {
-        if (at-- >= 0) record.*field.member = at == -1 && !text.isEmpty() ? text : record.*field.member;
-      }
-    });
+    for (const FieldInfo& field : Record::Fields()) {
+      if (field.type != FieldType::Text) continue;
+      QString& value = field.In<QString>(&record);
+      if (at-- >= 0) value = at == -1 && !text.isEmpty() ? text : value;
+    }
   }
 
  private:
@@ -151,12 +151,10 @@ class RandomEdits {
   /// Names points for all measurements, now and then one that doesn't exist.
   template <class Record>
   void Measure(Record& record) {
-    Record::ForEachField([&](const auto& field) {
-      const std::string_view name = field.name;
-      if constexpr (std::is_same_v<std::decay_t<decltype(record.*field.member)>, QString>) {
-        if (name.find("ana_") != std::string_view::npos && Chance(80)) record.*field.member = Any<ANALOG>();
-      }
-    });
+    for (const FieldInfo& field : Record::Fields()) {
+      if (field.type != FieldType::Text || field.refers != KIND_ANALOG) continue;
+      if (Chance(80)) field.In<QString>(&record) = Any<ANALOG>();
+    }
   }
 
   Editing& m_edit;

@@ -10,6 +10,8 @@
 
 #include "include/chain.h"
 #include "tests/support/model_builder.h"
+#include "validation/internal/parts.h"
+#include "validation/internal/run.h"
 #include "validation/nmd.h"
 
 namespace dtsdb {
@@ -17,7 +19,7 @@ namespace dtsdb {
 /// The private operations of NMD, for the tests.
 struct NmdAccess {
   static void StartDetect(NMD& nmd) { nmd.StartDetect(); }
-  static bool RunChecks(NMD& nmd) { return nmd.RunChecks(); }
+  static bool RunChecks(NMD& nmd) { return internal::RunChecks(nmd.m_parts->checks); }
   static int NodeInsert(NMD& nmd, const char* nd, int* pNd, const char* kv, int mask) {
     return nmd.NodeInsert(IdFromLiteral(nd), pNd, IdFromLiteral(kv), mask);
   }
@@ -33,7 +35,7 @@ struct NmdAccess {
   }
   template <class Row>
   static bool LinkPass(NMD& nmd) {
-    return nmd.LinkPass<Row>();
+    return internal::LinkPass<Row>(nmd.m_parts->model);
   }
 };
 

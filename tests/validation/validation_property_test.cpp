@@ -8,7 +8,7 @@
 
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
-#include "validation/link_pass.h"
+#include "validation/internal/relations.h"
 
 namespace dtsdb::test {
 namespace {
@@ -224,15 +224,14 @@ void Damage(tTable<T>& table) {
                                                    "\xFF\x81", "nowhere");
   for (int hit = *rc::gen::inRange(0, 3); hit > 0; --hit) {
     T& row = rows[*rc::gen::inRange<std::size_t>(0, rows.size())];
-    const int at = *rc::gen::inRange(0, T::kFieldCount);
+    const int at = *rc::gen::inRange(0, static_cast<int>(T::Fields().size()));
     int number = 0;
-    T::ForEachField([&](const auto& field) {
+    ForEachField(row, [&]<class Value>(const FieldInfo&, Value& value) {
       if (number++ != at) return;
-      auto& value = row.*field.member;
-      if constexpr (std::is_same_v<std::decay_t<decltype(value)>, QString>) {
+      if constexpr (std::is_same_v<Value, QString>) {
         value = IdFromBytes((*texts).c_str());
       } else {
-        value = static_cast<std::decay_t<decltype(value)>>(*rc::gen::element(-2, -1, 0, 1, 7, 300, 1 << 30));
+        value = static_cast<Value>(*rc::gen::element(-2, -1, 0, 1, 7, 300, 1 << 30));
       }
     });
   }

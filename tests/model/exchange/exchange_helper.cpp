@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "model/exchange.h"
 #include "model/record_bits.h"
 #include "rtdb/backend.h"
 #include "tests/model/exchange/commit_marks.h"
@@ -78,9 +79,7 @@ int Hold(dbDatabase& db) {
   DTSDB model;
   model.ReadFastdb(&db);
   dtsdb::test::MarkForValidation(model, 9999);
-#define DTSDB_WRITE(T, table, key, meaning) model.Write##T##ToFastdb(&db);
-  DTSDB_TABLES(DTSDB_WRITE)
-#undef DTSDB_WRITE
+  dtsdb::ForEachTable(model, [&db](auto& table) { dtsdb::WriteTable(&db, table); });
   return SayAndWait("holding");
 }
 

@@ -15,21 +15,12 @@ namespace dtsdb::test {
 namespace {
 
 /// Calls `visit` with the address and the size of everything in a row that no record has.
-template <class Row>
-struct Foreign;
-
-#define DTSDB_NOT_FOREIGN(...)
-#define DTSDB_VISIT_RANGE(name, size) visit(&row.name, sizeof(row.name));
-#define DTSDB_VISIT_EXTRA(type, name, meaning) visit(&row.name, sizeof(row.name));
-#define DTSDB_FOREIGN(T, twin, writer)                                              \
-  template <>                                                                       \
-  struct Foreign<twin> {                                                            \
-    template <class Visit>                                                          \
-    static void ForEach([[maybe_unused]] twin& row, [[maybe_unused]] Visit visit) { \
-      DTSDB_FIELDS_##T(DTSDB_NOT_FOREIGN, DTSDB_VISIT_RANGE, DTSDB_VISIT_EXTRA)     \
-    }                                                                               \
-  };
-DTSDB_TWINS(DTSDB_FOREIGN)
+template <class Row, class Visit>
+void ForEachForeign(Row& row, Visit visit) {
+  for (const ColumnInfo& column : Row::Columns()) {
+    if (column.field == ColumnInfo::kNoField) visit(&column.In<char>(static_cast<void*>(&row)), column.size);
+  }
+}
 
 /// The points of which the analog table would make other ones are given names equal to their identities.
 void NamePointsAfterTheirIdentities(DTSDB& model) {
@@ -95,7 +86,7 @@ RC_GTEST_PROP(ExchangeModelProperty, EveryFieldOfEveryRecordIsUpdated, (unsigned
     for (int i = 0; i < table.GetCount(); ++i) {
       auto& record = table[i];
       const auto key = record;
-      std::decay_t<decltype(record)>::ForEachField([&](const auto& field) { random.Fill(record.*field.member); });
+      ForEachField(record, [&random](const FieldInfo&, auto& value) { random.Fill(value); });
       if constexpr (requires { record.id; }) {
         record.id = key.id;
       } else {
@@ -117,19 +108,19 @@ TEST_F(ExchangeModel, WhatOtherProgramsKeepInARowSurvivesEveryUpdate) {
   m_model.WriteFastdb(m_store.Db());
   int tablesWithForeignBytes = 0;
   const auto forEachMergedTwin = [](auto visit) {
-#define DTSDB_VISIT_MERGED(T, twin, writer) \
-  if constexpr (Writer::writer == Writer::Merging) visit(twin());
-    DTSDB_TWINS(DTSDB_VISIT_MERGED)
+    ForEachRecordClass([&visit]<class T> {
+      if constexpr (Twin<T>::kWriter == Writer::Merging) visit(typename Twin<T>::Row());
+    });
   };
   forEachMergedTwin([&](auto example) {
     using Row = decltype(example);
     std::size_t bytes = 0;
-    Foreign<Row>::ForEach(example, [&](void*, std::size_t size) { bytes += size; });
+    ForEachForeign(example, [&](void*, std::size_t size) { bytes += size; });
     if (bytes == 0) return;
     ++tablesWithForeignBytes;
     m_store.Change<Row>([](Row& row) {
       int mark = 'a';
-      Foreign<Row>::ForEach(row, [&](void* at, std::size_t size) { std::memset(at, mark++, size); });
+      ForEachForeign(row, [&](void* at, std::size_t size) { std::memset(at, mark++, size); });
     });
   });
   // bs, bus, cb, co, cp, dln, dv, kv, ld, ln, st, un, xf, zbr
@@ -144,7 +135,7 @@ TEST_F(ExchangeModel, WhatOtherProgramsKeepInARowSurvivesEveryUpdate) {
     m_store.ForEachRow<Row>("", [](const Row& row) {
       int mark = 'a';
       Row copy = row;
-      Foreign<Row>::ForEach(copy, [&](const void* at, std::size_t size) {
+      ForEachForeign(copy, [&](const void* at, std::size_t size) {
         const std::string expected(size, static_cast<char>(mark++));
         EXPECT_EQ(std::memcmp(at, expected.data(), size), 0) << Row::kTableName;
       });
@@ -155,14 +146,14 @@ TEST_F(ExchangeModel, WhatOtherProgramsKeepInARowSurvivesEveryUpdate) {
 TEST_F(ExchangeModel, NewRowsHaveZerosWhereOtherProgramsKeepTheirs) {
   Fill(m_model, 4, 2);
   m_model.WriteFastdb(m_store.Db());
-#define DTSDB_EXPECT_ZEROS(T, twin, writer)                                         \
-  m_store.ForEachRow<twin>("", [](const twin& row) {                                \
-    twin copy = row;                                                                \
-    Foreign<twin>::ForEach(copy, [](const void* at, std::size_t size) {             \
-      EXPECT_EQ(std::memcmp(at, std::string(size, '\0').data(), size), 0) << #twin; \
-    });                                                                             \
+  ForEachRowClass([this]<class Row> {
+    m_store.ForEachRow<Row>("", [](const Row& row) {
+      Row copy = row;
+      ForEachForeign(copy, [](const void* at, std::size_t size) {
+        EXPECT_EQ(std::memcmp(at, std::string(size, '\0').data(), size), 0) << Row::kTableName;
+      });
+    });
   });
-  DTSDB_TWINS(DTSDB_EXPECT_ZEROS)
 }
 
 TEST_F(ExchangeModel, LogIsWrittenAndNotReadBack) {

@@ -298,7 +298,7 @@ TEST_F(ExchangeTables, MergeRowsUpdatesOnlyTheGivenColumnsAndInsertsWholeRows) {
   load.ibs = 2;
   load.p = 2;
   AddLoad("L2").p = 5;
-  MergeRows(m_store.Db(), *m_model.m_ldTable, Twin<LD>::ibs, Twin<LD>::status);
+  MergeRows(m_store.Db(), *m_model.m_ldTable, &LD::ibs, &LD::status);
   EXPECT_EQ(m_store.Values<ld>([](const ld& row) { return int{row.ibs}; }), (Numbers{2, LD().ibs}));
   EXPECT_EQ(m_store.Values<ld>([](const ld& row) { return row.p; }), (std::vector<float>{1, 5}));
 }
@@ -312,7 +312,7 @@ TEST_F(ExchangeTables, UpdateMakesNoRowAndPassesOverDoubledOnes) {
   m_store.Insert(row);
   for (const char* id : {"double", "missing", "single"}) AddLoad(id).ibs = 4;
   TwinWriter<LD> writer(m_store.Db());
-  for (int i = 0; i < 3; ++i) writer.Update((*m_model.m_ldTable)[i], Twin<LD>::ibs);
+  for (int i = 0; i < 3; ++i) writer.Update((*m_model.m_ldTable)[i], &LD::ibs);
   EXPECT_EQ(Ids<ld>(), (Texts{"double", "double", "single"}));
   EXPECT_EQ(m_store.Values<ld>([](const ld& load) { return int{load.ibs}; }), (Numbers{0, 0, 4}));
 }

@@ -3,6 +3,7 @@
 #include <rapidcheck.h>
 
 #include <rapidcheck/gtest.h>
+#include <tuple>
 
 #include "include/chain.h"
 #include "model/exchange.h"
@@ -15,39 +16,46 @@
 namespace dtsdb::test {
 namespace {
 
-/// What the topology owns of a record class's columns and tpWriteChangedData stores: `visit` is called with each.
+/// The fields of a record class that the topology owns and that tpWriteChangedData stores.
 template <class Record>
-struct ChangedColumns;
-
-#define DTSDB_CHANGED_COLUMNS(Record, ...)                                     \
-  template <>                                                                  \
-  struct ChangedColumns<Record> {                                              \
-    template <class Visit>                                                     \
-    static void ForEach(Visit visit) {                                         \
-      using C = Twin<Record>;                                                  \
-      const auto all = [&](const auto&... columns) { (visit(columns), ...); }; \
-      all(__VA_ARGS__);                                                        \
-    }                                                                          \
-  }
-DTSDB_CHANGED_COLUMNS(CB, C::ibs, C::izbs, C::flags, C::tp_status);
-DTSDB_CHANGED_COLUMNS(BUS, C::ibs, C::tp_status);
-DTSDB_CHANGED_COLUMNS(LD, C::ibs, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(CP, C::ibs, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(ND, C::ibs, C::next, C::n1, C::flags);
-DTSDB_CHANGED_COLUMNS(LN2, C::flags);
-DTSDB_CHANGED_COLUMNS(XF2, C::flags);
-DTSDB_CHANGED_COLUMNS(ZBR2, C::flags);
-DTSDB_CHANGED_COLUMNS(DLN2, C::flags);
-DTSDB_CHANGED_COLUMNS(LN, C::ibs, C::izbs, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(XF, C::ibs, C::izbs, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(ZBR, C::ibs, C::izbs, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(DLN, C::ibs, C::izbs, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(BS, C::name, C::ikv, C::f0, C::island, C::status, C::flags, C::next, C::prev, C::ibsl);
-DTSDB_CHANGED_COLUMNS(UN, C::ibs, C::ref, C::status, C::tp_status);
-DTSDB_CHANGED_COLUMNS(BSL, C::next, C::prev, C::kind, C::ref);
-DTSDB_CHANGED_COLUMNS(ISLAND, C::name, C::ref_ibs, C::ref_un, C::ref_id);
-DTSDB_CHANGED_COLUMNS(CHND, C::ind, C::ibs_new, C::ibs_old, C::ikv);
-#undef DTSDB_CHANGED_COLUMNS
+inline constexpr int kChangedFields = 0;
+template <>
+inline constexpr std::tuple kChangedFields<CB>{&CB::ibs, &CB::izbs, &CB::flags, &CB::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<BUS>{&BUS::ibs, &BUS::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<LD>{&LD::ibs, &LD::status, &LD::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<CP>{&CP::ibs, &CP::status, &CP::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<ND>{&ND::ibs, &ND::next, &ND::n1, &ND::flags};
+template <>
+inline constexpr std::tuple kChangedFields<LN2>{&LN2::flags};
+template <>
+inline constexpr std::tuple kChangedFields<XF2>{&XF2::flags};
+template <>
+inline constexpr std::tuple kChangedFields<ZBR2>{&ZBR2::flags};
+template <>
+inline constexpr std::tuple kChangedFields<DLN2>{&DLN2::flags};
+template <>
+inline constexpr std::tuple kChangedFields<LN>{&LN::ibs, &LN::izbs, &LN::status, &LN::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<XF>{&XF::ibs, &XF::izbs, &XF::status, &XF::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<ZBR>{&ZBR::ibs, &ZBR::izbs, &ZBR::status, &ZBR::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<DLN>{&DLN::ibs, &DLN::izbs, &DLN::status, &DLN::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<BS>{&BS::name,  &BS::ikv,  &BS::f0,   &BS::island, &BS::status,
+                                               &BS::flags, &BS::next, &BS::prev, &BS::ibsl};
+template <>
+inline constexpr std::tuple kChangedFields<UN>{&UN::ibs, &UN::ref, &UN::status, &UN::tp_status};
+template <>
+inline constexpr std::tuple kChangedFields<BSL>{&BSL::next, &BSL::prev, &BSL::kind, &BSL::ref};
+template <>
+inline constexpr std::tuple kChangedFields<ISLAND>{&ISLAND::name, &ISLAND::ref_ibs, &ISLAND::ref_un, &ISLAND::ref_id};
+template <>
+inline constexpr std::tuple kChangedFields<CHND>{&CHND::ind, &CHND::ibs_new, &CHND::ibs_old, &CHND::ikv};
 
 /// One of everything on two levels, joined by one of each branch; run from nothing and stored.
 class ChangedData : public TopologyTest {
@@ -84,7 +92,7 @@ class ChangedData : public TopologyTest {
   }
 
   /// Stores a row for record `id` that differs from it in everything else, has the run of level `kv` written, and
-  /// checks that exactly the columns of ChangedColumns took the record's values.
+  /// checks that exactly the kChangedFields took the record's values.
   template <class Record>
   void ExpectUpdatesOnly(const char* id, const char* kv) {
     const Record& record = m.Of<Record>(id);
@@ -95,7 +103,7 @@ class ChangedData : public TopologyTest {
 
     tp.tpWriteChangedData(Db());
 
-    ChangedColumns<Record>::ForEach([&](const auto& column) { expected.*column.field = record.*column.field; });
+    std::apply([&](auto... fields) { ((expected.*fields = record.*fields), ...); }, kChangedFields<Record>);
     tTable<Record> stored;
     ReadTable(Db(), stored);
     tTable<Record> found;

@@ -20,9 +20,9 @@ class TopologyExchange : public ::testing::Test {
   }
 
   /// Has the topology write a record over a row that differs from it in everything but its identity, and checks that
-  /// exactly `columns` took the record's values.
-  template <class T, class... Columns>
-  void ExpectUpdatesOnly(tTable<T>& table, const Columns&... columns) {
+  /// exactly `fields` took the record's values.
+  template <class T, class... Values>
+  void ExpectUpdatesOnly(tTable<T>& table, Values T::*... fields) {
     RandomRecords random(7);
     const T stored = random.Record<T>(0);
     T record = random.Record<T>(0);
@@ -35,7 +35,7 @@ class TopologyExchange : public ::testing::Test {
     m_tp.tpWriteFastdb(m_store.Db());
 
     T expected = stored;
-    ((expected.*columns.field = record.*columns.field), ...);
+    ((expected.*fields = record.*fields), ...);
     tTable<T> expectedTable;
     expectedTable.Add(expected);
     tTable<T> read;
@@ -130,21 +130,20 @@ TEST_F(TopologyExchange, TwoRowsOfOneLoadGiveWayToANewOne) {
 }
 
 TEST_F(TopologyExchange, UpdatesOfSectionsTouchTheirTopologyColumnsOnly) {
-  using C = Twin<BS>;
-  ExpectUpdatesOnly(*m_model.m_bsTable, C::name, C::ikv, C::f0, C::island, C::status, C::flags, C::next, C::prev,
-                    C::ibsl);
+  ExpectUpdatesOnly(*m_model.m_bsTable, &BS::name, &BS::ikv, &BS::f0, &BS::island, &BS::status, &BS::flags, &BS::next,
+                    &BS::prev, &BS::ibsl);
 }
 
 TEST_F(TopologyExchange, UpdatesOfLoadsTouchTheirTopologyColumnsOnly) {
-  ExpectUpdatesOnly(*m_model.m_ldTable, Twin<LD>::ibs, Twin<LD>::status, Twin<LD>::tp_status);
+  ExpectUpdatesOnly(*m_model.m_ldTable, &LD::ibs, &LD::status, &LD::tp_status);
 }
 
 TEST_F(TopologyExchange, UpdatesOfUnitsTouchTheirTopologyColumnsOnly) {
-  ExpectUpdatesOnly(*m_model.m_unTable, Twin<UN>::ibs, Twin<UN>::ref, Twin<UN>::status, Twin<UN>::tp_status);
+  ExpectUpdatesOnly(*m_model.m_unTable, &UN::ibs, &UN::ref, &UN::status, &UN::tp_status);
 }
 
 TEST_F(TopologyExchange, UpdatesOfBusesTouchTheirTopologyColumnsOnly) {
-  ExpectUpdatesOnly(*m_model.m_busTable, Twin<BUS>::ibs, Twin<BUS>::tp_status);
+  ExpectUpdatesOnly(*m_model.m_busTable, &BUS::ibs, &BUS::tp_status);
 }
 
 TEST_F(TopologyExchange, BreakerMarkedAsReadOpenIsOpenInTheModelWhileItsRowStays) {

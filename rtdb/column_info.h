@@ -1,0 +1,34 @@
+/// \file
+/// The columns of a row class as data: Row::Columns() lists them.
+#pragma once
+
+#include <cstddef>
+
+namespace dtsdb {
+
+/// What a column holds: a text, a number, or a range of bytes that other programs keep.
+enum class ColumnType : unsigned char { Text, Int4, Nat4, Real4, Real8, Bytes };
+
+/// One column of a row class.
+struct ColumnInfo {
+  static constexpr int kNoField = -1;
+
+  const char* name;
+  ColumnType type;
+  std::size_t offset;  ///< of the member in the row, in bytes
+  std::size_t size;    ///< of the member
+  bool isKey;          ///< rows are found and ordered by it
+  int field;           ///< place among the record's fields; kNoField when no record has it
+
+  /// The column's value in `row`. `V` must be the C++ type of `type`.
+  template <class V>
+  V& In(void* row) const {
+    return *reinterpret_cast<V*>(static_cast<std::byte*>(row) + offset);
+  }
+  template <class V>
+  const V& In(const void* row) const {
+    return *reinterpret_cast<const V*>(static_cast<const std::byte*>(row) + offset);
+  }
+};
+
+}  // namespace dtsdb

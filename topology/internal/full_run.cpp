@@ -1,0 +1,133 @@
+#include "topology/internal/full_run.h"
+
+#include <QDateTime>
+
+#include "model/text.h"
+#include "topology/internal/chain_bound.h"
+#include "topology/internal/failure.h"
+#include "topology/internal/islands.h"
+#include "topology/internal/node_pass.h"
+#include "topology/internal/section_list.h"
+#include "topology/internal/section_store.h"
+#include "topology/internal/status.h"
+
+namespace dtsdb::internal {
+
+bool FullRun::Run() const {
+  const Network& network = m_state.network;
+  if (network.Table<GLOBAL>().GetCount() == 0) {
+    PrintText(QStringLiteral("请首先运行网络校验程序!"));
+    return true;
+  }
+  if (network.Global().valid == 0) {
+    PrintText(QStringLiteral("请首先运行网络校验程序并成功!"));
+    return true;
+  }
+  const ChainLimit limit(StepsOfFullRun(network.Tables()));
+  network.Table<BS>().Clear();
+  network.Table<BSL>().Clear();
+  m_state.Clear();
+  m_state.Make();
+  if (m_state.Sections().Size() < 3) return true;
+  ResetSections();
+  ResetEntries();
+  if (!BuildSkeleton() || !RunStages()) return false;
+  if (!SectionStore(m_state).NameAndStore()) return FailedIn("tpAllnew");
+  network.Global().time = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
+  return true;
+}
+
+namespace {
+
+/// Numbers the entries of a list and chains them all as free. Everything else in them is as in a new entry.
+template <class Entry>
+void ResetEntry(Entry& entry, int n, int size) {
+  entry.id = n;
+  entry.next = n + 1 < size ? n + 1 : -1;
+  entry.prev = -1;
+}
+
+/// Puts both ends of every branch in `table` on section `bs`.
+template <class Branch>
+void PutBranchesOn(tTable<Branch>& table, int bs) {
+  for (int i = 0; i < table.GetCount(); ++i) table[i].ibs = table[i].izbs = bs;
+}
+
+}  // namespace
+
+/// Makes all sections but the two heads free, and lets no branch stand on any.
+void FullRun::ResetSections() const {
+  const Sections sections = m_state.Sections();
+  for (int n = 0; n < sections.Size(); ++n) {
+    BS& section = sections[n];
+    ResetEntry(section, n, sections.Size());
+    section.name = QStringLiteral("");
+    section.ikv = -1;
+    section.island = ISLAND_NOT_PLACED;
+    section.ibsl = -1;
+    section.status = section.flags = 0;
+  }
+  const Network& network = m_state.network;
+  GLOBAL& global = network.Global();
+  global.bs_dead = 0;
+  global.bs_live = 1;
+  global.bs_free = 2;
+  PutBranchesOn(network.Table<LN>(), global.bs_dead);
+  PutBranchesOn(network.Table<XF>(), global.bs_dead);
+  PutBranchesOn(network.Table<DLN>(), global.bs_dead);
+  PutBranchesOn(network.Table<ZBR>(), global.bs_dead);
+}
+
+/// Makes all list entries but the head free, and the head a ring of one.
+void FullRun::ResetEntries() const {
+  const Entries entries = m_state.Entries();
+  for (int n = 0; n < entries.Size(); ++n) {
+    BSL& entry = entries[n];
+    ResetEntry(entry, n, entries.Size());
+    entry.kind = KIND_NONE;
+    entry.ref = -1;
+  }
+  entries[0].next = entries[0].prev = 0;
+  GLOBAL& global = m_state.network.Global();
+  global.bsl_head = 0;
+  global.bsl_free = 1;
+  m_state.levels.Empty();
+}
+
+/// Lists the stations, each with its voltage levels that have nodes: the fixed marks of the list, and the order of all
+/// levels.
+bool FullRun::BuildSkeleton() const {
+  const Network& network = m_state.network;
+  const Entries entries = m_state.Entries();
+  auto& stations = network.Table<ST>();
+  int cursor = entries.Head();
+  for (int i = 0; i < stations.GetCount(); ++i) {
+    const int st = stations.LgToPh(i);
+    if (!entries.Insert(&cursor, KIND_ST, st)) return FailedIn("tpAllnew");
+    for (const R_ST_KV& row : Chain(network.Table<R_ST_KV>(), stations.GetPh(st).r_st_kv)) ListLevel(row.ikv, &cursor);
+  }
+  return true;
+}
+
+/// Lists voltage level `kv` behind `*cursor`. One that has no node is passed over, and so, without a word, is one
+/// for which no entry is left or that stands in the list already.
+void FullRun::ListLevel(int kv, int* cursor) const {
+  const Network& network = m_state.network;
+  if (!network.HasLevel(kv) || network.Level(kv).r_kv_nd == -1 || m_state.levels.PlaceOf(kv) != -1) return;
+  if (!m_state.Entries().Insert(cursor, KIND_KV, kv)) return;
+  network.Level(kv).ibsl = *cursor;
+  m_state.levels.Add(kv);
+}
+
+bool FullRun::RunStages() const {
+  if (!NodePass(m_state).LayBaseSections()) return FailedIn("tpAllnew");
+  m_state.allnew = true;
+  if (!NodePass(m_state).Sort(true)) return FailedIn("tpAllnew");
+  if (!SectionList(m_state).Build(true)) return FailedIn("tpAllnew");
+  bool changed = false;
+  if (!Islands(m_state).Sort(&changed)) return FailedIn("tpAllnew");
+  if (!EquipmentStatus(m_state).Update()) return FailedIn("tpAllnew");
+  return true;
+}
+
+}  // namespace dtsdb::internal

@@ -1,0 +1,52 @@
+#include "topology/internal/incremental_run.h"
+
+#include <QDateTime>
+
+#include "topology/internal/changed_levels.h"
+#include "topology/internal/component_change.h"
+#include "topology/internal/failure.h"
+#include "topology/internal/full_run.h"
+#include "topology/internal/islands.h"
+#include "topology/internal/node_pass.h"
+#include "topology/internal/section_list.h"
+#include "topology/internal/section_store.h"
+#include "topology/internal/status.h"
+
+namespace dtsdb::internal {
+namespace {
+
+/// From so many waiting changes on a full run is preferred.
+constexpr int kMaxChanges = 50;
+
+}  // namespace
+
+bool IncrementalRun::Run() const {
+  const Network& network = m_state.network;
+  network.Table<TPL>().Clear();
+  const int waiting = network.Table<TPTRACE>().GetCount();
+  if (m_state.levels.IsEmpty() || waiting >= kMaxChanges) return FullRun(m_state).Run() || FailedIn("tpChange");
+  if (waiting == 0) return true;
+  if (network.Global().valid == 0) {
+    qDebug("TP:errors in real database at (%d).\n", __LINE__);
+    return true;
+  }
+  if (!ChangedLevels(m_state).Find()) return FailedIn("tpChange");
+  m_state.allnew = false;
+  if (!RunStages()) return false;
+  if (!SectionStore(m_state).NameAndStore()) return FailedIn("tpChange");
+  network.Global().u1 = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
+  return true;
+}
+
+bool IncrementalRun::RunStages() const {
+  if (!NodePass(m_state).Sort(false)) return FailedIn("tpChange");
+  bool islandChanged = false;
+  if (!ComponentChange(m_state).FollowAll(&islandChanged)) return FailedIn("tpChange");
+  if (!SectionList(m_state).Build(false)) return FailedIn("tpChange");
+  if (islandChanged && !Islands(m_state).Sort(&islandChanged)) return FailedIn("tpChange");
+  m_state.Sections().GiveBackHeld();
+  if (!EquipmentStatus(m_state).Update()) return FailedIn("tpChange");
+  return true;
+}
+
+}  // namespace dtsdb::internal

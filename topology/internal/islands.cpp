@@ -1,0 +1,99 @@
+#include "topology/internal/islands.h"
+
+#include "topology/internal/failure.h"
+#include "topology/internal/neighbours.h"
+
+namespace dtsdb::internal {
+
+bool Islands::Sort(bool* changed) {
+  *changed = false;
+  auto& islands = m_network.Table<ISLAND>();
+  islands.Clear();
+  const int dead = m_sections.Dead();
+  m_sections[dead].island = ISLAND_DEAD;
+  IslandRing ring(m_sections.List(), dead);
+  if (!ring.IsWhole()) return FailedIn("tpBsSort");
+
+  NoteListedLevels();
+  while (!ring.IsEmpty()) {
+    const int seed = ring.Seed(islands.GetCount());
+    if (seed == -1) return FailedIn("tpBsSort", "infinite loop-failed");  // fragments that nothing leads to
+    int un = -1;
+    if (!Gather(ring, seed, &un)) return FailedIn("tpBsNeighbor");
+    const bool done = un >= 0 ? MakeLive(ring, seed, changed) : MakeDead(ring, seed);
+    if (!done) return FailedIn("tpBsSort");
+  }
+  return true;
+}
+
+void Islands::NoteListedLevels() {
+  m_listed.assign(static_cast<std::size_t>(m_network.Table<KV>().GetSize()), false);
+  for (int k = 0; m_log.IsOn() && k < m_levels.ChangedCount(); ++k) {
+    const int kv = m_levels.Changed(k);
+    if (m_network.HasLevel(kv)) m_listed[static_cast<std::size_t>(kv)] = true;
+  }
+}
+
+/// Collects in a ring all sections that branches in service join to `seed`, and notes a unit among them, -1 for none.
+/// Loads and shunt devices alone make no island live.
+bool Islands::Gather(IslandRing& ring, int seed, int* un) const {
+  ring.Begin(seed);
+  int bs = seed;
+  do {
+    Neighbours found;
+    if (!FindNeighbours(m_network, m_sections, m_entries, bs, &found)) return false;
+    if (found.unit >= 0) *un = found.unit;
+    for (int i = 0; i < found.count; ++i) {
+      if (ring.IsFree(found.sections[i])) ring.Join(found.sections[i], bs);
+    }
+    bs = ring.Next(bs);
+  } while (bs != seed);
+  return true;
+}
+
+/// Adds an island record and gives its number to the sections of the ring.
+bool Islands::MakeLive(const IslandRing& ring, int seed, bool* changed) {
+  auto& islands = m_network.Table<ISLAND>();
+  ISLAND record;
+  record.id = islands.GetCount();
+  record.ref_ibs = record.ref_un = -1;
+  record.ref_id = record.name = QStringLiteral("");
+  const int number = islands.Add(record);
+  if (number == -1) return false;
+
+  int bs = seed;
+  do {
+    const int old = m_sections[bs].island;
+    if (old >= 0 && old != number) *changed = true;
+    if (old == ISLAND_DEAD && !LogSwitch(bs, "BSLIVE")) return false;
+    m_sections.MakeLive(bs, number);
+    bs = ring.Next(bs);
+  } while (bs != seed);
+  return true;
+}
+
+bool Islands::MakeDead(const IslandRing& ring, int seed) {
+  int bs = seed;
+  do {
+    const int old = m_sections[bs].island;
+    if (old >= 0 && !LogSwitch(bs, "BSDEAD")) return false;
+    if (old != ISLAND_DEAD) m_sections.MakeDead(bs);
+    bs = ring.Next(bs);
+  } while (bs != seed);
+  return true;
+}
+
+/// Logs that a section has changed between live and dead, and draws its voltage level into the run. Neither a full run
+/// nor a fragment does so.
+bool Islands::LogSwitch(int bs, const char* word) {
+  const BS& section = m_sections[bs];
+  if (!m_log.IsOn() || (section.status & BS_ISOLATED)) return true;
+  if (!m_log.Record({KIND_BS, bs, section.status, bs, bs, word})) return false;
+  if (m_network.HasLevel(section.ikv) && !m_listed[static_cast<std::size_t>(section.ikv)]) {
+    m_listed[static_cast<std::size_t>(section.ikv)] = true;
+    m_levels.AddChanged(section.ikv);
+  }
+  return true;
+}
+
+}  // namespace dtsdb::internal

@@ -1,0 +1,83 @@
+#include "topology/internal/neighbours.h"
+
+#include "topology/internal/failure.h"
+
+namespace dtsdb::internal {
+namespace {
+
+/// Reads the entries behind that of one section.
+class Reader {
+ public:
+  Reader(const Network& network, int bs, int dead, Neighbours* found)
+      : m_network(network), m_bs(bs), m_dead(dead), m_found(found) {}
+
+  /// Takes one entry in. False for an entry that doesn't hang on a section.
+  bool Take(const BSL& entry) {
+    switch (entry.kind) {
+      case KIND_CP:
+        return TakeDevice<CP>(entry.ref);
+      case KIND_LD:
+        return TakeDevice<LD>(entry.ref);
+      case KIND_UN:
+        if (IsInService<UN>(entry.ref)) m_found->unit = entry.ref;
+        return true;
+      case KIND_LN2:
+        return TakeBranch<LN>(entry.ref);
+      case KIND_XF2:
+        return TakeBranch<XF>(entry.ref);
+      case KIND_ZBR2:
+        return TakeBranch<ZBR>(entry.ref);
+      case KIND_DLN2:
+        return TakeBranch<DLN>(entry.ref);
+      default:
+        return false;
+    }
+  }
+
+ private:
+  template <class Device>
+  bool IsInService(int device) const {
+    return !(m_network.Table<Device>().GetPh(device).status & SHUNT_ISOLATED);
+  }
+
+  template <class Device>
+  bool TakeDevice(int device) {
+    if (IsInService<Device>(device)) ++m_found->devices;
+    return true;
+  }
+
+  /// Takes the section at the other end of the branch that owns end record `end`, unless that end is isolated.
+  template <class Branch>
+  bool TakeBranch(int end) {
+    using Kind = BranchKind<Branch>;
+    const auto& record = m_network.Table<typename Kind::End>().GetPh(end);
+    if (record.flags & END_ISOLATED) return true;
+    const Branch& branch = m_network.Table<Branch>().GetPh(record.*Kind::owner);
+    const int section = branch.ibs == m_bs ? branch.izbs : branch.ibs;
+    if (section != m_dead && m_found->count < kMaxNeighbours) m_found->sections[m_found->count++] = section;
+    return true;
+  }
+
+  const Network& m_network;
+  int m_bs;
+  int m_dead;
+  Neighbours* m_found;
+};
+
+}  // namespace
+
+bool FindNeighbours(const Network& network, const Sections& sections, const Entries& entries, int bs,
+                    Neighbours* found) {
+  const int own = sections[bs].ibsl;
+  if (own == -1) return true;
+  Reader reader(network, bs, sections.Dead(), found);
+  bool stopped = false;
+  const bool around = entries.Walk(entries[own].next, own, [&](int n) {
+    stopped = !reader.Take(entries[n]);
+    return !stopped;
+  });
+  if ((!stopped && !around) || found->count >= kMaxNeighbours) return FailedIn("tpBsNeighbor");
+  return true;
+}
+
+}  // namespace dtsdb::internal

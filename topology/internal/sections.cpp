@@ -1,0 +1,61 @@
+#include "topology/internal/sections.h"
+
+namespace dtsdb::internal {
+
+int Sections::EndOf(int kv) const {
+  const int count = m_levels.AllCount();
+  if (count > 0 && m_levels.All(count - 1) == kv) return Dead();
+  const int place = m_levels.PlaceOf(kv);
+  if (place < 0 || place + 1 >= count) return -1;
+  const int end = m_network.Level(m_levels.All(place + 1)).ibs;
+  return Has(end) ? end : -1;
+}
+
+bool Sections::MakeFragment(int kv, u32 bits, int* bs) const {
+  const int end = EndOf(kv);
+  if (end == -1) return false;
+  int made = m_list[end].prev;
+  if (!Insert(&made)) return false;
+  BS& section = m_list[made];
+  section.ikv = kv;
+  section.island = ISLAND_NOT_PLACED;
+  section.ibsl = -1;
+  section.status |= bits;
+  *bs = made;
+  return true;
+}
+
+void Sections::Blank(BS& section) {
+  section.island = ISLAND_NOT_PLACED;
+  section.ikv = -1;
+  section.status = 0;
+}
+
+void Sections::GiveBack(int bs) const {
+  Blank(m_list[bs]);
+  Delete(&bs);
+}
+
+void Sections::Retire(BS& section) const {
+  Blank(section);
+  section.flags &= ~BS_UNCLAIMED;
+  section.prev = -1;
+}
+
+void Sections::GiveBackHeld() const {
+  GLOBAL& global = m_network.Global();
+  const int head = global.bs_live;
+  const int first = m_list[head].next;
+  const int last = m_list[head].prev;
+  if (first == head) return;
+  const bool whole = m_list.Walk(first, head, [&](int bs) {
+    Retire(m_list[bs]);
+    return true;
+  });
+  m_list[head].next = m_list[head].prev = head;
+  if (!whole) return;  // a damaged ring: its sections are lost to this run rather than the free list broken
+  m_list[last].next = global.bs_free;
+  global.bs_free = first;
+}
+
+}  // namespace dtsdb::internal

@@ -1,0 +1,46 @@
+/// \file
+/// What a TP lends its stages: the tables, the work arrays and the voltage levels of the run.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "topology/internal/change_log.h"
+#include "topology/internal/entries.h"
+#include "topology/internal/levels.h"
+#include "topology/internal/network.h"
+#include "topology/internal/sections.h"
+
+namespace dtsdb::internal {
+
+/// What a TP keeps between two runs. The copies of a TP share it.
+struct WorkArrays {
+  std::vector<BS> sections;
+  std::vector<BSL> entries;
+  std::vector<int> allKvs;       ///< all voltage levels with nodes, in list order
+  std::vector<int> placeOfKv;    ///< by KV number: the place in allKvs, -1 for none
+  std::vector<int> markedNodes;  ///< by base section: how many nodes of the KV being sorted still carry ND_MARK
+};
+
+/// Everything by reference; only the members below put new work arrays in the place of the old ones. A stage takes the
+/// parts that it needs out of it, and only after Make: the parts point into the arrays.
+struct State {
+  Network network;  ///< the tables as they were when the TP was made
+  DTSDB& model;     ///< the model that the realtime database is exchanged with
+  std::shared_ptr<WorkArrays>& arrays;
+  BS*& bs;    ///< what the sections in `arrays` begin with, null without arrays
+  BSL*& bsl;  ///< the same of the entries
+  bool& allnew;
+  Levels levels;
+
+  /// Sizes the BS and BSL tables and makes the work arrays.
+  void Make() const;
+  /// Lets the work arrays go.
+  void Clear() const;
+
+  internal::Sections Sections() const;
+  internal::Entries Entries() const;
+  ChangeLog Log() const { return ChangeLog(network, !allnew); }
+};
+
+}  // namespace dtsdb::internal

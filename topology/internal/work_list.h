@@ -1,0 +1,100 @@
+/// \file
+/// The linked lists that the topology keeps in flat arrays.
+#pragma once
+
+#include "include/check.h"
+#include "model/records.h"
+
+namespace dtsdb::internal {
+
+/// A view of an array of BS or BSL entries that refer to each other by index through `next` and `prev`.
+///
+/// Every access by a number that came out of a record goes through here: a number outside the array reaches a
+/// spare default entry (fresh at each use, with a warning), and a walk never takes more steps than there are
+/// entries. The view owns nothing and is as cheap to copy as a pointer.
+template <class Entry>
+class WorkList {
+ public:
+  WorkList(Entry* entries, int size) : m_entries(entries), m_size(size) {}
+
+  int Size() const { return m_size; }
+  /// The entries themselves, Size() of them.
+  Entry* Data() const { return m_entries; }
+  bool Has(int n) const { return n >= 0 && n < m_size; }
+
+  Entry& operator[](int n) const {
+    if (!DTSDB_ASSERT(Has(n), "n >= 0 && n < m_size")) return Spare();
+    return m_entries[n];
+  }
+
+  /// Takes the first entry of the free list and links it behind `*cursor`, which becomes the new entry. False, and
+  /// nothing changed, when the free list is empty or the cursor stands on no entry of a ring.
+  bool Insert(i32* free, int* cursor) const {
+    const int taken = *free;
+    if (!Has(taken) || !Has(*cursor)) return false;
+    const int behind = m_entries[*cursor].next;
+    if (!Has(behind) || m_entries[*cursor].prev == -1) return false;
+    *free = m_entries[taken].next;
+    Link(taken, *cursor, behind);
+    *cursor = taken;
+    return true;
+  }
+
+  /// Links entry `n`, which is in no ring, in front of `behind`.
+  void InsertBefore(int n, int behind) const {
+    if (Has(n) && Has(behind)) Link(n, (*this)[behind].prev, behind);
+  }
+
+  /// Unlinks entry `*cursor`, makes it the first of the free list and moves the cursor to the entry that followed.
+  void Delete(i32* free, int* cursor) const {
+    const int deleted = *cursor;
+    if (!Has(deleted)) return;
+    *cursor = m_entries[deleted].next;
+    Unlink(deleted);
+    m_entries[deleted].next = *free;
+    m_entries[deleted].prev = -1;
+    *free = deleted;
+  }
+
+  /// Makes the neighbours of entry `n` neighbours of each other. The entry's own links stay.
+  void Unlink(int n) const {
+    const int behind = (*this)[n].next;
+    const int before = (*this)[n].prev;
+    if (Has(before)) m_entries[before].next = behind;
+    if (Has(behind)) m_entries[behind].prev = before;
+  }
+
+  /// Visits the entries from `first` up to, not including, `end` along `next`, until `visit(n)` returns false. The
+  /// next entry is noted before the visit, which may therefore unlink the entry. False when the visit ended the
+  /// walk, when a link leads outside the array, or when the walk takes more steps than there are entries.
+  template <class Visit>
+  bool Walk(int first, int end, Visit visit) const {
+    int left = m_size;
+    for (int n = first; n != end;) {
+      if (!Has(n) || left-- == 0) return false;
+      const int next = m_entries[n].next;
+      if (!visit(n)) return false;
+      n = next;
+    }
+    return true;
+  }
+
+ private:
+  void Link(int n, int before, int behind) const {
+    (*this)[before].next = n;
+    m_entries[n].next = behind;
+    m_entries[behind].prev = n;
+    m_entries[n].prev = before;
+  }
+
+  static Entry& Spare() {
+    static thread_local Entry spare;
+    spare = Entry();
+    return spare;
+  }
+
+  Entry* m_entries;
+  int m_size;
+};
+
+}  // namespace dtsdb::internal

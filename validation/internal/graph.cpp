@@ -1,0 +1,102 @@
+#include "validation/internal/graph.h"
+
+#include <bit>
+
+#include "include/chain.h"
+#include "validation/internal/device_kinds.h"
+#include "validation/internal/hierarchy.h"
+#include "validation/internal/relations.h"
+
+namespace dtsdb::internal {
+
+// Nodes
+
+int InsertNode(DTSDB& model, const QString& nd, int* pNd, const QString& kv, int mask) {
+  const u32 mark = mask > 0 ? static_cast<u32>(mask) : 0;
+  *pNd = NumberOf<ND>(model, nd);
+  if (*pNd != -1) {
+    if (model.m_kvTable->GetPh(LevelOfNode(model, *pNd)).id != kv) return INSERT_OTHER_LEVEL;
+    model.m_ndTable->GetPh(*pNd).flags |= mark;
+    return INSERT_DONE;
+  }
+
+  const int level = NumberOf<KV>(model, kv);
+  if (level == -1) return INSERT_NO_LEVEL;
+  ND node(nd);
+  node.flags = mark;
+  ResetLinks(node);
+  const int number = model.m_ndTable->Add(node);
+  if (number == -1) return INSERT_TABLE_FULL;
+  *pNd = number;
+  return Relate<R_KV_ND>(model, level, kv, number, nd) ? INSERT_DONE : INSERT_TABLE_FULL;
+}
+
+// Branches
+
+namespace {
+
+/// Makes one end of a branch and chains it on its node. False when a table takes no more rows; what was made so far
+/// stays.
+template <class Branch>
+bool InsertEnd(DTSDB& model, const BranchEnds& ends, bool isTo) {
+  using Kind = BranchKind<Branch>;
+  const BranchEnds::End& place = isTo ? ends.to : ends.from;
+  typename Kind::End end(ends.id + QLatin1Char(isTo ? 'z' : 'i'));
+  end.*Kind::owner = ends.branch;
+  if constexpr (Kind::kMeasured) {  // copied, so that a walk from a node needn't visit the branch
+    const Branch& source = TableOf<Branch>(model).GetPh(ends.branch);
+    end.iana_p = source.*(isTo ? Kind::toP : Kind::fromP);
+    end.iana_q = source.*(isTo ? Kind::toQ : Kind::fromQ);
+    end.flags = isTo ? END_IS_TO : 0;
+  }
+  const int number = TableOf<typename Kind::End>(model).Add(end);
+  *place.number = number;
+  return number != -1 && Relate<typename Kind::Row>(model, *place.nodeNumber, place.node, number, end.id);
+}
+
+}  // namespace
+
+int InsertBranch(DTSDB& model, int kind, const BranchEnds& ends) {
+  *ends.from.number = -1;
+  *ends.to.number = -1;
+  if (*ends.from.nodeNumber == *ends.to.nodeNumber) return INSERT_SAME_NODE;
+  int result = INSERT_DONE;
+  ForEachBranch([&]<class Branch>() {
+    if (kind != KindOf<typename BranchKind<Branch>::End>) return;
+    const bool made = InsertEnd<Branch>(model, ends, false) && InsertEnd<Branch>(model, ends, true);
+    result = made ? INSERT_DONE : INSERT_TABLE_FULL;
+  });
+  return result;
+}
+
+int InsertLine(DTSDB& model, int kind, const QString& st, const QString& zst, const BranchEnds& ends) {
+  for (const BranchEnds::End& end : {ends.from, ends.to}) {
+    *end.nodeNumber = -1;
+    *end.number = -1;
+  }
+  struct Place {
+    const BranchEnds::End& end;
+    const QString& station;
+    int missing;
+  };
+  for (const Place& place : {Place{ends.from, st, INSERT_NO_FROM_NODE}, Place{ends.to, zst, INSERT_NO_TO_NODE}}) {
+    const int node = NumberOf<ND>(model, place.end.node);
+    if (node == -1) return place.missing;
+    *place.end.nodeNumber = node;
+    const int station = StationOfLevel(model, LevelOfNode(model, node));
+    if (station == -1 || station != NumberOf<ST>(model, place.station)) return INSERT_OTHER_STATION;
+  }
+  return InsertBranch(model, kind, ends);
+}
+
+int DeviceCount(DTSDB& model, const ND& node, u32 marks) {
+  int count = std::popcount(node.flags & marks);
+  ForEachBranch([&]<class Branch>() {
+    using Row = typename BranchKind<Branch>::Row;
+    const int head = node.*Relation<Row>::head;
+    for (auto row = Chain(TableOf<Row>(model), head).begin(); count < 2 && row != nullptr; ++row) ++count;
+  });
+  return count;
+}
+
+}  // namespace dtsdb::internal

@@ -1,0 +1,78 @@
+/// \file
+/// The lines between stations, alternating and direct current: here station tree and node graph must agree.
+#include <cmath>
+
+#include "validation/internal/checks.h"
+
+namespace dtsdb::internal {
+namespace {
+
+template <class Line>
+constexpr Required<Line> kRequired[] = {{&Line::st, message::kNoFromStation}, {&Line::zst, message::kNoToStation}};
+
+constexpr Fault kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel},
+                                     {INSERT_NO_LEVEL, message::kLineFromLevelNotThere}};
+constexpr Fault kToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineToNodeInOtherLevel},
+                                   {INSERT_NO_LEVEL, message::kLineToLevelNotThere}};
+constexpr Faults kFromNode = {reason::kBranchNodesFull, kFromNodeFaults};
+constexpr Faults kToNode = {reason::kBranchNodesFull, kToNodeFaults};
+
+// In a run the nodes exist: they were made a step earlier.
+template <class Line>
+constexpr Fault kEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes},
+                                 {INSERT_NO_FROM_NODE, message::kLineFromNodeNotThere},
+                                 {INSERT_NO_TO_NODE, message::kLineToNodeNotThere},
+                                 {INSERT_OTHER_STATION, kLineKind<Line>.inOtherStation}};
+template <class Line>
+constexpr Faults kEnds = {kLineKind<Line>.endsFull, kEndsFaults<Line>};
+
+/// Reports what the stations and levels at the two ends of a line in `district` mean for it.
+template <class Line>
+void CheckLineEnds(RowChecks& checks, Line& line, int district) {
+  DTSDB& model = checks.model;
+  const int fromDistrict = DistrictOfStation(model, NumberOf<ST>(model, line.st));
+  const int toDistrict = DistrictOfStation(model, NumberOf<ST>(model, line.zst));
+  if (district != fromDistrict && district != toDistrict) checks.log.Report(line, message::kLineInOtherDistrict);
+  MarkDistrict(line, district, fromDistrict, toDistrict);
+
+  if constexpr (kLineKind<Line>.hasOneVoltage) {  // a level whose base voltage is 0 isn't compared
+    const f32 from = model.m_kvTable->GetPh(LevelOfNode(model, line.ind)).vbase;
+    const f32 to = model.m_kvTable->GetPh(LevelOfNode(model, line.iznd)).vbase;
+    if (from != to && std::fabs(from) > 0.0F && std::fabs(to) > 0.0F) {
+      checks.log.Report(line, message::kLineOfTwoVoltages);
+    }
+  }
+}
+
+/// The district is looked at only when the nodes have been made: a line without one leaves its nodes behind.
+template <class Line>
+bool CheckLine(RowChecks& checks, Line& line, int number) {
+  using Row = ParentRow<Line>;
+  DTSDB& model = checks.model;
+  if (!checks.IsNamed(line) || !checks.IsFilled(line, kRequired<Line>)) return true;
+  checks.FindMeasurements(line);
+
+  Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kFromNode, kToNode);
+  if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
+  if (!checks.IsLinked(line)) return true;
+  const int district = TableOf<Row>(model).GetPh(line.*Relation<Row>::own).idv;
+
+  const int result = InsertLine(model, KindOf<typename BranchKind<Line>::End>, line.st, line.zst,
+                                EndsOf(line, number, line.nd, line.znd));
+  outcome = checks.Judge(line, result, kEnds<Line>);
+  if (outcome == Outcome::kGoOn) CheckLineEnds(checks, line, district);
+  return outcome != Outcome::kTableFull;
+}
+
+template <class Line>
+bool CheckTable(RowChecks& checks) {
+  return checks.Link<ParentRow<Line>>() &&
+         checks.ForEachRow<Line>([&checks](Line& line, int number) { return CheckLine(checks, line, number); });
+}
+
+}  // namespace
+
+bool CheckLines(RowChecks& checks) { return CheckTable<LN>(checks); }
+bool CheckDcLines(RowChecks& checks) { return CheckTable<DLN>(checks); }
+
+}  // namespace dtsdb::internal

@@ -1,0 +1,64 @@
+/// \file
+/// The log of the validation, "nmd.log", and the findings that its lines are made from.
+#pragma once
+
+#include <QFile>
+#include <QList>
+#include <QString>
+#include <QTextStream>
+
+#include "model/dtsdb.h"
+#include "validation/finding.h"
+#include "validation/internal/log_texts.h"
+
+namespace dtsdb::internal {
+
+/// Reports findings: keeps them, writes each as a line of the log, and counts the errors in GLOBAL.
+///
+/// Works on a file and a stream that it doesn't own. Where the file can't be opened, the lines go nowhere.
+class ValidationLog {
+ public:
+  /// `global` is the table of the verdict.
+  ValidationLog(QFile& file, QTextStream& stream, tTable<GLOBAL>& global)
+      : m_file(file), m_stream(stream), m_global(global) {}
+  ValidationLog(const ValidationLog&) = delete;
+  ValidationLog& operator=(const ValidationLog&) = delete;
+  /// Closes the file.
+  ~ValidationLog() { Close(); }
+
+  /// Begins a new log in the file's place.
+  void Begin();
+  /// Writes on in the log of `other` and takes over its findings.
+  void Continue(const ValidationLog& other);
+  void Flush();
+
+  /// Reports about a record.
+  template <class Record>
+  void Report(const Record& record, const Message& message) {
+    Report(KindOf<Record>, Record::kTableName, record.id, message);
+  }
+  /// Reports about the run.
+  void Report(const Message& message) { Report(KIND_NONE, nullptr, QString(), message); }
+  /// Reports about the run, with a number in the place of "%1".
+  void Report(const Message& message, int number);
+
+  const QList<Finding>& Findings() const { return m_findings; }
+  void ForgetFindings() { m_findings.clear(); }
+
+ private:
+  void Open(QIODevice::OpenMode mode);
+  void Close();
+  void Report(TableKind table, const char* tableName, const QString& id, const Message& message);
+  void Write(const Finding& finding, const QString& bytes);
+
+  QFile& m_file;
+  QTextStream& m_stream;
+  tTable<GLOBAL>& m_global;
+  QString m_path;  // absolute: a copy finds the log wherever the process has gone since
+  qint64 m_stampSecond = -1;
+  QString m_stamp;
+  LogTexts m_texts;
+  QList<Finding> m_findings;
+};
+
+}  // namespace dtsdb::internal

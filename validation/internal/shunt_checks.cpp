@@ -1,0 +1,51 @@
+/// \file
+/// The devices that stand on one node: units, loads, capacitors and reactors, buses.
+#include "validation/internal/checks.h"
+
+namespace dtsdb::internal {
+namespace {
+
+// The second can't fire in a run, since a level without identity has no devices.
+template <class Shunt>
+constexpr Required<Shunt> kRequired[] = {{&Shunt::nd, message::kNoNode}, {&Shunt::kv, message::kNoLevel}};
+
+constexpr Fault kNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kNodeInOtherLevel},
+                                 {INSERT_NO_LEVEL, message::kLevelNotThere}};
+constexpr Faults kNode = {reason::kShuntNodesFull, kNodeFaults};
+
+/// A device with a fault in its node isn't dropped: its station is marked all the same.
+template <class Shunt>
+bool CheckShunt(RowChecks& checks, Shunt& shunt) {
+  using Row = ParentRow<Shunt>;
+  constexpr ShuntKind kKind = kShuntKind<Shunt>;
+  DTSDB& model = checks.model;
+  if (!checks.IsNamed(shunt) || !checks.IsLinked(shunt)) return true;
+  const int level = TableOf<Row>(model).GetPh(shunt.*Relation<Row>::own).ikv;
+  if constexpr (kKind.takesLimits) {
+    const KV& kv = model.m_kvTable->GetPh(level);
+    shunt.f2 = kv.vmax;
+    shunt.f3 = kv.vmin;
+  }
+  if (!checks.IsFilled(shunt, kRequired<Shunt>)) return true;
+  checks.FindMeasurements(shunt);
+
+  const int result = InsertNode(model, shunt.nd, &shunt.ind, shunt.kv, kKind.nodeMark);
+  if (checks.Judge(shunt, result, kNode) == Outcome::kTableFull) return false;
+  if constexpr (kKind.stationMark != 0) MarkStation(model, StationOfLevel(model, level), kKind.stationMark);
+  return true;
+}
+
+template <class Shunt>
+bool CheckTable(RowChecks& checks) {
+  return checks.Link<ParentRow<Shunt>>() &&
+         checks.ForEachRow<Shunt>([&checks](Shunt& shunt, int /*number*/) { return CheckShunt(checks, shunt); });
+}
+
+}  // namespace
+
+bool CheckLoads(RowChecks& checks) { return CheckTable<LD>(checks); }
+bool CheckUnits(RowChecks& checks) { return CheckTable<UN>(checks); }
+bool CheckCapacitors(RowChecks& checks) { return CheckTable<CP>(checks); }
+bool CheckBuses(RowChecks& checks) { return CheckTable<BUS>(checks); }
+
+}  // namespace dtsdb::internal
