@@ -72,7 +72,7 @@ TEST_F(RealtimeFiles, WithoutStandardStreamsOutputsAreTheSame) {
 
 TEST_F(RealtimeFiles, RunEndsWhenItsDatabaseGoesAway) {
   for (const char* away : {"rm x.fdb", "mv x.fdb y.fdb", "cp x.fdb z.fdb; mv z.fdb x.fdb", "rm x.fdb-lock"}) {
-    EXPECT_EQ(Shell("rm -f *.fdb *-lock; $dtsdb validate m -o rtdb:x > /dev/null 2>&1;"
+    EXPECT_EQ(Shell("rm -f *.fdb *-lock out; $dtsdb validate m -o rtdb:x > /dev/null 2>&1;"
                     "{ $dtsdb run rtdb:x --interval 20 > out 2> err; echo $? > code; } &"
                     "for i in $(seq 500); do [ -s out ] && break; sleep 0.02; done;" +
                     std::string(away) + "; wait; exit $(cat code)"),
