@@ -78,10 +78,14 @@ class tTable {
   }
 
   /// What lies in slot `nPh`, used or free.
-  T& GetPh(int nPh) { return const_cast<T&>(std::as_const(*this).GetPh(nPh)); }
+  T& GetPh(int nPh) {
+    if (nPh >= m_made && nPh < m_size) MakeRecords(nPh + 1);
+    return const_cast<T&>(std::as_const(*this).GetPh(nPh));
+  }
   const T& GetPh(int nPh) const {
-    if (!DTSDB_TABLE_ASSERT(nPh >= 0 && nPh < m_size, "nPh >= 0 && nPh < m_size")) return Spare();
-    return m_pData[nPh];
+    if (nPh >= 0 && nPh < m_made) return m_pData[nPh];
+    DTSDB_TABLE_ASSERT(nPh >= 0 && nPh < m_size, "nPh >= 0 && nPh < m_size");
+    return Spare();  // what a slot that was never reached holds, too
   }
 
   /// The physical number of the record with logical number `nLg`.
@@ -146,7 +150,7 @@ class tTable {
 
   /// The arrays that the pointers below point into.
   struct Slots {
-    std::vector<T> records;
+    std::vector<T> records;  ///< as many as were reached, with room for all slots: they never move
     std::vector<int> lgToPh;
     std::vector<int> phToLg;
     std::vector<int> next;
@@ -170,6 +174,7 @@ class tTable {
   int Search(const T& rec, int* pLeft, int* pRight) const;
   void PointIntoSlots();
   bool Reallocate(int nSize);
+  void MakeRecords(int n);
   void Grow(int nNewSize);
   void Shrink(int nNewSize);
   void ChainSlots(int nFrom, int nTo);
@@ -204,7 +209,8 @@ class tTable {
 
   // Behind what the table shows.
   Slots m_slots;
-  int m_capacity = 0;        // slots allocated; those from m_size on hold default records
+  int m_made = 0;            // records that exist; the slots behind them were never reached
+  int m_capacity = 0;        // slots that there is room for
   bool m_bStrict = true;     // the records are in order and no two are equal
   SlotOrder m_order;         // the order while numbering is put off, else empty
   SlotOrder::Place m_place;  // where Locate last looked in m_order

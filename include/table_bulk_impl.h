@@ -20,7 +20,7 @@ template <class T>
 bool tTable<T>::Slots::Allocate(int n) {
   const auto size = static_cast<std::size_t>(n);
   try {
-    records.resize(size);
+    records.reserve(size);
     for (auto* numbers : {&lgToPh, &phToLg, &next, &prev}) numbers->resize(size);
   } catch (const std::exception&) {
     return false;
@@ -37,6 +37,15 @@ void tTable<T>::PointIntoSlots() {
   m_pPrev = m_slots.prev.data();
 }
 
+/// Makes the first `n` records, and some more, so that a walk over new slots makes them in few steps.
+template <class T>
+void tTable<T>::MakeRecords(int n) {
+  constexpr int kMadeAtOnce = 64;
+  if (n <= m_made) return;
+  m_made = m_size - n < kMadeAtOnce ? m_size : n + kMadeAtOnce;
+  m_slots.records.resize(static_cast<std::size_t>(m_made));
+}
+
 /// Replaces the storage by new storage for `nSize` slots, into which the records of the used chain and the numbers
 /// of the old slots go. False, and nothing changed, when there is no memory.
 template <class T>
@@ -44,6 +53,8 @@ bool tTable<T>::Reallocate(int nSize) {
   Slots fresh;
   if (!DTSDB_TABLE_ASSERT(fresh.Allocate(nSize), "memory for the slots")) return false;
 
+  m_made = std::min(m_made, nSize);
+  fresh.records.resize(static_cast<std::size_t>(m_made));
   for (int i = m_head; i != -1; i = m_pNext[i]) fresh.records[static_cast<std::size_t>(i)] = std::move(m_pData[i]);
   const int kept = std::min(m_size, nSize);
   std::copy_n(m_pLgToPh, kept, fresh.lgToPh.data());
@@ -73,7 +84,7 @@ void tTable<T>::SetSize(int nNewSize) {
     m_used.clear();
     m_slots = Slots();
     PointIntoSlots();
-    m_capacity = 0;
+    m_capacity = m_made = 0;
     m_first = m_last = m_head = m_tail = -1;
     m_size = m_count = 0;
     m_bOrdered = 1;
@@ -93,7 +104,9 @@ void tTable<T>::Grow(int nNewSize) {
     if (!Reallocate(std::max(nNewSize, m_capacity + half)) && !Reallocate(nNewSize)) return;
   } else {
     // New storage would have given the free slots default records: so does growth into storage at hand.
-    for (int i = m_first; i != -1; i = m_pNext[i]) m_pData[i] = T();
+    for (int i = m_first; i != -1; i = m_pNext[i]) {
+      if (i < m_made) m_pData[i] = T();
+    }
   }
   std::fill(m_pLgToPh + oldSize, m_pLgToPh + nNewSize, -1);
   std::fill(m_pPhToLg + oldSize, m_pPhToLg + nNewSize, -1);
@@ -128,6 +141,7 @@ void tTable<T>::Shrink(int nNewSize) {
   m_size = 0;
   if (!Reallocate(nNewSize)) return SetSize(0);
   m_size = nNewSize;
+  MakeRecords(kept);
   std::move(data.get(), data.get() + kept, m_pData);
   for (int i = 0; i < m_size; ++i) Number(i, i);
   ChainSlots(0, m_size);
@@ -176,6 +190,7 @@ bool tTable<T>::SetData(T* p, int n, bool bSorted) {
     QuickSort(p, 0, n - 1);
     m_bStrict = IsStrict(p, n);
   }
+  MakeRecords(n);
   for (int i = 0; i < n; ++i) m_pData[i] = p[i];  // `p` may lie in this table, at or behind slot i
   NumberInOrder(n);
   return true;
@@ -244,6 +259,7 @@ bool tTable<T>::CopyOut(T* p, int n) {
 template <class T>
 void tTable<T>::Swap(tTable& other) {
   std::swap(m_slots, other.m_slots);
+  std::swap(m_made, other.m_made);
   PointIntoSlots();
   other.PointIntoSlots();
   std::swap(m_bOrdered, other.m_bOrdered);
@@ -268,10 +284,11 @@ tChildNode* tTable<T>::ChildList(int nHead) const requires HasChildNumber<T> {
     // No more steps than slots: damaged links can lead in a circle.
     for (int steps = 0; nHead != -1 && steps < m_size; ++steps) {
       if (!DTSDB_TABLE_ASSERT(nHead >= 0 && nHead < m_size, "nPh >= 0 && nPh < m_size")) break;
+      const T& row = GetPh(nHead);
       *end = new tChildNode;
-      (*end)->value = m_pData[nHead].ChildNumber();
+      (*end)->value = row.ChildNumber();
       end = &(*end)->next;
-      nHead = m_pData[nHead].next;
+      nHead = row.next;
     }
   }
   return first;

@@ -130,6 +130,7 @@ int tTable<T>::Link(int nPPh, int nPh) {
   if (nPh != -1 && m_order.IsEmpty() && m_count - m_pPhToLg[nPh] > kRenumberAtOnce) PutOffNumbering(nPh);
 
   const int p = m_first;
+  MakeRecords(p + 1);
   m_first = m_pNext[p];
   if (m_first != -1) {
     m_pPrev[m_first] = -1;

@@ -62,6 +62,7 @@ class TableImage {
     std::copy(numbers.lgToPh.begin(), numbers.lgToPh.end(), table.m_pLgToPh);
     std::copy(numbers.next.begin(), numbers.next.end(), table.m_pNext);
     std::copy(numbers.prev.begin(), numbers.prev.end(), table.m_pPrev);
+    for (int i = numbers.head; i != -1; i = numbers.next[i]) table.MakeRecords(i + 1);
     table.m_head = numbers.head;
     table.m_tail = numbers.tail;
     table.m_first = numbers.first;

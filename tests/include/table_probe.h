@@ -75,6 +75,7 @@ class TableImage<test::Rec> {
   /// Everything that the table holds. Numbers that were put off are written.
   static test::TableState State(tTable<test::Rec>& t) {
     t.Settle();
+    t.MakeRecords(t.m_size);
     const auto copy = [&t](const int* p) { return std::vector<int>(p, p + t.m_size); };
     return {t.m_size,
             t.m_nGrowBy,

@@ -1,6 +1,8 @@
 // The number of slots: growing, shrinking, and what free slots show.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tests/include/table_probe.h"
 
 namespace dtsdb::test {
@@ -222,6 +224,33 @@ TEST(TableSize, AStepOfZeroKeepsANewTableWithoutSlots) {
   table.SetGrowBy(0);
   EXPECT_EQ(table.Add(Rec(99)), -1);
   EXPECT_EQ(table.GetSize(), 0);
+}
+
+/// A record that counts how many of its kind have been made.
+struct CountedRec : Rec {
+  CountedRec() { ++made; }
+  CountedRec(int key) : Rec(key) {}
+
+  static inline int made = 0;
+};
+
+TEST(TableSize, SlotsThatNobodyReachesHaveNoRecord) {
+  tTable<CountedRec> table;
+  table.SetSize(1000000);
+  table.Add(CountedRec(1));
+  EXPECT_EQ(table.GetPh(0).key, 1);
+  EXPECT_LT(CountedRec::made, 1000);
+}
+
+TEST(TableSize, ASlotThatNobodyReachedHoldsADefaultRecord) {
+  tTable<Rec> table;
+  table.SetSize(1000);
+  EXPECT_EQ(std::as_const(table).GetPh(999).key, 0);
+  Rec& reached = table.GetPh(500);
+  reached.key = 7;
+  EXPECT_EQ(table.GetPh(999).key, 0);
+  EXPECT_EQ(&reached, &table.GetPh(500)) << "records never move";
+  EXPECT_EQ(std::as_const(table).GetPh(500).key, 7);
 }
 
 }  // namespace
