@@ -11,6 +11,7 @@
 #include "tools/files.h"
 #include "tools/folder_replacement.h"
 #include "tools/nearest.h"
+#include "tools/text_layout.h"
 #include "tools/text_table_file.h"
 
 namespace fs = std::filesystem;
