@@ -229,7 +229,7 @@ TEST(TableSize, AStepOfZeroKeepsANewTableWithoutSlots) {
 /// A record that counts how many of its kind have been made.
 struct CountedRec : Rec {
   CountedRec() { ++made; }
-  CountedRec(int key) : Rec(key) {}
+  explicit CountedRec(int k) : Rec(k) {}
 
   static inline int made = 0;
 };

@@ -42,7 +42,8 @@ TEST(RowColumns, NumberTheFieldsOfTheirRecordInOrder) {
   ForEachRowClass([]<class Row> {
     int next = 0;
     for (const ColumnInfo& column : Row::Columns()) {
-      if (column.field != ColumnInfo::kNoField) EXPECT_EQ(column.field, next++) << Row::kTableName << column.name;
+      if (column.field == ColumnInfo::kNoField) continue;
+      EXPECT_EQ(column.field, next++) << Row::kTableName << column.name;
     }
   });
 }

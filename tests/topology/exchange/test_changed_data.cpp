@@ -320,8 +320,8 @@ class StoredRows {
     const int number = m_stored.Find(record);
     RC_ASSERT(number != -1);
     const Record& stored = m_stored.GetPh(number);
-    ChangedColumns<Record>::ForEach(
-        [&](const auto& column) { RC_ASSERT((stored.*column.field) == (record.*column.field)); });
+    const auto expectStored = [&](auto field) { RC_ASSERT((stored.*field) == (record.*field)); };
+    std::apply([&](auto... fields) { (expectStored(fields), ...); }, kChangedFields<Record>);
   }
   void ExpectAllStored(tTable<Record>& table) {
     for (int i = 0; i < table.GetCount(); ++i) ExpectStored(table[i]);
