@@ -92,8 +92,8 @@ def page_entries(root, faults):
             faults.append(f"{PAGE}: not of the form \"- Test: `FILE`, `NAME`\": {line}")
         elif test:
             tests.add((numbers[-1], test[1], test[2]))
-    if numbers != sorted(set(numbers), key=lambda number: int(number[1:])):
-        faults.append(f"{PAGE}: the numbers don't rise from one entry to the next")
+    faults += [f"{PAGE}: the number {number} is given twice"
+               for number in sorted(set(numbers)) if numbers.count(number) > 1]
     return set(numbers), tests
 
 
@@ -184,7 +184,7 @@ class Faults(unittest.TestCase):
 
     def test_number_given_twice(self):
         self.change(PAGE, "### K02", f"### K01 C\n\n- Test: `{self.TEST}`, `A.IsOdd`\n\n### K02")
-        self.expect(f"{PAGE}: the numbers don't rise from one entry to the next")
+        self.expect(f"{PAGE}: the number K01 is given twice")
 
 
 if __name__ == "__main__":

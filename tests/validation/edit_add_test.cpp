@@ -451,6 +451,7 @@ TEST_F(AddTest, OfAZeroImpedanceBranchThatDoesntSortLastTakesTheEndsOfTheOneAtIt
 // What an addition takes and a run doesn't
 
 // Kept: K16.
+// Kept: K60.
 TEST_F(AddTest, TakesRecordsThatTheNextRunFindsFaultWith) {
   ST st = NewStation("S9", "D1", 12);
   KV kv = NewLevel("K9", "S1", 10);
