@@ -128,8 +128,8 @@ class cbFlow {
 
   /// Reads breakers and injections; forgets what was loaded and calculated before.
   void loadData();
-  /// Works the flows out, once for what was loaded: by design the groups of loops of an earlier run stay, and a
-  /// second run would only add to them.
+  /// Works the flows out, once for what was loaded: the groups of loops of an earlier run stay, and a second run
+  /// would only add to them. Kept: K57.
   void calculate();
   /// Writes the flows and classes of all breakers, open ones included, and commits.
   void storeData();

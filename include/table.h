@@ -113,13 +113,14 @@ class tTable {
 
   /// Inserts a copy of `rec` at its place; gives its physical number, or -1 when an equal record exists or no
   /// slot can be had. A table without a free slot grows first, also for a record that is then refused.
+  /// Kept: K02.
   int Add(const T& rec);
 
   /// Removes the record in slot `nPh`; gives the logical number that it had, or -1 when the slot was free.
   int Remove(int nPh);
 
-  /// Changes the number of slots. Growing keeps all records and numbers. A smaller size, by design, leaves a table
-  /// that reports itself empty, with the numbers of the copied records still standing; 0 frees everything.
+  /// Changes the number of slots. Growing keeps all records and numbers. A smaller size leaves a table that
+  /// reports itself empty, with the numbers of the copied records still standing; 0 frees everything. Kept: K01.
   void SetSize(int nNewSize);
 
   /// Number of slots by which a full table grows in Add; a negative `n` sets 10.

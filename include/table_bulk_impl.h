@@ -117,6 +117,7 @@ void tTable<T>::Grow(int nNewSize) {
     m_first = oldSize;
   }
   m_last = nNewSize - 1;
+  // The back link of the first new slot stays that to the slot below it. Kept: K03.
   m_pPrev[m_first] = -1;
   m_pNext[m_last] = -1;
   m_size = nNewSize;
@@ -134,7 +135,7 @@ void tTable<T>::Shrink(int nNewSize) {
 
   m_order.Clear();
   m_used.clear();
-  m_head = m_tail = -1;  // empty by design, whatever the records say
+  m_head = m_tail = -1;  // empty, whatever the records say. Kept: K01.
   m_count = 0;
   m_bOrdered = 1;
   m_bStrict = true;

@@ -146,7 +146,7 @@ class TwinWriter {
     Row row;
     Store(record, row);
     if constexpr (KindOf<T> == KIND_ANALOG) {
-      // Deliberate: a new analog row bears the record's name as its identity, and no name.
+      // A new analog row bears the record's name as its identity, and no name. Kept: K04.
       row.id = row.name;
       row.name = Row().name;
     }
@@ -232,7 +232,7 @@ bool WriteTable(dbDatabase* db, tTable<T>& table) {
   } else {
     MergeRows(writer, table);
   }
-  // Deliberate: of all numbered tables only the section list is cut to the model's length.
+  // Of all numbered tables only the section list is cut to the model's length. Kept: K05.
   if constexpr (KindOf<T> == KIND_BSL) writer.RemoveFrom(table.GetCount());
   return true;
 }

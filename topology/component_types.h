@@ -26,7 +26,7 @@ struct ComponentType {
   bool bothEnds = false;
 };
 
-// Kept: type 6, a transformer out of service, has no text for an unknown identity.
+// Type 6, a transformer out of service, has no text for an unknown identity. Kept: K45.
 inline constexpr std::tuple kComponentTypes{
     ComponentType<CB>{1, &CB::flags, CB_OPEN, " not exists in cb table"},
     ComponentType<UN>{2, &UN::status, SHUNT_OFF, " not exists in un table", "REMOVE", "UNREMOVE"},

@@ -16,7 +16,7 @@ class SectionVoltage {
   explicit SectionVoltage(dbDatabase* db) : m_cursor(db, dbCursorViewOnly) { m_query = "id=", m_ibs; }
 
   /// Makes the voltage of section `ibs` the one in effect. Where there is no such section, or several of this number,
-  /// the one before stays.
+  /// the one before stays. Kept: K58.
   void Take(int ibs) {
     if (m_asked && ibs == m_ibs) return;
     m_asked = true;

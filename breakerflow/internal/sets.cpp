@@ -91,7 +91,7 @@ void TestBalance(const FlowNetwork& network, const FlowBalances& balances, float
       wtotal += node->p;
       rtotal += node->q;
     }
-    // Kept: without absolute values: a set that lacks power passes, however much it lacks.
+    // Without absolute values: a set that lacks power passes, however much it lacks. Kept: K56.
     const bool balanced = wtotal <= delta && rtotal <= delta;
     balances.valid[it.key()] = balanced ? 1 : 0;
     balances.balance[it.key()] = {wtotal, rtotal};

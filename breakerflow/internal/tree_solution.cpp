@@ -102,6 +102,7 @@ void SolveTree(const FlowNetwork& network, const FlowGroups& groups, int set) {
   }
 }
 
+/// A node without voltage gets infinite currents. Kept: K59.
 void InjectIntoGroups(const FlowNetwork& network, const FlowGroups& groups) {
   for (cbBreaker& breaker : network.breakers) breaker.flags |= kWorkMark;
   for (const ndGroup& group : std::as_const(groups.groups)) {

@@ -170,6 +170,7 @@ TEST_F(BreakerFlowData, NodesHaveTheVoltageOfTheBreakersSectionInRadians) {
   EXPECT_EQ(m_flow.Nodes()[3].a, static_cast<float>(-3.1415926));
 }
 
+// Kept: K58.
 TEST_F(BreakerFlowData, WithoutOneSectionTheVoltageOfTheBreakerBeforeStays) {
   Section(2, 220, 0);
   Section(3, 1, 1);
@@ -310,6 +311,7 @@ TEST_F(BreakerFlowData, SetsAreNumberedByTheirLeastNodeAndListedAsVisited) {
   EXPECT_EQ(m_probe.GroupsOfSet(), (QMap<int, QList<int>>{{0, {}}, {1, {}}}));
 }
 
+// Kept: K56.
 TEST_F(BreakerFlowData, TheBalanceTestLooksForSurplusOnly) {
   struct Case {
     float p;

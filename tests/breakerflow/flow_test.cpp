@@ -143,6 +143,7 @@ TEST(BreakerFlow, ASetThatDoesNotBalanceStaysAtZero) {
   EXPECT_TRUE(graph.Flow().IsBalanced(1));
 }
 
+// Kept: K59.
 TEST(BreakerFlow, ANodeWithoutVoltageInAGroupGivesInfiniteCurrents) {
   BreakerGraph graph({{1, 2}, {1, 2}});
   graph.Inject(1, 10);
@@ -178,8 +179,9 @@ TEST(BreakerFlow, ASetOfOneNodeIsLeftAlone) {
   EXPECT_EQ(graph.P(0), 0);
 }
 
+// Kept: K57.
 TEST(BreakerFlow, GroupsOutliveASecondRunAndSpoilIt) {
-  // Deliberate: only loading anew empties the groups. In a second run the ring is found again in its old group, no
+  // Only loading anew empties the groups. In a second run the ring is found again in its old group, no
   // longer stands among the groups of its set, and so isn't contracted: what hangs on it sees an injection of 0 there.
   BreakerGraph graph({{1, 2}, {1, 3}, {3, 2}});
   graph.Inject(1, 9);

@@ -57,6 +57,7 @@ TEST(TableSize, NewSlotsGoBehindTheFreeOnes) {
 
 // Nothing walks the free chain backwards: the first new slot names the slot below it as its predecessor, wherever
 // the old free chain ended.
+// Kept: K03.
 TEST(TableSize, TheFirstNewSlotPointsBackAtTheSlotBelowIt) {
   Table table;
   FillFour(table);
@@ -91,6 +92,7 @@ TEST(TableSize, GrowingIntoReserveLeavesDefaultsInFreeSlotsToo) {
   }
 }
 
+// Kept: K01.
 TEST(TableSize, ASmallerSizeLeavesNoRecordWhateverTheTableHeld) {
   for (int size = 1; size < 4; ++size) {
     Table table;
@@ -103,6 +105,7 @@ TEST(TableSize, ASmallerSizeLeavesNoRecordWhateverTheTableHeld) {
   }
 }
 
+// Kept: K01.
 TEST(TableSize, AShrunkTableKeepsItsFirstRecordsInFreeNumberedSlots) {
   Table table;
   FillFour(table);

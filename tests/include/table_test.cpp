@@ -75,6 +75,7 @@ TEST(Table, AddOfAnEqualRecordIsRefusedAndTheCountStays) {
   EXPECT_EQ(table[1].tag, 0);
 }
 
+// Kept: K02.
 TEST(Table, RefusedAddIntoAFullTableHasGrownIt) {
   Table table;
   table.SetSize(2);

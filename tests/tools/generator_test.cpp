@@ -62,7 +62,7 @@ TEST(Generator, AnotherSeedGivesAnotherUtility) {
   EXPECT_NE(FirstDifference(first, second), "");
 }
 
-// The digest stands for the bytes on every platform: it changes only when the generator is changed on purpose.
+// The digest stands for the bytes on every platform: it changes only when the generator is meant to change.
 TEST(Generator, GivesTheSameBytesEverywhere) {
   const TemporaryDirectory directory;
   DTSDB database = Generated(50, 7);

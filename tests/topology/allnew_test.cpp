@@ -35,6 +35,7 @@ TEST_F(AllnewTest, EmptyGlobalTableGivesAMessageAndChangesNothing) {
   EXPECT_FALSE(probe.HasArrays());
 }
 
+// Kept: K36.
 TEST_F(AllnewTest, ModelThatIsNotValidGivesAMessageAndChangesNothing) {
   m.Put(BS(7)).Put(GLOBAL(0));
   int result = 0;
@@ -141,6 +142,7 @@ TEST_F(AllnewTest, SectionWithoutLineOrWindingIsNamedAfterADevice) {
 
 //   A220  a ==DC1== b B220      section of a: no device, no AC branch;
 //           ==DC2==             the search runs on to the next level's first section
+// Kept: K40.
 TEST_F(AllnewTest, SearchForANameEndsAtTheNextLevelsFirstSection) {
   m.Station("A").Kv("A220").Station("B").Kv("B220").Unit("U", "B220", "b");
   m.DcLine("DC1", "DV", "A", "B", "A220", "B220", "a", "b").DcLine("DC2", "DV", "A", "B", "A220", "B220", "a", "b");

@@ -122,6 +122,7 @@ TEST_F(FragmentsTest, LogRowOfASectionIsNamedByItsNumber) {
   EXPECT_NEAR(static_cast<double>(row.time), static_cast<double>(QDateTime::currentSecsSinceEpoch()), 5.0);
 }
 
+// Kept: K52.
 TEST_F(FragmentsTest, LogKnowsNoEndsOfZeroImpedanceBranches) {
   EXPECT_TRUE(FailureLines([&] { EXPECT_EQ(probe.Tpl(0, 46, 0, 0, 0, "BS"), 0); }).empty());
   EXPECT_EQ(m.Table<TPL>().GetCount(), 0);
@@ -189,6 +190,7 @@ TEST_F(NeighbourTest, NinetyNineNeighboursAreTaken) {
   EXPECT_EQ(n.un, 0);
 }
 
+// Kept: K38.
 TEST_F(NeighbourTest, HundredNeighboursFailTheRun) {
   Lines(100);
   int result = 1;

@@ -163,6 +163,7 @@ TEST_F(BesideZbrs, OneOfTwoIsEnough) {
 
 // The ends sort as Z81i Z81z Z8i Z8z, the branches as Z8 Z81, and the validation leaves the branches with the numbers
 // from before the sorting: each names the other's ends.
+// Kept: K15.
 TEST_F(BesideZbrs, BranchWhoseIdentityBeginsTheOthersMarksTheOthersEnds) {
   Build("Z8", "Z81");
   const auto endsOf = [&](const char* zbr) -> ZBR2& { return m.Table<ZBR2>().GetPh(m.Of<ZBR>(zbr).zbr2); };

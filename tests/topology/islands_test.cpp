@@ -283,6 +283,7 @@ TEST_F(ReferenceTest, FirstMarkedUnitWinsAndUnitsThatAreOffDont) {
 }
 
 // A load gives the island its section only, and with it no search for a unit.
+// Kept: K39.
 TEST_F(ReferenceTest, LoadMarkedAsReferenceGivesTheSectionOnly) {
   OneIsland();
   m.Of<LD>("D").ref = 0;

@@ -436,6 +436,7 @@ TEST_F(NodePassTest, LegalGroupWithoutAFreeSectionFails) {
             (Lines{"TP:failed at (N) in tpBslegal.\n", "TP:failed at (N) in tpNodeSort.\n"}));
 }
 
+// Kept: K41.
 TEST_F(NodePassTest, RefusedRecordFailsBothDecisionsWithTheSameWord) {
   OneLine();
   Run();

@@ -223,6 +223,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd1) {
 
 //   U a 2 --[q+Z]--/ 5    3 c ==L== 4 b D      end 2 open: fragment 5 is made for it, but the end then gets the section
 //                                               of c all the same, and nothing leads to 5 any more
+// Kept: K37.
 TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2OrphansItsFragment) {
   ZeroImpedance();
   m.Of<ZBR>("Z").status = BranchKind<ZBR>::open2;
@@ -235,6 +236,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2OrphansItsFragment) {
 }
 
 // The status that decides is that of the line of the same number.
+// Kept: K37.
 TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2ReadsTheLineOfItsNumber) {
   ZeroImpedance();
   m.Of<ZBR>("Z").status = BranchKind<ZBR>::open2;
@@ -247,6 +249,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2ReadsTheLineOfItsNumber) {
 }
 
 // A line's bit alone takes the section of end 2 from a closed zero-impedance branch.
+// Kept: K37.
 TEST_F(SectionListTest, LineOfTheSameNumberKeepsAClosedEnd2OnTheHead) {
   ZeroImpedance();
   ASSERT_TRUE(m.Validate());
@@ -257,6 +260,7 @@ TEST_F(SectionListTest, LineOfTheSameNumberKeepsAClosedEnd2OnTheHead) {
 }
 
 //   U a --[q+Z]--/ f   c ==DC== b D     no line at all: beyond the LN table the bit is clear
+// Kept: K37.
 TEST_F(SectionListTest, ZeroImpedanceBranchBeyondTheLinesReadsAClearBit) {
   m.Station("A").Kv("A220").Station("B").Kv("B220").Unit("U", "A220", "a").Load("D", "B220", "b");
   m.Breaker("q", "A220", "a", "c").Zbr("Z", "q");

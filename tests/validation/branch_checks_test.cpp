@@ -13,6 +13,7 @@ ModelBuilder Network() {
   return m;
 }
 
+// Kept: K06.
 TEST(CheckBreakers, WithoutTypeIsOneErrorAndStillGetsItsEnds) {
   ModelBuilder m = Network();
   m.Of<CB>("B1").flags = CB_OPEN;
@@ -89,12 +90,14 @@ TEST(CheckZeroImpedanceBranches, OnNoBreakerIsALineWithoutIdentity) {
   EXPECT_EQ(m.Of<ZBR>("Z1").icb, -1);
 }
 
+// Kept: K07.
 TEST(CheckZeroImpedanceBranches, WithoutIdentityIsPassedOverInSilence) {
   ModelBuilder m = Network();
   m.Zbr("", "nowhere");
   EXPECT_TRUE(ValidationRun(m.Db()).LinesWith("ZBR").empty());
 }
 
+// Kept: K07.
 TEST(CheckZeroImpedanceBranches, OnABreakerWithoutLevelStaysWithoutRelationInSilence) {
   ModelBuilder m = Network();
   m.Breaker("B2", "nowhere", "N1", "N2").Zbr("Z1", "B2");
@@ -122,6 +125,7 @@ TEST(CheckZeroImpedanceBranches, StandsOnTheNodesOfItsBreaker) {
   EXPECT_EQ(ChainOf<R_KV_ZBR>(m.Db(), m.Of<KV>("K1").r_kv_zbr), Texts{"Z1"});
 }
 
+// Kept: K08.
 TEST(CheckZeroImpedanceBranches, TheMarkInTheBreakerIsOnlyEverSet) {
   ModelBuilder m = Network();
   m.Zbr("Z1", "B1");
@@ -197,6 +201,7 @@ TEST(CheckWindings, OnNodesThatDoNotFitAreDropped) {
                    "--NMD 错误:XF X5 给定的母线在母线表中不存在.", "--NMD 错误:XF X6 两端具有相同的结点名称."}));
 }
 
+// Kept: K11.
 TEST(CheckWindings, LevelsOfAnotherStationAreNotLookedAt) {
   ModelBuilder m = Network();
   m.Station("S2").Kv("K3", 35).Winding("X2", "S1", "K1", "K3", "N1", "P1");

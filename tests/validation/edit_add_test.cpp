@@ -76,6 +76,7 @@ TEST_F(AddTest, CountsNoErrorsAndWritesNoLog) {
 
 // The administrative tree
 
+// Kept: K20.
 TEST_F(AddTest, OfACompanyLeavesTheCallersHead) {
   CO co = New<CO>("C2");
   co.r_co_dv = 77;
@@ -123,6 +124,7 @@ TEST_F(AddTest, OfALevelTiesItToItsStation) {
   EXPECT_EQ((Children<R_ST_KV>("S2")), (Texts{"K3", "K9"}));
 }
 
+// Kept: K18.
 TEST_F(AddTest, OfALevelOfZeroIsRefusedThoughARunTakesIt) {
   KV kv = NewLevel("K9", "S2", 0);
   EXPECT_EQ(edit.Add(kv), "输入的母线值小于或者等于零.\n");
@@ -181,6 +183,7 @@ TEST_F(AddTest, OfACapacitorMarksNodeAndStation) {
   EXPECT_TRUE(model.Of<ST>("S1").flag & ST_HAS_CP);
 }
 
+// Kept: K25.
 TEST_F(AddTest, OfABusLeavesTheMarksToTheNextRun) {
   const u8 flag = model.Of<ST>("S1").flag;
   BUS bus = NewShunt<BUS>("M9", "K1", "N1");
@@ -295,9 +298,11 @@ void TestHeadOfAFirstLine(Editing& edit) {
   EXPECT_EQ(m.Of<DV>("D2").*R::head, m.Of<Line>("A9").*R::own) << "bears the number of station S2";
 }
 
+// Kept: K21.
 TEST_F(AddTest, OfADistrictsFirstLineGivesTheHeadToTheDistrictNumberedLikeTheFromStation) {
   TestHeadOfAFirstLine<LN>(edit);
 }
+// Kept: K21.
 TEST_F(AddTest, OfADistrictsFirstDcLineGivesTheHeadToTheDistrictNumberedLikeTheFromStation) {
   TestHeadOfAFirstLine<DLN>(edit);
 }
@@ -346,9 +351,11 @@ void TestLineThatSortsFirst(Editing& edit, const char* reason) {
   EXPECT_EQ(m.Of<Line>("A9").*Kind::fromEnd, m.Number<typename Kind::End>("A9i"));
 }
 
+// Kept: K22.
 TEST_F(AddTest, OfALineThatDoesntSortLastTakesTheEndsOfTheLineAtItsPlace) {
   TestLineThatSortsFirst<LN>(edit, "R_ND_LN2或者LN2表空间已满.\n");
 }
+// Kept: K22.
 TEST_F(AddTest, OfADcLineThatDoesntSortLastTakesTheEndsOfTheLineAtItsPlace) {
   TestLineThatSortsFirst<DLN>(edit, "R_ND_DLN2或者DLN2表空间已满.\n");
 }
@@ -386,6 +393,7 @@ TEST_F(AddTest, OfAZeroImpedanceBranchStandsOnItsBreakersNodes) {
   EXPECT_EQ(model.Of<CB>("B1").flags, 1 | CB_ZBR);
 }
 
+// Kept: K24.
 TEST_F(AddTest, OfAZeroImpedanceBranchSetsStatusAndMeasurementsInTheCallersRecordOnly) {
   ZBR zbr = NewZbr("Z1", "B1");
   zbr.status = 5;
@@ -405,6 +413,7 @@ TEST_F(AddTest, OfAZeroImpedanceBranchSetsStatusAndMeasurementsInTheCallersRecor
   EXPECT_EQ(model.Of<ZBR2>("Z1z").iana_p, -1) << "the ends take what is stored";
 }
 
+// Kept: K23.
 TEST_F(AddTest, OfAZeroImpedanceBranchTakesTheToNodeOfTheBreakerAtItsBreakersNumber) {
   CB cb = NewBreaker("B0", "K1", "N8", "N9");
   ASSERT_EQ(edit.Add(cb), "");
@@ -427,6 +436,7 @@ TEST_F(AddTest, OfAZeroImpedanceBranchWhoseNodesSoComeOutEqualFails) {
   EXPECT_FALSE(model.Of<CB>("B1").flags & CB_ZBR);
 }
 
+// Kept: K22.
 TEST_F(AddTest, OfAZeroImpedanceBranchThatDoesntSortLastTakesTheEndsOfTheOneAtItsPlace) {
   ZBR last = NewZbr("Z9", "B1");
   ZBR first = NewZbr("Z1", "B2");
@@ -440,6 +450,8 @@ TEST_F(AddTest, OfAZeroImpedanceBranchThatDoesntSortLastTakesTheEndsOfTheOneAtIt
 
 // What an addition takes and a run doesn't
 
+// Kept: K16.
+// Kept: K60.
 TEST_F(AddTest, TakesRecordsThatTheNextRunFindsFaultWith) {
   ST st = NewStation("S9", "D1", 12);
   KV kv = NewLevel("K9", "S1", 10);
@@ -512,6 +524,7 @@ TEST(AddToAFullTable, OfADeviceSaysWhich) {
   ExpectFull<R_KV_ND>(NewShunt<LD>("X", "K1", "N9"), kNodes);
 }
 
+// Kept: K26.
 TEST(AddToAFullTable, OfABranchSaysWhich) {
   constexpr const char* kNodes = "结点表ND或者R_KV_ND表空间已满.\n";
   const CB cb = NewBreaker("B9", "K1", "N1", "N9");

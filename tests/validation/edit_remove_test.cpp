@@ -52,6 +52,7 @@ class RemoveTest : public testing::Test {
 
 // What all removals do
 
+// Kept: K26.
 TEST_F(RemoveTest, OfAnUnknownIdentitySaysInWhichTable) {
   EXPECT_EQ(edit.Remove<BUS>("?"), "欲删除的母线设备在母线表中不存在.\n");
   EXPECT_EQ(edit.Remove<CP>("?"), "欲删除的电容电抗在CP表中不存在.\n");
@@ -90,6 +91,7 @@ TEST_F(RemoveTest, TakesARowOutOfTheHeadMiddleAndEndOfItsChain) {
   EXPECT_EQ(edit.Revalidate(), Texts());
 }
 
+// Kept: K28.
 TEST_F(RemoveTest, LeavesTheMarksOfNodeAndStation) {
   EXPECT_EQ(edit.Remove<LD>("L1"), "");
   EXPECT_TRUE(Has<ND>("N2")) << "the breaker ends there";
@@ -102,6 +104,7 @@ TEST_F(RemoveTest, LeavesTheMarksOfNodeAndStation) {
 
 // Devices on one node
 
+// Kept: K27.
 TEST_F(RemoveTest, OfANodesOnlyLoadTakesTheNodeThoughABusStandsThere) {
   Add(NewShunt<LD>("L9", "K2", "N9"));
   Add(NewShunt<BUS>("M9", "K2", "N9"));
@@ -139,6 +142,7 @@ TEST(RemoveDevice, KeepsANodeWithAMarkOfAnotherKindButNotOfABus) {
   }
 }
 
+// Kept: K27.
 TEST_F(RemoveTest, OfOneOfTwoLoadsOnANodeTakesTheNodeFromTheOther) {
   Add(NewShunt<LD>("L8", "K2", "N9"));
   Add(NewShunt<LD>("L9", "K2", "N9"));
@@ -182,6 +186,7 @@ TEST(RemoveDevice, WithoutALevelOfItsNodeOrItsOwnIsRefused) {
 
 // Branches
 
+// Kept: K29.
 TEST_F(RemoveTest, OfALineWithOtherDevicesOnItsNodesLeavesItsEnds) {
   Add(NewLine<LN>("A", "DV", "S1", "S2", "K1", "K3", "N1", "N4"));
   EXPECT_EQ(edit.Remove<LN>("A"), "");
@@ -195,6 +200,7 @@ TEST_F(RemoveTest, OfALineWithOtherDevicesOnItsNodesLeavesItsEnds) {
   EXPECT_FALSE(Has<LN2>("Ai"));
 }
 
+// Kept: K29.
 TEST_F(RemoveTest, OfALineWhoseEndsStayKeepsItsNameTakenUntilTheNextRun) {
   LN ln = NewLine<LN>("A", "DV", "S1", "S2", "K1", "K3", "N1", "N4");
   Add(ln);
@@ -311,6 +317,7 @@ TEST(RemoveBranch, ThatMeetsABrokenLinkSaysWhich) {
                     "删除直流线路首端端子不存在.\n", "删除直流线路末端端子不存在.\n", "删除直流线路没有所属的分区.\n"});
 }
 
+// Kept: K31.
 TEST(RemoveBranch, ThatIsAWindingAndMeetsABrokenLinkSaysNothing) {
   TestStuckBranch<XF>(WithWindingX, {"before", "before", "before", "before", "before"});
 }
@@ -325,6 +332,7 @@ TEST_F(RemoveTest, OfABreakerDroppedByARunFailsAfterTheNodesRowHasGone) {
   EXPECT_TRUE(Has<CB>("B9"));
 }
 
+// Kept: K30.
 TEST_F(RemoveTest, OfAWindingWritesItsFromEndsNeighboursIntoTheBreakersRows) {
   Add(NewWinding("X1", "S1", "K1", "K2", "N8", "N9"));
   model.Table<R_ND_XF2>().GetPh(model.Of<XF2>("X1i").r_nd).prev = 1;
@@ -364,6 +372,7 @@ TEST_F(RemoveTest, CountsAllBranchesAndMarksOnANode) {
 }
 
 // After a run a line holds the row at its own place in the table, which with several districts is another line's.
+// Kept: K12.
 TEST(RemoveLine, TakesTheRowAtItsPlaceWhichMayBeAnotherLines) {
   ModelBuilder m;
   m.District("D1").District("D2").Station("S1", "D1").Kv("K1", 220).Station("S2", "D2").Kv("K3", 220);
@@ -382,6 +391,7 @@ TEST(RemoveLine, TakesTheRowAtItsPlaceWhichMayBeAnotherLines) {
 
 // Zero-impedance branches
 
+// Kept: K08.
 TEST_F(RemoveTest, OfAZeroImpedanceBranchLeavesItsBreaker) {
   Add(NewZbr("Z1", "B1"));
   EXPECT_EQ(edit.Remove<ZBR>("Z1"), "");

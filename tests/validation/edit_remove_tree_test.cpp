@@ -38,6 +38,7 @@ TEST(RemoveLevel, TakesItsDevicesAlong) {
 }
 
 // The breaker goes before its zero-impedance branch, whose ends then still count on the nodes.
+// Kept: K32.
 TEST(RemoveLevel, LeavesTheNodesOfABreakerWithAZeroImpedanceBranch) {
   ModelBuilder m = FullStation();
   Editing edit(m);
@@ -95,6 +96,7 @@ TEST(RemoveStation, WithoutADistrictIsRefused) {
   EXPECT_EQ(Ids<KV>(m), (Texts{"K1", "K2"})) << "what it held is gone";
 }
 
+// Kept: K33.
 TEST(RemoveStation, DoesntTestTheNumberOfItsDistrict) {
   ModelBuilder m = FullStation();
   Editing edit(m);
@@ -106,6 +108,7 @@ TEST(RemoveStation, DoesntTestTheNumberOfItsDistrict) {
 }
 
 // Stations in the chain S1, S3, S2; the links are taken from the row of R_ST_KV with the number of the station's row.
+// Kept: K34.
 TEST(RemoveStation, TakesTheLinksOfTheLevelsRowWithTheSameNumber) {
   ModelBuilder m;
   m.Station("S1").Kv("K1").Station("S2").Kv("K2").Station("S3").Kv("K3");
@@ -125,6 +128,7 @@ TEST(RemoveStation, TakesTheLinksOfTheLevelsRowWithTheSameNumber) {
 
 // Districts and companies
 
+// Kept: K35.
 TEST(RemoveDistrict, TakesItsLinesAlongAndLeavesItsStations) {
   ModelBuilder m = FullStation();
   m.Line("A", "DV", "S1", "S2", "K1", "K3", "N1", "N8").DcLine("D", "DV", "S1", "S2", "K1", "K3", "N1", "N8");
@@ -175,6 +179,7 @@ TEST(RemoveDistrict, ThatComesToItselfFailsBeforeMoreIsTouched) {
 }
 
 // The row of line 2 leads on to the one of line 3: districts 2 and 3 go first.
+// Kept: K35.
 TEST(RemoveDistrict, RemovesTheDistrictsNumberedLikeTheLinesThatItsStationsAreTakenFor) {
   ModelBuilder m = FourDistricts(4);
   Editing edit(m);

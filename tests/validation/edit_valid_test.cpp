@@ -66,6 +66,7 @@ TEST_F(IsValidTest, StationIsNewInADistrictAndOfAType) {
   Expect(st, "");
 }
 
+// Kept: K17.
 TEST_F(IsValidTest, StationTypePassesWithBit8AndWithoutTheLowTwoOnly) {
   for (int type = 0; type < 256; ++type) {
     const bool passes = (type & 8) != 0 && (type & 3) == 0;
@@ -86,6 +87,7 @@ TEST_F(IsValidTest, LevelIsNewInAStationAndAboveZero) {
   Expect(kv, "");
 }
 
+// Kept: K18.
 TEST_F(IsValidTest, LevelsLimitsAreNotLookedAt) {
   KV kv = NewLevel("K9", "S1", 10);
   kv.vmax = -1;
@@ -171,6 +173,7 @@ TEST_F(IsValidTest, ZeroImpedanceBranchsReasons) {
   Expect(zbr, "");
 }
 
+// Kept: K26.
 TEST_F(IsValidTest, WindingsReasons) {
   XF xf = NewWinding("X1", "nowhere", "nowhere", "nowhere", "", "");
   xf.type = 4;
@@ -312,6 +315,7 @@ TEST_F(IsValidTest, DcLinesReasons) {
 
 // The station of a line's end is that of the row with the level's own number. Level KA of station S2 and level KB of
 // station S1: the rows are in the order of the stations, the levels in that of their own names.
+// Kept: K19.
 TEST(IsValidLine, LooksUpAStationInTheRowWithTheLevelsNumber) {
   ModelBuilder m;
   m.Station("S1").Kv("KB", 220).Station("S2").Kv("KA", 220);

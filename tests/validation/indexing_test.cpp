@@ -204,6 +204,7 @@ TEST(LogicalNumbers, NodesAreNumberedByNameWhateverTheirFirstMention) {
 
 // Two lines of two districts: their rows stand in the order of the districts, and each line gets the row at its
 // own place, which is the other's.
+// Kept: K12.
 TEST(LogicalNumbers, LinesGetTheRowAtTheirOwnPlace) {
   const auto lines = [](auto add) {
     ModelBuilder m;
@@ -231,6 +232,7 @@ TEST(LogicalNumbers, LinesGetTheRowAtTheirOwnPlace) {
 
 // Rows in the order made: (K2,Z1) (K1,Z2) (K1,Z3), in order: (K1,Z2) (K1,Z3) (K2,Z1). Converted once, Z2 would be
 // followed by Z3, number 1; converted twice it is followed by number 0, itself.
+// Kept: K13.
 TEST(LogicalNumbers, LinksOfZeroImpedanceBranchesAreConvertedTwice) {
   ModelBuilder m;
   m.Station("S1").Kv("K1").Kv("K2");
@@ -247,6 +249,7 @@ TEST(LogicalNumbers, LinksOfZeroImpedanceBranchesAreConvertedTwice) {
 }
 
 // Rows in the order made: (N2,X1i) (N1,X1z); in order the other way round.
+// Kept: K14.
 TEST(LogicalNumbers, EndsOfWindingsKeepTheirPhysicalRow) {
   ModelBuilder m;
   m.Station("S1").Kv("K1").Kv("K2").Winding("X1", "S1", "K1", "K2", "N2", "N1");
@@ -258,6 +261,7 @@ TEST(LogicalNumbers, EndsOfWindingsKeepTheirPhysicalRow) {
 }
 
 // Ends in the order made: Ai Az A1i A1z; in order A1i A1z Ai Az.
+// Kept: K15.
 TEST(LogicalNumbers, EndsOfZeroImpedanceBranchesAreKnownByTheirPhysicalNumber) {
   ModelBuilder m = GoodModel();
   m.Breaker("B2", "K1", "N1", "N2").Zbr("A", "B1").Zbr("A1", "B2");

@@ -27,6 +27,7 @@ ModelBuilder WithDcLine(const char* dv) {
   return m;
 }
 
+// Kept: K60.
 TEST(CheckLines, InsideOneStationPassesWhileItsNodesDiffer) {
   ModelBuilder m = TwoStations();
   m.Line("A", "D1", "S1", "S1", "K1", "K1", "N1", "N2").Line("B", "D1", "S1", "S1", "K1", "K1", "N1", "N1");

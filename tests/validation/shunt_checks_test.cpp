@@ -41,6 +41,7 @@ TEST(CheckLoads, MeasurementsBecomeNumbers) {
   EXPECT_EQ(m.Of<LD>("L1").iana_v, m.Number<ANALOG>("V"));
 }
 
+// Kept: K10.
 TEST(CheckLoads, NodeInAnotherLevelIsOneErrorAndTheStationIsMarkedAllTheSame) {
   ModelBuilder m = TwoLevels();
   m.Winding("X1", "S1", "K1", "K2", "N1", "N2").Load("L1", "K1", "N2");
@@ -71,6 +72,7 @@ TEST(CheckLoads, TwoLoadsOnOneNodeShareIt) {
   EXPECT_EQ(m.Db().m_ndTable->GetCount(), 1);
 }
 
+// Kept: K09.
 TEST(CheckBuses, LimitsAreCopiedThoughTheNodeIsMissing) {
   ModelBuilder m = TwoLevels();
   m.Bus("B1", "K1", "");

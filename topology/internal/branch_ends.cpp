@@ -29,7 +29,7 @@ bool BranchEnds::WorkOut(int kv, int nd, const BranchView& branch, const EndMemo
   return adjusted || FailedIn("tpBsBranch");
 }
 
-/// True when end 2 of a branch is open. For a zero-impedance branch, by design, the line of the same number is read.
+/// True when end 2 of a branch is open. For a zero-impedance branch the line of the same number is read. Kept: K37.
 template <class Branch>
 bool BranchEnds::IsEnd2Open(const Branch& branch, [[maybe_unused]] int number) const {
   if constexpr (std::is_same_v<Branch, ZBR>) {

@@ -46,7 +46,7 @@ bool TakeNameOf(const Network& network, int kind, int ref, QString* name) {
 
 }  // namespace
 
-/// Ends of zero-impedance branches, by design, are not logged.
+/// Ends of zero-impedance branches are not logged: the call fails for them. Kept: K52.
 bool ChangeLog::Record(const RunEvent& event) const {
   auto& log = m_network.Table<TPL>();
   TPL row;

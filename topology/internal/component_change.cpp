@@ -54,6 +54,9 @@ struct ComponentChange::Sides {
 ///     cut   live   the near end gets one, with the far end's island
 ///     live  cut    the far end gets one, with the near end's island, and its voltage level is drawn into the run
 ///     live  live   none is there
+///
+/// Each case goes by what the ends name from the run before: an open end that names a section gets no fragment.
+/// Kept: K49.
 bool ComponentChange::FollowBranch(int kv, int nd, const BranchView& branch, const EndVisit& visit,
                                    const ChangeReach& reach) const {
   const int nearEnd = branch.EndAt(nd);
@@ -125,6 +128,7 @@ bool ComponentChange::FollowShunt(const ShuntView& device, const ChangeReach& re
     if (device.kind == KIND_UN && matters) *reach.islands = true;
   }
   if (*device.bs == now) return true;
+  // A device that stays off is logged here as well, as if it had moved. Kept: K53.
   *reach.level = true;
   if (!m_log.Record({device.kind, device.number, *device.tpStatus, *device.bs, now, "BS"})) {
     return FailedIn("tpShuntChanged");

@@ -68,6 +68,8 @@ struct Exchange::ChangedRows : TwinWriters<CB, LD, CP, LN, ND, BUS, LN2, XF, XF2
   using TwinWriters::TwinWriters;
 };
 
+/// GLOBAL isn't written, nor is a record outside the levels of the run, such as a breaker that was opened without a
+/// trace row. Kept: K55.
 void Exchange::WriteChanges(dbDatabase* db, LogNumbers* numbers) const {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
   ChangedRows rows(db);

@@ -15,6 +15,7 @@ namespace dtsdb::internal {
 
 bool FullRun::Run() const {
   const Network& network = m_state.network;
+  // Without a validated model nothing is done, with success. Kept: K36.
   if (network.Table<GLOBAL>().GetCount() == 0) {
     PrintText(QStringLiteral("请首先运行网络校验程序!"));
     return true;

@@ -15,7 +15,7 @@
 namespace dtsdb::internal {
 namespace {
 
-/// From so many waiting changes on a full run is preferred.
+/// From so many waiting changes on a full run is preferred, after which they still wait. Kept: K48.
 constexpr int kMaxChanges = 50;
 
 }  // namespace

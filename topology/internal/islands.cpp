@@ -17,7 +17,8 @@ bool Islands::Sort(bool* changed) {
   NoteListedLevels();
   while (!ring.IsEmpty()) {
     const int seed = ring.Seed(islands.GetCount());
-    if (seed == -1) return FailedIn("tpBsSort", "infinite loop-failed");  // fragments that nothing leads to
+    // Fragments are left that nothing leads to. Kept: K51.
+    if (seed == -1) return FailedIn("tpBsSort", "infinite loop-failed");
     int un = -1;
     if (!Gather(ring, seed, &un)) return FailedIn("tpBsNeighbor");
     const bool done = un >= 0 ? MakeLive(ring, seed, changed) : MakeDead(ring, seed);

@@ -7,7 +7,7 @@
 
 namespace dtsdb::internal {
 
-/// So many neighbours there is room for; a section that has as many fails.
+/// So many neighbours there is room for; a section that has as many fails. Kept: K38.
 inline constexpr int kMaxNeighbours = 100;
 
 /// What hangs on a section.

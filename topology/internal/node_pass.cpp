@@ -194,8 +194,8 @@ bool NodePass::GiveSection(int nd, int kv, int end, bool allnew) {
 }
 
 /// When no group is left that could claim its base section, that one stays in the ring as a section without nodes: it
-/// keeps its place, since the voltage level's range may begin with it. A failure bears, by design, the same word as
-/// that of a legal group.
+/// keeps its place, since the voltage level's range may begin with it. A failure bears the same word as that of a legal
+/// group. Kept: K41.
 bool NodePass::TakeSection(int nd, int kv, bool allnew) {
   if (!MoveToSection(nd, m_sections.Dead(), kv, allnew)) return FailedIn("tpBslegal");
   const int base = m_network.Node(nd).ibs0;

@@ -91,6 +91,7 @@ int SetReferences(const Network& network) {
     const LD& load = loads[i];
     if (!IsInService(load)) continue;
     ISLAND* const island = IslandWithoutReference(network, load.ibs);
+    // The island so gets no reference unit, and none is looked for. Kept: K39.
     if (island != nullptr && load.ref == 0) island->ref_ibs = load.ibs;
   }
   return ChooseReferences(network);

@@ -70,6 +70,7 @@ bool SectionList::ListBranchEnds(int kv) const {
   });
 }
 
+/// Fails for a section that was given back, which an open end may still name. Kept: K50.
 bool SectionList::HangBranchEnd(int kind, int ref, int bs) const {
   return bs == m_sections.Dead() || Hang(bs, kind, ref) || FailedIn("tpBslBranch");
 }

@@ -19,13 +19,14 @@ void SectionStore::Name() const {
   }
   for (int bs = 0; bs < m_sections.Size(); ++bs) {
     BS& section = m_sections[bs];
+    // Only a full run empties the names: a slot taken again can have one of its former use. Kept: K54.
     if (section.name.isEmpty() && section.ibsl != -1) NameByEquipment(section);
   }
 }
 
 /// Names a section after the first line or winding end behind its entry in the list, else after the first unit,
-/// load or shunt device. The search goes on to the next section's entry and so can, by design, leave the voltage
-/// level when the section is its last; other kinds of entry are passed over. Without any the name stays as it is.
+/// load or shunt device. The search goes on to the next section's entry and so can leave the voltage level when
+/// the section is its last (Kept: K40); other kinds of entry are passed over. Without any the name stays as it is.
 void SectionStore::NameByEquipment(BS& section) const {
   const QString* device = nullptr;
   const QString* end = nullptr;

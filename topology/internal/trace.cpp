@@ -26,10 +26,11 @@ int ComponentStates::Switch(const ComponentType<Component>& type, const QString&
   }
   Component& component = table.GetPh(number);
   u32& word = component.*type.word;
-  // One-sided by design: switching on what is on already goes on.
+  // One-sided: switching on what is on already goes on. Kept: K42.
   if (!on && (word & type.bit)) return -1;
   SetBit(word, type.bit, !on);
   if constexpr (std::is_same_v<Component, CB>) {
+    // The state is set, but no run takes notice. Kept: K43.
     if (on ? ClosesWithinSection(component) : HasParallelPath(m_network, number)) return -1;
   }
   return number;
@@ -46,7 +47,7 @@ bool ComponentStates::Switch(const char* id, int type, bool on) const {
   row.time = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
   WithComponentType(type, [&](const auto& component) { row.n1 = Switch(component, row.name, on); });
   if (row.n1 < 0) return false;
-  trace.Add(row);
+  trace.Add(row);  // refused where the number is taken, without a word. Kept: K44.
   return true;
 }
 
@@ -63,7 +64,7 @@ void ComponentStates::RefreshBreakers() const {
 }
 
 /// Takes the component states of one table from its twin, row by row side by side. A twin of another length is passed
-/// over without a word.
+/// over without a word. Kept: K47.
 template <class Component>
 void ComponentStates::ReadStatesOf(dbDatabase* db) const {
   constexpr u32 kBits = ComponentBits<Component>();
@@ -126,7 +127,7 @@ void ComponentStates::ReadTrace(dbDatabase* db) const {
     LoadSome(trace, *row, &TPTRACE::id, &TPTRACE::name, &TPTRACE::type, &TPTRACE::status, &TPTRACE::time);
     Apply(trace);
   }
-  if (rows.empty()) return;
+  if (rows.empty()) return;  // and what waits stays. Kept: K46.
   auto& waiting = m_network.Table<TPTRACE>();
   if (waiting.GetCount() > 0) waiting.Clear();
   waiting.SetData(rows.data(), static_cast<int>(rows.size()), false);

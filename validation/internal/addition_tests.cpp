@@ -14,6 +14,7 @@ bool AdditionTests::IsNodeElsewhere(const QString& nd, int kv) const {
 
 // The administrative tree
 
+// An empty identity passes, here and below. Kept: K16.
 bool AdditionTests::IsValid(const CO& co) const { return Number<CO>(co.id) == -1 || Refuse(EditReasons<CO>::exists); }
 
 bool AdditionTests::IsValid(const DV& dv) const {
@@ -24,8 +25,8 @@ bool AdditionTests::IsValid(const DV& dv) const {
 bool AdditionTests::IsValid(const ST& st) const {
   if (Number<ST>(st.id) != -1) return Refuse(EditReasons<ST>::exists);
   if (Number<DV>(st.dv) == -1) return Refuse(EditReasons<ST>::parentMissing);
-  // Kept: by mask, and far narrower than the 0 to 8 of a run: bits 1 and 2 hit the mask 3 as well, so that only
-  // a type with bit 8 and without these two passes.
+  // By mask, and far narrower than the 0 to 8 of a run: bits 1 and 2 hit the mask 3 as well, so that only a type
+  // with bit 8 and without these two passes. Kept: K17.
   int hits = 0;
   for (const int mask : {0, 1, 2, 3, 8}) hits += (st.type & mask) != 0 ? 1 : 0;
   return hits == 1 || Refuse(EditReasons<ST>::badType);
@@ -34,7 +35,7 @@ bool AdditionTests::IsValid(const ST& st) const {
 bool AdditionTests::IsValid(const KV& kv) const {
   if (Number<KV>(kv.id) != -1) return Refuse(EditReasons<KV>::exists);
   if (Number<ST>(kv.st) == -1) return Refuse(EditReasons<KV>::parentMissing);
-  // By design stricter than a run, which takes 0, and blind to the limits, which a run looks at.
+  // Stricter than a run, which takes 0, and blind to the limits, which a run looks at. Kept: K18.
   return !(kv.vbase <= 0.0F) || Refuse(EditReasons<KV>::badVbase);
 }
 
@@ -105,7 +106,8 @@ struct LevelReasons {
 
 }  // namespace
 
-/// A line joins nodes that exist already, in two stations, each of which has a district.
+/// A line joins nodes that exist already, in two stations, each of which has a district. A run takes one inside a
+/// station and compares the base voltages. Kept: K60.
 template <class Line>
 bool AdditionTests::IsValidLine(const Line& line) const {
   using Reasons = EditReasons<Line>;
@@ -133,7 +135,7 @@ bool AdditionTests::IsValidLine(const Line& line) const {
     const int kv = Number<KV>(kvId);
     if (kv == -1) return Refuse(reasons.missing);
     if (LevelOfNode(m_model, node) != kv) return Refuse(reasons.inOtherLevel);
-    // Kept: the row with the level's own number, not the row that the level names.
+    // The row with the level's own number, not the row that the level names. Kept: K19.
     return m_model.m_rStKvTable->GetPh(kv).ist == station || Refuse(reasons.inOtherStation);
   };
   return isEndValid(nd, line.kv, st,

@@ -65,7 +65,7 @@ bool Additions::AddContainer(Container& container) {
   return number != -1 && Tie<Container>(number);
 }
 
-/// The link of a company is its caller's.
+/// The link of a company is its caller's. Kept: K20.
 bool Additions::Add(CO& co) { return MayAdd(co) && Insert(co) != -1; }
 
 bool Additions::Add(DV& dv) { return AddContainer(dv); }
@@ -131,7 +131,8 @@ bool Additions::Add(ZBR& zbr) {
   zbr.icb = Number<CB>(zbr.cb);
   CB& cb = m_model.m_cbTable->GetPh(zbr.icb);
   zbr.ind = cb.ind;
-  zbr.iznd = (*m_model.m_cbTable)[zbr.icb].iznd;  // kept: of the breaker whose logical number this is
+  // Of the breaker whose logical number this is. Kept: K23.
+  zbr.iznd = (*m_model.m_cbTable)[zbr.icb].iznd;
   const int level = m_model.m_rKvCbTable->GetPh(cb.r_kv_cb).ikv;
   const int number = Insert(zbr);
   if (number == -1) return false;
@@ -139,11 +140,11 @@ bool Additions::Add(ZBR& zbr) {
     return Refuse(EditReasons<ZBR>::relationFull);
   }
 
-  // Kept: too late for the row in the table, which keeps the numbers that the caller gave.
+  // Too late for the row in the table, which keeps the numbers that the caller gave. Kept: K24.
   zbr.status = 0;
   ResolveMeasurements(zbr);
 
-  // Kept: the row whose logical number is the new physical one, which is the new row itself where the two agree.
+  // The row whose logical number is the new physical one, which is the new row itself where the two agree. Kept: K22.
   ZBR& row = (*m_model.m_zbrTable)[number];
   const int result = InsertEnds(row, m_model.m_zbrTable->LgToPh(number), cb.nd, cb.znd);
   if (result == INSERT_TABLE_FULL) return Refuse(EditReasons<ZBR>::endsFull);
@@ -171,11 +172,12 @@ bool Additions::AddLine(Line& line) {
   tTable<Line>& lines = Table<Line>();
   Line& row = lines.GetPh(number);
   if (!InsertNodes(row, row.kv, row.zkv)) return false;
-  // Kept: no head for a district whose first line this is. The district that bears the number of the line's from
-  // station gets it.
+  // A district whose first line this is gets no head. The district that bears the number of the line's from station
+  // gets it. Kept: K21.
   if (!Relate<Row>(m_model, dv, row.dv, number, row.id, st)) return Refuse(EditReasons<Line>::relationFull);
 
-  // Kept: the line whose logical number is the new physical one, which is the new line itself when it sorts last.
+  // The line whose logical number is the new physical one, which is the new line itself when it sorts last.
+  // Kept: K22.
   Line& sorted = lines[number];
   return InsertEnds(sorted, lines.LgToPh(number), sorted.nd, sorted.znd) != INSERT_TABLE_FULL ||
          Refuse(EditReasons<Line>::endsFull);

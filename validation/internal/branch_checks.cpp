@@ -41,7 +41,7 @@ Outcome InsertEnds(RowChecks& checks, const Branch& branch, const BranchEnds& en
 bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
   DTSDB& model = checks.model;
   if (!checks.IsNamed(cb) || !checks.IsLinked(cb) || !checks.IsFilled(cb, kBreakerRequired)) return true;
-  // The message speaks of several types; it comes for none as well.
+  // The message speaks of several types; it comes for none as well. Kept: K06.
   if (std::popcount(cb.flags & CB_TYPES) != 1) checks.log.Report(cb, message::kBadBreakerType);
   cb.istatus = NumberOf<STATUS>(model, cb.status_id);
   if (cb.istatus == -1) checks.log.Report(cb, message::kNoStatusPoint);
@@ -57,7 +57,7 @@ bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
 }
 
 /// A zero-impedance branch stands on the two nodes of its breaker and belongs to the breaker's level. One without
-/// identity, or on a breaker without a level, is passed over in silence.
+/// identity, or on a breaker without a level, is passed over in silence. Kept: K07.
 bool CheckZbr(RowChecks& checks, ZBR& zbr, int number) {
   DTSDB& model = checks.model;
   if (zbr.id.isEmpty()) return true;
@@ -77,10 +77,11 @@ bool CheckZbr(RowChecks& checks, ZBR& zbr, int number) {
   }
   checks.FindMeasurements(zbr);
   const Outcome outcome = InsertEnds(checks, zbr, EndsOf(zbr, number, cb.nd, cb.znd), reason::kZbrEndsFull);
-  if (outcome == Outcome::kGoOn) cb.flags |= CB_ZBR;
+  if (outcome == Outcome::kGoOn) cb.flags |= CB_ZBR;  // no run clears it. Kept: K08.
   return outcome != Outcome::kTableFull;
 }
 
+/// The stations of a winding's levels are not looked at. Kept: K11.
 bool CheckWinding(RowChecks& checks, XF& xf, int number) {
   DTSDB& model = checks.model;
   if (!checks.IsNamed(xf) || !checks.IsLinked(xf) || !checks.IsFilled(xf, kWindingRequired)) return true;

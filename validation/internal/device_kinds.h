@@ -86,7 +86,7 @@ template <>
 inline constexpr ShuntKind kShuntKind<UN> = {ND_HAS_UN, ND_HAS_UN, ST_HAS_UN};
 template <>
 inline constexpr ShuntKind kShuntKind<CP> = {ND_HAS_CP, ND_HAS_CP, ST_HAS_CP};
-/// A node has no mark of a bus that was added, until the next run: kept. A station isn't marked for its buses.
+/// A node has no mark of a bus that was added, until the next run. A station isn't marked for its buses. Kept: K25.
 template <>
 inline constexpr ShuntKind kShuntKind<BUS> = {ND_HAS_BUS, 0, 0, true};
 

@@ -15,13 +15,15 @@ enum class OwnRow {
   kLeft,       ///< it stays physical
 };
 
-/// All but the first are kept: other programs know the numbers so.
+/// Other programs know the numbers so.
 template <class Row>
 inline constexpr OwnRow kOwnRow = OwnRow::kConverted;
+// Kept: K12.
 template <>
 inline constexpr OwnRow kOwnRow<R_DV_LN> = OwnRow::kFromPlace;
 template <>
 inline constexpr OwnRow kOwnRow<R_DV_DLN> = OwnRow::kFromPlace;
+// Kept: K14.
 template <>
 inline constexpr OwnRow kOwnRow<R_ND_XF2> = OwnRow::kLeft;
 
@@ -52,7 +54,7 @@ void LinksToLogical(DTSDB& model) {
   ToLogical(rows, R::parentNumber, parents);
   ToLogical(rows, R::childNumber, TableOf<typename R::Child>(model));
   ChainsToLogical(rows);
-  // Kept: once more. The links of these rows are known to other programs in this form.
+  // Once more: the links of these rows are known to other programs in this form. Kept: K13.
   if constexpr (std::is_same_v<Row, R_KV_ZBR>) ChainsToLogical(rows);
 }
 
@@ -78,7 +80,8 @@ void BranchToLogical(DTSDB& model) {
   ToLogical(branches, &Branch::ind, *model.m_ndTable);
   ToLogical(branches, &Branch::iznd, *model.m_ndTable);
   if constexpr (std::is_same_v<Branch, ZBR>) {
-    ToLogical(branches, &ZBR::icb, *model.m_cbTable);  // its ends keep their physical numbers
+    // The numbers of its ends stay physical. Kept: K15.
+    ToLogical(branches, &ZBR::icb, *model.m_cbTable);
   } else {
     ToLogical(branches, Kind::fromEnd, TableOf<typename Kind::End>(model));
     ToLogical(branches, Kind::toEnd, TableOf<typename Kind::End>(model));

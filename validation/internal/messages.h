@@ -256,7 +256,7 @@ struct EditReasons<CB> {
   static constexpr Reason full = {"开关CB表空间已满.\n"};
   static constexpr Reason relationFull = {"R_KV_CB表空间已满.\n"};
   static constexpr Reason endsFull = {"R_ND_CB2或者CB2表空间已满.\n"};
-  static constexpr Reason notThere = {"欲删除的开关在开关表中不存在..\n"};  // two points: the text is known so
+  static constexpr Reason notThere = {"欲删除的开关在开关表中不存在..\n"};  // two points. Kept: K26.
   static constexpr Reason fromLevelLess = {"删除开关的首端结点没有所属的母线.\n"};
   static constexpr Reason toLevelLess = {"删除开关的末端结点没有所属的母线.\n"};
   static constexpr Reason fromEndMissing = {"删除开关首端端子不存在.\n"};
@@ -274,14 +274,14 @@ struct EditReasons<XF> {
   static constexpr Reason fromLevelMissing = {"线圈首端母线在表中不存在.\n"};
   static constexpr Reason toLevelMissing = {"线圈末端母线在表中不存在.\n"};
   static constexpr Reason inOtherStation = {"厂站与母线关系矛盾.\n"};
-  static constexpr Reason badType = {"线圈得指定类型非法"};  // no line feed: the text is known so
+  static constexpr Reason badType = {"线圈得指定类型非法"};  // no line feed. Kept: K26.
   static constexpr Reason fromInOtherLevel = {"首端结点的母线与指定的矛盾.\n"};
   static constexpr Reason toInOtherLevel = {"末端结点的母线与指定的矛盾.\n"};
-  static constexpr Reason full = EditReasons<CB>::full;  // that of the breakers: callers know it
+  static constexpr Reason full = EditReasons<CB>::full;  // that of the breakers. Kept: K26.
   static constexpr Reason relationFull = {"R_ST_XF表空间已满.\n"};
   static constexpr Reason endsFull = {"R_ND_XF2或者XF2表空间已满.\n"};
   static constexpr Reason notThere = {"欲删除的变压器线圈在表中不存在.\n"};
-  // A removal that stops midway gives no reason: callers know it so.
+  // A removal that stops midway gives no reason. Kept: K31.
   static constexpr Reason fromLevelLess = {nullptr};
   static constexpr Reason toLevelLess = {nullptr};
   static constexpr Reason fromEndMissing = {nullptr};

@@ -15,7 +15,7 @@ namespace dtsdb::internal {
 // Steps
 
 /// Takes relation row `number` out of the chain of record `parent` and removes it. The row's links are read from table
-/// `Read` and those of its neighbours written into table `Written`: other tables than the row's own in two cases, kept
+/// `Read` and those of its neighbours written into table `Written`: other tables than the row's own in two cases
 /// below.
 template <class Row, class Read, class Written>
 void Removals::Unlink(int parent, int number) {
@@ -65,13 +65,14 @@ bool Removals::RemoveChildren(int parent, bool (Removals::*remove)(int)) {
 
 namespace {
 
-// Kept: without the mark of a bus, which doesn't keep a node alive.
+// Without the mark of a bus, which doesn't keep a node alive. Kept: K27.
 constexpr u32 kCountedMarks = ND_HAS_UN | ND_HAS_LD | ND_HAS_CP;
 
 }  // namespace
 
 // Devices on one node
 
+/// The marks of node and station stay: they only grow between runs. Kept: K28.
 template <class Shunt>
 bool Removals::RemoveShunt(int number) {
   const int nd = Table<Shunt>().GetPh(number).ind;
@@ -102,8 +103,8 @@ bool Removals::RemoveEnd(int nd, int end, const Reason& missing) {
   return true;
 }
 
-/// Removes node `nd` with the branch's end on it when nothing else stands there. Kept: on a node that lives on the end
-/// stays behind, with its row, until the next validation.
+/// Removes node `nd` with the branch's end on it when nothing else stands there. On a node that lives on the end stays
+/// behind, with its row, until the next validation. Kept: K29.
 template <class Branch, class Written>
 bool Removals::RemoveBranchEnd(int nd, int end, const Reason& levelLess, const Reason& missing) {
   if (DeviceCount(m_model, Table<ND>().GetPh(nd), kCountedMarks) != 1) return true;
@@ -117,7 +118,7 @@ template <class Branch>
 bool Removals::RemoveBranch(int number) {
   using Kind = BranchKind<Branch>;
   using Reasons = EditReasons<Branch>;
-  // Kept: breaker ends for the neighbours of a winding's from end: known to other programs in this form.
+  // The neighbours of a winding's from end are written to the breakers' rows. Kept: K30.
   using FromWritten = std::conditional_t<std::is_same_v<Branch, XF>, R_ND_CB2, typename Kind::Row>;
   using ToWritten = typename Kind::Row;
   const Branch& branch = Table<Branch>().GetPh(number);
@@ -134,7 +135,7 @@ bool Removals::RemoveXF(int no) { return RemoveBranch<XF>(no); }
 bool Removals::RemoveLN(int no) { return RemoveBranch<LN>(no); }
 bool Removals::RemoveDLN(int no) { return RemoveBranch<DLN>(no); }
 
-/// The nodes are those of the breaker and stay. Kept: so does the breaker's mark.
+/// The nodes are those of the breaker and stay. So does the breaker's mark. Kept: K08.
 bool Removals::RemoveZBR(int no) {
   const ZBR& zbr = m_model.m_zbrTable->GetPh(no);
   return RemoveEnd<ZBR, R_ND_ZBR2>(zbr.ind, zbr.zbr2, EditReasons<ZBR>::fromEndMissing) &&
@@ -143,6 +144,7 @@ bool Removals::RemoveZBR(int no) {
 
 // Containers
 
+/// The breakers go before the zero-impedance branches, whose ends still count on the nodes then. Kept: K32.
 bool Removals::RemoveKV(int no) {
   return RemoveChildren<R_KV_CB>(no, &Removals::RemoveCB) && RemoveChildren<R_KV_ZBR>(no, &Removals::RemoveZBR) &&
          RemoveChildren<R_KV_BUS>(no, &Removals::RemoveBUS) && RemoveChildren<R_KV_CP>(no, &Removals::RemoveCP) &&
@@ -154,17 +156,17 @@ bool Removals::RemoveST(int no) {
   if (!RemoveChildren<R_ST_KV>(no, &Removals::RemoveKV) || !RemoveChildren<R_ST_XF>(no, &Removals::RemoveXF))
     return false;
   const int row = m_model.m_stTable->GetPh(no).r_dv_st;
-  // Kept: the station's own number in place of its district's, which isn't tested.
+  // The station's own number in place of its district's, which isn't tested. Kept: K33.
   if (row == -1 || no == -1) return Refuse(EditReasons<ST>::unrelated);
-  // Kept: the links of the level's row with the same number: known to other programs in this form.
+  // The links of the level's row with the same number. Kept: K34.
   Unlink<R_DV_ST, R_ST_KV>(m_model.m_rDvStTable->GetPh(row).idv, row);
   m_model.m_stTable->Remove(no);
   return true;
 }
 
-/// Kept: this doesn't remove a district's stations. Their chain is taken for one of lines, and the
-/// lines' numbers for those of districts that go first, with all that follows from them in turn. A district that isn't
-/// in use or whose removal is under way ends it all.
+/// This doesn't remove a district's stations. Their chain is taken for one of lines, and the lines' numbers for those
+/// of districts that go first, with all that follows from them in turn. A district that isn't in use or whose removal
+/// is under way ends it all. Kept: K35.
 bool Removals::RemoveDV(int no) {
   struct Removal {
     int district;

@@ -13,7 +13,7 @@ constexpr Fault kNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kNodeInOtherLevel
                                  {INSERT_NO_LEVEL, message::kLevelNotThere}};
 constexpr Faults kNode = {reason::kShuntNodesFull, kNodeFaults};
 
-/// A device with a fault in its node isn't dropped: its station is marked all the same.
+/// A device with a fault in its node isn't dropped: its station is marked all the same. Kept: K10.
 template <class Shunt>
 bool CheckShunt(RowChecks& checks, Shunt& shunt) {
   using Row = ParentRow<Shunt>;
@@ -22,6 +22,7 @@ bool CheckShunt(RowChecks& checks, Shunt& shunt) {
   if (!checks.IsNamed(shunt) || !checks.IsLinked(shunt)) return true;
   const int level = TableOf<Row>(model).GetPh(shunt.*Relation<Row>::own).ikv;
   if constexpr (kKind.takesLimits) {
+    // Before the node is looked at: a bus without one has limits as well. Kept: K09.
     const KV& kv = model.m_kvTable->GetPh(level);
     shunt.f2 = kv.vmax;
     shunt.f3 = kv.vmin;

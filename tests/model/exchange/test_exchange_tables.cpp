@@ -191,6 +191,7 @@ TEST_F(ExchangeTables, RemovedBreakerStaysInCbWhileItsEndsAndRelationRowsGo) {
   EXPECT_EQ(m_store.Count<r_nd_cb2>(), 0);
 }
 
+// Kept: K05.
 TEST_F(ExchangeTables, BslLosesSurplusRowsAndBsDoesNot) {
   AddNumbered(*m_model.m_bslTable, 5);
   AddNumbered(*m_model.m_bsTable, 5);
@@ -219,6 +220,7 @@ TEST_F(ExchangeTables, PurgeOfBslGoesByTheNumberOfEntriesAlsoInAnEmptyTable) {
   EXPECT_EQ(NumberedIds<bsl>(), (Numbers{1, 2}));
 }
 
+// Kept: K04.
 TEST_F(ExchangeTables, NewAnalogRowBearsTheNameAsIdentityAndNoName) {
   m_model.m_analogTable->Add(Point("P1", "first"));
   m_model.WriteANALOGToFastdb(m_store.Db());
@@ -231,6 +233,7 @@ TEST_F(ExchangeTables, NewAnalogRowBearsTheNameAsIdentityAndNoName) {
   EXPECT_EQ(Ids<analog>(), (Texts{"first", "second"}));
 }
 
+// Kept: K04.
 TEST_F(ExchangeTables, AnalogRecordWithAnotherNameIsInsertedOnceMoreAtEachWrite) {
   m_model.m_analogTable->Add(Point("P1", "other"));
   for (int i = 0; i < 3; ++i) m_model.WriteANALOGToFastdb(m_store.Db());

@@ -271,8 +271,9 @@ TEST_F(ChangedData, WithoutADatabaseThereIsAWarning) {
   EXPECT_EQ(MessageCatcher::Lines().size(), 1);
 }
 
-// What, deliberately, doesn't reach the database with an incremental run.
+// What doesn't reach the database with an incremental run.
 
+// Kept: K55.
 TEST_F(ChangedData, BreakerThatChangedWithoutATraceRowKeepsItsStoredFlags) {
   m.Breaker("B2", "A220", "a", "b");
   Run();
@@ -283,6 +284,7 @@ TEST_F(ChangedData, BreakerThatChangedWithoutATraceRowKeepsItsStoredFlags) {
   m_store.ForEachRow<cb>("id = 'B2'", [](const cb& row) { EXPECT_EQ(row.flags & CB_OPEN, 0U); });
 }
 
+// Kept: K55.
 TEST_F(ChangedData, RecordsOfALevelThatIsNotOnTheListKeepTheirRows) {
   m_store.Change<ld>([](ld& row) { row.ibs = 77; });
   Switch("H", 1, false);
@@ -291,6 +293,7 @@ TEST_F(ChangedData, RecordsOfALevelThatIsNotOnTheListKeepTheirRows) {
   m_store.ForEachRow<ld>("id = 'G'", [](const ld& row) { EXPECT_NE(row.ibs, 77); });
 }
 
+// Kept: K55.
 TEST_F(ChangedData, GlobalStaysAsTheFullRunLeftIt) {
   m_store.Change<global>([](global& row) { row.u1 = 5; });
   Switch("L", 5, false);
@@ -298,6 +301,7 @@ TEST_F(ChangedData, GlobalStaysAsTheFullRunLeftIt) {
   EXPECT_EQ(m_store.Values<global>([](const global& row) { return row.u1; }), std::vector<nat4>{5});
 }
 
+// Kept: K55.
 TEST_F(ChangedData, WorkMarksOfALevelThatIsNotOnTheListStayInTheModel) {
   m.Breaker("R", "S220", "f", "g").Load("T", "S220", "g").Line("V", "DV", "A", "S", "A220", "S220", "a", "g");
   Run();

@@ -74,6 +74,16 @@ TEST_F(Trace, TypesOutOfRangeAreRefusedWithoutAWord) {
   EXPECT_EQ(m.Of<LN>("L").status, 0U);
 }
 
+// Kept: K42.
+TEST_F(Trace, SwitchingOnWhatIsOnLeavesARow) {
+  EXPECT_EQ(tp.tpSetCompStatus("L", 5, true), 1);
+  EXPECT_EQ(Waiting().GetCount(), 1);
+  ASSERT_EQ(tp.tpSetCompStatus("M", 5, false), 1);
+  EXPECT_EQ(tp.tpSetCompStatus("M", 5, false), 0) << "off already";
+  EXPECT_EQ(Waiting().GetCount(), 2);
+}
+
+// Kept: K44.
 TEST_F(Trace, RefusedRowIsTakenForAddedAllTheSame) {
   m.Put(TPTRACE(0)).Put(TPTRACE(2));
   EXPECT_EQ(tp.tpSetCompStatus("L", 5, false), 1);
@@ -109,6 +119,7 @@ TEST_F(Trace, TimesAreComparedWithoutSign) {
   EXPECT_EQ(Ids(), (std::vector{2}));
 }
 
+// Kept: K46.
 TEST_F(Trace, EmptySelectionLeavesEarlierRowsAndAnyOtherReplacesThem) {
   ASSERT_EQ(tp.tpSetCompStatus("M", 5, false), 1);
   Write(7, "L", 5, 0, 999);
@@ -295,6 +306,7 @@ TEST_F(States, TakeTheSwitchedBitsOfEachRowAndNoOthers) {
   EXPECT_EQ(Waiting().GetCount(), 0) << "nothing for an incremental run";
 }
 
+// Kept: K47.
 TEST_F(States, TablesOfAnotherLengthArePassedOver) {
   WriteLine("L", 4);
   m_store.Db()->commit();
@@ -308,6 +320,7 @@ TEST_F(States, TablesOfAnotherLengthArePassedOver) {
   EXPECT_EQ(m.Of<LN>("L").status, 0U);
 }
 
+// Kept: K47.
 TEST_F(States, RowsAreTakenByPlaceAndNotByIdentity) {
   WriteLine("x", 4);
   WriteLine("y", 2);
