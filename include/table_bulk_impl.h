@@ -134,7 +134,7 @@ void tTable<T>::Shrink(int nNewSize) {
 
   m_order.Clear();
   m_used.clear();
-  m_head = m_tail = -1;  // empty by design, whatever the records say
+  m_head = m_tail = -1;  // empty by design, whatever the records contain
   m_count = 0;
   m_bOrdered = 1;
   m_bStrict = true;
