@@ -1,5 +1,5 @@
 /// \file
-/// How the store's own parts tell of an error.
+/// How the store's own parts report an error.
 #pragma once
 
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace dtsdb::rtdb {
 
-/// Success, or an error with the message for the database's error handler. An error without a message has been told.
+/// Success, or an error with the message for the database's error handler. An error without a message has been
+/// reported.
 struct [[nodiscard]] Status {
   bool ok = true;
   dbDatabase::dbErrorClass error = dbDatabase::NoError;
