@@ -14,7 +14,7 @@
 namespace dtsdb::test {
 namespace {
 
-/// Runs the helper in `folder` and gives what it says.
+/// Runs the helper in `folder` and returns what it prints.
 QByteArray RunIn(const QString& folder, const QStringList& arguments = {}) {
   QProcess process;
   process.setWorkingDirectory(folder);
