@@ -258,7 +258,7 @@ struct StuckTexts {
   const char* unrelated;
 };
 
-/// Removes X from a model in which `damage` was done; gives the reason, "before" when none was set.
+/// Removes X from a model in which `damage` was done; returns the reason, "before" when none was set.
 template <class Branch, class Damage>
 std::string Stuck(ModelBuilder (*model)(), Damage damage) {
   ModelBuilder m = model();
@@ -273,7 +273,7 @@ std::string Stuck(ModelBuilder (*model)(), Damage damage) {
   return reason == before ? "before" : reason;
 }
 
-/// What removals say that meet a broken link, the same link being -1 or leading to a row that holds -1.
+/// What removals report that meet a broken link, the same link being -1 or leading to a row that holds -1.
 template <class Branch>
 void TestStuckBranch(ModelBuilder (*model)(), const StuckTexts& texts) {
   using Kind = BranchKind<Branch>;
