@@ -1,4 +1,4 @@
-// The command that edits a model by a script: what is written, what isn't, and what is said.
+// The command that edits a model by a script: what is written, what isn't, and what is reported.
 
 #include <gtest/gtest.h>
 
@@ -177,7 +177,7 @@ TEST(EditCommand, WrongScriptsAndUsageEndInOneLine) {
   };
   EXPECT_EQ(ends("edit m --script s.txt -o e.obj", 3), "dtsdb: s.txt, line 2: field p: 'y' is no number\n");
   EXPECT_EQ(ends("edit m --script s.txt", 2),
-            "dtsdb: say where the edited model goes with -o OUT, or only try it with --dry-run\n");
+            "dtsdb: name the place of the edited model with -o OUT, or only try it with --dry-run\n");
   EXPECT_TRUE(Contains(ends("edit m --script none.txt --dry-run", 3), "none.txt"));
   ends("edit m -o e.obj", 2);
   ends("edit --script s.txt -o e.obj", 2);

@@ -1,4 +1,4 @@
-// Edit scripts as texts: what a line means, and what is said of one that means nothing.
+// Edit scripts as texts: what a line means, and what is reported of one that means nothing.
 
 #include "tools/edit_script.h"
 
