@@ -17,7 +17,7 @@ struct [[nodiscard]] Status {
 
   explicit operator bool() const { return ok; }
   static Status Error(dbDatabase::dbErrorClass error, std::string text) { return {false, error, std::move(text)}; }
-  static Status AlreadyTold() { return {false, dbDatabase::NoError, {}}; }
+  static Status AlreadyReported() { return {false, dbDatabase::NoError, {}}; }
 };
 
 /// What an LMDB result means, in words.

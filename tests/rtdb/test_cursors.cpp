@@ -327,7 +327,7 @@ TEST_F(Cursors, OutliveTheirDatabasesOpenTime) {
   EXPECT_EQ(cursor.select(), 3);
 }
 
-TEST(CursorsOnNothing, TellOfIt) {
+TEST(CursorsOnNothing, ReportIt) {
   ::testing::internal::CaptureStderr();
   dbCursor<entry> cursor;
   EXPECT_EQ(cursor.select(), 0);

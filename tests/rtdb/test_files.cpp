@@ -77,7 +77,7 @@ TEST(Files, NameMayStandWithoutItsEnding) {
   EXPECT_EQ(EntryIds(plain), std::vector<int>{1});
 }
 
-TEST(Files, MissingFolderIsTold) { ExpectRefused("/no/such/folder/store.fdb", "no such folder"); }
+TEST(Files, MissingFolderIsReported) { ExpectRefused("/no/such/folder/store.fdb", "no such folder"); }
 
 TEST(Files, MissingFileIsNotMadeForReadingOnly) {
   Folder folder;
@@ -254,7 +254,7 @@ TEST(Files, RollbackAfterAFullStoreIsQuiet) {
   EXPECT_EQ(EntryIds(db), std::vector<int>{});
 }
 
-TEST(Files, FullDiskIsToldAtTheCommitAndKeepsTheLastOne) {
+TEST(Files, FullDiskIsReportedAtTheCommitAndKeepsTheLastOne) {
   Folder folder;
   EXPECT_EQ(RunHelper({"make", folder.File()}), "");
   const std::string output = RunHelper({"full", folder.File(), "200000"});

@@ -35,14 +35,14 @@ struct Vanished : ::testing::Test {
   void ExpectReported(const std::string& why) {
     for (int round = 0; round < 2; ++round) {
       EXPECT_EQ(EntryIds(db).size(), 0U);
-      ExpectTold(why);
+      ExpectOneError(why);
       EXPECT_EQ(AddEntry(db, 1000).getOid(), 0U);
-      ExpectTold(why);
+      ExpectOneError(why);
       db.commit();
       EXPECT_EQ(db.Reported(), "");
     }
   }
-  void ExpectTold(const std::string& why) {
+  void ExpectOneError(const std::string& why) {
     EXPECT_EQ(db.errors, std::vector{dbDatabase::FileError});
     const std::string reported = db.Reported();
     EXPECT_EQ(reported.find(folder.File() + ": "), 0U) << reported;
@@ -130,7 +130,7 @@ TEST_F(Vanished, NewStoreDoesNotWaitForTheWriterOfTheOldOne) {
   EXPECT_TRUE(writer.IsRunning());
 }
 
-TEST_F(Vanished, WriterThatHasWaitedForALostStoreIsTold) {
+TEST_F(Vanished, WaitForALostStoreIsReportedToTheWriter) {
   Helper writer({"hold", folder.File()});
   ASSERT_EQ(writer.Line(), "holding");
   Helper other({"add", folder.File(), "1000"});

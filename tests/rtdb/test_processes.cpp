@@ -167,7 +167,7 @@ TEST_F(Processes, SizeThatAnotherProgramGaveTheStoreIsFollowed) {
   EXPECT_EQ(small.Reported(), "");
 }
 
-TEST_F(Processes, ForkedProcessIsToldToOpenAnew) {
+TEST_F(Processes, ForkedProcessMustOpenAnew) {
   const std::string file = folder.File();
   const pid_t child = ::fork();
   if (child == 0) {

@@ -119,7 +119,7 @@ TEST(Transactions, DatabaseThatGoesUnclosedLosesWhatIsUncommitted) {
   }
 }
 
-TEST(Transactions, ThreadThatIsNotAttachedIsTold) {
+TEST(Transactions, ThreadThatIsNotAttachedIsReported) {
   OpenStore store;
   std::thread([&] {
     dbCursor<entry> cursor(&store.db);

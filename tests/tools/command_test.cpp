@@ -90,7 +90,7 @@ TEST(Command, HelpGoesToTheStandardOutputAndGivesZero) {
   EXPECT_TRUE(Contains(here.Run("diff --help").out, "Examples:"));
 }
 
-TEST(Command, VersionIsTold) {
+TEST(Command, VersionIsPrinted) {
   const CommandResult result = Workplace().Run("--version");
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(result.out.starts_with("dtsdb ")) << result.out;
@@ -128,7 +128,7 @@ TEST(Topology, ValidatesOnTheWayWithoutLeavingALog) {
   EXPECT_EQ(here.EntryCount(), 1);
 }
 
-TEST(Topology, OfAModelWithFaultsTellsHowToSeeThem) {
+TEST(Topology, OfAModelWithFaultsNamesTheCommandThatListsThem) {
   const Workplace here;
   here.CopyModel("m");
   here.Write("m/DV.csv", "id,co\n东区,\n");

@@ -110,14 +110,14 @@ TEST(EditCommand, RemovesAStationAfterItsLines) {
   EXPECT_FALSE(Contains(here.Run("dump e.obj --format json").out, "乙开关"));
 }
 
-TEST(EditCommand, TellsWhatTheEditedModelLacks) {
+TEST(EditCommand, ReportsWhatTheEditedModelLacks) {
   const Workplace here = WithScript("remove ST 乙站\n");
   const CommandResult result = Refused(here);
   EXPECT_TRUE(Contains(result.out, "error     LN     甲乙线    zkv")) << result.out;
   EXPECT_TRUE(Contains(result.out, "s.txt: 1 line applied; the edited model is not good: 1 error.\n")) << result.out;
 }
 
-TEST(EditCommand, TellsAllLinesThatAreRefusedAndWritesNothing) {
+TEST(EditCommand, ReportsAllLinesThatAreRefusedAndWritesNothing) {
   const Workplace here = WithScript(
       "add LD id=乙荷 kv=乙站220 nd=乙1\n"
       "add LD id=新荷 kv=乙站220 nd=乙1\n"
@@ -186,7 +186,7 @@ TEST(EditCommand, WrongScriptsAndUsageEndInOneLine) {
   EXPECT_FALSE(here.Exists("e.obj"));
 }
 
-TEST(EditCommand, HelpTellsTheFormOfAScript) {
+TEST(EditCommand, HelpDescribesTheFormOfAScript) {
   const CommandResult result = Workplace().Run("edit --help");
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(Contains(result.out, "add TABLE id=IDENTITY FIELD=VALUE"));

@@ -89,7 +89,7 @@ RC_GTEST_PROP(TopologyProperty, IslandsAreTheComponentsAndLiveExactlyWithAUnit, 
   RC_ASSERT(static_cast<int>(numbers.size()) == plain.LiveIslandCount());
 }
 
-RC_GTEST_PROP(TopologyProperty, EndsAreIsolatedAndHeldByFragmentsAsTheStatesSay, ()) {
+RC_GTEST_PROP(TopologyProperty, EndsAreIsolatedAndHeldByFragmentsAsTheStatesDemand, ()) {
   SolvedNetwork solved;
   const PlainTopology plain(solved.model);
   auto& sections = solved.model.Table<BS>();

@@ -52,7 +52,7 @@ class RemoveTest : public testing::Test {
 
 // What all removals do
 
-TEST_F(RemoveTest, OfAnUnknownIdentitySaysInWhichTable) {
+TEST_F(RemoveTest, OfAnUnknownIdentityReportsTheTable) {
   EXPECT_EQ(edit.Remove<BUS>("?"), "欲删除的母线设备在母线表中不存在.\n");
   EXPECT_EQ(edit.Remove<CP>("?"), "欲删除的电容电抗在CP表中不存在.\n");
   EXPECT_EQ(edit.Remove<UN>("?"), "欲删除的发电机在机组表中不存在.\n");
@@ -299,7 +299,7 @@ void TestStuckBranch(ModelBuilder (*model)(), const StuckTexts& texts) {
             texts.unrelated);
 }
 
-TEST(RemoveBranch, ThatMeetsABrokenLinkSaysWhich) {
+TEST(RemoveBranch, ThatMeetsABrokenLinkReportsWhich) {
   TestStuckBranch<CB>(WithBreakerX,
                       {"删除开关的首端结点没有所属的母线.\n", "删除开关的末端结点没有所属的母线.\n",
                        "删除开关首端端子不存在.\n", "删除开关末端端子不存在.\n", "删除开关没有所属的母线.\n"});
@@ -311,7 +311,7 @@ TEST(RemoveBranch, ThatMeetsABrokenLinkSaysWhich) {
                     "删除直流线路首端端子不存在.\n", "删除直流线路末端端子不存在.\n", "删除直流线路没有所属的分区.\n"});
 }
 
-TEST(RemoveBranch, ThatIsAWindingAndMeetsABrokenLinkSaysNothing) {
+TEST(RemoveBranch, ThatIsAWindingAndMeetsABrokenLinkReportsNothing) {
   TestStuckBranch<XF>(WithWindingX, {"before", "before", "before", "before", "before"});
 }
 
@@ -396,7 +396,7 @@ TEST_F(RemoveTest, OfAZeroImpedanceBranchLeavesItsBreaker) {
   EXPECT_EQ(model.Of<CB>("B1").flags, 1 | CB_ZBR) << "the mark stays";
 }
 
-TEST(RemoveZbr, ThatMeetsABrokenLinkSaysWhich) {
+TEST(RemoveZbr, ThatMeetsABrokenLinkReportsWhich) {
   const auto stuck = [](auto damage) {
     return Stuck<ZBR>(
         +[] { return WithBreakerX().Zbr("X", "X"); }, damage);

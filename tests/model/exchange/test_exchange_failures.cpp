@@ -54,7 +54,7 @@ class ExchangeFailures : public ::testing::Test {
   DTSDB m_stored;
 };
 
-TEST_F(ExchangeFailures, FullStoreIsToldAndTheWholeOldModelStays) {
+TEST_F(ExchangeFailures, FullStoreIsReportedAndTheWholeOldModelStays) {
   TellingDatabase db;
   db.setFileSizeLimit(static_cast<std::size_t>(QFile(Path()).size()) + 65536);
   ASSERT_TRUE(Open(db));

@@ -174,7 +174,7 @@ TEST_F(ExchangeProcesses, KilledReaderBlocksNobodyAndItsPagesComeBack) {
   EXPECT_EQ(ReadCommit(), 2 + 2 * 28);
 }
 
-TEST_F(ExchangeProcesses, FullDiskIsToldAndTheWholeOldModelStays) {
+TEST_F(ExchangeProcesses, FullDiskIsReportedAndTheWholeOldModelStays) {
   const std::string output = RunHelper({"fill", Path(), std::to_string(FileSize() / 1024 / 2)});
   // The reason is the system's: a write that went in part, or not at all.
   EXPECT_EQ(output.find("realtime store: file: " + Path() + ": commit: "), 0U) << output;
