@@ -245,7 +245,7 @@ int main(int argc, char** argv) {
 
   // The store appends rows that come in order by itself; so may whoever uses LMDB and knows of the order.
   Compare(
-      "  the same against LMDB told to append", rounds, 0,
+      "  the same against LMDB in append mode", rounds, 0,
       [&] {
         MDB_txn* txn = plain.Begin(true);
         Require(mdb_drop(txn, plain.Table(), 0));

@@ -22,8 +22,8 @@ double ProcessorTime() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// Runs `work`, which gives true on success, as one timed iteration. Processor time counts: on a machine that is busy
-/// with other things the clock on the wall says nothing about growth.
+/// Runs `work`, which returns true on success, as one timed iteration. Processor time counts: on a machine that is busy
+/// with other things the clock on the wall shows nothing of growth.
 template <class Work>
 void Time(benchmark::State& state, Work work) {
   const double start = ProcessorTime();

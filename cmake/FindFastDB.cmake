@@ -11,7 +11,7 @@ find_package_handle_standard_args(FastDB REQUIRED_VARS FastDB_LIBRARY FastDB_INC
 if(FastDB_FOUND AND NOT TARGET FastDB::FastDB)
   find_package(Threads REQUIRED)
   add_library(FastDB::FastDB UNKNOWN IMPORTED)
-  # Headers of imported targets are system headers: their warnings are not ours. Who is built with them says so by
+  # Headers of imported targets are system headers: their warnings are not ours. What is built with them defines
   # DTSDB_RTDB_FASTDB, which rtdb/backend.h goes by.
   set_target_properties(FastDB::FastDB PROPERTIES IMPORTED_LOCATION ${FastDB_LIBRARY}
                                                   INTERFACE_INCLUDE_DIRECTORIES ${FastDB_INCLUDE_DIR}

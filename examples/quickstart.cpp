@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   if (argc != 2 || !network.ReadObject(QString::fromLocal8Bit(argv[1]))) return 2;
 
   dtsdb::NMD validation(&network);
-  if (!validation.DetectAll() || !network.m_globalTable->GetPh(0).valid) return 1;  // nmd.log says why
+  if (!validation.DetectAll() || !network.m_globalTable->GetPh(0).valid) return 1;  // nmd.log contains why
 
   dtsdb::TP topology(&network);
   if (!topology.tpAllnew()) return 1;

@@ -8,7 +8,7 @@
 
 namespace dtsdb {
 
-/// Writes `ASSERT: "TEXT" in FILE (LINE)` through qWarning, FILE being the stem of `path`. Always gives false.
+/// Writes `ASSERT: "TEXT" in FILE (LINE)` through qWarning, FILE being the stem of `path`. Always returns false.
 [[gnu::cold]] inline bool AssertFailed(const char* text, std::string_view path, int line) {
   path.remove_prefix(path.find_last_of('/') + 1);  // npos + 1 is 0: a path without a folder stays whole
   const std::string_view stem = path.substr(0, path.find('.'));
@@ -18,7 +18,7 @@ namespace dtsdb {
 
 }  // namespace dtsdb
 
-/// Checks `condition` and gives its value. When it doesn't hold, one warning with `text` is written and execution
+/// Checks `condition` and returns its value. When it doesn't hold, one warning with `text` is written and execution
 /// goes on: the caller decides what the access behind the check then reads or writes.
 /// The text is given apart from the condition because it is part of the interface, blanks included.
 #define DTSDB_ASSERT(condition, text) DTSDB_ASSERT_IN(__FILE__, condition, text)

@@ -1,10 +1,10 @@
 /// \file
-/// The list of child numbers that tTable::ChildList gives.
+/// The list of child numbers that tTable::ChildList returns.
 #pragma once
 
 namespace dtsdb {
 
-/// A node of the list that tTable::ChildList gives. It owns the nodes behind it.
+/// A node of the list that tTable::ChildList returns. It owns the nodes behind it.
 struct tChildNode {
   int value = -1;              ///< number of a child record
   tChildNode* next = nullptr;  ///< next node, null at the end

@@ -15,7 +15,7 @@ namespace dtsdb {
 ///
 /// Fewer than 1 row gives the empty matrix, of 0 by 0; without columns, `cols` 0 or less, there are rows but nothing
 /// in them. So does a matrix for which there is no memory: it is empty. An index out of range writes one warning
-/// (DTSDB_ASSERT) and reaches no foreign memory: get gives a default element, set does nothing.
+/// (DTSDB_ASSERT) and reaches no foreign memory: get returns a default element, set does nothing.
 template <class T>
 class Matrix {
  public:

@@ -11,7 +11,7 @@ namespace dtsdb {
 /// A sequence of slot numbers in key order, held in short runs, so that an insertion or removal anywhere moves a
 /// few hundred numbers and not the whole sequence.
 ///
-/// A table whose numbers are up to date does without one. Slots are told apart by the caller, who gives the
+/// A table whose numbers are up to date does without one. The caller distinguishes slots: it gives the
 /// comparison; the order of the keys must be strict.
 class SlotOrder {
  public:

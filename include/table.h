@@ -32,7 +32,7 @@ class TableImage;
 /// changes nothing; call Settle first: a const access to numbers that are put off is right, but a walk.
 ///
 /// A number out of range writes one warning (DTSDB_ASSERT) and reaches no foreign memory: the operation then
-/// works on a spare default record, fresh at each use, or gives -1.
+/// works on a spare default record, fresh at each use, or returns -1.
 ///
 /// Cost: access by number is two array reads. Appending in order is one comparison. An insertion or removal
 /// elsewhere renumbers what stands behind it; in a large table that is put off until a number is asked for, so
@@ -111,12 +111,12 @@ class tTable {
   /// The physical number of a record equal to `rec`, -1 if there is none.
   int Find(const T& rec) const;
 
-  /// Inserts a copy of `rec` at its place; gives its physical number, or -1 when an equal record exists or no
+  /// Inserts a copy of `rec` at its place; returns its physical number, or -1 when an equal record exists or no
   /// slot can be had. A table without a free slot grows first, also for a record that is then refused.
   /// Kept: K02.
   int Add(const T& rec);
 
-  /// Removes the record in slot `nPh`; gives the logical number that it had, or -1 when the slot was free.
+  /// Removes the record in slot `nPh`; returns the logical number that it had, or -1 when the slot was free.
   int Remove(int nPh);
 
   /// Changes the number of slots. Growing keeps all records and numbers. A smaller size leaves a table that
@@ -127,7 +127,7 @@ class tTable {
   void SetGrowBy(int n) { m_nGrowBy = n < 0 ? kDefaultGrowBy : n; }
 
   /// Replaces the contents with copies of the `n` records at `p`, `n` at least 1. Unless `bSorted`, sorts the
-  /// caller's array first. Doesn't look for equal records. Gives true, whatever the records (false without memory).
+  /// caller's array first. Doesn't look for equal records. Returns true, whatever the records (false without memory).
   bool SetData(T* p, int n, bool bSorted);
 
   /// Empties the table. The slots and what lies in them stay.

@@ -14,7 +14,7 @@ namespace dtsdb {
 
 // tTable: searching
 
-/// The search over the logical numbers. Gives the logical number of a record equal to `rec`, or -1 and in `pLeft`,
+/// The search over the logical numbers. Returns the logical number of a record equal to `rec`, or -1 and in `pLeft`,
 /// `pRight` the neighbours of its place. Which of several equal records is found follows from the choice of `mid`.
 template <class T>
 int tTable<T>::Search(const T& rec, int* pLeft, int* pRight) const {
@@ -60,7 +60,7 @@ int tTable<T>::Find(const T& rec) const {
 }
 
 /// Finds the place of `rec` in the used chain: the slots that would stand before and behind it, each -1 at that
-/// end. Gives the physical number of an equal record, then with its neighbours, or -1.
+/// end. Returns the physical number of an equal record, then with its neighbours, or -1.
 template <class T>
 int tTable<T>::Locate(const T& rec, int* pPPh, int* pPh) {
   *pPPh = -1;
@@ -123,7 +123,7 @@ int tTable<T>::Add(const T& rec) {
   return nPh;
 }
 
-/// Takes the first free slot into the used chain between `nPPh` and `nPh`; gives it, or -1 when none is free.
+/// Takes the first free slot into the used chain between `nPPh` and `nPh`; returns it, or -1 when none is free.
 template <class T>
 int tTable<T>::Link(int nPPh, int nPh) {
   if (m_first == -1) return -1;
@@ -239,7 +239,7 @@ void tTable<T>::NumberFrom(int nPh, int nLg) {
 }
 
 /// Puts numbering off and stands on slot `nPh`. False, and nothing changed, when the records are in no strict
-/// order: then only the numbers say which of them is which.
+/// order: then only the numbers distinguish them.
 template <class T>
 bool tTable<T>::PutOffNumbering(int nPh) {
   if (!m_bStrict) return false;

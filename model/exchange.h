@@ -92,7 +92,7 @@ class TwinFinder {
 
   TwinFinder(dbDatabase* db, dbCursorType type) : m_cursor(db, type) {}
 
-  /// Selects the rows with the identity of `record`; gives how many there are.
+  /// Selects the rows with the identity of `record`; returns how many there are.
   int Select(const T& record) {
     if constexpr (T::kKey == RecordKey::Identified) {
       const QByteArray bytes = IdToBytes(record.id);
@@ -106,7 +106,7 @@ class TwinFinder {
     }
   }
 
-  /// Selects the rows whose number is `id` or above; gives how many there are.
+  /// Selects the rows whose number is `id` or above; returns how many there are.
   int SelectFrom(int id) {
     const int4 first = id;
     m_query = "id >= ", first;

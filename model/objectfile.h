@@ -8,12 +8,12 @@ namespace dtsdb {
 
 class DTSDB;
 
-/// Reads the object file `fileName` into `database`. Gives null, or one line (real text, with its line feed) that
-/// says what is wrong and where; every table is then as it was.
+/// Reads the object file `fileName` into `database`. Returns null, or one line (real text, with its line feed) that
+/// names what is wrong and where; every table is then as it was.
 QString ReadObjectFile(DTSDB& database, const QString& fileName);
 
 /// Writes `database` to the object file `fileName`: first to a temporary file beside it, which then takes its
-/// place, so that a failure leaves an old file whole. Gives null, or one line that says what is wrong.
+/// place, so that a failure leaves an old file whole. Returns null, or one line that names what is wrong.
 QString WriteObjectFile(DTSDB& database, const QString& fileName);
 
 }  // namespace dtsdb

@@ -19,7 +19,7 @@ class QArchive : public QDataStream {
 
   bool IsStoring() const { return !m_bLoading; }
 
-  /// Says where the reading stands, for the text of a refusal. `table` must outlive the archive; `row` -1 is the
+  /// Sets where the reading stands, for the text of a refusal. `table` must outlive the archive; `row` -1 is the
   /// head of the table's image.
   void SetPlace(const char* table, int row);
   /// Refuses the archive: `what` is wrong here. Only the first call has an effect.

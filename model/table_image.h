@@ -11,7 +11,7 @@
 
 namespace dtsdb {
 
-/// Stores a table and loads one, checking all that is read (docs/object-file.md gives the format).
+/// Stores a table and loads one, checking all that is read (docs/object-file.md describes the format).
 ///
 /// Loading goes into a table of its own, so that a refused archive leaves the real one as it was.
 template <class T>
@@ -46,7 +46,7 @@ class TableImage {
     return false;
   }
 
-  /// The numbers of a table as the file gives them.
+  /// The numbers of a table as the file contains them.
   struct Numbers {
     i32 size = 0;
     i32 head = -1, tail = -1, first = -1, last = -1, count = 0, ordered = 1;

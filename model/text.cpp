@@ -29,7 +29,7 @@ QString Decode(const QByteArray& bytes) {
 }
 
 /// The encoding that the environment's locale names, whether or not the program has taken that locale on. A locale
-/// that knows only ASCII says nothing about the terminal: then UTF-8.
+/// that knows only ASCII doesn't describe the terminal: then UTF-8.
 QByteArray TerminalEncoding() {
   QByteArray name = "UTF-8";
   const locale_t environment = newlocale(LC_CTYPE_MASK, "", nullptr);

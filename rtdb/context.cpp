@@ -65,7 +65,7 @@ Context::~Context() {
 }
 
 Status Context::BeginRead() {
-  if (m_failed) return Status::AlreadyTold();
+  if (m_failed) return Status::AlreadyReported();
   if (Transaction() != nullptr) return {};
   Environment& file = m_store->File();
   Status status = m_read == nullptr ? file.Begin(false, m_read) : file.Renew(m_read);
@@ -78,7 +78,7 @@ Status Context::BeginRead() {
 }
 
 Status Context::BeginWrite() {
-  if (m_failed) return Status::AlreadyTold();
+  if (m_failed) return Status::AlreadyReported();
   if (m_write != nullptr) return {};
   if (m_store->ReadOnly()) {
     return Status::Error(dbDatabase::DatabaseReadOnly, m_store->File().Path() + ": opened for reading only");

@@ -79,7 +79,7 @@ class Context {
 
   // Changes. A failure beyond the row, such as a full store, ends the transaction: nothing of it will be stored.
   Status Insert(const Table& table, const void* record, oid_t& number);
-  /// Replaces a row with the record. A row image that stays the same isn't written. `found` tells whether the row is
+  /// Replaces a row with the record. A row image that stays the same isn't written. `found` reports whether the row is
   /// still there, and `row` becomes its new state: texts of the record that lay in `row` are to be taken anew.
   Status Replace(const Table& table, LoadedRow& row, const void* record, bool& found);
   Status Remove(const Table& table, std::string key, bool& found);
@@ -99,7 +99,7 @@ class Context {
   /// Gives up the transaction after a failed change.
   Status GiveUp(int result, const char* operation);
   Status PutNew(const Table& table, std::string& key, std::string_view image);
-  /// Notes a new row, or one with a new key, in the order of rows. Gives LMDB's result.
+  /// Notes a new row, or one with a new key, in the order of rows. Returns LMDB's result.
   int NoteOrder(const Table& table, std::string_view key);
   /// Commits the write transaction.
   Status CommitWrite();

@@ -40,7 +40,7 @@ bool dbAnyCursor::Report(const Status& status) const {
   return database == nullptr ? status.ok : database->Report(status);
 }
 
-bool dbAnyCursor::Tell(dbDatabase::dbErrorClass error, const std::string& text) const {
+bool dbAnyCursor::Report(dbDatabase::dbErrorClass error, const std::string& text) const {
   if (dbDatabase* database = Database()) {
     database->handleError(error, text.c_str());
   } else {
@@ -77,7 +77,7 @@ bool dbAnyCursor::Begin(Context*& context, Table*& table, std::shared_ptr<const 
   reset();
   dbDatabase* database = Database();
   if (database == nullptr)
-    return Tell(dbDatabase::TableNotFound, "db != NULL: a cursor's table is in no open database");
+    return Report(dbDatabase::TableNotFound, "db != NULL: a cursor's table is in no open database");
   context = database->Attached();
   if (context == nullptr) return false;
   table = database->TableOf(m_table);
@@ -124,7 +124,7 @@ bool dbAnyCursor::Load() {
   m_currId = 0;
   if (!Report(m_state->selection.Load(m_state->place, m_state->row, found))) return false;
   if (!found)
-    return Tell(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row has gone");
+    return Report(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row has gone");
   Take();
   return true;
 }
@@ -163,15 +163,15 @@ int dbAnyCursor::getNumberOfRecords() const {
 }
 
 void dbAnyCursor::RequireCurrent() const {
-  if (!HasCurrent()) Tell(dbDatabase::CursorError, "currId != 0: the cursor has no current row");
+  if (!HasCurrent()) Report(dbDatabase::CursorError, "currId != 0: the cursor has no current row");
 }
 
 bool dbAnyCursor::MayChangeRow(Context*& context, Table*& table) {
   if (m_type != dbCursorForUpdate) {
-    return Tell(dbDatabase::ReadonlyCursor, "type == dbCursorForUpdate && currId != 0: the cursor is view-only");
+    return Report(dbDatabase::ReadonlyCursor, "type == dbCursorForUpdate && currId != 0: the cursor is view-only");
   }
   if (!HasCurrent()) {
-    return Tell(dbDatabase::CursorError, "type == dbCursorForUpdate && currId != 0: the cursor has no current row");
+    return Report(dbDatabase::CursorError, "type == dbCursorForUpdate && currId != 0: the cursor has no current row");
   }
   return MayChange(context, table);
 }
@@ -179,7 +179,7 @@ bool dbAnyCursor::MayChangeRow(Context*& context, Table*& table) {
 bool dbAnyCursor::MayChange(Context*& context, Table*& table) {
   dbDatabase* database = Database();
   if (database == nullptr)
-    return Tell(dbDatabase::TableNotFound, "db != NULL: a cursor's table is in no open database");
+    return Report(dbDatabase::TableNotFound, "db != NULL: a cursor's table is in no open database");
   context = database->Attached();
   table = context == nullptr ? nullptr : database->TableOf(m_table);
   return table != nullptr;
@@ -194,7 +194,7 @@ void dbAnyCursor::update() {
   if (found) {
     m_state->selection.Plan()->Decode(m_state->row.image, m_record);
   } else {
-    Tell(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row to update has gone");
+    Report(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row to update has gone");
   }
 }
 
@@ -204,7 +204,7 @@ void dbAnyCursor::remove() {
   if (!MayChangeRow(context, table)) return;
   bool found = false;
   if (!Report(context->Remove(*table, m_state->row.key, found))) return;
-  if (!found) Tell(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row has gone");
+  if (!found) Report(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row has gone");
   Selection& selection = m_state->selection;
   const std::size_t removed = m_state->place;
   const std::size_t following = selection.After(removed);
@@ -223,13 +223,13 @@ void dbAnyCursor::removeAll() {
   if (dbDatabase* database = Database()) {
     database->deleteTable(m_table);
   } else {
-    Tell(dbDatabase::TableNotFound, "db != NULL: a cursor's table is in no open database");
+    Report(dbDatabase::TableNotFound, "db != NULL: a cursor's table is in no open database");
   }
 }
 
 void dbAnyCursor::removeAllSelected() {
   if (m_type != dbCursorForUpdate) {
-    Tell(dbDatabase::ReadonlyCursor, "type == dbCursorForUpdate: the cursor is view-only");
+    Report(dbDatabase::ReadonlyCursor, "type == dbCursorForUpdate: the cursor is view-only");
     return;
   }
   Selection& selection = m_state->selection;

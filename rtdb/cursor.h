@@ -64,7 +64,7 @@ class dbAnyCursor {
 
   bool HasCurrent() const { return m_currId != 0; }
   oid_t CurrentId() const { return m_currId; }
-  /// Tells of a missing current row.
+  /// Reports a missing current row.
   void RequireCurrent() const;
 
  private:
@@ -83,8 +83,8 @@ class dbAnyCursor {
   /// Takes the row at the cursor's place into the record.
   bool Load();
   void Take();
-  /// Tells of an error; false.
-  bool Tell(dbDatabase::dbErrorClass error, const std::string& text) const;
+  /// Reports an error; false.
+  bool Report(dbDatabase::dbErrorClass error, const std::string& text) const;
   bool Report(const dtsdb::rtdb::Status& status) const;
 
   dbTableDescriptor* m_table;

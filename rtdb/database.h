@@ -98,9 +98,10 @@ class dbDatabase {
   /// Limits the size of the store file for the next open. 0, as at first, means 64 GiB or what the address space gives.
   void setFileSizeLimit(std::size_t bytes) { m_sizeLimit = bytes; }
 
-  /// Installs the function that is told of errors instead of the standard error stream, and returns the one before.
+  /// Installs the function that errors are reported to instead of the standard error stream, and returns the one
+  /// before.
   dbErrorHandler setErrorHandler(dbErrorHandler handler, void* context = nullptr);
-  /// Tells of an error: calls the handler, or writes one line on the standard error stream.
+  /// Reports an error: calls the handler, or writes one line on the standard error stream.
   virtual void handleError(dbErrorClass error, char const* message = nullptr, int argument = 0);
 
  private:
@@ -110,7 +111,7 @@ class dbDatabase {
   dtsdb::rtdb::Context* Attached();
   /// The open table of a descriptor, or null after a message.
   dtsdb::rtdb::Table* TableOf(dbTableDescriptor* descriptor);
-  /// True for success; else tells of the error, unless it has been told.
+  /// True for success; else reports the error, unless it has been reported.
   bool Report(const dtsdb::rtdb::Status& status);
   void AssignTables();
   void ReleaseTables();

@@ -3,8 +3,8 @@
 ///
 /// A program describes its table classes with TYPE_DESCRIPTOR and REGISTER, opens a dbDatabase and walks over rows with
 /// dbCursor<T>. Several programs share one file; a reader never waits and sees whole commits only. No call throws or
-/// aborts: what goes wrong is told through dbDatabase::handleError, and the call has the result its comment states.
-/// docs/realtime-store.md tells the guarantees and the file format.
+/// aborts: what goes wrong is reported through dbDatabase::handleError, and the call has the result its comment states.
+/// docs/realtime-store.md describes the guarantees and the file format.
 #pragma once
 
 #include "rtdb/cursor.h"

@@ -8,7 +8,7 @@
 
 namespace dtsdb::rtdb {
 
-/// LMDB leaves bytes that it is given alone, though its type does not say so.
+/// LMDB leaves bytes that it is given alone, though its type does not show it.
 inline MDB_val Val(std::string_view bytes) { return {bytes.size(), const_cast<char*>(bytes.data())}; }
 
 inline std::string_view View(const MDB_val& value) { return {static_cast<const char*>(value.mv_data), value.mv_size}; }

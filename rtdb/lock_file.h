@@ -1,7 +1,7 @@
 /// \file
 /// The lock file beside a store: that it is there, and that it is this store's.
 ///
-/// LMDB keeps its readers and its writers' lock in it, and nothing that says which store they belong to. A lock file
+/// LMDB keeps its readers and its writers' lock in it, and nothing that names the store they belong to. A lock file
 /// that outlives its store, or that programs with a removed store still use, would make a new one unreadable. So the
 /// store's device and inode stand at its end, behind what LMDB uses.
 #pragma once

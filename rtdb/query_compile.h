@@ -66,7 +66,7 @@ class CompiledQuery {
   std::vector<dbQueryElement> m_elements;
   ParsedQuery m_query;
   std::vector<Bound> m_bounds;
-  bool m_onlyBounds = true;  ///< the condition says nothing beside m_bounds
+  bool m_onlyBounds = true;  ///< the condition contains nothing beside m_bounds
   bool m_keyOrder = true;
 };
 

@@ -43,7 +43,7 @@ struct ParsedQuery {
   std::vector<OrderColumn> order;
 };
 
-/// Parses a query for a table. Unknown columns, comparisons of texts with numbers and bad syntax give an error whose
+/// Parses a query for a table. Unknown columns, comparisons of texts with numbers and bad syntax return an error whose
 /// message shows the query with "?" for bound values.
 Status ParseQuery(const std::vector<dbQueryElement>& elements, const RowPlan& plan, const std::string& table,
                   ParsedQuery& query);

@@ -24,7 +24,7 @@ bool HasOrderTree(const Schema& schema);
 /// The name of the tree beside the table's. No table has such a name.
 std::string OrderTreeName(std::string_view table);
 
-// All three give LMDB's result.
+// All three return LMDB's result.
 
 /// Notes the key of a row, in the place of the one that was noted before.
 int PutOrder(MDB_cursor* order, std::string_view key);

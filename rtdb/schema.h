@@ -42,7 +42,7 @@ struct Schema {
 Schema SchemaOf(const dbTableDescriptor& table);
 
 /// Makes a stored schema serve a program's table: columns that the store lacks are added as a new layout. Returns the
-/// reason where the two don't fit, else an empty text. `grown` tells whether the schema has changed.
+/// reason where the two don't fit, else an empty text. `grown` reports whether the schema has changed.
 std::string Adopt(Schema& stored, const dbTableDescriptor& table, bool& grown);
 
 }  // namespace dtsdb::rtdb

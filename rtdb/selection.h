@@ -73,7 +73,7 @@ class Selection {
   enum class Order {
     ByKey,     ///< as the table's tree has them
     ByNumber,  ///< as they were inserted
-    ByColumns  ///< as the query says
+    ByColumns  ///< as the query orders
   };
 
   void LinkTo(Context& context);

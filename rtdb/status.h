@@ -1,5 +1,5 @@
 /// \file
-/// How the store's own parts tell of an error.
+/// How the store's own parts report an error.
 #pragma once
 
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace dtsdb::rtdb {
 
-/// Success, or an error with the message for the database's error handler. An error without a message has been told.
+/// Success, or an error with the message for the database's error handler. An error without a message has been
+/// reported.
 struct [[nodiscard]] Status {
   bool ok = true;
   dbDatabase::dbErrorClass error = dbDatabase::NoError;
@@ -16,7 +17,7 @@ struct [[nodiscard]] Status {
 
   explicit operator bool() const { return ok; }
   static Status Error(dbDatabase::dbErrorClass error, std::string text) { return {false, error, std::move(text)}; }
-  static Status AlreadyTold() { return {false, dbDatabase::NoError, {}}; }
+  static Status AlreadyReported() { return {false, dbDatabase::NoError, {}}; }
 };
 
 /// What an LMDB result means, in words.

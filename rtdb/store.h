@@ -80,7 +80,7 @@ class Store {
   Store() = default;
 
   Status OpenTables();
-  /// Opens what is there. `complete` tells whether nothing is missing.
+  /// Opens what is there. `complete` reports whether nothing is missing.
   Status FindTables(MDB_txn* transaction, bool& complete);
   Status MakeTables(MDB_txn* transaction);
   Status MakeTable(MDB_txn* transaction, Table& table, bool& changed);

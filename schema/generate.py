@@ -321,7 +321,7 @@ def main():
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
     for name in stale:
-        print(f"{name}: {'is not what the schema gives; run scripts/generate' if arguments.check else 'written'}")
+        print(f"{name}: {'differs from what the schema describes; run scripts/generate' if arguments.check else 'written'}")
     return 1 if arguments.check and stale else 0
 
 

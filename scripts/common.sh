@@ -12,7 +12,7 @@ packages=(
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libboost-dev
 )
 
-say() { printf '\n== %s\n' "$*"; }
+heading() { printf '\n== %s\n' "$*"; }
 
 # Installs the packages that are missing; nothing to do leaves the machine untouched.
 install_needs() {
@@ -31,7 +31,7 @@ install_needs() {
     fi
     root=(sudo)
   fi
-  say "Installing ${missing[*]}"
+  heading "Installing ${missing[*]}"
   "${root[@]}" apt-get update -qq
   "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
@@ -40,7 +40,7 @@ install_needs() {
 build() {
   local preset=$1
   shift
-  say "Building ($preset)"
+  heading "Building ($preset)"
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }

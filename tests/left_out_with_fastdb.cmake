@@ -17,8 +17,8 @@ set(left_out_with_fastdb
     Transactions.DetachWithoutCommitRollsBack
     Transactions.ThreadThatEndsWithoutDetachLetsTheNextWriterIn
     # A full disk or map.
-    ExchangeFailures.FullStoreIsToldAndTheWholeOldModelStays
-    ExchangeProcesses.FullDiskIsToldAndTheWholeOldModelStays
+    ExchangeFailures.FullStoreIsReportedAndTheWholeOldModelStays
+    ExchangeProcesses.FullDiskIsReportedAndTheWholeOldModelStays
     # A damaged file.
     ExchangeFailures.ModelInADamagedStoreIsReadAndWrittenWithoutHarm
     RtdbCheck.RefusesDamageAndSoDoesEveryReader
@@ -37,13 +37,13 @@ set(left_out_with_fastdb
     # Calls on a database that is not open or a thread that is not attached, null as a bound text, conditions without end:
     # FastDB asserts or crashes.
     Cursors.OutliveTheirDatabasesOpenTime
-    CursorsOnNothing.TellOfIt
+    CursorsOnNothing.ReportIt
     Descriptors.InsertIntoATableOfNoDatabaseGivesNoReference
     Descriptors.UnassignedTableHasACopyInEachDatabase
     ExchangeFailures.DatabaseThatCouldNotBeOpenedGivesEmptyTablesAndTakesNothing
     Queries.DepthIsLimited
     Queries.NullTextIsEmpty
-    Transactions.ThreadThatIsNotAttachedIsTold
+    Transactions.ThreadThatIsNotAttachedIsReported
     # Where cursors and texts stand after a change of the row.
     Cursors.RemoveGoesToTheFollowingRow
     Cursors.TextOfTheRecordOutlivesAnUpdateOfTheSameRowByAnotherCursor

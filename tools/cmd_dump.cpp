@@ -55,7 +55,7 @@ std::vector<std::string> KnownNames(const std::vector<AnyTable>& tables) {
 int Dump(const DumpOptions& options) {
   const TableKind named = options.table.empty() ? KIND_NONE : NamedTable(options.table);
   if (options.format == Format::Csv && named == KIND_NONE) {
-    throw Failure(EXIT_USAGE, "CSV holds one table: say which TABLE");
+    throw Failure(EXIT_USAGE, "CSV holds one table: name the TABLE");
   }
   DTSDB database = LoadModel(options.model);
   const std::vector<AnyTable> tables =

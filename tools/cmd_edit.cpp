@@ -42,7 +42,7 @@ std::string Verdict(const std::string& script, const ScriptResult& result, long 
 
 int RunEdit(const EditOptions& options) {
   if (options.output.empty() && !options.isDryRun) {
-    throw Failure(EXIT_USAGE, "say where the edited model goes with -o OUT, or only try it with --dry-run");
+    throw Failure(EXIT_USAGE, "name the place of the edited model with -o OUT, or only try it with --dry-run");
   }
   const std::vector<Edit> edits = ReadEditScript(options.script, ReadFile(options.script));
   DTSDB database = LoadModel(options.model);
@@ -79,7 +79,7 @@ void AddEdit(CLI::App& app, Action& action) {
         AddModelArgument(command, options.model)->required();
         command.add_option("--script", options.script, "The edits, a line each")->option_text("FILE")->required();
         AddOutputOption(command, options.output, "Write the edited model to OUT");
-        command.add_flag("--dry-run", options.isDryRun, "Only tell what would be refused; nothing is written");
+        command.add_flag("--dry-run", options.isDryRun, "Only report what would be refused; nothing is written");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
       },

@@ -100,7 +100,7 @@ int Info(const InfoOptions& options) {
 
 void AddInfo(CLI::App& app, Action& action) {
   AddCommand<InfoOptions>(
-      app, action, "info", "Tell what a model holds, or what the fields of a table mean",
+      app, action, "info", "Print what a model contains, or what the fields of a table mean",
       [](CLI::App& command, InfoOptions& options) {
         AddModelArgument(command, options.model);
         command.add_option("--fields", options.fields, "Describe the fields of this table")->option_text("TABLE");

@@ -24,7 +24,7 @@ struct RtdbOptions {
 constexpr const char* kFooter =
     "NAME is the path of the database, with or without its ending .fdb. As a MODEL of the other commands it is\n"
     "written rtdb:NAME. Other programs may use the database meanwhile.\n"
-    "'dtsdb rtdb COMMAND --help' tells more about a command.";
+    "'dtsdb rtdb COMMAND --help' prints more about a command.";
 
 constexpr const char* kListFooter =
     "Example:\n"
@@ -100,7 +100,7 @@ int Show(const RtdbOptions& options) {
   return EXIT_GOOD;
 }
 
-/// Changes the row that `values` have the key of, or adds it, in one transaction. Gives what was done.
+/// Changes the row that `values` have the key of, or adds it, in one transaction. Returns what was done.
 std::string PutRow(RealtimeDatabase& database, const StoredTable& table, RowValues& values) {
   dbQuery query;
   values.Find(query);

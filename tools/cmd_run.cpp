@@ -21,8 +21,8 @@ constexpr int kLongestInterval = 3600 * 1000;
 constexpr const char* kFooter =
     "The database must hold a model that is marked good: 'dtsdb validate MODEL -o rtdb:NAME' makes one.\n"
     "Its topology is worked out and stored at the start. Then rows that other programs add to TPTRACE, with the time\n"
-    "of their writing in seconds since 1970, are followed up by incremental runs, each stored in one commit and told\n"
-    "in one line. SIGTERM or Ctrl-C ends the command between two commits.\n\n"
+    "of their writing in seconds since 1970, are followed up by incremental runs, each stored in one commit and\n"
+    "reported in one line. SIGTERM or Ctrl-C ends the command between two commits.\n\n"
     "Examples:\n"
     "  dtsdb run rtdb:grid\n"
     "  dtsdb rtdb put grid TPTRACE id=1 name='Breaker 7' type=1 status=0 time=$(date +%s)\n"
@@ -55,7 +55,7 @@ int Run(const RunOptions& options) {
   const auto name = RealtimeName(options.model);
   if (!name) throw Failure(EXIT_USAGE, options.model + " is no realtime database; one is written rtdb:NAME");
   StopSignals stop;
-  { const RealtimeDatabase existing(*name, dbDatabase::dbReadOnly); }  // a missing one is told and not made
+  { const RealtimeDatabase existing(*name, dbDatabase::dbReadOnly); }  // a missing one is reported and not made
   RealtimeDatabase database(*name, dbDatabase::dbAllAccess);
   TopologyTask task(database, {options.indications, options.verify});
   task.Start();

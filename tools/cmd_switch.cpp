@@ -69,7 +69,7 @@ std::vector<Events> ReadEvents(const SwitchOptions& options) {
   for (const std::string& word : options.words) words.push_back(ArgumentText(word));
   TakeEvents(words, runs);
   std::erase_if(runs, [](const Events& events) { return events.empty(); });
-  if (runs.empty()) throw Failure(EXIT_USAGE, "there is no event; 'dtsdb switch --help' tells how to write them");
+  if (runs.empty()) throw Failure(EXIT_USAGE, "there is no event; 'dtsdb switch --help' describes how to write them");
   return runs;
 }
 
@@ -132,7 +132,7 @@ class Switching {
   }
 
  private:
-  /// Hands one event to the topology and notes what it says.
+  /// Hands one event to the topology and notes what it reports.
   void Request(const SwitchEvent& event) {
     const int number = ComponentNumber(m_database, event);
     const bool stood = Stands(m_database, event, number);

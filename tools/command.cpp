@@ -22,9 +22,9 @@ constexpr const char* kFooter =
     "Results go to the standard output, messages to the standard error.\n"
     "Exit codes: 0 good, 1 the model has faults or the models differ, 2 wrong usage, 3 a file can't be read or "
     "written.\n"
-    "'dtsdb COMMAND --help' tells more about a command.";
+    "'dtsdb COMMAND --help' prints more about a command.";
 
-constexpr const char* kSeeHelp = "; 'dtsdb --help' tells how to call it";
+constexpr const char* kSeeHelp = "; 'dtsdb --help' describes how to call it";
 
 void Describe(CLI::App& app, Action& action) {
   app.footer(kFooter);
@@ -75,7 +75,7 @@ void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& te
 
 /// Refuses an empty path: a script whose variable is empty is to hear of it, not to lose its result.
 void RequirePath(CLI::Option* option) {
-  option->check([](const std::string& path) { return path.empty() ? "the path is empty; say where to write" : ""; });
+  option->check([](const std::string& path) { return path.empty() ? "the path is empty; name an output" : ""; });
 }
 
 }  // namespace

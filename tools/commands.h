@@ -12,7 +12,7 @@
 
 namespace dtsdb::tools {
 
-/// What a subcommand does once the command line has been read. Gives the exit code; may throw Failure.
+/// What a subcommand does once the command line has been read. Returns the exit code; may throw Failure.
 using Action = std::function<int()>;
 
 // Each adds its subcommand to `app`; when the command line names it, `action` is set.
@@ -57,7 +57,7 @@ void AddOutputArgument(CLI::App& command, std::string& output, const std::string
 /// A text from the command line in UTF-8: taken as GBK where it is no UTF-8, as a GBK terminal sends it.
 std::string ArgumentText(const std::string& argument);
 
-/// Reads the command line, runs the subcommand and gives the exit code. Whatever goes wrong ends in one line on the
+/// Reads the command line, runs the subcommand and returns the exit code. Whatever goes wrong ends in one line on the
 /// standard error.
 int RunCommand(int argc, const char* const* argv);
 

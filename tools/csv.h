@@ -36,7 +36,7 @@ class CsvError : public std::runtime_error {
 void ReadCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit);
 
 /// Appends `field` to the row that ends `out`, in quotes where its bytes need them. An empty text gets quotes, so
-/// that it can be told from a field left out.
+/// that it can be distinguished from a field left out.
 void AppendCsvField(std::string& out, const CsvField& field, bool first);
 
 }  // namespace dtsdb::tools

@@ -49,7 +49,7 @@ std::vector<std::string> Words(std::string_view line) {
   return words;
 }
 
-/// Reads the value of one field. Gives an empty text, or what is wrong.
+/// Reads the value of one field. Returns an empty text, or what is wrong.
 std::string ParseValue(const FieldInfo& field, const std::string& text, void* record) {
   if (field.IsLink()) return "is a number that an addition works out; it can't be given";
   return VisitValue(field, record, [&text]<class V>(V& value) -> std::string {

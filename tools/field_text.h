@@ -31,7 +31,7 @@ std::string NumberText(V value) {
 }
 
 /// Reads a whole number or, for a floating-point type, any number. The whole of `text` must be the number and lie
-/// in the range of the type. Gives an empty text, or what is wrong; `value` is then as it was.
+/// in the range of the type. Returns an empty text, or what is wrong; `value` is then as it was.
 template <FieldNumber V>
 std::string ParseNumber(std::string_view text, V& value) {
   using Wide = std::conditional_t<std::integral<V>, long long, V>;

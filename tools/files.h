@@ -1,5 +1,5 @@
 /// \file
-/// Files and folders, with failures told in one line.
+/// Files and folders, with failures reported in one line.
 #pragma once
 
 #include <QString>

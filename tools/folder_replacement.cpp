@@ -30,7 +30,7 @@ mode_t ModeFor(const fs::path& target) {
   return exists ? status.st_mode & 07777U : 0777U;
 }
 
-/// Renames one folder. Gives the error number, 0 for none. `flags` are those of renameat2.
+/// Renames one folder. Returns the error number, 0 for none. `flags` are those of renameat2.
 int Rename(const fs::path& from, const fs::path& to, unsigned flags = 0) {
   const int result = flags == 0 ? ::rename(from.c_str(), to.c_str())
                                 : ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags);
@@ -66,7 +66,7 @@ int ReplaceInSteps(const fs::path& folder, const fs::path& target) {
   return error;
 }
 
-/// One attempt. Gives the error number, 0 for none.
+/// One attempt. Returns the error number, 0 for none.
 int Replace(const fs::path& folder, const fs::path& target) {
   const int exchanged = Rename(folder, target, RENAME_EXCHANGE);
   if (exchanged == ENOENT) return Rename(folder, target);  // nothing stands there

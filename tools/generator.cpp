@@ -322,7 +322,7 @@ class Utility {
   /// A measured voltage in kV, close to the base voltage.
   double Voltage(const Level& level) { return double{level.vbase} * m_random.Between(960, 1050) / 1000.0; }
 
-  /// A measurement of device `device`; gives its identity.
+  /// A measurement of device `device`; returns its identity.
   QString Measure(const QString& device, const char* suffix, double value) {
     ANALOG& point = m_rows.Put<ANALOG>(device + Text(suffix));
     point.name = point.id;

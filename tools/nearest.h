@@ -8,7 +8,7 @@
 namespace dtsdb::tools {
 
 /// Number of characters to insert, delete, replace or exchange with their neighbour that turn `a` into `b`, upper
-/// and lower case counting as equal. Both are UTF-8. Gives `limit` + 1 for anything above `limit`.
+/// and lower case counting as equal. Both are UTF-8. Returns `limit` + 1 for anything above `limit`.
 int EditDistance(const std::string& a, const std::string& b, int limit);
 
 /// The up to three of `known` that `name` may have been meant for, nearest first, equally near ones in the order of

@@ -77,15 +77,15 @@ RealtimeDatabase::Database::Database(const RealtimeDatabase& owner, dbAccessType
 }
 
 void RealtimeDatabase::Database::handleError(dbErrorClass error, char const* message, int argument) {
-  const bool told = message != nullptr && *message != '\0';
+  const bool hasMessage = message != nullptr && *message != '\0';
   if (firstError.empty()) {
-    firstError = told ? message : fmt::format("the realtime database tells of error {}", static_cast<int>(error));
+    firstError = hasMessage ? message : fmt::format("the realtime database reports error {}", static_cast<int>(error));
   }
-  if (error == DatabaseOpenError) return;  // open() gives false; FastDB would write a line
+  if (error == DatabaseOpenError) return;  // open() returns false; FastDB would write a line
   try {
     dbDatabase::handleError(error, message, argument);
   } catch (const std::exception& thrown) {
-    if (!told) firstError = thrown.what();
+    if (!hasMessage) firstError = thrown.what();
     m_owner.Check();
   }
 }

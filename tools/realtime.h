@@ -1,5 +1,5 @@
 /// \file
-/// Realtime databases as the commands use them: by name, and with failures told in one line.
+/// Realtime databases as the commands use them: by name, and with failures reported in one line.
 #pragma once
 
 #include <csignal>
@@ -37,7 +37,7 @@ class RealtimeDatabase {
 
   dbDatabase* Db() { return &m_database; }
 
-  /// Throws Failure with the first error that the database has told of, if it has: its calls only give 0 or false.
+  /// Throws Failure with the first error that the database has reported, if it has: its calls only return 0 or false.
   void Check() const;
 
  private:

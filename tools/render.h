@@ -37,7 +37,7 @@ class Sheet {
   Sheet& HideColumn(std::size_t column);
   /// In text, the columns are left out in which every row has what `defaults` has.
   Sheet& HideDefaults(const std::vector<Cell>& defaults);
-  /// In text, nothing is said of the sheet while it has no rows.
+  /// In text, nothing is printed of the sheet while it has no rows.
   Sheet& HideWhenEmpty();
 
   /// Appends a row, a cell for each column.
@@ -47,7 +47,7 @@ class Sheet {
   const std::vector<std::string>& Columns() const { return m_columns; }
   const std::vector<std::vector<Cell>>& Rows() const { return m_rows; }
 
-  /// True when text says nothing of the sheet.
+  /// True when text prints nothing of the sheet.
   bool IsHidden() const { return m_hideWhenEmpty && m_rows.empty(); }
   std::string Text(bool colour) const;
   std::string Json() const;
@@ -67,7 +67,7 @@ class Sheet {
   bool m_hideWhenEmpty = false;
 };
 
-/// All that a command has to say: facts, lines and sheets, in the order in which they were added.
+/// All that a command has to print: facts, lines and sheets, in the order in which they were added.
 class Report {
  public:
   /// A property of the JSON object.

@@ -17,12 +17,12 @@ constexpr bool kIsContainer = std::is_same_v<Record, CO> || std::is_same_v<Recor
                               std::is_same_v<Record, KV>;
 
 /// Applies edits one by one. Edits leave links that only a validation puts in order, so that a step may fail, or reach
-/// too far, for no fault of its own: then it is told by a newly validated model what holds.
+/// too far, for no fault of its own: then a newly validated model shows what holds.
 class ScriptRun {
  public:
   explicit ScriptRun(DTSDB& database) : m_database(database), m_nmd(&database) {}
 
-  /// Gives why the edit is refused, empty when it isn't.
+  /// Returns why the edit is refused, empty when it isn't.
   std::string Apply(const Edit& edit) {
     return std::visit([&](auto record) { return edit.isRemoval ? Remove(record) : Add(record); }, edit.record);
   }
@@ -71,7 +71,7 @@ class ScriptRun {
 
   template <class Record>
   std::string TryToRemove(const Record& record) {
-    m_nmd.IsValid(record);  // sets a reason that no removal gives: some removals stop without one
+    m_nmd.IsValid(record);  // sets a reason that no removal sets: some removals stop without one
     const QString none = m_nmd.GetLastError();
     m_isValidated = false;
     if (RemoveRecord(m_nmd, record)) return "";

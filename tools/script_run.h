@@ -20,7 +20,7 @@ struct ScriptResult {
 };
 
 /// Applies `edits`, in their order, to a model that is good, and validates the result. A line that is refused is passed
-/// over, so that all of them are told; the model then isn't good, whatever its mark says. Leaves no log.
+/// over, so that all of them are reported; the model then isn't good, whatever its mark. Leaves no log.
 ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits);
 
 }  // namespace dtsdb::tools

@@ -78,7 +78,7 @@ auto VisitColumn(const ColumnInfo& column, Address* row, Visitor&& visit) {
   return visit(column.In<char>(row));
 }
 
-/// Reads the bytes of a range from two hexadecimal digits each. Gives an empty text, or what is wrong.
+/// Reads the bytes of a range from two hexadecimal digits each. Returns an empty text, or what is wrong.
 std::string ParseRange(const std::string& text, char* range, std::size_t size) {
   const QByteArray digits = QByteArray::fromStdString(text);
   const QByteArray bytes = QByteArray::fromHex(digits);

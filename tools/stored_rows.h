@@ -28,7 +28,7 @@ class StoredTable {
   virtual std::shared_ptr<void> NewRow() const = 0;
   /// The number of rows.
   virtual int Count(dbDatabase* db) const = 0;
-  /// Calls `visit` with every row, in the order of the keys, and gives the number of rows.
+  /// Calls `visit` with every row, in the order of the keys, and returns the number of rows.
   virtual int ForEachRow(dbDatabase* db, const std::function<void(const void* row)>& visit) const = 0;
   /// Selects the rows of `query` and calls `check` with their number. Then changes the one row, or adds a new one when
   /// there is none, with what `change` puts into it.

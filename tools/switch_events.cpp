@@ -31,9 +31,9 @@ constexpr EventWords kEvents[] = {
     {16, "break", "join", "ZBR", "to"},
 };
 
-bool Says(const EventWords& event, const std::string& verb) { return verb == event.off || verb == event.on; }
+bool HasVerb(const EventWords& event, const std::string& verb) { return verb == event.off || verb == event.on; }
 
-/// The different texts that `text` gives for the events that `fits`, in order.
+/// The different texts that `text` returns for the events that `fits`, in order.
 template <class Fits, class Text>
 std::vector<std::string> Choices(Fits fits, Text text) {
   std::vector<std::string> choices;
@@ -52,7 +52,7 @@ std::vector<std::string> Verbs() {
                  });
 }
 
-/// The word at `at`, and `at` one further. A Failure that says `what` was to come when the words are at their end.
+/// The word at `at`, and `at` one further. A Failure that names `what` when the words are at their end.
 const std::string& TakeWord(const std::vector<std::string>& words, std::size_t& at, const std::string& what) {
   if (at >= words.size()) {
     const std::string behind = words.empty() ? "the event" : Quoted(words.back());
@@ -115,12 +115,12 @@ bool IsSwitchVerb(const std::string& word) {
 
 SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& at) {
   const std::string& verb = TakeChoice(words, at, "a verb", Verbs());
-  const auto saysVerb = [&](const EventWords& event) { return Says(event, verb); };
+  const auto hasVerb = [&](const EventWords& event) { return HasVerb(event, verb); };
   const std::string& table =
       TakeChoice(words, at, "a table that goes with '" + verb + "'",
-                 Choices(saysVerb, [](const EventWords& event) { return std::vector<std::string>{event.table}; }));
+                 Choices(hasVerb, [](const EventWords& event) { return std::vector<std::string>{event.table}; }));
   const std::string& id = TakeWord(words, at, "the identity");
-  const auto fits = [&](const EventWords& event) { return saysVerb(event) && table == event.table; };
+  const auto fits = [&](const EventWords& event) { return hasVerb(event) && table == event.table; };
   std::string end;
   const std::vector<std::string> ends =
       Choices(fits, [](const EventWords& event) { return std::vector<std::string>{event.end}; });

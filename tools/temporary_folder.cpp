@@ -55,7 +55,7 @@ std::string NewName(const std::string& front) {
   return fmt::format("{}{}{:06x}", front, kMark, random() & 0xFFFFFFU);
 }
 
-/// True for a name that NewName gives.
+/// True for a name that NewName returns.
 bool IsTemporaryName(std::string_view name) {
   if (name.size() < kMark.size() + kDigits) return false;
   const std::string_view digits = name.substr(name.size() - kDigits);

@@ -32,7 +32,7 @@ class Stopwatch {
   std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
 };
 
-void Say(const std::string& line) {
+void Log(const std::string& line) {
   const std::string time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
   WriteResult(Format::Text, time + " " + OneLine(line) + "\n");
 }
@@ -74,7 +74,7 @@ void TopologyTask::Start() {
   const double worked = watch.Lap();
   m_tp.tpWriteFastdb(m_database.Db());
   m_database.Check();
-  Say(fmt::format("start: full run, {}, {:.1f} ms, stored in {:.1f} ms",
+  Log(fmt::format("start: full run, {}, {:.1f} ms, stored in {:.1f} ms",
                   Counted(m_model.m_islandTable->GetCount(), "live island"), worked, watch.Lap()));
 }
 
@@ -106,7 +106,7 @@ void TopologyTask::Look() {
   const bool logged = outcome == RunOutcome::Incremental && m_tp.tpGetStartNo() != -1;
   const std::string log = logged ? fmt::format("log {}..{}", m_tp.tpGetStartNo(), m_tp.tpGetEndNo()) : "no log";
   const int sections = outcome == RunOutcome::Incremental ? ChangedSectionCount(m_model) : 0;
-  Say(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run, OutcomeText(outcome),
+  Log(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run, OutcomeText(outcome),
                   Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"), Counted(sections, "section"), log,
                   worked, stored));
   if (m_options.verify) Verify();
@@ -153,7 +153,7 @@ void TopologyTask::Store(RunOutcome outcome) {
 void TopologyTask::Verify() {
   for (const auto& [table, identity, here, there] : CompareWithFullRun(m_model)) {
     m_good = false;
-    Say(fmt::format("run {} differs from a full one: {} {}: {}; full run: {}", m_run, table, identity, here, there));
+    Log(fmt::format("run {} differs from a full one: {} {}: {}; full run: {}", m_run, table, identity, here, there));
   }
 }
 

@@ -18,10 +18,10 @@ bool IsMarkedGood(DTSDB& database);
 int ErrorCount(DTSDB& database);
 
 /// Validates the model unless it is marked good, without leaving a log. A Failure with exit code EXIT_FAULTS, that
-/// tells how to see the faults of `model`, the path it came from, when it isn't good.
+/// describes how to see the faults of `model`, the path it came from, when it isn't good.
 void RequireGood(DTSDB& database, const std::string& model);
 
-/// The findings about records, down to the weight `least`; the notices tell only that a run began and ended.
+/// The findings about records, down to the weight `least`; the notices report only that a run began and ended.
 Sheet FindingSheet(const QList<Finding>& findings, Severity least);
 
 }  // namespace dtsdb::tools

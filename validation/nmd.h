@@ -43,7 +43,7 @@ class NMD {
   /// The reason of the last failure, real text, in nearly all cases with a line feed at its end. Never cleared.
   const QString& GetLastError() const { return m_lastError; }
 
-  // Editing a good model, record by record (docs/editing.md). Each operation gives true, or false with the reason in
+  // Editing a good model, record by record (docs/editing.md). Each operation returns true, or false with the reason in
   // GetLastError. Nothing goes into the log, and nothing is taken back: an operation that fails midway leaves its
   // part of the work, and a new DetectAll puts the model in order.
 

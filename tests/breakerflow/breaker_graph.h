@@ -25,7 +25,7 @@ class BreakerGraph {
   BreakerGraph(const BreakerGraph&) = delete;
   BreakerGraph& operator=(const BreakerGraph&) = delete;
 
-  /// Adds a closed breaker; gives its key. Its nodes are made with a voltage of 220 at `angle`, in radians.
+  /// Adds a closed breaker; returns its key. Its nodes are made with a voltage of 220 at `angle`, in radians.
   int Breaker(int from, int to, float angle = 0.3F) {
     cbBreaker breaker;
     breaker.id = QString::number(m_probe.Breakers().size());

@@ -91,7 +91,7 @@ class BreakerFlowData : public ::testing::Test {
   CbFlowProbe m_probe{m_flow};
 };
 
-TEST(BreakerFlowTolerance, IsAHundredthUnlessToldOtherwise) {
+TEST(BreakerFlowTolerance, IsAHundredthByDefault) {
   const cbFlow flow(nullptr);
   const float delta = flow.getDelta();
   u32 bits = 0;

@@ -15,5 +15,5 @@ int main(int argc, char** argv) {
   graph.Inject(3, 10, 2.5F);
   graph.Probe().Nodes()[4].name = QString::fromLatin1("\xB1\xE4\xB5\xE7\x81");  // GBK, and half a character
   graph.Calculate();
-  return Say(graph.P(0) == 5 ? "computed" : "not computed");
+  return PrintLine(graph.P(0) == 5 ? "computed" : "not computed");
 }

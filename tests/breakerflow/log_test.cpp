@@ -14,7 +14,7 @@
 namespace dtsdb::test {
 namespace {
 
-/// Runs the helper in `folder` and gives what it says.
+/// Runs the helper in `folder` and returns what it prints.
 QByteArray RunIn(const QString& folder, const QStringList& arguments = {}) {
   QProcess process;
   process.setWorkingDirectory(folder);
@@ -32,7 +32,7 @@ const QByteArray kLog =
     "\xB2\xBB\xC4\xDC\xBC\xC6\xCB\xE3\xA1\xA3\n"                                        // 不能计算。
     "nodeName = N3\nnodeName = \xB1\xE4\xB5\xE7\x81\n\n";
 
-TEST(BreakerFlowLog, TellsToleranceAndSetsThatDoNotBalanceInGbk) {
+TEST(BreakerFlowLog, ReportsToleranceAndSetsThatDoNotBalanceInGbk) {
   const TemporaryDirectory here;
   EXPECT_EQ(RunIn(here.Path()), "computed\n");
   EXPECT_EQ(here.Read(QStringLiteral("cbFlow.txt")), kLog);

@@ -1,7 +1,7 @@
 // Two published national grids: the flows through their switches against the published ones.
 //
-// The data lie beside the checkout, or where the environment variable DTSDB_DATA_DIR says. Without them the program
-// says so and ends with the code by which CTest knows a skipped test.
+// The data lie beside the checkout, or where the environment variable DTSDB_DATA_DIR points. Without them the program
+// reports it and ends with the code by which CTest knows a skipped test.
 
 #include <gtest/gtest.h>
 

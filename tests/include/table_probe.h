@@ -10,7 +10,7 @@
 
 namespace dtsdb::test {
 
-/// A record of which only the key is compared; the tag tells equal ones apart.
+/// A record of which only the key is compared; the tag distinguishes equal ones.
 struct Rec {
   int key = 0;
   int tag = 0;

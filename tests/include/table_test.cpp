@@ -189,7 +189,7 @@ TEST(Table, AFreedSlotStillHoldsItsRecord) {
   EXPECT_EQ(table.GetPh(0).tag, 11);
 }
 
-TEST(Table, IsUsedTellsASlotWithARecordFromAFreeOne) {
+TEST(Table, IsUsedDistinguishesASlotWithARecordFromAFreeOne) {
   Table table;
   AddAll(table, {1, 2});
   EXPECT_TRUE(table.IsUsed(1));

@@ -137,7 +137,7 @@ constexpr int kNumbers = kHead + 28;
 constexpr int kRecords = kNumbers + 4 * 16;
 constexpr int kSecondRecord = kRecords + 16;
 
-/// Says why the image is refused once the number at `byte` is `value`.
+/// Returns why the image is refused once the number at `byte` is `value`.
 QString RefusalWith(int byte, i32 value) {
   QByteArray image = TwoEnds();
   qToBigEndian<i32>(value, image.data() + byte);

@@ -61,7 +61,7 @@ QByteArray ImageOf(Stored& stored) {
   return buffer.data();
 }
 
-/// Loads an image; gives what was refused, null when it was taken.
+/// Loads an image; returns what was refused, null when it was taken.
 template <class Loaded>
 QString LoadImage(Loaded& loaded, QByteArray image) {
   QBuffer buffer(&image);

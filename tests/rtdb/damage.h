@@ -112,8 +112,9 @@ struct TrialCounts {
   char fault[512];
 };
 
-/// Runs `trial` for 0 to `count` in a child process. A trial counts how it ended, and gives what was wrong, or an empty
-/// text. Where it crashes or hangs, `describe` names it in the test's failure, and another child goes on behind it.
+/// Runs `trial` for 0 to `count` in a child process. A trial counts how it ended, and returns what was wrong, or an
+/// empty text. Where it crashes or hangs, `describe` names it in the test's failure, and another child goes on behind
+/// it.
 inline TrialCounts RunTrials(std::size_t count, const std::function<std::string(std::size_t, TrialCounts&)>& trial,
                              const std::function<std::string(std::size_t)>& describe) {
   constexpr unsigned kPatience = 60;

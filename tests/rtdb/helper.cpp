@@ -2,15 +2,15 @@
 //
 //   make FILE         stores 400 rows of `entry`, all of value 7
 //   write FILE        commits one transaction after the other, each of which gives every row of `entry` the same value
-//   hold FILE         begins a write transaction, says "holding" and waits to be killed
-//   read FILE         begins a read transaction, says "reading" and waits to be killed
-//   check FILE        says "whole VALUE" if all rows have one value, "torn" if not, "unreadable" if it can't tell
+//   hold FILE         begins a write transaction, prints "holding" and waits to be killed
+//   read FILE         begins a read transaction, prints "reading" and waits to be killed
+//   check FILE        prints "whole VALUE" if all rows have one value, "torn" if not, "unreadable" if it can't read
 //   readonly FILE     checks as a user who may not write, with a database for reading and writing
 //   view FILE         checks as a user who may not write, with a database for reading only
 //   stay FILE         the same, again after FILE.go has come into being, and again with the database opened anew
 //   medium FILE       mounts FILE's folder for reading only, for itself alone, and checks with a database for reading
-//                     only; says "no mount" where it may not mount
-//   add FILE ID       inserts a row of `entry`, says "added"
+//                     only; prints "no mount" where it may not mount
+//   add FILE ID       inserts a row of `entry`, prints "added"
 //   full FILE BYTES   rewrites the rows with larger texts while no file may grow beyond BYTES
 
 #include <grp.h>
@@ -35,8 +35,8 @@ REGISTER_UNASSIGNED(note);
 
 namespace {
 
-using dtsdb::test::Say;
-using dtsdb::test::SayAndWait;
+using dtsdb::test::PrintAndWait;
+using dtsdb::test::PrintLine;
 using sample::entry;
 
 void SetAll(dbDatabase& db, int value, char const* text) {
@@ -54,7 +54,7 @@ int Write(dbDatabase& db) {
   cursor.select();
   int value = cursor.get() != nullptr ? cursor->value : 0;
   db.commit();
-  Say("writing");
+  PrintLine("writing");
   for (;;) {
     ++value;
     SetAll(db, value, std::string(static_cast<std::size_t>(value % 300), 'w').c_str());
@@ -79,9 +79,9 @@ int Check(dbDatabase& db) {
   int met = 0;
   const int value = cursor.get() != nullptr ? cursor->value : -1;
   for (entry* row = cursor.get(); row != nullptr; row = cursor.next(), ++met) {
-    if (row->value != value || row->id != met) return Say("torn", 1);
+    if (row->value != value || row->id != met) return PrintLine("torn", 1);
   }
-  return met == count && met > 0 ? Say("whole " + std::to_string(value)) : Say("unreadable", 1);
+  return met == count && met > 0 ? PrintLine("whole " + std::to_string(value)) : PrintLine("unreadable", 1);
 }
 
 int Add(dbDatabase& db, int id) {
@@ -89,7 +89,7 @@ int Add(dbDatabase& db, int id) {
   row.id = id;
   const bool added = db.insert(row).getOid() != 0;
   db.close();
-  return added ? Say("added") : Say("not added", 1);
+  return added ? PrintLine("added") : PrintLine("not added", 1);
 }
 
 /// Becomes a user who may write only what everybody may. An ordinary user stays what he is.
@@ -99,12 +99,12 @@ bool GiveUpRights() {
 
 int View(const char* path) {
   dbDatabase db(dbDatabase::dbReadOnly);
-  return db.open("store", path) ? Check(db) : Say("unreadable", 1);
+  return db.open("store", path) ? Check(db) : PrintLine("unreadable", 1);
 }
 
 int Stay(const char* path) {
   dbDatabase db(dbDatabase::dbReadOnly);
-  if (!db.open("store", path)) return Say("unreadable", 1);
+  if (!db.open("store", path)) return PrintLine("unreadable", 1);
   Check(db);
   db.commit();
   while (::access((std::string(path) + ".go").c_str(), F_OK) != 0) ::usleep(1000);
@@ -119,7 +119,7 @@ int Medium(const char* path) {
   if (::unshare(spaces) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
       ::mount(folder.c_str(), folder.c_str(), nullptr, MS_BIND, nullptr) != 0 ||
       ::mount(nullptr, folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0) {
-    return Say("no mount", 1);
+    return PrintLine("no mount", 1);
   }
   return View(path);
 }
@@ -143,7 +143,7 @@ int main(int argc, char** argv) {
   if (command == "stay") return Stay(argv[2]);
   if (command == "medium") return Medium(argv[2]);
   dbDatabase db;
-  if (!db.open("store", argv[2])) return Say("unreadable", 1);
+  if (!db.open("store", argv[2])) return PrintLine("unreadable", 1);
   if (command == "make") return Make(db);
   if (command == "write") return Write(db);
   if (command == "check" || command == "readonly") return Check(db);
@@ -151,8 +151,8 @@ int main(int argc, char** argv) {
   if (command == "full" && argc > 3) return Full(db, argv[3]);
   dbCursor<entry> cursor(&db, command == "hold" ? dbCursorForUpdate : dbCursorViewOnly);
   cursor.select();
-  if (command == "read") return SayAndWait("reading");
+  if (command == "read") return PrintAndWait("reading");
   if (command != "hold") return 2;
   SetAll(db, 123456, "held");
-  return SayAndWait("holding");
+  return PrintAndWait("holding");
 }

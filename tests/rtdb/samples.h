@@ -85,7 +85,7 @@ class Database : public dbDatabase {
     messages.emplace_back(message);
   }
   /// The messages since the last call, one a line.
-  std::string Told() {
+  std::string Reported() {
     std::string all;
     for (const std::string& message : messages) all += message + "\n";
     messages.clear();

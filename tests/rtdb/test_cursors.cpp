@@ -20,7 +20,7 @@ struct Cursors : ::testing::Test {
     for (const int id : {3, 1, 2}) AddEntry(store.db, id, id * 10, "text");
     store.db.commit();
   }
-  void TearDown() override { EXPECT_EQ(store.db.Told(), expected); }
+  void TearDown() override { EXPECT_EQ(store.db.Reported(), expected); }
 
   OpenStore store;
   std::string expected;
@@ -190,7 +190,7 @@ TEST_F(Cursors, ViewOnlyCursorRefusesUpdateAndRemove) {
   cursor.removeAllSelected();
   EXPECT_EQ(store.db.errors,
             (std::vector{dbDatabase::ReadonlyCursor, dbDatabase::ReadonlyCursor, dbDatabase::ReadonlyCursor}));
-  EXPECT_NE(store.db.Told().find("type == dbCursorForUpdate && currId != 0"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("type == dbCursorForUpdate && currId != 0"), std::string::npos);
   EXPECT_EQ(EntryIds(store.db, "value = 99").size(), 0U);
 }
 
@@ -272,11 +272,11 @@ TEST_F(Cursors, RowThatHasGoneGivesAMessageAndNoRow) {
   writer.remove();
   EXPECT_EQ(view.next(), nullptr);
   EXPECT_EQ(view.get(), nullptr);
-  EXPECT_NE(store.db.Told().find("row has gone"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("row has gone"), std::string::npos);
   EXPECT_EQ(view.next()->id, 3);
   stale->value = 1;
   stale.update();
-  EXPECT_NE(store.db.Told().find("row to update has gone"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("row to update has gone"), std::string::npos);
   EXPECT_EQ(EntryIds(store.db), (std::vector<int>{1, 3}));
 }
 
@@ -322,18 +322,18 @@ TEST_F(Cursors, OutliveTheirDatabasesOpenTime) {
   EXPECT_EQ(cursor.get(), nullptr);
   EXPECT_EQ(cursor.next(), nullptr);
   EXPECT_EQ(cursor.select(), 0);
-  EXPECT_NE(store.db.Told().find("the database is not open"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("the database is not open"), std::string::npos);
   ASSERT_TRUE(store.Open());
   EXPECT_EQ(cursor.select(), 3);
 }
 
-TEST(CursorsOnNothing, TellOfIt) {
+TEST(CursorsOnNothing, ReportIt) {
   ::testing::internal::CaptureStderr();
   dbCursor<entry> cursor;
   EXPECT_EQ(cursor.select(), 0);
-  const std::string told = ::testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find("db != NULL"), std::string::npos);
-  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1);
+  const std::string reported = ::testing::internal::GetCapturedStderr();
+  EXPECT_NE(reported.find("db != NULL"), std::string::npos);
+  EXPECT_EQ(std::count(reported.begin(), reported.end(), '\n'), 1);
 }
 
 }  // namespace

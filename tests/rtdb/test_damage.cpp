@@ -37,7 +37,7 @@ void Write(const std::string& path, const std::string& bytes) {
 /// A small store with several tables, a branch page, values too large for a page and a list of free pages.
 void Fill(const std::string& path) {
   Database db;
-  ASSERT_TRUE(db.open("store", path.c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
   for (int id = 0; id < 80; ++id) AddEntry(db, id, id, std::string(100 + static_cast<std::size_t>(id), 't').c_str());
   for (int i = 0; i < 3; ++i) {
     relation link;
@@ -116,11 +116,11 @@ struct Damage : ::testing::Test {
     Fill(path);
     whole = Read(path);
     Database db;
-    ASSERT_TRUE(db.open("store", path.c_str())) << db.Told();
+    ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
     rows = Rows(db);
     Change(db);
     changedRows = Rows(db);
-    ASSERT_EQ(db.Told(), "");
+    ASSERT_EQ(db.Reported(), "");
     db.close();
     places = PlaceFinder(whole).Places();
     ASSERT_GT(places.branches, 0);
@@ -128,14 +128,14 @@ struct Damage : ::testing::Test {
     ASSERT_GT(places.freeLists, 0);
   }
 
-  /// Uses a store of these bytes. Gives what went wrong: rows that differ though no error was reported, or a store that
-  /// can't be opened again.
+  /// Uses a store of these bytes. Returns what went wrong: rows that differ though no error was reported, or a store
+  /// that can't be opened again.
   std::string Use(const std::string& bytes, TrialCounts& counts) const {
     Write(path, bytes);
     Database db;
     if (!db.open("store", path.c_str())) {
-      const std::string told = db.Told();
-      if (!told.starts_with(path + ": ")) return "refused without its name: " + told;
+      const std::string reported = db.Reported();
+      if (!reported.starts_with(path + ": ")) return "refused without its name: " + reported;
       ++counts.refused;
       return {};
     }
@@ -150,7 +150,7 @@ struct Damage : ::testing::Test {
     if (before != rows) return "other rows";
     if (after != changedRows) return "other rows after a change";
     Database again;
-    if (!again.open("store", path.c_str())) return "the change has damaged it: " + again.Told();
+    if (!again.open("store", path.c_str())) return "the change has damaged it: " + again.Reported();
     if (Rows(again) != changedRows) return "other rows when opened again";
     ++counts.unharmed;
     return {};

@@ -109,7 +109,7 @@ TEST(Descriptors, EveryColumnTypeComesBackAsItWas) {
   ExpectEqual(*cursor.get(), low);
   ASSERT_NE(cursor.next(), nullptr);
   ExpectEqual(*cursor.get(), high);
-  EXPECT_EQ(store.db.Told(), "");
+  EXPECT_EQ(store.db.Reported(), "");
 }
 
 TEST(Descriptors, NullTextComesBackEmpty) {

@@ -33,7 +33,7 @@ void Write(const std::string& path, const std::string& bytes) {
 /// A store with rows on many pages, some of them too large for one.
 void Fill(const std::string& path, int rows = 400) {
   Database db;
-  ASSERT_TRUE(db.open("store", path.c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
   for (int id = 0; id < rows; ++id) AddEntry(db, id, 0, std::string(static_cast<std::size_t>(id), 't').c_str());
   item large;
   const std::string text(20000, 'l');
@@ -51,9 +51,9 @@ void ExpectRefused(const std::string& path, const std::string& why) {
   Database db;
   EXPECT_FALSE(db.open("store", path.c_str()));
   EXPECT_EQ(db.errors.size(), 1U);
-  const std::string told = db.Told();
-  EXPECT_NE(told.find(path + ": "), std::string::npos) << told;
-  EXPECT_NE(told.find(why), std::string::npos) << told;
+  const std::string reported = db.Reported();
+  EXPECT_NE(reported.find(path + ": "), std::string::npos) << reported;
+  EXPECT_NE(reported.find(why), std::string::npos) << reported;
 }
 
 TEST(Files, NameMayStandWithoutItsEnding) {
@@ -77,13 +77,13 @@ TEST(Files, NameMayStandWithoutItsEnding) {
   EXPECT_EQ(EntryIds(plain), std::vector<int>{1});
 }
 
-TEST(Files, MissingFolderIsTold) { ExpectRefused("/no/such/folder/store.fdb", "no such folder"); }
+TEST(Files, MissingFolderIsReported) { ExpectRefused("/no/such/folder/store.fdb", "no such folder"); }
 
 TEST(Files, MissingFileIsNotMadeForReadingOnly) {
   Folder folder;
   Database db(dbDatabase::dbReadOnly);
   EXPECT_FALSE(db.open("store", folder.File().c_str()));
-  EXPECT_NE(db.Told().find("No such file"), std::string::npos);
+  EXPECT_NE(db.Reported().find("No such file"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(folder.File()));
 }
 
@@ -114,7 +114,7 @@ TEST(Files, EmptyFileBecomesAStore) {
   Folder folder;
   Write(folder.File(), "");
   Database db;
-  EXPECT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  EXPECT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_NE(AddEntry(db, 1).getOid(), 0U);
 }
 
@@ -206,7 +206,7 @@ TEST(Files, DamagedBytesNeverBringTheProcessDown) {
   std::filesystem::remove(folder.File() + "-lock");
   Write(folder.File(), whole);
   Database db;
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 300U);
 }
 
@@ -214,7 +214,7 @@ TEST(Files, FullStoreGivesUpTheTransactionAndKeepsTheRest) {
   Folder folder;
   Database db;
   db.setFileSizeLimit(256 << 10);
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   AddEntry(db, 1, 0, "kept");
   db.commit();
   const std::string text(1000, 'f');
@@ -226,18 +226,18 @@ TEST(Files, FullStoreGivesUpTheTransactionAndKeepsTheRest) {
   }
   EXPECT_FALSE(stored);
   EXPECT_EQ(db.errors, std::vector{dbDatabase::FileLimitExeeded});
-  EXPECT_NE(db.Told().find("size limit"), std::string::npos);
+  EXPECT_NE(db.Reported().find("size limit"), std::string::npos);
   EXPECT_EQ(AddEntry(db, 2).getOid(), 0U);
   dbCursor<entry> cursor(&db);
   EXPECT_EQ(cursor.select(), 0);
-  EXPECT_TRUE(db.errors.empty()) << "the fault is told once";
+  EXPECT_TRUE(db.errors.empty()) << "the fault is reported once";
   db.commit();
-  EXPECT_NE(db.Told().find("nothing committed"), std::string::npos);
+  EXPECT_NE(db.Reported().find("nothing committed"), std::string::npos);
   EXPECT_EQ(EntryIds(db), std::vector<int>{1});
   EXPECT_NE(AddEntry(db, 2).getOid(), 0U);
   db.commit();
   EXPECT_EQ(EntryIds(db), (std::vector<int>{1, 2}));
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
 }
 
 TEST(Files, RollbackAfterAFullStoreIsQuiet) {
@@ -248,18 +248,18 @@ TEST(Files, RollbackAfterAFullStoreIsQuiet) {
   const std::string text(100000, 'f');
   while (AddEntry(db, 1, 0, text.c_str()).getOid() != 0) {
   }
-  db.Told();
+  db.Reported();
   db.rollback();
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
   EXPECT_EQ(EntryIds(db), std::vector<int>{});
 }
 
-TEST(Files, FullDiskIsToldAtTheCommitAndKeepsTheLastOne) {
+TEST(Files, FullDiskIsReportedAtTheCommitAndKeepsTheLastOne) {
   Folder folder;
   EXPECT_EQ(RunHelper({"make", folder.File()}), "");
-  const std::string said = RunHelper({"full", folder.File(), "200000"});
-  EXPECT_NE(said.find(": commit: Input/output error\n"), std::string::npos) << said;
-  EXPECT_NE(said.find("whole 7\n"), std::string::npos) << said;
+  const std::string output = RunHelper({"full", folder.File(), "200000"});
+  EXPECT_NE(output.find(": commit: Input/output error\n"), std::string::npos) << output;
+  EXPECT_NE(output.find("whole 7\n"), std::string::npos) << output;
   EXPECT_EQ(RunHelper({"check", folder.File()}), "whole 7\n");
 }
 

@@ -146,7 +146,7 @@ TEST_F(LongKeys, SurviveUpdates) {
   store.db.commit();
   ASSERT_EQ(cursor.select(query), 1);
   EXPECT_EQ(cursor->i4, 77);
-  EXPECT_EQ(store.db.Told(), "");
+  EXPECT_EQ(store.db.Reported(), "");
 }
 
 }  // namespace

@@ -109,13 +109,13 @@ struct Layouts : ::testing::Test {
     for (Database* db : {&first::database, &grown::database, &reader::database, &retyped::database, &rekeyed::database,
                          &newkey::database, &twice::database}) {
       db->close();
-      db->Told();
+      db->Reported();
     }
   }
   void ExpectRefused(Database& db, const std::string& why) {
     EXPECT_FALSE(db.open("store", folder.File().c_str()));
     EXPECT_EQ(db.errors.size(), 1U);
-    EXPECT_NE(db.Told().find(why), std::string::npos) << why;
+    EXPECT_NE(db.Reported().find(why), std::string::npos) << why;
   }
   void ExpectUnharmed() {
     dbCursor<first::meter> cursor(&first::database);
@@ -129,7 +129,7 @@ struct Layouts : ::testing::Test {
 
 TEST_F(Layouts, AddedColumnsAreEmptyInOldRows) {
   first::database.close();
-  ASSERT_TRUE(grown::database.open("store", folder.File().c_str())) << grown::database.Told();
+  ASSERT_TRUE(grown::database.open("store", folder.File().c_str())) << grown::database.Reported();
   dbCursor<grown::meter> cursor(&grown::database, dbCursorForUpdate);
   ASSERT_EQ(cursor.select("unit = '' and scale = 0 and not valid and place = ''"), 1);
   EXPECT_STREQ(cursor->id, "a");
@@ -168,7 +168,7 @@ TEST_F(Layouts, ProgramThatIsRunningWhenColumnsAreAddedStopsAtItsNextTransaction
   dbCursor<first::meter> cursor(&first::database, dbCursorForUpdate);
   EXPECT_EQ(cursor.select(), 0);
   EXPECT_EQ(first::database.insert(first::meter()).getOid(), 0U);
-  EXPECT_NE(first::database.Told().find("newer layout"), std::string::npos);
+  EXPECT_NE(first::database.Reported().find("newer layout"), std::string::npos);
 }
 
 TEST_F(Layouts, ChangedTypeIsRefused) {
@@ -186,14 +186,14 @@ TEST_F(Layouts, ColumnNamedTwiceIsRefused) { ExpectRefused(twice::database, "nam
 
 TEST_F(Layouts, ReadingAloneTakesAnOlderStoreAsItIs) {
   first::database.close();
-  ASSERT_TRUE(reader::database.open("store", folder.File().c_str())) << reader::database.Told();
+  ASSERT_TRUE(reader::database.open("store", folder.File().c_str())) << reader::database.Reported();
   dbCursor<reader::meter> cursor(&reader::database);
   ASSERT_EQ(cursor.select("scale = 0 order by id"), 1);
   EXPECT_EQ(cursor->value, 5);
   EXPECT_EQ(cursor->scale, 0);
   dbCursor<reader::unmade> nothing(&reader::database);
   EXPECT_EQ(nothing.select("order by id"), 0);
-  EXPECT_EQ(reader::database.Told(), "");
+  EXPECT_EQ(reader::database.Reported(), "");
   reader::database.close();
   ASSERT_TRUE(first::database.open("store", folder.File().c_str())) << "no column was added";
   ExpectUnharmed();

@@ -25,7 +25,7 @@ namespace {
 struct Vanished : ::testing::Test {
   void SetUp() override {
     ASSERT_EQ(RunHelper({"make", folder.File()}), "");
-    ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+    ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
     EXPECT_EQ(EntryIds(db).size(), 400U);
     db.commit();
   }
@@ -35,30 +35,30 @@ struct Vanished : ::testing::Test {
   void ExpectReported(const std::string& why) {
     for (int round = 0; round < 2; ++round) {
       EXPECT_EQ(EntryIds(db).size(), 0U);
-      ExpectTold(why);
+      ExpectOneError(why);
       EXPECT_EQ(AddEntry(db, 1000).getOid(), 0U);
-      ExpectTold(why);
+      ExpectOneError(why);
       db.commit();
-      EXPECT_EQ(db.Told(), "");
+      EXPECT_EQ(db.Reported(), "");
     }
   }
-  void ExpectTold(const std::string& why) {
+  void ExpectOneError(const std::string& why) {
     EXPECT_EQ(db.errors, std::vector{dbDatabase::FileError});
-    const std::string told = db.Told();
-    EXPECT_EQ(told.find(folder.File() + ": "), 0U) << told;
-    EXPECT_NE(told.find(why), std::string::npos) << told;
+    const std::string reported = db.Reported();
+    EXPECT_EQ(reported.find(folder.File() + ": "), 0U) << reported;
+    EXPECT_NE(reported.find(why), std::string::npos) << reported;
   }
   /// A new store where the old one stood works beside programs that still have the old one open.
   void ExpectNewStoreWorks() {
     EXPECT_EQ(RunHelper({"make", folder.File()}), "");
     EXPECT_EQ(RunHelper({"check", folder.File()}), "whole 7\n");
     Database fresh;
-    ASSERT_TRUE(fresh.open("store", folder.File().c_str())) << fresh.Told();
+    ASSERT_TRUE(fresh.open("store", folder.File().c_str())) << fresh.Reported();
     EXPECT_EQ(EntryIds(fresh).size(), 400U);
     EXPECT_NE(AddEntry(fresh, 1000).getOid(), 0U);
     fresh.close();
     EXPECT_EQ(RunHelper({"add", folder.File(), "1001"}), "added\n");
-    EXPECT_EQ(fresh.Told(), "");
+    EXPECT_EQ(fresh.Reported(), "");
   }
 
   Folder folder;
@@ -76,7 +76,7 @@ TEST_F(Vanished, RenamedStoreIsReportedUntilItIsBack) {
   fs::rename(folder.File(), folder.File("moved.fdb"));
   ExpectReported("the store has been removed or renamed");
   fs::rename(folder.File("moved.fdb"), folder.File());
-  EXPECT_EQ(EntryIds(db).size(), 400U) << db.Told();
+  EXPECT_EQ(EntryIds(db).size(), 400U) << db.Reported();
 }
 
 TEST_F(Vanished, ReplacedStoreIsReportedAndTheOtherCanBeUsed) {
@@ -86,7 +86,7 @@ TEST_F(Vanished, ReplacedStoreIsReportedAndTheOtherCanBeUsed) {
   EXPECT_EQ(RunHelper({"check", folder.File()}), "whole 7\n");
   EXPECT_EQ(RunHelper({"add", folder.File(), "1000"}), "added\n");
   db.close();
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 401U);
 }
 
@@ -99,14 +99,14 @@ TEST_F(Vanished, RemovedLockFileIsReportedAndLetsNobodyElseIn) {
   fs::remove(Lock());
   ExpectReported("its lock file " + Lock() + " has been removed or replaced");
   for (const char* command : {"check", "add"}) {
-    const std::string said = RunHelper({command, folder.File(), "1000"});
-    EXPECT_NE(said.find("process " + std::to_string(::getpid()) + " has the store open with another lock file"),
+    const std::string output = RunHelper({command, folder.File(), "1000"});
+    EXPECT_NE(output.find("process " + std::to_string(::getpid()) + " has the store open with another lock file"),
               std::string::npos)
-        << said;
+        << output;
   }
   db.close();
   EXPECT_EQ(RunHelper({"add", folder.File(), "1000"}), "added\n");
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 401U);
 }
 
@@ -119,7 +119,7 @@ TEST_F(Vanished, TransactionThatRunsKeepsItsRows) {
   for (const sample::entry* row = cursor.get(); row != nullptr; row = cursor.next()) ++met;
   EXPECT_EQ(met, 400);
   db.commit();
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
 }
 
 TEST_F(Vanished, NewStoreDoesNotWaitForTheWriterOfTheOldOne) {
@@ -130,7 +130,7 @@ TEST_F(Vanished, NewStoreDoesNotWaitForTheWriterOfTheOldOne) {
   EXPECT_TRUE(writer.IsRunning());
 }
 
-TEST_F(Vanished, WriterThatHasWaitedForALostStoreIsTold) {
+TEST_F(Vanished, WaitForALostStoreIsReportedToTheWriter) {
   Helper writer({"hold", folder.File()});
   ASSERT_EQ(writer.Line(), "holding");
   Helper other({"add", folder.File(), "1000"});
@@ -190,7 +190,7 @@ TEST(LockFile, DoesNotComeIntoBeingBesideAStoreThatCannotBeOpened) {
   Database none;
   std::filesystem::create_directory(folder.File("new.fdb-lock"));
   EXPECT_FALSE(none.open("store", folder.File("new.fdb").c_str()));
-  EXPECT_NE(none.Told().find("new.fdb-lock: "), std::string::npos);
+  EXPECT_NE(none.Reported().find("new.fdb-lock: "), std::string::npos);
   EXPECT_FALSE(fs::exists(folder.File("new.fdb"))) << "an empty file is left";
 }
 

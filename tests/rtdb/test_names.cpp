@@ -57,7 +57,7 @@ TEST_F(Names, RelativePathIsThatOfTheOpening) {
   const fs::path before = fs::current_path();
   fs::current_path(fs::path(folder.File()).parent_path());
   Database db;
-  ASSERT_TRUE(db.open("store")) << db.Told();
+  ASSERT_TRUE(db.open("store")) << db.Reported();
   fs::current_path(links.File("folder/.."));
   EXPECT_EQ(EntryIds(db).size(), 400U);
   AddEntry(db, 1000);
@@ -66,7 +66,7 @@ TEST_F(Names, RelativePathIsThatOfTheOpening) {
   EXPECT_TRUE(other.IsRunning());
   db.commit();
   EXPECT_EQ(other.Line(), "added");
-  EXPECT_EQ(EntryIds(db).size(), 402U) << db.Told();
+  EXPECT_EQ(EntryIds(db).size(), 402U) << db.Reported();
   fs::current_path(before);
 }
 
@@ -74,7 +74,7 @@ TEST_F(Names, AllNamesAreOneStoreWithinAProcess) {
   Database first;
   Database second;
   ASSERT_TRUE(first.open("store", folder.File().c_str()));
-  ASSERT_TRUE(second.open("store", links.File("link.fdb").c_str())) << second.Told();
+  ASSERT_TRUE(second.open("store", links.File("link.fdb").c_str())) << second.Reported();
   AddEntry(first, 1000);
   AddEntry(second, 1001);
   EXPECT_EQ(second.errors, std::vector{dbDatabase::Deadlock}) << "one thread, one writer";
@@ -83,14 +83,14 @@ TEST_F(Names, AllNamesAreOneStoreWithinAProcess) {
 TEST_F(Names, LinkToAMissingStoreMakesItWhereTheLinkLeads) {
   fs::create_symlink(folder.File("new.fdb"), links.File("new.fdb"));
   Database db;
-  ASSERT_TRUE(db.open("store", links.File("new.fdb").c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", links.File("new.fdb").c_str())) << db.Reported();
   EXPECT_TRUE(fs::is_regular_file(folder.File("new.fdb")));
   EXPECT_TRUE(fs::exists(folder.File("new.fdb-lock")));
   EXPECT_FALSE(fs::exists(links.File("new.fdb-lock")));
   fs::create_symlink("/no/such/folder/x.fdb", links.File("nowhere.fdb"));
   Database none;
   EXPECT_FALSE(none.open("store", links.File("nowhere.fdb").c_str()));
-  EXPECT_NE(none.Told().find("no such folder"), std::string::npos);
+  EXPECT_NE(none.Reported().find("no such folder"), std::string::npos);
 }
 
 TEST_F(Names, HardLinksAreRefusedUntilOneNameIsLeft) {
@@ -98,13 +98,13 @@ TEST_F(Names, HardLinksAreRefusedUntilOneNameIsLeft) {
   for (const char* name : {"store.fdb", "second.fdb"}) {
     Database db;
     EXPECT_FALSE(db.open("store", folder.File(name).c_str()));
-    const std::string told = db.Told();
-    EXPECT_NE(told.find(std::string(name) + ": the file has 2 names (hard links)"), std::string::npos) << told;
+    const std::string reported = db.Reported();
+    EXPECT_NE(reported.find(std::string(name) + ": the file has 2 names (hard links)"), std::string::npos) << reported;
   }
   EXPECT_FALSE(fs::exists(folder.File("second.fdb-lock")));
   fs::remove(folder.File());
   Database db;
-  ASSERT_TRUE(db.open("store", folder.File("second.fdb").c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File("second.fdb").c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 400U);
 }
 
@@ -113,10 +113,10 @@ TEST_F(Names, StoreThatIsOpenUnderAnotherNameIsRefused) {
   Helper reader({"read", folder.File()});
   ASSERT_EQ(reader.Line(), "reading");
   fs::rename(folder.File(), folder.File("moved.fdb"));
-  const std::string said = RunHelper({"add", folder.File("moved.fdb"), "1000"});
-  EXPECT_NE(said.find("has the store open with another lock file than " + folder.File("moved.fdb-lock")),
+  const std::string output = RunHelper({"add", folder.File("moved.fdb"), "1000"});
+  EXPECT_NE(output.find("has the store open with another lock file than " + folder.File("moved.fdb-lock")),
             std::string::npos)
-      << said;
+      << output;
   reader.Kill();
   EXPECT_EQ(RunHelper({"add", folder.File("moved.fdb"), "1000"}), "added\n");
 }
@@ -125,7 +125,7 @@ TEST_F(Names, PipeIsRefusedAtOnce) {
   ASSERT_EQ(::mkfifo(folder.File("pipe.fdb").c_str(), 0600), 0);
   Database db;
   EXPECT_FALSE(db.open("store", folder.File("pipe.fdb").c_str()));
-  EXPECT_NE(db.Told().find("not a store of the realtime database"), std::string::npos);
+  EXPECT_NE(db.Reported().find("not a store of the realtime database"), std::string::npos);
 }
 
 }  // namespace

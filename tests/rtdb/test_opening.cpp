@@ -39,12 +39,12 @@ struct Opening : ::testing::Test {
   /// Commits one row after the other, until the newest transaction is this one.
   void CommitUpTo(std::uint64_t transaction) {
     Database db;
-    ASSERT_TRUE(db.open("store", path.c_str())) << db.Told();
+    ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
     for (int id = 0; NewestNumber() < transaction; ++id) {
       AddEntry(db, id);
       db.commit();
     }
-    ASSERT_EQ(db.Told(), "");
+    ASSERT_EQ(db.Reported(), "");
   }
   Head HeadAt(std::size_t index) const {
     Head head{};
@@ -59,7 +59,7 @@ struct Opening : ::testing::Test {
   }
   std::string Refusal() const {
     Database db;
-    return db.open("store", path.c_str()) ? "opened" : db.Told();
+    return db.open("store", path.c_str()) ? "opened" : db.Reported();
   }
   void ExpectDamaged() const { EXPECT_EQ(Refusal(), path + ": the store is damaged; put a copy of it in its place\n"); }
   /// The ids of the entries, or -1 alone if the store can't be opened.
@@ -178,11 +178,11 @@ TEST_F(Opening, PowerFailureLosesTheLastCommitOnly) {
     for (const std::size_t later : {round + 1, round + 2}) {
       Write(path, images[round].substr(0, 2 * kPage) + images[later].substr(2 * kPage));
       Database after;
-      ASSERT_TRUE(after.open("store", path.c_str())) << after.Told() << "heads " << round << ", pages " << later;
+      ASSERT_TRUE(after.open("store", path.c_str())) << after.Reported() << "heads " << round << ", pages " << later;
       ASSERT_EQ(EntryIds(after), states[round]);
       AddEntry(after, 1000);
       after.commit();
-      ASSERT_EQ(after.Told(), "");
+      ASSERT_EQ(after.Reported(), "");
     }
   }
 }
@@ -214,7 +214,7 @@ TEST_F(Opening, StoreThatOtherProgramsWriteIsNeverRefused) {
   for (int i = 0; i < opens || NewestNumber() < begin + 50; ++i) {
     ASSERT_TRUE(writer.IsRunning());
     Database db;
-    ASSERT_TRUE(db.open("store", path.c_str())) << db.Told() << "open " << i;
+    ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported() << "open " << i;
     ASSERT_EQ(EntryIds(db).size(), 400U);
   }
 }

@@ -40,7 +40,7 @@ TEST_F(OwnCursors, WithoutCurrentRowThereIsAMessageAndARecordOfNoRow) {
   cursor.update();
   cursor.remove();
   EXPECT_EQ(store.db.errors, (std::vector{dbDatabase::CursorError, dbDatabase::CursorError, dbDatabase::CursorError}));
-  EXPECT_NE(store.db.Told().find("currId != 0"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("currId != 0"), std::string::npos);
   EXPECT_EQ(EntryIds(store.db, "value = 5").size(), 0U);
 }
 
@@ -70,7 +70,7 @@ TEST_F(OwnCursors, ReferencesLeadToTheirRows) {
   store.db.update(reference.getOid(), store.db.lookupTable(&entry::dbDescriptor), &changed);
   EXPECT_EQ(cursor.at(reference)->id, 51);
   store.db.update(12345, store.db.lookupTable(&entry::dbDescriptor), &changed);
-  EXPECT_NE(store.db.Told().find("gone"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("gone"), std::string::npos);
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST_F(Processes, ReaderSeesWholeCommitsOnlyWhileAnotherProgramWrites) {
     last = values[0];
   }
   EXPECT_GT(changes, 5) << "the writer has hardly come forward";
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
 }
 
 TEST_F(Processes, ReaderDoesNotWaitForAnOpenWriteTransaction) {
@@ -98,7 +98,7 @@ TEST_F(Processes, WriterWaitsForTheOtherProgramsWriterAndGoesOnWhenThatIsKilled)
   AddEntry(db, kRows, 0);
   killer.join();
   db.commit();
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
   dbCursor<entry> cursor(&db);
   EXPECT_EQ(cursor.select("value = 123456"), 0) << "the killed writer's changes";
   EXPECT_EQ(cursor.select(), kRows + 1);
@@ -117,7 +117,7 @@ TEST_F(Processes, KilledWriterLeavesTheLastWholeCommit) {
     ASSERT_EQ(writer.Line(), "writing");
     std::this_thread::sleep_for(std::chrono::microseconds(pause(random)));
     writer.Kill();
-    ASSERT_TRUE(Open()) << db.Told();
+    ASSERT_TRUE(Open()) << db.Reported();
     const std::vector<int> values = ValuesSeen(db);
     ASSERT_EQ(values.size(), 1U);
     ASSERT_GE(values[0], last);
@@ -146,7 +146,7 @@ TEST_F(Processes, PagesOfAKilledReaderComeBack) {
   std::this_thread::sleep_for(milliseconds(1100));
   for (int round = 0; round < 20; ++round) SetAll(round, std::string(500, 'd'));
   EXPECT_EQ(FileSize(folder.File()), pinned);
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
 }
 
 TEST_F(Processes, SizeThatAnotherProgramGaveTheStoreIsFollowed) {
@@ -164,15 +164,15 @@ TEST_F(Processes, SizeThatAnotherProgramGaveTheStoreIsFollowed) {
   const std::string grown = RunHelper({"full", other.File(), "1000000000"});
   EXPECT_EQ(grown, "whole 999999\n");
   EXPECT_EQ(ValuesSeen(small), std::vector<int>{999999});
-  EXPECT_EQ(small.Told(), "");
+  EXPECT_EQ(small.Reported(), "");
 }
 
-TEST_F(Processes, ForkedProcessIsToldToOpenAnew) {
+TEST_F(Processes, ForkedProcessMustOpenAnew) {
   const std::string file = folder.File();
   const pid_t child = ::fork();
   if (child == 0) {
     dbCursor<entry> cursor(&db);
-    const bool refused = cursor.select() == 0 && db.Told().find("forked") != std::string::npos;
+    const bool refused = cursor.select() == 0 && db.Reported().find("forked") != std::string::npos;
     Database own;
     const bool opened = own.open("store", file.c_str());
     dbCursor<entry> fresh(&own);

@@ -119,7 +119,7 @@ TEST_F(Queries, FormsSelectTheirRows) {
       {"id\t=\n'a'", "a"},
   };
   for (const auto& [text, ids] : cases) EXPECT_EQ(Select(text), ids) << text;
-  EXPECT_EQ(store.db.Told(), "");
+  EXPECT_EQ(store.db.Reported(), "");
 }
 
 TEST_F(Queries, FaultsGiveAMessageAndNoRows) {
@@ -154,30 +154,30 @@ TEST_F(Queries, FaultsGiveAMessageAndNoRows) {
     EXPECT_EQ(Select(text), "") << text;
     ASSERT_EQ(store.db.errors.size(), 1U) << text;
     EXPECT_EQ(store.db.errors[0], dbDatabase::QueryError);
-    const std::string told = store.db.Told();
+    const std::string reported = store.db.Reported();
     const std::string wanted = message;
     const std::size_t bar = wanted.find('|');
-    const bool one = told.find(wanted.substr(0, bar)) != std::string::npos;
-    const bool other = bar != std::string::npos && told.find(wanted.substr(bar + 1)) != std::string::npos;
-    EXPECT_TRUE(one || other) << text << ": " << told;
+    const bool one = reported.find(wanted.substr(0, bar)) != std::string::npos;
+    const bool other = bar != std::string::npos && reported.find(wanted.substr(bar + 1)) != std::string::npos;
+    EXPECT_TRUE(one || other) << text << ": " << reported;
   }
 }
 
 TEST_F(Queries, WordsThatAreNoKeywordsCanBeColumns) {
   for (const char* word : {"next", "prev", "event", "time", "value", "status"}) {
     EXPECT_EQ(Select((std::string(word) + " = 1").c_str()), "");
-    EXPECT_NE(store.db.Told().find("has no column"), std::string::npos) << word;
+    EXPECT_NE(store.db.Reported().find("has no column"), std::string::npos) << word;
   }
 }
 
 TEST_F(Queries, DepthIsLimited) {
   const std::string deep = std::string(100000, '(') + "i4 = 1" + std::string(100000, ')');
   EXPECT_EQ(Select(deep.c_str()), "");
-  EXPECT_NE(store.db.Told().find("nested too deeply"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("nested too deeply"), std::string::npos);
   std::string wide = "i4 = 1";
   for (int i = 0; i < 100000; ++i) wide += " or i4 = 1";
   EXPECT_EQ(Select(wide.c_str()), "");
-  EXPECT_NE(store.db.Told().find("too many conditions"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("too many conditions"), std::string::npos);
 }
 
 TEST_F(Queries, EveryTypeCanBeBound) {
@@ -214,7 +214,7 @@ TEST_F(Queries, EveryTypeCanBeBound) {
   EXPECT_EQ(Select(((q = "id = ", buffer), q)), "c");
   EXPECT_EQ(Select(((q = "id = ", &pointer), q)), "d");
   EXPECT_EQ(Select(((q = "id = ", &writable), q)), "c");
-  EXPECT_EQ(store.db.Told(), "");
+  EXPECT_EQ(store.db.Reported(), "");
 }
 
 TEST_F(Queries, SeveralValuesAndPiecesOfTextAlternate) {
@@ -269,7 +269,7 @@ TEST_F(Queries, OneQueryServesAnewAndOnSeveralTables) {
     q.reset();
     EXPECT_EQ(Select(q), "caebd");
   }
-  EXPECT_EQ(store.db.Told(), "");
+  EXPECT_EQ(store.db.Reported(), "");
 }
 
 TEST_F(Queries, FaultyQueryLeavesTheNextAlone) {

@@ -28,8 +28,8 @@ struct ReadOnlyStore : ::testing::Test {
     ::chmod(folder.File().c_str(), store);
     ::chmod(Lock().c_str(), lock);
   }
-  /// What one who may not write says. A leak checker may add lines of its own, since it can't look into a process that
-  /// has changed its user.
+  /// What a program that may not write prints. A leak checker may add lines of its own, since it can't look into a
+  /// process that has changed its user.
   std::string Viewed() const { return Helper({"view", folder.File()}).Line(); }
   /// Gives all rows another value and lets a reader that stays look again.
   void Change() const {
@@ -86,9 +86,9 @@ TEST_F(ReadOnlyStore, IsShownAsItWasAtTheOpeningWhereTheLockFileMayNotBeWritten)
 TEST_F(ReadOnlyStore, IsReadOnAMediumThatCannotBeWritten) {
   for (const bool withLock : {true, false}) {
     if (!withLock) fs::remove(Lock());
-    const std::string said = Helper({"medium", folder.File()}).Line();
-    if (said == "no mount") GTEST_SKIP() << "this user may not mount";
-    EXPECT_EQ(said, "whole 7") << withLock;
+    const std::string output = Helper({"medium", folder.File()}).Line();
+    if (output == "no mount") GTEST_SKIP() << "this user may not mount";
+    EXPECT_EQ(output, "whole 7") << withLock;
   }
 }
 
@@ -103,9 +103,10 @@ TEST_F(ReadOnlyStore, IsReadWholeBesideAWriter) {
   const int readers = wish != nullptr ? std::atoi(wish) : 20;
   int whole = 0;
   for (int reader = 0; reader < readers; ++reader) {
-    const std::string said = Viewed();
-    whole += said.starts_with("whole ") ? 1 : 0;
-    EXPECT_TRUE(said.starts_with("whole ") || said.find("write too fast for a copy") != std::string::npos) << said;
+    const std::string output = Viewed();
+    whole += output.starts_with("whole ") ? 1 : 0;
+    EXPECT_TRUE(output.starts_with("whole ") || output.find("write too fast for a copy") != std::string::npos)
+        << output;
   }
   EXPECT_GT(whole, 0);
   std::cout << whole << " of " << readers << " readers have got a copy beside a writer that never rests\n";
@@ -114,15 +115,15 @@ TEST_F(ReadOnlyStore, IsReadWholeBesideAWriter) {
 TEST_F(ReadOnlyStore, WithoutTablesIsReported) {
   fs::resize_file(folder.File(), 0);
   Allow(0555, 0444, 0444);
-  const std::string said = Viewed();
-  EXPECT_NE(said.find(folder.File() + ": a store without tables"), std::string::npos) << said;
+  const std::string output = Viewed();
+  EXPECT_NE(output.find(folder.File() + ": a store without tables"), std::string::npos) << output;
 }
 
 TEST_F(ReadOnlyStore, ThatIsDamagedIsRefused) {
   fs::resize_file(folder.File(), 3 * 4096);
   Allow(0555, 0444, 0444);
-  const std::string said = Viewed();
-  EXPECT_NE(said.find(folder.File() + ": the store is damaged"), std::string::npos) << said;
+  const std::string output = Viewed();
+  EXPECT_NE(output.find(folder.File() + ": the store is damaged"), std::string::npos) << output;
 }
 
 }  // namespace

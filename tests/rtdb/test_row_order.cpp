@@ -185,7 +185,7 @@ TEST(RowOrder, OlderFileIsReadAsItIsAndBroughtUpToDateWhenWritten) {
   MakeOld(folder.File());
   {
     Database reader(dbDatabase::dbReadOnly);
-    ASSERT_TRUE(reader.open("store", folder.File().c_str())) << reader.Told();
+    ASSERT_TRUE(reader.open("store", folder.File().c_str())) << reader.Reported();
     EXPECT_EQ(EntryIds(reader, ""), (Ids{3, 1, 2}));
     EXPECT_EQ(ItemIds(reader, ""), "ca");
     dbCursor<entry> cursor(&reader);
@@ -196,11 +196,11 @@ TEST(RowOrder, OlderFileIsReadAsItIsAndBroughtUpToDateWhenWritten) {
     reader.close();
   }
   Database db;
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   AddEntry(db, 0);
   db.commit();
   EXPECT_EQ(EntryIds(db, ""), (Ids{3, 1, 2, 0}));
-  EXPECT_EQ(db.Told(), "");
+  EXPECT_EQ(db.Reported(), "");
 }
 
 TEST(RowOrder, OrderThatLacksRowsIsMadeAnew) {
@@ -209,17 +209,17 @@ TEST(RowOrder, OrderThatLacksRowsIsMadeAnew) {
   store.db.close();
   LoseOrder(store.folder.File());
   Database reader(dbDatabase::dbReadOnly);
-  ASSERT_TRUE(reader.open("store", store.folder.File().c_str())) << reader.Told();
+  ASSERT_TRUE(reader.open("store", store.folder.File().c_str())) << reader.Reported();
   EXPECT_EQ(EntryIds(reader, ""), (Ids{3, 1, 2}));
   reader.close();
-  ASSERT_TRUE(store.db.open("store", store.folder.File().c_str())) << store.db.Told();
+  ASSERT_TRUE(store.db.open("store", store.folder.File().c_str())) << store.db.Reported();
   AddEntry(store.db, 0);
   dbCursor<entry> cursor(&store.db, dbCursorForUpdate);
   ASSERT_EQ(cursor.select("id = 1"), 1);
   cursor.remove();
   store.db.commit();
   EXPECT_EQ(EntryIds(store.db, ""), (Ids{3, 2, 0}));
-  EXPECT_EQ(store.db.Told(), "");
+  EXPECT_EQ(store.db.Reported(), "");
 }
 
 // Row numbers
@@ -244,7 +244,7 @@ class FewNumbers : public testing::Test {
   void TearDown() override {
     if (m_store != nullptr) Close();
   }
-  /// Inserts so many rows in one transaction, with ids that fall. Gives the first number, 0 after an error.
+  /// Inserts so many rows in one transaction, with ids that fall. Returns the first number, 0 after an error.
   oid_t Insert(int count, bool commit = true) {
     Context& context = *Context::Find(m_store.get());
     oid_t first = 0;

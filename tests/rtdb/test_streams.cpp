@@ -36,11 +36,11 @@ TEST(ClosedStreams, NoFileOfTheStoreTakesTheirPlaces) {
               if (!PrintsNothing()) return 2;
               AddEntry(db, 100);
               db.close();
-              return StreamsAreClosed() && db.Told().empty() ? 0 : 3;
+              return StreamsAreClosed() && db.Reported().empty() ? 0 : 3;
             }),
             0);
   Database db;
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 101U);
 }
 
@@ -72,7 +72,7 @@ TEST(ClosedStreams, ThreadsMayOpenStoresSideBySide) {
             0);
   for (const char* name : {"a.fdb", "b.fdb"}) {
     Database db;
-    ASSERT_TRUE(db.open("store", folder.File(name).c_str())) << db.Told();
+    ASSERT_TRUE(db.open("store", folder.File(name).c_str())) << db.Reported();
     EXPECT_EQ(EntryIds(db).size(), 30U);
   }
 }
@@ -86,7 +86,7 @@ TEST(ClosedStreams, ProgramsThatPrintThereDoNotDamageTheStore) {
     EXPECT_EQ(std::system(command.c_str()), 0);
   }
   Database db;
-  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Told();
+  ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 412U);
 }
 

@@ -119,7 +119,7 @@ TEST(Transactions, DatabaseThatGoesUnclosedLosesWhatIsUncommitted) {
   }
 }
 
-TEST(Transactions, ThreadThatIsNotAttachedIsTold) {
+TEST(Transactions, ThreadThatIsNotAttachedIsReported) {
   OpenStore store;
   std::thread([&] {
     dbCursor<entry> cursor(&store.db);
@@ -130,7 +130,7 @@ TEST(Transactions, ThreadThatIsNotAttachedIsTold) {
     store.db.detach();
   }).join();
   EXPECT_EQ(store.db.errors.size(), 4U);
-  EXPECT_NE(store.db.Told().find("not attached"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("not attached"), std::string::npos);
 }
 
 TEST(Transactions, ThreadThatEndsWithoutDetachLetsTheNextWriterIn) {
@@ -228,7 +228,7 @@ TEST(Transactions, DatabaseClosedByAnotherThreadIsGoneForThisOne) {
   store.db.close();
   step = 2;
   other.join();
-  EXPECT_NE(store.db.Told().find("not open"), std::string::npos);
+  EXPECT_NE(store.db.Reported().find("not open"), std::string::npos);
   ASSERT_TRUE(store.Open());
   EXPECT_EQ(EntryIds(store.db), std::vector<int>{}) << "what the other thread had not committed is lost";
 }
@@ -248,14 +248,14 @@ TEST(Transactions, OpenForReadingOnlyRefusesChanges) {
 
 TEST(Errors, HandlerIsCalledWithItsContext) {
   dbDatabase db;
-  std::string told;
+  std::string reported;
   const auto before =
       db.setErrorHandler([](int error, char const* message, int,
                             void* context) { *static_cast<std::string*>(context) = std::to_string(error) + message; },
-                         &told);
+                         &reported);
   EXPECT_EQ(before, nullptr);
   EXPECT_FALSE(db.open("x", "/no/such/folder/x.fdb"));
-  EXPECT_EQ(told.find(std::to_string(dbDatabase::DatabaseOpenError)), 0U);
+  EXPECT_EQ(reported.find(std::to_string(dbDatabase::DatabaseOpenError)), 0U);
   EXPECT_NE(db.setErrorHandler(nullptr), nullptr);
 }
 
@@ -263,9 +263,9 @@ TEST(Errors, GoToStandardErrorAsOneLine) {
   dbDatabase db;
   ::testing::internal::CaptureStderr();
   EXPECT_FALSE(db.open("x", "/no/such/folder/x.fdb"));
-  const std::string told = ::testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find("/no/such/folder/x.fdb"), std::string::npos);
-  EXPECT_EQ(told.find('\n'), told.size() - 1);
+  const std::string reported = ::testing::internal::GetCapturedStderr();
+  EXPECT_NE(reported.find("/no/such/folder/x.fdb"), std::string::npos);
+  EXPECT_EQ(reported.find('\n'), reported.size() - 1);
 }
 
 }  // namespace

@@ -17,16 +17,16 @@ inline void LimitLife() {
   ::alarm(120);
 }
 
-/// Says one line. Gives `result`, for the end of the program.
-inline int Say(const std::string& text, int result = 0) {
+/// Prints one line. Returns `result`, for the end of the program.
+inline int PrintLine(const std::string& text, int result = 0) {
   std::printf("%s\n", text.c_str());
   std::fflush(stdout);
   return result;
 }
 
-/// Says one line and waits to be killed.
-inline int SayAndWait(const std::string& text) {
-  Say(text);
+/// Prints one line and waits to be killed.
+inline int PrintAndWait(const std::string& text) {
+  PrintLine(text);
   for (;;) ::pause();
 }
 

@@ -41,14 +41,14 @@ class Helper {
     if (m_output >= 0) ::close(m_output);
   }
 
-  /// The next line that it says, empty at its end.
+  /// The next line that it prints, empty at its end.
   std::string Line() {
     std::string line;
     char byte = 0;
     while (::read(m_output, &byte, 1) == 1 && byte != '\n') line.push_back(byte);
     return line;
   }
-  /// Everything that it says until its end.
+  /// Everything that it prints until its end.
   std::string Rest() {
     std::string all;
     for (std::string line = Line(); !line.empty(); line = Line()) all += line + "\n";
@@ -71,7 +71,7 @@ class Helper {
   int m_output = -1;
 };
 
-/// What the helper says in a run of its own.
+/// What the helper prints in a run of its own.
 inline std::string RunHelper(const std::vector<std::string>& arguments) { return Helper(arguments).Rest(); }
 
 }  // namespace dtsdb::test

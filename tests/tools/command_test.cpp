@@ -49,7 +49,7 @@ TEST(Command, AnEmptyOutputPathIsWrongUsage) {
     const CommandResult result = here.Run(QString::fromUtf8(call).split(u' ') + QStringList{QString()});
     EXPECT_EQ(result.code, 2) << call;
     EXPECT_EQ(result.out, "") << call;
-    EXPECT_TRUE(Contains(result.err, "the path is empty; say where to write")) << result.err;
+    EXPECT_TRUE(Contains(result.err, "the path is empty; name an output")) << result.err;
     EXPECT_TRUE(IsOneLine(result.err)) << result.err;
   }
   EXPECT_EQ(here.EntryCount(), 2) << "nothing may be written";
@@ -66,11 +66,11 @@ TEST(Command, UnknownNamesGetTheNearestOnes) {
 
 TEST(Command, AnUnknownCommandGetsTheNearestOne) {
   EXPECT_EQ(UsageError("validat m"), "dtsdb: there is no command 'validat'; did you mean validate?\n");
-  EXPECT_EQ(UsageError("fly m"), "dtsdb: there is no command 'fly'; 'dtsdb --help' tells how to call it\n");
+  EXPECT_EQ(UsageError("fly m"), "dtsdb: there is no command 'fly'; 'dtsdb --help' describes how to call it\n");
 }
 
 TEST(Command, CsvOfAWholeModelIsRefused) {
-  EXPECT_EQ(UsageError("dump m --format csv"), "dtsdb: CSV holds one table: say which TABLE\n");
+  EXPECT_EQ(UsageError("dump m --format csv"), "dtsdb: CSV holds one table: name the TABLE\n");
 }
 
 TEST(Command, InfoTakesAModelOrATable) {
@@ -90,7 +90,7 @@ TEST(Command, HelpGoesToTheStandardOutputAndGivesZero) {
   EXPECT_TRUE(Contains(here.Run("diff --help").out, "Examples:"));
 }
 
-TEST(Command, VersionIsTold) {
+TEST(Command, VersionIsPrinted) {
   const CommandResult result = Workplace().Run("--version");
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(result.out.starts_with("dtsdb ")) << result.out;
@@ -128,7 +128,7 @@ TEST(Topology, ValidatesOnTheWayWithoutLeavingALog) {
   EXPECT_EQ(here.EntryCount(), 1);
 }
 
-TEST(Topology, OfAModelWithFaultsTellsHowToSeeThem) {
+TEST(Topology, OfAModelWithFaultsNamesTheCommandThatListsThem) {
   const Workplace here;
   here.CopyModel("m");
   here.Write("m/DV.csv", "id,co\n东区,\n");
@@ -217,7 +217,7 @@ TEST(Terminal, TextComesInItsEncodingAndProgramsGetUtf8) {
   here.CopyModel("m");
   const QStringList asText = {QStringLiteral("dump"), QStringLiteral("m"), QStringLiteral("CO")};
   EXPECT_TRUE(Contains(here.Run(asText, "C.UTF-8").out, "电网公司"));
-  EXPECT_TRUE(Contains(here.Run(asText, "C").out, "电网公司")) << "a locale of ASCII says nothing about the terminal";
+  EXPECT_TRUE(Contains(here.Run(asText, "C").out, "电网公司")) << "a locale of ASCII doesn't describe the terminal";
   const QStringList asJson = asText + QStringList{QStringLiteral("--format"), QStringLiteral("json")};
   EXPECT_TRUE(Contains(here.Run(asJson, "C").out, "电网公司"));
 }

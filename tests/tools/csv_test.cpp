@@ -28,7 +28,7 @@ TEST(Csv, QuotesHoldCommasQuotesAndLineEnds) {
   EXPECT_EQ(Fields("\"a,b\",\"c\"\"d\",\"e\r\nf\"\n"), (List{"a,b", "c\"d", "e\r\nf"}));
 }
 
-TEST(Csv, TellsAFieldLeftOutFromAnEmptyText) { EXPECT_EQ(Fields(",\"\",\n"), (List{std::nullopt, "", std::nullopt})); }
+TEST(Csv, AFieldLeftOutIsNoEmptyText) { EXPECT_EQ(Fields(",\"\",\n"), (List{std::nullopt, "", std::nullopt})); }
 
 TEST(Csv, LinesEndInCrLfInLfOrInCr) {
   for (const char* text : {"a\r\nb\r\n", "a\nb\n", "a\rb\r"}) {

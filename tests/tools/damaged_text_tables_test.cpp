@@ -75,7 +75,7 @@ std::string TestName(const testing::TestParamInfo<Damage>& test) { return test.p
 
 INSTANTIATE_TEST_SUITE_P(TextTables, DamagedTextTable, testing::ValuesIn(kDamages), TestName);
 
-/// Runs a command that must fail with code 3 and one line, and give nothing.
+/// Runs a command that must fail with code 3 and one line, and print nothing.
 std::string Refusal(const Workplace& here, const char* arguments) {
   const CommandResult result = here.Run(arguments);
   EXPECT_EQ(result.code, 3);

@@ -1,4 +1,4 @@
-// The command that edits a model by a script: what is written, what isn't, and what is said.
+// The command that edits a model by a script: what is written, what isn't, and what is reported.
 
 #include <gtest/gtest.h>
 
@@ -110,14 +110,14 @@ TEST(EditCommand, RemovesAStationAfterItsLines) {
   EXPECT_FALSE(Contains(here.Run("dump e.obj --format json").out, "乙开关"));
 }
 
-TEST(EditCommand, TellsWhatTheEditedModelLacks) {
+TEST(EditCommand, ReportsWhatTheEditedModelLacks) {
   const Workplace here = WithScript("remove ST 乙站\n");
   const CommandResult result = Refused(here);
   EXPECT_TRUE(Contains(result.out, "error     LN     甲乙线    zkv")) << result.out;
   EXPECT_TRUE(Contains(result.out, "s.txt: 1 line applied; the edited model is not good: 1 error.\n")) << result.out;
 }
 
-TEST(EditCommand, TellsAllLinesThatAreRefusedAndWritesNothing) {
+TEST(EditCommand, ReportsAllLinesThatAreRefusedAndWritesNothing) {
   const Workplace here = WithScript(
       "add LD id=乙荷 kv=乙站220 nd=乙1\n"
       "add LD id=新荷 kv=乙站220 nd=乙1\n"
@@ -177,7 +177,7 @@ TEST(EditCommand, WrongScriptsAndUsageEndInOneLine) {
   };
   EXPECT_EQ(ends("edit m --script s.txt -o e.obj", 3), "dtsdb: s.txt, line 2: field p: 'y' is no number\n");
   EXPECT_EQ(ends("edit m --script s.txt", 2),
-            "dtsdb: say where the edited model goes with -o OUT, or only try it with --dry-run\n");
+            "dtsdb: name the place of the edited model with -o OUT, or only try it with --dry-run\n");
   EXPECT_TRUE(Contains(ends("edit m --script none.txt --dry-run", 3), "none.txt"));
   ends("edit m -o e.obj", 2);
   ends("edit --script s.txt -o e.obj", 2);
@@ -186,7 +186,7 @@ TEST(EditCommand, WrongScriptsAndUsageEndInOneLine) {
   EXPECT_FALSE(here.Exists("e.obj"));
 }
 
-TEST(EditCommand, HelpTellsTheFormOfAScript) {
+TEST(EditCommand, HelpDescribesTheFormOfAScript) {
   const CommandResult result = Workplace().Run("edit --help");
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(Contains(result.out, "add TABLE id=IDENTITY FIELD=VALUE"));

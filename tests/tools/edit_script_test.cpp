@@ -1,4 +1,4 @@
-// Edit scripts as texts: what a line means, and what is said of one that means nothing.
+// Edit scripts as texts: what a line means, and what is reported of one that means nothing.
 
 #include "tools/edit_script.h"
 
@@ -89,7 +89,7 @@ TEST(EditScript, QuotesHoldBlanksAndDoubledQuotes) {
 
 TEST(EditScript, TablesAreFoundInEitherCase) { EXPECT_EQ(IdText(OnlyRecord<DLN>("add dln id=a").id), "a"); }
 
-TEST(EditScript, WrongLinesAreToldWithTheirNumber) {
+TEST(EditScript, WrongLinesAreReportedWithTheirNumber) {
   EXPECT_EQ(Wrong("\n\nfly CB x"), "s.txt, line 3: a line begins with 'add' or 'remove', not with 'fly'");
   EXPECT_EQ(Wrong("add"), "s.txt, line 1: 'add' needs a table");
   EXPECT_EQ(Wrong("add LNN id=x"), "s.txt, line 1: there is no table 'LNN' that can be edited; did you mean LN?");

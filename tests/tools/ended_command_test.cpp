@@ -38,7 +38,7 @@ std::set<std::string> NamesIn(const fs::path& folder) {
   return names;
 }
 
-/// Tries `at(step)` for the steps of a run until it gives false: for every one in the long form, else for some.
+/// Tries `at(step)` for the steps of a run until it returns false: for every one in the long form, else for some.
 template <class At>
 void ForSteps(At at) {
   const bool isLong = std::getenv("COMMAND_ENDS") != nullptr;

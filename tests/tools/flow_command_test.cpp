@@ -94,7 +94,7 @@ TEST(FlowCommand, StoresFlowsAndClassesInARealtimeDatabase) {
   EXPECT_EQ(row["tp_status"].get<unsigned>() & 56U, 32U) << "radial";
 }
 
-TEST(FlowCommand, TellsOfLoopsWithoutVoltage) {
+TEST(FlowCommand, ReportsLoopsWithoutVoltage) {
   const Workplace here = StoredSample();  // no program has put voltages there
   const std::string text = Output(here, "flow rtdb:x");
   EXPECT_TRUE(Contains(text, "69 breakers on loops have no flow: their bus sections have no voltage.")) << text;
@@ -118,7 +118,7 @@ TEST(FlowCommand, StoresInRealtimeDatabasesOnly) {
   EXPECT_TRUE(IsOneLine(result.err)) << result.err;
 }
 
-TEST(FlowCommand, TellsOfAMissingModelAndOfFaults) {
+TEST(FlowCommand, ReportsAMissingModelAndFaults) {
   const Workplace here;
   here.CopyModel("m");
   EXPECT_EQ(here.Run("flow none").code, 3);

@@ -146,7 +146,7 @@ TEST(Generator, LeavesSomeEquipmentOpenOrOutOfService) {
   EXPECT_GT(Count(*database.m_unTable, [](const UN& unit) { return unit.ref == 0; }), 0);
 }
 
-TEST(Generator, EveryStatusPointTellsThePositionOfItsSwitch) {
+TEST(Generator, EveryStatusPointHoldsThePositionOfItsSwitch) {
   DTSDB database = Generated(100, 4);
   tTable<STATUS>& points = *database.m_statusTable;
   ASSERT_EQ(points.GetCount(), database.m_cbTable->GetCount());

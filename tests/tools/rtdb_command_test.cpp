@@ -96,7 +96,7 @@ TEST(RealtimeModel, MayHaveTheNameOfAFolderOfTextTables) {
   EXPECT_TRUE(Contains(Good(here, "rtdb ls m"), "CB"));
 }
 
-TEST(RealtimeModel, MissingOneIsToldAndNotMade) {
+TEST(RealtimeModel, MissingOneIsReportedAndNotMade) {
   const Workplace here;
   for (const char* arguments : {"info rtdb:x", "validate rtdb:x", "convert rtdb:x y.obj", "rtdb ls x", "rtdb show x CB",
                                 "rtdb check x", "rtdb check sub/x"}) {
@@ -171,7 +171,7 @@ TEST(RtdbPut, ChangesOnlyTheGivenColumnsOfARow) {
   EXPECT_TRUE(Contains(diff, "LD,乙荷,changed,status,0,1")) << diff;
 }
 
-TEST(RtdbPut, AddsAMissingRowWithDefaultsAndSaysSo) {
+TEST(RtdbPut, AddsAMissingRowWithDefaultsAndReportsIt) {
   const Workplace here = StoredModel();
   EXPECT_EQ(Good(here, "rtdb put x LD id=新荷 kv=乙站220 nd=乙1"), "LD 新荷: added, there was no such row.\n");
   here.Write("m/LD.csv", here.Read("m/LD.csv") + "新荷,乙站220,乙1,,,\n");
@@ -258,7 +258,7 @@ TEST(RtdbPut, DoesNotChooseAmongRowsOfOneIdentity) {
   EXPECT_EQ(Good(here, "rtdb show x CO --format csv"), before);
 }
 
-TEST(RtdbCheck, TellsWhatAGoodDatabaseHolds) {
+TEST(RtdbCheck, PrintsWhatAGoodDatabaseContains) {
   const Workplace here = StoredModel();
   EXPECT_EQ(Good(here, "rtdb check x"), "x: good: 16 rows in 10 of 46 tables.\n");
 }

@@ -30,7 +30,7 @@ class RealtimeFiles : public testing::Test {
   }
   ~RealtimeFiles() override { ::chmod(here.Path().c_str(), 0755); }
 
-  /// Runs a line of the shell here, with the command as $dtsdb. Gives its exit code.
+  /// Runs a line of the shell here, with the command as $dtsdb. Returns its exit code.
   int Shell(const std::string& line) const {
     const std::string all = "export LC_ALL=C.UTF-8; dtsdb='" + std::string(dtsdb::test::TestProgram()) + "'; cd '" +
                             here.Path().string() + "' || exit 99; " + line;
@@ -78,11 +78,11 @@ TEST_F(RealtimeFiles, RunEndsWhenItsDatabaseGoesAway) {
                     std::string(away) + "; wait; exit $(cat code)"),
               3)
         << away;
-    const std::string told = here.Read("err");
-    EXPECT_TRUE(IsOneLine(told)) << away << ": " << told;
+    const std::string reported = here.Read("err");
+    EXPECT_TRUE(IsOneLine(reported)) << away << ": " << reported;
     const bool lock = Contains(away, "lock");
-    EXPECT_TRUE(told.starts_with("dtsdb: x.fdb: ")) << told;
-    EXPECT_TRUE(Contains(told, lock ? "its lock file " : "since it was opened; open it anew")) << told;
+    EXPECT_TRUE(reported.starts_with("dtsdb: x.fdb: ")) << reported;
+    EXPECT_TRUE(Contains(reported, lock ? "its lock file " : "since it was opened; open it anew")) << reported;
   }
 }
 

@@ -255,7 +255,7 @@ TEST_F(RunCommand, RunThatFailsIsReplacedByAFullOneAndTheNextGoesOn) {
   EXPECT_TRUE(Contains(task.Messages(), "dtsdb: run 1: the incremental run failed; a full run has taken its place\n"));
 }
 
-TEST_F(RunCommand, VerifyTellsWhatDiffersFromAFullRun) {
+TEST_F(RunCommand, VerifyReportsWhatDiffersFromAFullRun) {
   Store();
   Once();
   Trace(1, "甲乙线", 9, 0);
@@ -263,7 +263,7 @@ TEST_F(RunCommand, VerifyTellsWhatDiffersFromAFullRun) {
                        "run 1 differs from a full one: LN 甲乙线: from end open; full run: from end open, dead\n"));
 }
 
-TEST_F(RunCommand, UnknownNameIsToldOnce) {
+TEST_F(RunCommand, UnknownNameIsReportedOnce) {
   Store();
   RunningTask task(here, {});
   ASSERT_TRUE(task.Line().starts_with("start: "));

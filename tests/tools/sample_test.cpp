@@ -21,7 +21,7 @@ TEST(Sample, IsGood) {
   EXPECT_NE(result.out.find("ieee14: the model is good: 0 errors, "), std::string::npos) << result.out;
 }
 
-/// Validates a copy of the sample in which the first `good` in CB.csv reads `bad`. Gives the findings as CSV.
+/// Validates a copy of the sample in which the first `good` in CB.csv reads `bad`. Returns the findings as CSV.
 CommandResult ValidateWith(const std::string& good, const std::string& bad) {
   const Workplace here;
   here.CopyModel("ieee14", kSample);

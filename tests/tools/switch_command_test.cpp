@@ -51,7 +51,7 @@ TEST_F(SwitchCommand, EventsOfOneCallAreOneRun) {
   EXPECT_EQ(report["events"].size(), 2U);
 }
 
-TEST_F(SwitchCommand, ScriptSaysTheSameAsTheCommandLine) {
+TEST_F(SwitchCommand, ScriptDoesTheSameAsTheCommandLine) {
   here.Write(
       "evening.txt",
       "# evening\nopen CB 甲开关\nrun\n\nout LN \"甲乙线\"   # for work\nrun\nrun\nin LN 甲乙线\nclose CB 甲开关");
@@ -84,7 +84,7 @@ TEST_F(SwitchCommand, WrongWordsAreRefusedBeforeAnythingIsSwitched) {
   EXPECT_FALSE(here.Exists("x.obj"));
 }
 
-TEST_F(SwitchCommand, OpeningInARingIsToldInWords) {
+TEST_F(SwitchCommand, OpeningInARingIsReportedInWords) {
   here.Write("m/CB.csv", here.Read("m/CB.csv") + "甲旁路,甲站220,甲1,甲2,1\n");
   const auto report = Json("switch m open CB 甲开关 run open CB 甲开关 run close CB 甲开关");
   ASSERT_EQ(report["events"].size(), 3U);

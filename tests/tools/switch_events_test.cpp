@@ -78,7 +78,7 @@ TEST(SwitchEvents, UnknownIdentityGetsTheNearest) {
   EXPECT_EQ(ComponentNumber(m.Db(), {1, true, "\xF0\x9F\x98\x80"}), -1) << "no identity can be that";
 }
 
-TEST(SwitchEvents, StatesAreToldAndSet) {
+TEST(SwitchEvents, StatesAreReportedAndSet) {
   dtsdb::test::ModelBuilder m;
   m.Put(XF(dtsdb::test::Id("T")));
   const SwitchEvent open{14, false, "T"};

@@ -197,7 +197,7 @@ TEST(TextTables, TwoEqualRecordsAreNotWritten) {
   EXPECT_EQ(here.EntryCount(), 0);
 }
 
-TEST(ModelIo, TheNameTellsTheFormOfTheOutput) {
+TEST(ModelIo, TheNameDecidesTheFormOfTheOutput) {
   const Workplace here;
   std::filesystem::create_directory(here / "folder.obj");
   EXPECT_EQ(FormOfOutput("grid.obj"), ModelForm::ObjectFile);

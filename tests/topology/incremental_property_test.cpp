@@ -122,7 +122,7 @@ RC_GTEST_PROP(IncrementalProperty, ResultIsThatOfAFullRunBesideZeroImpedanceBran
   });
 }
 
-// With open ends what is live may differ (docs/topology.md tells how), but never which nodes are one section.
+// With open ends what is live may differ (docs/topology.md describes how), but never which nodes are one section.
 RC_GTEST_PROP(IncrementalProperty, SectionsOfNodesAreThoseOfAFullRunAfterAnySwitching, ()) {
   SwitchedNetwork network(false, Switching::All);
   const auto withoutLife = [](std::string state) { return state.substr(0, state.find(',')); };

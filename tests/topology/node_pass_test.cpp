@@ -111,7 +111,7 @@ TEST_F(NodePassTest, DeleteMovesTheCursorOnAndInsertTakesTheSameEntryAgain) {
   EXPECT_EQ(probe.Ring(), (std::vector{4, 3, 2}));
 }
 
-TEST_F(NodePassTest, ListEntriesAreTakenAndGivenBackLikeSectionsAndKeepWhatTheySaid) {
+TEST_F(NodePassTest, ListEntriesAreTakenAndGivenBackLikeSectionsAndKeepWhatTheyHeld) {
   OneLine();
   Run();
   const int taken = probe.Global().bsl_free;

@@ -1,4 +1,4 @@
-// Random networks: what the topology gives against plain reasoning, and what must hold of its lists in any case.
+// Random networks: what the topology produces against plain reasoning, and what must hold of its lists in any case.
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
@@ -15,7 +15,7 @@ namespace dtsdb::test {
 namespace {
 
 /// A random network on which the topology was run. What the library writes meanwhile is caught: a zero-impedance branch
-/// with a number beyond the lines gives a warning, as it should.
+/// with a number beyond the lines causes a warning, as it should.
 struct SolvedNetwork {
   SolvedNetwork() : network(*rc::gen::arbitrary<unsigned>()), model(network.Model()), tp(&model.Db()), probe(tp) {
     RC_ASSERT(model.Validate());
@@ -89,7 +89,7 @@ RC_GTEST_PROP(TopologyProperty, IslandsAreTheComponentsAndLiveExactlyWithAUnit, 
   RC_ASSERT(static_cast<int>(numbers.size()) == plain.LiveIslandCount());
 }
 
-RC_GTEST_PROP(TopologyProperty, EndsAreIsolatedAndHeldByFragmentsAsTheStatesSay, ()) {
+RC_GTEST_PROP(TopologyProperty, EndsAreIsolatedAndHeldByFragmentsAsTheStatesDemand, ()) {
   SolvedNetwork solved;
   const PlainTopology plain(solved.model);
   auto& sections = solved.model.Table<BS>();

@@ -156,17 +156,17 @@ void ScenarioRun::Call(const std::function<void()>& call) {
   }
 }
 
-/// Makes a call that is to give what "gives N" at the end of `words` says, `usual` when nothing stands there.
+/// Makes a call that must return the N of "returns N" at the end of `words`, `usual` when nothing stands there.
 int ScenarioRun::CallAndCompare(Words words, int usual, const std::function<int()>& call) {
   int expected = usual;
-  if (words.size() >= 2 && words[words.size() - 2] == "gives") {
+  if (words.size() >= 2 && words[words.size() - 2] == "returns") {
     expected = WholeNumber(words.back());
     words.resize(words.size() - 2);
   }
   if (!words.empty()) throw ScenarioError("'" + words.front() + "' is too much");
   int given = 0;
   Call([&] { given = call(); });
-  if (given != expected) Fail(fmt::format("gives {} instead of {}", given, expected));
+  if (given != expected) Fail(fmt::format("returns {} instead of {}", given, expected));
   return given;
 }
 
@@ -250,7 +250,7 @@ bool ScenarioRun::Expect(const Statement& statement) {
   const auto needs = [&](std::size_t count) { RequireWords(words, count, count); };
   DTSDB& database = m_network.Model().Db();
 
-  if (word == "says") {
+  if (word == "reports") {
     ExpectNext(m_messages, expected);
   } else if (word == "log") {
     ExpectNext(m_log, expected);
@@ -384,7 +384,7 @@ std::string ScenarioRun::At(const std::string& table, const std::string& id) {
   return text;
 }
 
-/// Which ends of a branch are isolated: "from", "to", "both" or "none". The branch and its end records must say the
+/// Which ends of a branch are isolated: "from", "to", "both" or "none". The branch and its end records must hold the
 /// same.
 std::string ScenarioRun::Cut(const std::string& table, const std::string& id) {
   std::string text = "no branch";

@@ -90,14 +90,14 @@ TEST(ScenarioLanguage, FaultsNameFileAndLine) {
 
 TEST(ScenarioLanguage, ExpectationsThatAreNotMetShowBothSides) {
   EXPECT_NONFATAL_FAILURE(RunBehindNetwork("islands 0: 2"), "expected: 0: 2\nis:       0: 2 3");
-  EXPECT_NONFATAL_FAILURE(RunBehindNetwork("out LN L gives 0"), "gives 1 instead of 0");
+  EXPECT_NONFATAL_FAILURE(RunBehindNetwork("out LN L returns 0"), "returns 1 instead of 0");
   EXPECT_NONFATAL_FAILURE(RunBehindNetwork("dead LD D"), "is:       live");
   EXPECT_NONFATAL_FAILURE(RunBehindNetwork("stands out LN L"), "doesn't stand so");
   EXPECT_NONFATAL_FAILURE(RunBehindNetwork("differs LN L: x / full run: y"), "is:       none");
 }
 
 TEST(ScenarioLanguage, WhatNobodyNamesIsAFailure) {
-  EXPECT_NONFATAL_FAILURE(RunBehindNetwork("open CB x gives 0"), "unexpected message: x not exists in cb table");
+  EXPECT_NONFATAL_FAILURE(RunBehindNetwork("open CB x returns 0"), "unexpected message: x not exists in cb table");
   EXPECT_NONFATAL_FAILURE(RunBehindNetwork("out LN L\nchange\nlog LN L REMOVE status 4 old 2 new 3"),
                           "unexpected log row: BS 3 BSDEAD status 0 old 3 new 3");
 }

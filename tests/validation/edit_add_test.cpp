@@ -498,7 +498,7 @@ void ExpectFull(Record record, const char* reason) {
   EXPECT_EQ(m.Table<Record>().Find(record) != -1, !(std::is_same_v<Full, Record>)) << Full::kTableName;
 }
 
-TEST(AddToAFullTable, OfTheTreeSaysWhich) {
+TEST(AddToAFullTable, OfTheTreeReportsWhich) {
   ExpectFull<CO>(New<CO>("C9"), "公司记录表空间已满.\n");
   ExpectFull<DV>(NewDistrict("D9", "CO"), "DV表空间已满.\n");
   ExpectFull<R_CO_DV>(NewDistrict("D9", "CO"), "R_CO_DV表空间已满.\n");
@@ -508,7 +508,7 @@ TEST(AddToAFullTable, OfTheTreeSaysWhich) {
   ExpectFull<R_ST_KV>(NewLevel("K9", "S1"), "R_ST_KV表已满.\n");
 }
 
-TEST(AddToAFullTable, OfADeviceSaysWhich) {
+TEST(AddToAFullTable, OfADeviceReportsWhich) {
   constexpr const char* kNodes = "结点表ND或者R_KV_ND表空间已满.\n";
   ExpectFull<BUS>(NewShunt<BUS>("X", "K1", "N9"), "母线BUS表空间已满.\n");
   ExpectFull<R_KV_BUS>(NewShunt<BUS>("X", "K1", "N9"), "R_KV_BUS表空间已满.\n");
@@ -546,7 +546,7 @@ TEST(AddToAFullTable, OfABranchSaysWhich) {
   ExpectFull<R_ND_ZBR2>(zbr, "ZBR2或者R_ND_ZBR2表空间已满.\n");
 }
 
-TEST(AddToAFullTable, OfALineSaysWhich) {
+TEST(AddToAFullTable, OfALineReportsWhich) {
   const LN ln = NewLine<LN>("A9", "D1", "S1", "S2", "K1", "K3", "N1", "N4");
   ExpectFull<LN>(ln, "线路LN表空间已满.\n");
   ExpectFull<R_DV_LN>(ln, "R_DV_LN表空间已满.\n");

@@ -40,7 +40,7 @@ ModelLinks LinksOfARun(DTSDB& edited, DTSDB& fresh) {
 }
 
 /// Additions of every kind to a random network without lines, windings and zero-impedance branches: what a run makes
-/// of these has peculiar numbers of its own. Gives how many succeeded.
+/// of these has peculiar numbers of its own. Returns how many succeeded.
 int TestAdditions(unsigned seed) {
   RandomNetwork network(seed);
   ModelBuilder& m = network.Model();

@@ -264,7 +264,7 @@ struct StuckTexts {
   const char* unrelated;
 };
 
-/// Removes X from a model in which `damage` was done; gives the reason, "before" when none was set.
+/// Removes X from a model in which `damage` was done; returns the reason, "before" when none was set.
 template <class Branch, class Damage>
 std::string Stuck(ModelBuilder (*model)(), Damage damage) {
   ModelBuilder m = model();
@@ -279,7 +279,7 @@ std::string Stuck(ModelBuilder (*model)(), Damage damage) {
   return reason == before ? "before" : reason;
 }
 
-/// What removals say that meet a broken link, the same link being -1 or leading to a row that holds -1.
+/// What removals report that meet a broken link, the same link being -1 or leading to a row that holds -1.
 template <class Branch>
 void TestStuckBranch(ModelBuilder (*model)(), const StuckTexts& texts) {
   using Kind = BranchKind<Branch>;
@@ -305,7 +305,7 @@ void TestStuckBranch(ModelBuilder (*model)(), const StuckTexts& texts) {
             texts.unrelated);
 }
 
-TEST(RemoveBranch, ThatMeetsABrokenLinkSaysWhich) {
+TEST(RemoveBranch, ThatMeetsABrokenLinkReportsWhich) {
   TestStuckBranch<CB>(WithBreakerX,
                       {"删除开关的首端结点没有所属的母线.\n", "删除开关的末端结点没有所属的母线.\n",
                        "删除开关首端端子不存在.\n", "删除开关末端端子不存在.\n", "删除开关没有所属的母线.\n"});
@@ -406,7 +406,7 @@ TEST_F(RemoveTest, OfAZeroImpedanceBranchLeavesItsBreaker) {
   EXPECT_EQ(model.Of<CB>("B1").flags, 1 | CB_ZBR) << "the mark stays";
 }
 
-TEST(RemoveZbr, ThatMeetsABrokenLinkSaysWhich) {
+TEST(RemoveZbr, ThatMeetsABrokenLinkReportsWhich) {
   const auto stuck = [](auto damage) {
     return Stuck<ZBR>(
         +[] { return WithBreakerX().Zbr("X", "X"); }, damage);

@@ -16,7 +16,7 @@ bool Additions::MayAdd(const Record& record) const {
   return m_tests.IsValid(record);
 }
 
-/// Adds the record to its table; gives its physical number, or -1 with the reason.
+/// Adds the record to its table; returns its physical number, or -1 with the reason.
 template <class Record>
 int Additions::Insert(const Record& record) {
   const int number = Table<Record>().Add(record);

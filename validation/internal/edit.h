@@ -28,7 +28,7 @@ class Edit {
   int Number(const QString& id) const {
     return NumberOf<T>(m_model, id);
   }
-  /// Sets the last error, unless the reason has no text. Always gives false.
+  /// Sets the last error, unless the reason has no text. Always returns false.
   bool Refuse(const Reason& reason) const {
     if (reason.text != nullptr) m_lastError = QString::fromUtf8(reason.text);
     return false;

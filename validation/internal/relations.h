@@ -104,7 +104,7 @@ class ChildrenByParent {
     std::stable_sort(m_sorted.begin(), m_sorted.end(), [this](int a, int b) { return KeyOf(a) < KeyOf(b); });
   }
 
-  /// Calls `visit` with the logical number of each child of `parent`, until it gives false; gives what it gave.
+  /// Calls `visit` with the logical number of each child of `parent`, until it returns false; returns what it returned.
   template <class Visitor>
   bool Visit(const QString& parent, Visitor visit) const {
     auto child = std::partition_point(m_sorted.begin(), m_sorted.end(), [&](int lg) { return KeyOf(lg) < parent; });

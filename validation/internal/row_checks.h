@@ -57,7 +57,8 @@ class RowChecks {
     return LinkPass<Row>(model) || TableFull(kParentName<Row>.full);
   }
 
-  /// Calls `check` with every row in logical order and its physical number, until it gives false; gives what it gave.
+  /// Calls `check` with every row in logical order and its physical number, until it returns false; returns what it
+  /// returned.
   template <class Record, class Check>
   bool ForEachRow(Check check) {
     tTable<Record>& table = TableOf<Record>(model);
@@ -127,7 +128,7 @@ class RowChecks {
     return Judge(branch, InsertNode(model, branch.znd, &branch.iznd, zkv, NO_MARK), to);
   }
 
-  /// Sets the last error. Always gives false.
+  /// Sets the last error. Always returns false.
   bool TableFull(const Reason& reason) {
     m_lastError = QString::fromUtf8(reason.text);
     return false;

@@ -1,5 +1,5 @@
 /// \file
-/// Marks by which a reader of a whole model tells which commit it sees, and whether it sees all of it.
+/// Marks by which a reader of a whole model recognises which commit it sees, and whether it sees all of it.
 ///
 /// The commits of a validation have odd numbers, those of a topology run the even ones. Each writes its number into
 /// every record of the tables that it owns as a whole: a validation into both groups below, the topology into its own.

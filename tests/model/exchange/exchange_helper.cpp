@@ -1,12 +1,12 @@
 // A second program beside the tests of the exchange: exchange_helper COMMAND STORE [NUMBER]
 //
 //   make STORE STATIONS   stores a generated network as commits 1 and 2: validated, and with its topology
-//   work STORE COMMITS    validates, stores, works out the topology, stores, and so on; says "committed N" each time
-//   hold STORE            writes the whole model with other marks, says "holding" and waits, without a commit
-//   read STORE            reads some of the model, says "reading" and waits within the transaction
+//   work STORE COMMITS    validates, stores, works out the topology, stores, and so on; prints "committed N" each time
+//   hold STORE            writes the whole model with other marks, prints "holding" and waits, without a commit
+//   read STORE            reads some of the model, prints "reading" and waits within the transaction
 //   fill STORE KIBIBYTES  stores a generated network while no file may grow beyond that size
 //
-// Where it fails it says so and ends; it never lives longer than two minutes.
+// Where it fails it reports that and ends; it never lives longer than two minutes.
 
 #include <QDir>
 #include <QFileInfo>
@@ -27,8 +27,8 @@ namespace {
 using dtsdb::DTSDB;
 using dtsdb::NMD;
 using dtsdb::TP;
-using dtsdb::test::Say;
-using dtsdb::test::SayAndWait;
+using dtsdb::test::PrintAndWait;
+using dtsdb::test::PrintLine;
 
 /// Opens or closes some of the breakers, others at each commit, so that the sections come out differently.
 void SwitchBreakers(DTSDB& model, int number) {
@@ -56,8 +56,8 @@ bool WorkOutTopology(dbDatabase& db, int number) {
 int Work(dbDatabase& db, int from, int commits) {
   for (int number = from; number < from + commits; ++number) {
     const bool done = number % 2 == 1 ? Validate(db, number) : WorkOutTopology(db, number);
-    if (!done) return Say("failed", 1);
-    Say("committed " + std::to_string(number));
+    if (!done) return PrintLine("failed", 1);
+    PrintLine("committed " + std::to_string(number));
   }
   return 0;
 }
@@ -66,7 +66,7 @@ int WorkOn(dbDatabase& db, int commits) {
   DTSDB model;
   model.ReadFastdb(&db);
   const int last = dtsdb::test::CommitOf(model);
-  return last < 0 ? Say("torn", 1) : Work(db, last + 1, commits);
+  return last < 0 ? PrintLine("torn", 1) : Work(db, last + 1, commits);
 }
 
 void StoreNetwork(dbDatabase& db, int stations) {
@@ -80,19 +80,19 @@ int Hold(dbDatabase& db) {
   model.ReadFastdb(&db);
   dtsdb::test::MarkForValidation(model, 9999);
   dtsdb::ForEachTable(model, [&db](auto& table) { dtsdb::WriteTable(&db, table); });
-  return SayAndWait("holding");
+  return PrintAndWait("holding");
 }
 
 int Read(dbDatabase& db) {
   DTSDB model;
   model.ReadCBFromFastdb(&db);
-  return SayAndWait("reading");
+  return PrintAndWait("reading");
 }
 
 int Fill(dbDatabase& db, int kibibytes) {
   dtsdb::test::LimitFileSize(static_cast<rlim_t>(kibibytes) * 1024);
   StoreNetwork(db, 20);
-  return Say("filled");
+  return PrintLine("filled");
 }
 
 int Run(dbDatabase& db, const std::string& command, int number) {
@@ -112,7 +112,7 @@ int main(int argc, char** argv) {
   dtsdb::test::LimitLife();
   QDir::setCurrent(QFileInfo(QString::fromLocal8Bit(argv[2])).path());  // for the log of the validation
   dbDatabase db;
-  if (!db.open(argv[2], argv[2])) return Say("unreadable", 1);
+  if (!db.open(argv[2], argv[2])) return PrintLine("unreadable", 1);
   const int result = Run(db, argv[1], argc > 3 ? std::atoi(argv[3]) : 0);
   db.close();
   return result;

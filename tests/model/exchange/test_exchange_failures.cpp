@@ -1,4 +1,4 @@
-// What the exchange of a whole model does when its realtime database fails: it is told of, and what was stored stays.
+// What the exchange of a whole model does when its realtime database fails: it is reported, and what was stored stays.
 
 #include <gtest/gtest.h>
 
@@ -14,13 +14,13 @@
 namespace dtsdb::test {
 namespace {
 
-/// A database that keeps what it tells of.
+/// A database that keeps what it reports.
 class TellingDatabase : public dbDatabase {
  public:
   using dbDatabase::dbDatabase;
-  void handleError(dbErrorClass, char const* message, int) override { told += QString::fromUtf8(message); }
+  void handleError(dbErrorClass, char const* message, int) override { reported += QString::fromUtf8(message); }
 
-  QStringList told;
+  QStringList reported;
 };
 
 class ExchangeFailures : public ::testing::Test {
@@ -34,7 +34,7 @@ class ExchangeFailures : public ::testing::Test {
     m_stored.ReadFastdb(&db);
     m_stored.m_tplTable->Clear();
     db.close();
-    ASSERT_TRUE(db.told.isEmpty()) << db.told.join(QLatin1Char('\n')).toStdString();
+    ASSERT_TRUE(db.reported.isEmpty()) << db.reported.join(QLatin1Char('\n')).toStdString();
   }
 
   QString Path() const { return m_directory.filePath(QStringLiteral("store.fdb")); }
@@ -54,16 +54,16 @@ class ExchangeFailures : public ::testing::Test {
   DTSDB m_stored;
 };
 
-TEST_F(ExchangeFailures, FullStoreIsToldAndTheWholeOldModelStays) {
+TEST_F(ExchangeFailures, FullStoreIsReportedAndTheWholeOldModelStays) {
   TellingDatabase db;
   db.setFileSizeLimit(static_cast<std::size_t>(QFile(Path()).size()) + 65536);
   ASSERT_TRUE(Open(db));
   DTSDB large;
   RandomRecords(2).FillModel(large, 2000);
   EXPECT_TRUE(large.WriteFastdb(&db));
-  ASSERT_EQ(db.told.size(), 2) << db.told.join(QLatin1Char('\n')).toStdString();
-  EXPECT_TRUE(db.told[0].contains(QLatin1String("size limit"))) << db.told[0].toStdString();
-  EXPECT_TRUE(db.told[1].contains(QLatin1String("nothing committed"))) << db.told[1].toStdString();
+  ASSERT_EQ(db.reported.size(), 2) << db.reported.join(QLatin1Char('\n')).toStdString();
+  EXPECT_TRUE(db.reported[0].contains(QLatin1String("size limit"))) << db.reported[0].toStdString();
+  EXPECT_TRUE(db.reported[1].contains(QLatin1String("nothing committed"))) << db.reported[1].toStdString();
   ExpectOldContents(db);
 }
 
@@ -71,25 +71,25 @@ TEST_F(ExchangeFailures, DatabaseOpenForReadingIsReadAndNotWritten) {
   TellingDatabase db(dbDatabase::dbReadOnly);
   ASSERT_TRUE(Open(db));
   ExpectOldContents(db);
-  EXPECT_TRUE(db.told.isEmpty());
+  EXPECT_TRUE(db.reported.isEmpty());
   DTSDB other;
   RandomRecords(3).FillModel(other, 10);
   EXPECT_TRUE(other.WriteFastdb(&db));
-  EXPECT_FALSE(db.told.isEmpty());
+  EXPECT_FALSE(db.reported.isEmpty());
   ExpectOldContents(db);
 }
 
 TEST_F(ExchangeFailures, DatabaseThatCouldNotBeOpenedGivesEmptyTablesAndTakesNothing) {
   TellingDatabase db;
   ASSERT_FALSE(OpenFile(db, m_directory.filePath(QStringLiteral("none/store.fdb"))));
-  db.told.clear();
+  db.reported.clear();
   DTSDB model;
   RandomRecords(4).FillModel(model, 2);
   EXPECT_TRUE(model.WriteFastdb(&db));
-  EXPECT_FALSE(db.told.isEmpty());
-  db.told.clear();
+  EXPECT_FALSE(db.reported.isEmpty());
+  db.reported.clear();
   EXPECT_TRUE(model.ReadFastdb(&db));
-  EXPECT_FALSE(db.told.isEmpty());
+  EXPECT_FALSE(db.reported.isEmpty());
   EXPECT_EQ(FilledTables(model), QStringList{QStringLiteral("TPL")});
 }
 
@@ -113,7 +113,7 @@ TEST_F(ExchangeFailures, ModelInADamagedStoreIsReadAndWrittenWithoutHarm) {
 
     TellingDatabase db;
     if (!Open(db)) {
-      EXPECT_EQ(db.told.size(), 1);
+      EXPECT_EQ(db.reported.size(), 1);
       continue;
     }
     ++opened;

@@ -38,7 +38,7 @@ class ExchangeModel : public ::testing::Test {
     NamePointsAfterTheirIdentities(model);
   }
 
-  /// Checks that the store gives what `model` holds: the log and, as new points get no name, their names aside.
+  /// Checks that the store returns what `model` holds: the log and, as new points get no name, their names aside.
   static void ExpectStored(RealtimeStore& store, DTSDB& model, bool pointsHaveNames) {
     DTSDB read;
     EXPECT_TRUE(read.ReadFastdb(store.Db()));

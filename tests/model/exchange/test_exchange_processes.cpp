@@ -67,11 +67,11 @@ class ExchangeProcesses : public ::testing::Test {
   dbDatabase m_db;
 };
 
-/// The number behind the last "committed" of what a helper has said; 0 when it hasn't come to one.
-int LastCommitted(const std::string& said) {
+/// The number behind the last "committed" of what a helper has printed; 0 when it hasn't come to one.
+int LastCommitted(const std::string& output) {
   const std::string word = "committed ";
-  const std::size_t at = said.rfind(word);
-  return at == std::string::npos ? 0 : std::atoi(said.c_str() + at + word.size());
+  const std::size_t at = output.rfind(word);
+  return at == std::string::npos ? 0 : std::atoi(output.c_str() + at + word.size());
 }
 
 TEST_F(ExchangeProcesses, MarksTellAModelReadFromTwoCommits) {
@@ -145,13 +145,13 @@ TEST_F(ExchangeProcesses, KilledWriterLeavesTheLastWholeCommit) {
     ASSERT_EQ(LastCommitted(worker.Line()), last + 1);
     std::this_thread::sleep_for(std::chrono::microseconds(pause(random)));
     worker.Kill();
-    const std::string said = worker.Rest();
-    const int told = said.empty() ? last + 1 : LastCommitted(said);
+    const std::string output = worker.Rest();
+    const int reported = output.empty() ? last + 1 : LastCommitted(output);
     ASSERT_TRUE(Open());
     const int commit = ReadCommit();
     // It may have been killed between a commit and telling of it.
-    ASSERT_GE(commit, told);
-    ASSERT_LE(commit, told + 1);
+    ASSERT_GE(commit, reported);
+    ASSERT_LE(commit, reported + 1);
     progress += commit - last;
     last = commit;
   }
@@ -174,10 +174,10 @@ TEST_F(ExchangeProcesses, KilledReaderBlocksNobodyAndItsPagesComeBack) {
   EXPECT_EQ(ReadCommit(), 2 + 2 * 28);
 }
 
-TEST_F(ExchangeProcesses, FullDiskIsToldAndTheWholeOldModelStays) {
-  const std::string said = RunHelper({"fill", Path(), std::to_string(FileSize() / 1024 / 2)});
+TEST_F(ExchangeProcesses, FullDiskIsReportedAndTheWholeOldModelStays) {
+  const std::string output = RunHelper({"fill", Path(), std::to_string(FileSize() / 1024 / 2)});
   // The reason is the system's: a write that went in part, or not at all.
-  EXPECT_EQ(said.find("realtime store: file: " + Path() + ": commit: "), 0U) << said;
+  EXPECT_EQ(output.find("realtime store: file: " + Path() + ": commit: "), 0U) << output;
   EXPECT_EQ(ReadCommit(), 2);
   Rewrite(1);
   EXPECT_EQ(ReadCommit(), 4) << "with room again the work goes on";

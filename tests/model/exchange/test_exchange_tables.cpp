@@ -139,7 +139,7 @@ TEST_F(ExchangeTables, NullTextComesBackEmpty) {
   EXPECT_FALSE((*m_model.m_ldTable)[0].kv.isNull());
 }
 
-TEST_F(ExchangeTables, KeysOfAnyLengthAreToldApart) {
+TEST_F(ExchangeTables, KeysOfAnyLengthAreDistinguished) {
   const QString common(5000, QLatin1Char('x'));
   for (const char* end : {"a", "b"}) m_model.m_ldTable->Add(LD(common + QLatin1String(end)));
   for (int round = 0; round < 2; ++round) {

@@ -9,7 +9,7 @@
 namespace dtsdb {
 namespace {
 
-// Who compiles this says for which programs, so that a compiler that takes no notice of it doesn't pass.
+// What compiles this defines for which programs, so that a compiler that takes no notice of it doesn't pass.
 static_assert(sizeof(void*) == DTSDB_POINTER_SIZE);
 
 // Set by the test of this check itself.

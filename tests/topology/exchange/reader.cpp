@@ -1,4 +1,4 @@
-// A second program for the tests of several processes: reads a stored topology until GLOBAL says that the model is not
+// A second program for the tests of several processes: reads a stored topology until GLOBAL shows that the model is not
 // valid any more. Each reading is one transaction, in which breaker, nodes, sections and log have to agree.
 #include <cstdio>
 #include <map>
@@ -26,7 +26,7 @@ bool IsWhole(dbDatabase& database) {
     apart = row->ibs != row->izbs;
     if (apart != ((row->flags & 0x100) != 0)) return false;
   }
-  // A busbar that changes its section is logged; so each run but the first leaves rows, and the last one tells which.
+  // A busbar that changes its section is logged; so each run but the first leaves rows, and the last one shows which.
   dbCursor<tpl> log(&database, dbCursorViewOnly);
   if (log.select("order by id") == 0) return true;
   dbCursor<bus> busbars(&database, dbCursorViewOnly);

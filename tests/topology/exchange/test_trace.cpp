@@ -50,7 +50,7 @@ class Trace : public TopologyTest {
   RealtimeStore m_store;
 };
 
-TEST_F(Trace, RowOfARequestTellsWhatWasAskedFor) {
+TEST_F(Trace, RowOfARequestHoldsWhatWasAskedFor) {
   ASSERT_EQ(tp.tpSetCompStatus("L", 5, false), 1);
   ASSERT_EQ(tp.tpSetCompStatus("L", 5, true), 1);
   ASSERT_EQ(Waiting().GetCount(), 2);
