@@ -131,7 +131,7 @@ class TwinWriter {
   explicit TwinWriter(dbDatabase* db) : m_db(db), m_rows(db, dbCursorForUpdate) {}
 
   /// True when the table has no row.
-  bool IsEmpty() { return m_rows.Cursor().select(kReadingOrder<T>) <= 0; }
+  bool IsEmpty() { return m_rows.Cursor().select(Twin<T>::kReadingOrder) <= 0; }
 
   /// Deletes all rows.
   void RemoveAll() { m_rows.Cursor().removeAll(); }

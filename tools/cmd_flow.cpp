@@ -77,7 +77,7 @@ void MakeReady(DTSDB& model, const std::string& path) {
 LevelOfBreaker Levels(RealtimeDatabase& database) {
   LevelOfBreaker levels;
   dbCursor<cb> cursor(database.Db());
-  cursor.select(kReadingOrder<CB>);
+  cursor.select(Twin<CB>::kReadingOrder);
   for (const cb* row = cursor.get(); row != nullptr; row = cursor.next()) levels.emplace(row->id, row->kv);
   return levels;
 }
