@@ -4,7 +4,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "tools/generator.h"
+#include "generate/generator.h"
 #include "topology/tp.h"
 #include "validation/nmd.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "tools/failure.h"
-#include "tools/text_table_file.h"
+#include "formats/failure.h"
+#include "formats/text_table_file.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 
 #include <rapidcheck/gtest.h>
 
+#include "command/topology_compare.h"
 #include "tests/topology/list_checks.h"
 #include "tests/topology/switched_network.h"
-#include "tools/topology_compare.h"
 
 namespace dtsdb::test {
 namespace {

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "formats/failure.h"
+#include "script/script_lines.h"
 #include "tests/topology/scenario_run.h"
-#include "tools/failure.h"
-#include "tools/switch_events.h"
 
 namespace dtsdb::test {
 namespace {

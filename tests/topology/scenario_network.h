@@ -5,9 +5,9 @@
 #include <map>
 #include <string>
 
+#include "script/switch_events.h"
 #include "tests/support/model_builder.h"
 #include "tests/topology/scenario.h"
-#include "tools/switch_events.h"
 
 namespace dtsdb::test {
 

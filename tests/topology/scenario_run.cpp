@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <map>
 
+#include "command/topology_compare.h"
+#include "formats/catalog.h"
+#include "formats/failure.h"
+#include "formats/field_text.h"
 #include "tests/topology/list_checks.h"
 #include "tests/topology/results.h"
-#include "tools/catalog.h"
-#include "tools/failure.h"
-#include "tools/field_text.h"
-#include "tools/topology_compare.h"
 
 namespace dtsdb::test {
 namespace {

@@ -13,12 +13,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "generate/generator.h"
 #include "model/exchange.h"
 #include "model/record_bits.h"
 #include "rtdb/backend.h"
 #include "tests/model/exchange/commit_marks.h"
 #include "tests/support/helper_program.h"
-#include "tools/generator.h"
 #include "topology/tp.h"
 #include "validation/nmd.h"
 

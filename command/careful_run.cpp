@@ -1,0 +1,49 @@
+#include "command/careful_run.h"
+
+namespace dtsdb::tools {
+
+const char* OutcomeText(RunOutcome outcome) {
+  switch (outcome) {
+    case RunOutcome::Nothing:
+      return "nothing to do";
+    case RunOutcome::Incremental:
+      return "incremental";
+    case RunOutcome::Full:
+      return "full, for many changes";
+    case RunOutcome::Replaced:
+      return "failed, full instead";
+    case RunOutcome::Failed:
+      break;
+  }
+  return "failed";
+}
+
+bool CarefulRunner::RunFull() {
+  m_needsFullRun = m_tp.tpAllnew() == 0;
+  if (!m_needsFullRun) ChooseReferences();
+  return !m_needsFullRun;
+}
+
+RunOutcome CarefulRunner::Run() {
+  const RunOutcome outcome = Change();
+  m_database.m_tptraceTable->Clear();
+  if (outcome == RunOutcome::Incremental) ChooseReferences();
+  return outcome;
+}
+
+RunOutcome CarefulRunner::Change() {
+  if (m_needsFullRun) return RunFull() ? RunOutcome::Full : RunOutcome::Failed;
+  const bool waiting = m_database.m_tptraceTable->GetCount() > 0;
+  if (m_tp.tpChange() == 0) return RunFull() ? RunOutcome::Replaced : RunOutcome::Failed;
+  if (!waiting) return RunOutcome::Nothing;
+  if (m_database.m_tptraceTable->GetCount() == 0) return RunOutcome::Incremental;
+  ChooseReferences();  // rows are left when the run was a full one
+  return RunOutcome::Full;
+}
+
+/// A run that works out the islands leaves them without references.
+void CarefulRunner::ChooseReferences() {
+  if (m_database.m_islandTable->GetCount() > 0) m_tp.tpSetRefUN();
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,151 @@
+#include <QString>
+#include <QStringList>
+#include <algorithm>
+#include <map>
+
+#include "command/commands.h"
+#include "formats/failure.h"
+#include "formats/messages.h"
+#include "formats/nearest.h"
+#include "formats/text_layout.h"
+
+namespace dtsdb::tools {
+namespace {
+
+constexpr const char* kPurpose =
+    "dtsdb - the network model of a power-system control centre: validation, topology, breaker flows, conversion.";
+
+constexpr const char* kFooter =
+    "A MODEL is an object file, a folder of text tables (one CSV file a table) or rtdb:NAME, the realtime database\n"
+    "NAME.fdb.\n"
+    "Results go to the standard output, messages to the standard error.\n"
+    "Exit codes: 0 good, 1 the model has faults or the models differ, 2 wrong usage, 3 a file can't be read or "
+    "written.\n"
+    "'dtsdb COMMAND --help' prints more about a command.";
+
+constexpr const char* kSeeHelp = "; 'dtsdb --help' describes how to call it";
+
+void Describe(CLI::App& app, Action& action) {
+  app.footer(kFooter);
+  app.require_subcommand(1);
+  app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
+  app.get_formatter()->column_width(28);
+  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddRun, AddFlow, AddEdit, AddConvert, AddGenerate,
+                         AddInfo, AddDump, AddDiff, AddRtdb}) {
+    add(app, action);
+  }
+}
+
+/// Refuses a first word that is no subcommand of `app`, and behind one that has subcommands a second one likewise.
+void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
+  const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
+  const std::string word = argc > 1 ? argv[1] : "";
+  if (commands.empty() || word.empty() || word.front() == '-') return;
+  std::vector<std::string> known;
+  for (CLI::App* command : commands) {
+    if (command->get_name() == word) return CheckSubcommand(*command, argc - 1, argv + 1);
+    known.push_back(command->get_name());
+  }
+  const std::string meant = DidYouMean(word, known);
+  throw Failure(EXIT_USAGE, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
+}
+
+/// Runs `app` on the command line. Help and version are printed as CLI11 does it.
+int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
+  CheckSubcommand(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+    return EXIT_GOOD;
+  } catch (const CLI::Success& wanted) {
+    app.exit(wanted);
+    return EXIT_GOOD;
+  } catch (const CLI::ParseError& error) {
+    throw Failure(EXIT_USAGE, error.what() + std::string(kSeeHelp));
+  }
+}
+
+/// Writes what the library warns of like the command's own messages, a line each.
+void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& text) {
+  for (const QString& line : text.split(QLatin1Char('\n'))) {
+    const QString words = line.trimmed();
+    if (!words.isEmpty()) WriteMessage(words.toStdString());
+  }
+}
+
+/// Refuses an empty path: a script whose variable is empty is to hear of it, not to lose its result.
+void RequirePath(CLI::Option* option) {
+  option->check([](const std::string& path) { return path.empty() ? "the path is empty; name an output" : ""; });
+}
+
+constexpr const char* kNoType = " ";  ///< in the help, in place of "TEXT REQUIRED"
+
+/// An option or argument that is read into the name of a model.
+CLI::Option* AddModel(CLI::App& command, ModelName& model, const std::string& name, const std::string& what) {
+  return command.add_option_function<std::string>(
+      name, [&model](const std::string& text) { model = ModelName(text); }, what);
+}
+
+}  // namespace
+
+CLI::Option* AddArgument(CLI::App& command, const std::string& name, std::string& value, const std::string& what) {
+  return command.add_option(name, value, what)->option_text(kNoType);
+}
+
+CLI::Option* AddModelArgument(CLI::App& command, ModelName& model, const std::string& name, const std::string& what) {
+  return AddModel(command, model, name, what)->option_text(kNoType);
+}
+
+void AddDatabaseArgument(CLI::App& command, ModelName& database) {
+  const auto read = [&database](const std::string& text) { database = ModelName::OfDatabase(text); };
+  command.add_option_function<std::string>("NAME", read, "The realtime database")->option_text(kNoType)->required();
+}
+
+void AddIdOption(CLI::App& command, std::string& id, const std::string& what) {
+  command.add_option("--id", id, what)->option_text("ID");
+}
+
+void AddFormatOption(CLI::App& command, Format& format) {
+  static const std::map<std::string, Format> formats = {
+      {"text", Format::Text}, {"json", Format::Json}, {"csv", Format::Csv}};
+  const auto choose = [&format](const std::string& name) { format = formats.at(name); };
+  AddChoice(command, "--format", choose, {"text", "json", "csv"},
+            "text for people (default), json or csv for programs, in UTF-8");
+}
+
+void AddChoice(CLI::App& command, const std::string& name, const std::function<void(const std::string&)>& choose,
+               const std::vector<std::string>& choices, const std::string& what) {
+  command.add_option_function<std::string>(name, choose, what)
+      ->check(CLI::IsMember(choices))
+      ->option_text(CLI::detail::join(choices, "|"));
+}
+
+void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets) {
+  command.add_option("--sheet", sheet, "Only this part of the result: " + sheets)->option_text("NAME");
+}
+
+void AddOutputOption(CLI::App& command, ModelName& output, const std::string& what) {
+  RequirePath(AddModel(command, output, "-o,--output", what)->option_text("OUT"));
+}
+
+void AddOutputArgument(CLI::App& command, ModelName& output, const std::string& what) {
+  RequirePath(AddModelArgument(command, output, "OUT", what)->required());
+}
+
+int RunCommand(int argc, const char* const* argv) {
+  qInstallMessageHandler(WriteLibraryMessage);
+  try {
+    CLI::App app(kPurpose, "dtsdb");
+    Action action;
+    Describe(app, action);
+    const int code = ReadCommandLine(app, argc, argv);
+    return action ? action() : code;
+  } catch (const Failure& failure) {
+    WriteMessage(failure.what());
+    return failure.Code();
+  } catch (const std::exception& error) {
+    WriteMessage(std::string("ended unexpectedly: ") + error.what());
+    return EXIT_FILE;
+  }
+}
+
+}  // namespace dtsdb::tools

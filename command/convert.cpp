@@ -1,0 +1,50 @@
+#include <optional>
+
+#include "command/commands.h"
+#include "formats/failure.h"
+#include "formats/model_io.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct ConvertOptions {
+  ModelName model;
+  ModelName output;
+  std::optional<ModelForm> to;
+};
+
+constexpr const char* kFooter =
+    "rtdb:NAME as OUT updates the realtime database NAME.fdb, or makes it.\n"
+    "Without --to, OUT becomes a folder of text tables when it is an existing folder, ends in '/' or has no "
+    "extension,\n"
+    "and an object file otherwise. A folder is replaced only when it holds nothing but text tables.\n\n"
+    "Examples:\n"
+    "  dtsdb convert examples/ieee14 grid.obj\n"
+    "  dtsdb convert grid.obj tables/\n"
+    "  dtsdb convert --to object tables grid\n"
+    "  dtsdb convert rtdb:grid grid.obj";
+
+int Convert(const ConvertOptions& options) {
+  DTSDB database = LoadModel(options.model);
+  SaveModel(database, options.output, options.to);
+  return EXIT_GOOD;
+}
+
+}  // namespace
+
+void AddConvert(CLI::App& app, Action& action) {
+  AddCommand<ConvertOptions>(
+      app, action, "convert", "Turn a model into another form, or copy it",
+      [](CLI::App& command, ConvertOptions& options) {
+        AddModelArgument(command, options.model)->required();
+        AddOutputArgument(command, options.output, "Where the model is written");
+        const auto choose = [&options](const std::string& form) {
+          options.to = form == "text" ? ModelForm::TextTables : ModelForm::ObjectFile;
+        };
+        AddChoice(command, "--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
+        command.footer(kFooter);
+      },
+      Convert);
+}
+
+}  // namespace dtsdb::tools

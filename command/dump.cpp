@@ -1,0 +1,94 @@
+#include <algorithm>
+
+#include "command/commands.h"
+#include "formats/catalog.h"
+#include "formats/failure.h"
+#include "formats/field_text.h"
+#include "formats/model_io.h"
+#include "formats/nearest.h"
+#include "model/any_table.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct DumpOptions {
+  ModelName model;
+  std::string table;
+  std::string id;
+  Format format = Format::Text;
+};
+
+constexpr const char* kFooter =
+    "Text leaves out the columns in which every record shown has the default. CSV takes one TABLE.\n"
+    "--id finds records by identity or number, relation rows by the identity of their parent or child.\n\n"
+    "Examples:\n"
+    "  dtsdb dump grid.obj CB\n"
+    "  dtsdb dump grid.obj LN --id 'Line 1-2'\n"
+    "  dtsdb dump grid.obj UN --format csv > units.csv";
+
+bool IsCalled(const TableInfo& table, const void* record, const std::string& id) {
+  const auto names = KeyTexts(table, record);
+  return std::find(names.begin(), names.end(), id) != names.end();
+}
+
+/// The records of a table, all or those called `id`; for people without the columns that hold only defaults.
+Sheet TableSheet(const AnyTable& table, const std::string& id) {
+  const TableInfo& info = table.Info();
+  Sheet sheet(info.name, info.name, NamesOf(info.fields()));
+  for (int i = 0; i < table.GetCount(); ++i) {
+    if (id.empty() || IsCalled(info, table[i], id)) sheet.Add(FieldCells(info.fields(), table[i]));
+  }
+  sheet.HideDefaults(FieldCells(info.fields(), table.MakeRecords()->Add()));
+  return sheet;
+}
+
+std::vector<std::string> KnownNames(const std::vector<AnyTable>& tables) {
+  std::vector<std::string> known;
+  for (const AnyTable& table : tables) {
+    for (int i = 0; i < table.GetCount(); ++i) {
+      for (std::string& name : KeyTexts(table.Info(), table[i])) known.push_back(std::move(name));
+    }
+  }
+  return known;
+}
+
+int Dump(const DumpOptions& options) {
+  const TableKind named = options.table.empty() ? KIND_NONE : NamedTable(options.table);
+  if (options.format == Format::Csv && named == KIND_NONE) {
+    throw Failure(EXIT_USAGE, "CSV holds one table: name the TABLE");
+  }
+  DTSDB database = LoadModel(options.model);
+  const std::vector<AnyTable> tables =
+      named == KIND_NONE ? AllTables(database) : std::vector{TableOfKind(database, named)};
+  const std::string id = UserText(options.id);
+  Report report;
+  std::size_t found = 0;
+  for (const AnyTable& table : tables) {
+    Sheet sheet = TableSheet(table, id);
+    found += sheet.Rows().size();
+    if (!sheet.Rows().empty() || named != KIND_NONE) report.Add(std::move(sheet));
+  }
+  if (!id.empty() && found == 0) {
+    const std::string where = named == KIND_NONE ? options.model.Text() : std::string("table ") + TableName(named);
+    throw Failure(EXIT_USAGE, where + " has no record " + Quoted(id) + DidYouMean(id, KnownNames(tables)));
+  }
+  WriteReport(report, options.format);
+  return EXIT_GOOD;
+}
+
+}  // namespace
+
+void AddDump(CLI::App& app, Action& action) {
+  AddCommand<DumpOptions>(
+      app, action, "dump", "Show the records of a model",
+      [](CLI::App& command, DumpOptions& options) {
+        AddModelArgument(command, options.model)->required();
+        AddArgument(command, "TABLE", options.table, "Only this table, such as CB or LN");
+        AddIdOption(command, options.id, "Only the records with this identity");
+        AddFormatOption(command, options.format);
+        command.footer(kFooter);
+      },
+      Dump);
+}
+
+}  // namespace dtsdb::tools

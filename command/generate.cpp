@@ -1,0 +1,45 @@
+#include "command/commands.h"
+#include "formats/failure.h"
+#include "formats/model_io.h"
+#include "generate/generator.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct GenerateOptions {
+  ModelName output;
+  GeneratorOptions utility{10, 1};
+};
+
+constexpr const char* kFooter =
+    "The same number of stations and the same seed give the same model, byte for byte.\n"
+    "OUT is as with 'dtsdb convert'.\n\n"
+    "Examples:\n"
+    "  dtsdb generate --stations 100 --seed 7 grid.obj\n"
+    "  dtsdb generate --stations 3 small/";
+
+int Generate(const GenerateOptions& options) {
+  DTSDB database;
+  GenerateUtility(database, options.utility);
+  SaveModel(database, options.output);
+  return EXIT_GOOD;
+}
+
+}  // namespace
+
+void AddGenerate(CLI::App& app, Action& action) {
+  AddCommand<GenerateOptions>(
+      app, action, "generate", "Make a random valid utility",
+      [](CLI::App& command, GenerateOptions& options) {
+        AddOutputArgument(command, options.output, "Where the model is written");
+        command.add_option("--stations", options.utility.stations, "Number of stations, 10 by default")
+            ->check(CLI::Range(1, 1000000).description(""))
+            ->option_text("N");
+        command.add_option("--seed", options.utility.seed, "Choice among the utilities of that size, 1 by default")
+            ->option_text("S");
+        command.footer(kFooter);
+      },
+      Generate);
+}
+
+}  // namespace dtsdb::tools

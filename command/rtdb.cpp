@@ -1,0 +1,210 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "command/commands.h"
+#include "formats/catalog.h"
+#include "formats/failure.h"
+#include "formats/field_text.h"
+#include "formats/nearest.h"
+#include "formats/realtime.h"
+#include "formats/stored_rows.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct RtdbOptions {
+  ModelName database;
+  std::string table;
+  std::string id;
+  std::vector<std::string> values;
+  Format format = Format::Text;
+};
+
+constexpr const char* kFooter =
+    "NAME is the path of the database, with or without its ending .fdb. As a MODEL of the other commands it is\n"
+    "written rtdb:NAME. Other programs may use the database meanwhile.\n"
+    "'dtsdb rtdb COMMAND --help' prints more about a command.";
+
+constexpr const char* kListFooter =
+    "Example:\n"
+    "  dtsdb rtdb ls grid";
+
+constexpr const char* kShowFooter =
+    "All columns of the rows are shown, also those that only other programs use; ranges of bytes (raw_...) as\n"
+    "hexadecimal digits. Text leaves out the columns in which every row shown has the default.\n"
+    "--id finds rows by identity or number, relation rows by the identity of their parent or child.\n\n"
+    "Examples:\n"
+    "  dtsdb rtdb show grid CB\n"
+    "  dtsdb rtdb show grid LN --id 'Line 1-2' --format json";
+
+constexpr const char* kPutFooter =
+    "The row is the one with the given id, in a relation table that with the given two identities. It is added when\n"
+    "there is none; columns that aren't given then have the defaults of 'dtsdb info --fields TABLE'.\n"
+    "Either all values are stored or none. The database is made when there is none.\n\n"
+    "Examples:\n"
+    "  dtsdb rtdb put grid CB id='Breaker 7' value=1\n"
+    "  dtsdb rtdb put grid R_KV_LD kv_id='Level 10' ld_id='Load 3' next=-1";
+
+constexpr const char* kCheckFooter =
+    "Looks through all pages of the file, compares its tables with those of this program and reads every row.\n"
+    "Exits with 3 when something is wrong.\n\n"
+    "Example:\n"
+    "  dtsdb rtdb check grid";
+
+/// The tables that have rows.
+Report TableList(RealtimeDatabase& database) {
+  Report report;
+  Sheet& sheet = report.Add(Sheet("tables", "Tables", {"table", "rows", "meaning"}));
+  for (const auto& table : StoredTables()) {
+    const int rows = table->Count(database.Db());
+    if (rows > 0) sheet.Add({table->Info().name, NumberCell(rows), table->Info().meaning});
+  }
+  database.Check();
+  const auto empty = kTableCount - sheet.Rows().size();
+  if (empty > 0) report.Line(fmt::format("The other {} tables are empty.", empty));
+  return report;
+}
+
+int List(const RtdbOptions& options) {
+  RealtimeDatabase database(options.database.Path(), dbDatabase::dbReadOnly);
+  WriteReport(TableList(database), options.format);
+  return EXIT_GOOD;
+}
+
+/// The rows of a table, all or those called `id`.
+Sheet RowSheet(RealtimeDatabase& database, const StoredTable& table, const std::string& id) {
+  const std::span<const ColumnInfo> columns = table.Columns();
+  Sheet sheet(table.Info().name, table.Info().name, NamesOf(columns));
+  std::vector<std::string> known;
+  table.ForEachRow(database.Db(), [&](const void* row) {
+    const std::vector<std::string> names = RowNames(table, row);
+    if (id.empty() || std::find(names.begin(), names.end(), id) != names.end()) sheet.Add(ColumnCells(columns, row));
+    known.insert(known.end(), names.begin(), names.end());
+  });
+  database.Check();
+  if (!id.empty() && sheet.Rows().empty()) {
+    throw Failure(EXIT_USAGE,
+                  fmt::format("table {} has no row {}{}", table.Info().name, Quoted(id), DidYouMean(id, known)));
+  }
+  sheet.HideDefaults(ColumnCells(columns, table.NewRow().get()));
+  return sheet;
+}
+
+int Show(const RtdbOptions& options) {
+  const StoredTable& table = StoredTableOf(NamedTable(options.table));
+  RealtimeDatabase database(options.database.Path(), dbDatabase::dbReadOnly);
+  Report report;
+  report.Add(RowSheet(database, table, UserText(options.id)));
+  WriteReport(report, options.format);
+  return EXIT_GOOD;
+}
+
+/// Changes the row that `values` have the key of, or adds it, in one transaction. Returns what was done.
+std::string PutRow(RealtimeDatabase& database, const StoredTable& table, RowValues& values) {
+  dbQuery query;
+  values.Find(query);
+  bool isThere = false;
+  const auto check = [&](int count) {
+    database.Check();
+    if (count > 1) throw Failure(EXIT_USAGE, fmt::format("{} stands {} times in the table", values.Name(), count));
+    isThere = count == 1;
+  };
+  table.Put(database.Db(), query, check, [&values](void* row) { values.PutInto(row); });
+  database.Check();
+  database.Db()->commit();
+  database.Check();
+  return values.Name() + (isThere ? ": changed." : ": added, there was no such row.");
+}
+
+int Put(const RtdbOptions& options) {
+  Report report;
+  std::vector<std::string> assignments;
+  for (const std::string& value : options.values) assignments.push_back(UserText(value));
+  const StoredTable& table = StoredTableOf(NamedTable(options.table));
+  RowValues values(table, assignments);  // a wrong value ends the command before a database is made
+  RealtimeDatabase database(options.database.Path(), dbDatabase::dbAllAccess);
+  report.Line(PutRow(database, table, values));
+  WriteReport(report, Format::Text);
+  return EXIT_GOOD;
+}
+
+int Check(const RtdbOptions& options) {
+  RealtimeDatabase database(options.database.Path(),
+                            dbDatabase::dbReadOnly);  // looks through the pages and the tables' columns
+  int tables = 0;
+  long long rows = 0;
+  for (const auto& table : StoredTables()) {
+    long long read = 0;
+    const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
+    database.Check();
+    if (read != count) {
+      throw Failure(EXIT_FILE,
+                    fmt::format("{}: table {}: only {} of {} rows can be read", options.database.Text(),
+                                QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
+    }
+    if (count > 0) ++tables;
+    rows += count;
+  }
+  Report report;
+  report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.database.Text(), Counted(rows, "row"), tables,
+                          kTableCount));
+  WriteReport(report, Format::Text);
+  return EXIT_GOOD;
+}
+
+using Describe = void (*)(CLI::App&, RtdbOptions&);
+
+void AddRtdbCommand(CLI::App& rtdb, Action& action, const std::string& name, const std::string& purpose,
+                    Describe describe, int (*run)(const RtdbOptions&)) {
+  AddCommand<RtdbOptions>(
+      rtdb, action, name, purpose,
+      [describe](CLI::App& command, RtdbOptions& options) {
+        AddDatabaseArgument(command, options.database);
+        describe(command, options);
+      },
+      run);
+}
+
+void AddTableArgument(CLI::App& command, RtdbOptions& options) {
+  AddArgument(command, "TABLE", options.table, "The table, such as CB or LN")->required();
+}
+
+}  // namespace
+
+void AddRtdb(CLI::App& app, Action& action) {
+  CLI::App& rtdb = *app.add_subcommand("rtdb", "Look into a realtime database, change a row of it");
+  rtdb.require_subcommand(1);
+  rtdb.footer(kFooter);
+  AddRtdbCommand(
+      rtdb, action, "ls", "List the tables that have rows",
+      [](CLI::App& command, RtdbOptions& options) {
+        AddFormatOption(command, options.format);
+        command.footer(kListFooter);
+      },
+      List);
+  AddRtdbCommand(
+      rtdb, action, "show", "Show the rows of a table",
+      [](CLI::App& command, RtdbOptions& options) {
+        AddTableArgument(command, options);
+        AddIdOption(command, options.id, "Only the rows with this identity");
+        AddFormatOption(command, options.format);
+        command.footer(kShowFooter);
+      },
+      Show);
+  AddRtdbCommand(
+      rtdb, action, "put", "Change a row, or add it",
+      [](CLI::App& command, RtdbOptions& options) {
+        AddTableArgument(command, options);
+        command.add_option("COLUMN=VALUE", options.values, "What to store, as in text tables")
+            ->option_text("...")
+            ->required();
+        command.footer(kPutFooter);
+      },
+      Put);
+  AddRtdbCommand(
+      rtdb, action, "check", "Look for damage", [](CLI::App& command, RtdbOptions&) { command.footer(kCheckFooter); },
+      Check);
+}
+
+}  // namespace dtsdb::tools

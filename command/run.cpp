@@ -1,0 +1,88 @@
+#include <csignal>
+#include <ctime>
+
+#include "command/commands.h"
+#include "command/topology_task.h"
+#include "formats/failure.h"
+
+namespace dtsdb::tools {
+namespace {
+
+struct RunOptions {
+  ModelName model;
+  bool once = false;
+  bool indications = false;
+  bool verify = false;
+  int interval = 1000;
+};
+
+constexpr int kLongestInterval = 3600 * 1000;
+
+constexpr const char* kFooter =
+    "The database must hold a model that is marked good: 'dtsdb validate MODEL -o rtdb:NAME' makes one.\n"
+    "Its topology is worked out and stored at the start. Then rows that other programs add to TPTRACE, with the time\n"
+    "of their writing in seconds since 1970, are followed up by incremental runs, each stored in one commit and\n"
+    "reported in one line. SIGTERM or Ctrl-C ends the command between two commits.\n\n"
+    "Examples:\n"
+    "  dtsdb run rtdb:grid\n"
+    "  dtsdb rtdb put grid TPTRACE id=1 name='Breaker 7' type=1 status=0 time=$(date +%s)\n"
+    "  dtsdb run rtdb:grid --once --verify";
+
+/// Keeps the signals that end a program waiting from now on, so that they take effect at Wait alone, and a second one
+/// not at all.
+class StopSignals {
+ public:
+  StopSignals() {
+    ::sigemptyset(&m_signals);
+    ::sigaddset(&m_signals, SIGTERM);
+    ::sigaddset(&m_signals, SIGINT);
+    ::sigprocmask(SIG_BLOCK, &m_signals, nullptr);
+  }
+
+  /// Waits for so many milliseconds. True as soon as the program is to end.
+  bool Wait(int milliseconds) {
+    timespec time{};
+    time.tv_sec = milliseconds / 1000;
+    time.tv_nsec = (milliseconds % 1000) * 1000000L;
+    return ::sigtimedwait(&m_signals, nullptr, &time) != -1;
+  }
+
+ private:
+  sigset_t m_signals{};
+};
+
+int Run(const RunOptions& options) {
+  if (!options.model.IsDatabase()) {
+    throw Failure(EXIT_USAGE, options.model.Text() + " is no realtime database; one is written rtdb:NAME");
+  }
+  const std::string& name = options.model.Path();
+  StopSignals stop;
+  { const RealtimeDatabase existing(name, dbDatabase::dbReadOnly); }  // a missing one is reported and not made
+  RealtimeDatabase database(name, dbDatabase::dbAllAccess);
+  TopologyTask task(database, {options.indications, options.verify});
+  task.Start();
+  do {
+    task.Look();
+  } while (!options.once && !stop.Wait(options.interval));
+  return task.IsGood() ? EXIT_GOOD : EXIT_FAULTS;
+}
+
+}  // namespace
+
+void AddRun(CLI::App& app, Action& action) {
+  AddCommand<RunOptions>(
+      app, action, "run", "Follow up the trace of a realtime database, until stopped",
+      [](CLI::App& command, RunOptions& options) {
+        AddModelArgument(command, options.model, "MODEL", "The realtime database, rtdb:NAME")->required();
+        command.add_flag("--once", options.once, "Follow up what is there and end");
+        command.add_option("--interval", options.interval, "Look for rows each MS milliseconds (default 1000)")
+            ->option_text("MS")
+            ->check(CLI::Range(1, kLongestInterval));
+        command.add_flag("--status", options.indications, "Take the breakers' positions from STATUS at the start");
+        command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
+        command.footer(kFooter);
+      },
+      Run);
+}
+
+}  // namespace dtsdb::tools

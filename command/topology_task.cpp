@@ -1,0 +1,161 @@
+#include "command/topology_task.h"
+
+#include <fmt/format.h>
+
+#include <QDateTime>
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <set>
+#include <utility>
+
+#include "command/topology_compare.h"
+#include "command/validation_run.h"
+#include "formats/failure.h"
+#include "formats/field_text.h"
+#include "formats/messages.h"
+#include "formats/text_layout.h"
+#include "script/switch_events.h"
+#include "topology/component_types.h"
+
+namespace dtsdb::tools {
+namespace {
+
+class Stopwatch {
+ public:
+  /// The milliseconds since it was made or last asked.
+  double Lap() {
+    const auto now = std::chrono::steady_clock::now();
+    return std::chrono::duration<double, std::milli>(now - std::exchange(m_begin, now)).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+};
+
+void Log(const std::string& line) {
+  const std::string time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
+  WriteResult(Format::Text, time + " " + OneLine(line) + "\n");
+}
+
+/// The number of sections that the last run has changed: those that nodes or equipment left or came to, and those that
+/// became live or dead.
+int ChangedSectionCount(DTSDB& model) {
+  std::set<int> sections;
+  for (int i = 0; i < model.m_chndTable->GetCount(); ++i) {
+    const CHND& row = (*model.m_chndTable)[i];
+    sections.insert({row.ibs_old, row.ibs_new});
+  }
+  for (int i = 0; i < model.m_tplTable->GetCount(); ++i) {
+    const TPL& row = (*model.m_tplTable)[i];
+    if (row.event.startsWith(QLatin1String("BS"))) sections.insert({row.n3, row.n2});
+  }
+  const int dead = (*model.m_globalTable)[0].bs_dead;
+  return static_cast<int>(std::count_if(sections.begin(), sections.end(), [dead](int bs) { return bs > dead; }));
+}
+
+}  // namespace
+
+void TopologyTask::Start() {
+  Stopwatch watch;
+  m_tp.tpReadFastdb(m_database.Db());
+  m_database.Check();
+  if (!IsMarkedGood(m_model)) {
+    throw Failure(EXIT_FAULTS,
+                  "the model in the database is not marked good; 'dtsdb validate' with the database as "
+                  "MODEL and as OUT does that");
+  }
+  if (m_options.indications) {
+    m_tp.tpReadStatus(m_database.Db());
+    m_database.Db()->commit();
+  }
+  const GLOBAL& global = (*m_model.m_globalTable)[0];
+  m_window.emplace(std::max(global.u1, global.time), m_clock);
+  if (!m_runner.RunFull()) throw Failure(EXIT_FAULTS, "the topology of the model in the database can't be worked out");
+  const double worked = watch.Lap();
+  m_tp.tpWriteFastdb(m_database.Db());
+  m_database.Check();
+  Log(fmt::format("start: full run, {}, {:.1f} ms, stored in {:.1f} ms",
+                  Counted(m_model.m_islandTable->GetCount(), "live island"), worked, watch.Lap()));
+}
+
+void TopologyTask::Look() {
+  TraceWindow::Taken taken = m_window->Look(m_reader);
+  m_database.Check();
+  if (taken.fresh.empty()) return;
+  const auto now = static_cast<std::int64_t>(m_clock.day());
+  for (const TPTRACE& row : taken.ahead) {
+    WriteMessage(fmt::format("trace row {}: {} is stamped {} s ahead of the clock; it counts as of now", row.id,
+                             Quoted(IdText(row.name)), row.time - now));
+  }
+  ApplyInOrder(taken.holding);
+  std::vector<TPTRACE>& fresh = taken.fresh;
+  for (TPTRACE& row : fresh) {
+    row.n1 = NumberOf(row);
+    if (row.n1 != -1) continue;
+    WriteMessage(fmt::format("trace row {}: there is no {}", row.id, Quoted(IdText(row.name))));
+  }
+
+  const int count = static_cast<int>(fresh.size());
+  m_model.m_tptraceTable->SetData(fresh.data(), count, false);
+  ++m_run;
+  Stopwatch watch;
+  const RunOutcome outcome = m_runner.Run();
+  const double worked = watch.Lap();
+  Store(outcome);
+  const double stored = watch.Lap();
+  const bool logged = outcome == RunOutcome::Incremental && m_tp.tpGetStartNo() != -1;
+  const std::string log = logged ? fmt::format("log {}..{}", m_tp.tpGetStartNo(), m_tp.tpGetEndNo()) : "no log";
+  const int sections = outcome == RunOutcome::Incremental ? ChangedSectionCount(m_model) : 0;
+  Log(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run, OutcomeText(outcome),
+                  Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"), Counted(sections, "section"), log,
+                  worked, stored));
+  if (m_options.verify) Verify();
+}
+
+/// The number of the row's component, -1 where it isn't there. The topology passes over a type that stands for no
+/// component, whatever the number.
+int TopologyTask::NumberOf(const TPTRACE& row) {
+  const bool known = WithComponentType(row.type, [](const auto&) {});
+  return known ? ComponentNumber(m_model, row.type, row.name) : 0;
+}
+
+/// Makes the last row of each component hold, also where it was taken before a row that holds earlier.
+void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
+  for (const TPTRACE& row : rows) {
+    const int number = NumberOf(row);
+    if (number >= 0) PutInState(m_model, {row.type, row.status != 0, ""}, number);
+  }
+}
+
+/// Stores what a run has left. Nothing of one that failed: other programs keep the last good result.
+void TopologyTask::Store(RunOutcome outcome) {
+  switch (outcome) {
+    case RunOutcome::Nothing:
+      return;
+    case RunOutcome::Incremental:
+      m_model.WriteGLOBALToFastdb(m_database.Db());  // the time from which a task that starts later reads the trace
+      m_tp.tpWriteChangedData(m_database.Db());
+      break;
+    case RunOutcome::Replaced:
+      WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
+      [[fallthrough]];
+    case RunOutcome::Full:
+      m_tp.tpWriteFastdb(m_database.Db());
+      break;
+    case RunOutcome::Failed:
+      WriteMessage(fmt::format("run {}: the topology can't be worked out; nothing is stored", m_run));
+      m_good = false;
+      return;
+  }
+  m_database.Check();
+}
+
+void TopologyTask::Verify() {
+  for (const auto& [table, identity, here, there] : CompareWithFullRun(m_model)) {
+    m_good = false;
+    Log(fmt::format("run {} differs from a full one: {} {}: {}; full run: {}", m_run, table, identity, here, there));
+  }
+}
+
+}  // namespace dtsdb::tools

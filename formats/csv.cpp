@@ -1,0 +1,110 @@
+#include "formats/csv.h"
+
+#include <csv.h>
+
+#include <algorithm>
+#include <new>
+
+namespace dtsdb::tools {
+namespace {
+
+/// The parser of libcsv with the row that it is building. Its callbacks only collect: no exception may pass
+/// through the C library.
+class Parser {
+ public:
+  Parser() {
+    if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI | CSV_EMPTY_IS_NULL) != 0) throw std::bad_alloc();
+    csv_set_space_func(&m_parser, [](unsigned char) { return 0; });  // blanks are part of the field
+  }
+  Parser(const Parser&) = delete;
+  Parser& operator=(const Parser&) = delete;
+  ~Parser() { csv_free(&m_parser); }
+
+  /// Takes the next line, its end included. True when that ended a row.
+  bool Feed(std::string_view line) {
+    if (m_complete && line.find_first_not_of("\r\n") == std::string_view::npos) {  // a blank line
+      ++m_line;
+      return false;
+    }
+    StartRow();
+    if (csv_parse(&m_parser, line.data(), line.size(), &OnField, &OnRow, this) != line.size()) {
+      Refuse("a quote stands inside a field that isn't quoted, or something behind the closing quote");
+    }
+    ++m_line;
+    return m_complete;
+  }
+
+  /// Ends the last row. True when there was one.
+  bool Finish() {
+    StartRow();
+    if (csv_fini(&m_parser, &OnField, &OnRow, this) != 0) Refuse("the closing quote is missing");
+    return m_complete;
+  }
+
+  const CsvRow& Row() const { return m_row; }
+
+ private:
+  void StartRow() {
+    if (!m_complete) return;
+    m_row.line = m_line;
+    m_row.fields.clear();
+    m_complete = false;
+  }
+
+  [[noreturn]] void Refuse(const char* what) {
+    if (csv_error(&m_parser) == CSV_ENOMEM) throw std::bad_alloc();
+    throw CsvError(m_row.line, m_row.fields.size(), what);
+  }
+
+  static void OnField(void* bytes, std::size_t size, void* self) {
+    auto& fields = static_cast<Parser*>(self)->m_row.fields;
+    if (bytes == nullptr) {
+      fields.emplace_back();
+    } else {
+      fields.emplace_back(std::string(static_cast<const char*>(bytes), size));
+    }
+  }
+
+  static void OnRow(int, void* self) { static_cast<Parser*>(self)->m_complete = true; }
+
+  csv_parser m_parser{};
+  CsvRow m_row;
+  int m_line = 1;
+  bool m_complete = true;  // m_row has been handed out
+};
+
+/// Length of the line at the front of `bytes`, its end included.
+std::size_t LineLength(std::string_view bytes) {
+  const std::size_t end = bytes.find_first_of("\r\n");
+  if (end == std::string_view::npos) return bytes.size();
+  return bytes.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
+}
+
+}  // namespace
+
+void ReadCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit) {
+  Parser parser;
+  while (!bytes.empty()) {
+    const std::size_t length = LineLength(bytes);
+    if (parser.Feed(bytes.substr(0, length))) visit(parser.Row());
+    bytes.remove_prefix(length);
+  }
+  if (parser.Finish()) visit(parser.Row());
+}
+
+void AppendCsvField(std::string& out, const CsvField& field, bool first) {
+  if (!first) out += ',';
+  if (!field) return;
+  if (!field->empty() && field->find_first_of(",\"\r\n") == std::string::npos) {
+    out += *field;
+    return;
+  }
+  out += '"';
+  for (const char c : *field) {
+    if (c == '"') out += '"';
+    out += c;
+  }
+  out += '"';
+}
+
+}  // namespace dtsdb::tools

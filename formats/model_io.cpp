@@ -1,0 +1,72 @@
+#include "formats/model_io.h"
+
+#include <QString>
+#include <filesystem>
+#include <system_error>
+
+#include "formats/failure.h"
+#include "formats/files.h"
+#include "formats/realtime.h"
+#include "formats/text_tables.h"
+#include "model/objectfile.h"
+
+namespace fs = std::filesystem;
+
+namespace dtsdb::tools {
+namespace {
+
+/// Refuses `path` for the reason that an object file routine gave, a line with its line feed.
+void Check(const std::string& path, const QString& failure) {
+  if (!failure.isNull()) RefuseFile(path, failure.trimmed().toStdString());
+}
+
+void ReadRealtime(const std::string& name, DTSDB& model) {
+  RealtimeDatabase database(name, dbDatabase::dbReadOnly);
+  model.ReadFastdb(database.Db());
+  database.Check();
+}
+
+void WriteRealtime(DTSDB& model, const std::string& name) {
+  RealtimeDatabase database(name, dbDatabase::dbAllAccess);
+  model.WriteFastdb(database.Db());
+  database.Check();
+}
+
+}  // namespace
+
+DTSDB LoadModel(const ModelName& name) {
+  DTSDB database;
+  const std::string& path = name.Path();
+  if (name.IsDatabase()) {
+    ReadRealtime(path, database);
+    return database;
+  }
+  std::error_code error;
+  if (!fs::exists(path, error) && !FindTextTables(path)) {
+    RefuseFile(path, error ? error.message() : "there is no such file or folder");
+  }
+  if (name.Form() == ModelForm::TextTables) {
+    ReadTextTables(path, database);
+  } else {
+    Check(path, ReadObjectFile(database, QtPath(path)));
+  }
+  return database;
+}
+
+void SaveModel(DTSDB& database, const ModelName& name, std::optional<ModelForm> form) {
+  const std::string& path = name.Path();
+  if (name.IsDatabase()) {
+    if (form) throw Failure(EXIT_USAGE, name.Text() + " is a realtime database; no other form can be chosen for it");
+    WriteRealtime(database, path);
+    return;
+  }
+  if (form.value_or(name.FormAsOutput()) == ModelForm::TextTables) {
+    WriteTextTables(database, path);
+    return;
+  }
+  std::error_code ignored;
+  if (fs::is_directory(path, ignored)) RefuseFile(path, "is a folder; an object file can't take its place");
+  Check(path, WriteObjectFile(database, QtPath(path)));
+}
+
+}  // namespace dtsdb::tools

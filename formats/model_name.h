@@ -1,0 +1,47 @@
+/// \file
+/// What a user calls a model by.
+#pragma once
+
+#include <string>
+
+namespace dtsdb::tools {
+
+enum class ModelForm { ObjectFile, TextTables, RealtimeDatabase };
+
+/// The name of a form for people.
+const char* FormName(ModelForm form);
+
+/// A MODEL of the command line: the path of an object file or of a folder of text tables, or rtdb:NAME.
+///
+/// The command line is read into it once; everything behind asks it and reads no prefix of its own.
+class ModelName {
+ public:
+  ModelName() = default;
+  explicit ModelName(const std::string& text);
+
+  /// The realtime database NAME, written with or without "rtdb:" in front of it.
+  static ModelName OfDatabase(const std::string& text);
+
+  /// As the user wrote it. Messages name the model so.
+  const std::string& Text() const { return m_text; }
+  bool IsEmpty() const { return m_text.empty(); }
+  bool IsDatabase() const { return m_isDatabase; }
+
+  /// The path of the file or folder; of a database its NAME, a path with or without the ending .fdb.
+  const std::string& Path() const { return m_path; }
+
+  /// The form of the model to read: a folder holds text tables, any other path is an object file. Looks at the path
+  /// as it is now.
+  ModelForm Form() const;
+
+  /// The form in which a model is to be written unless the user chooses one: text tables to a folder that exists, a
+  /// name that ends in '/' and a name without extension; an object file to any other path.
+  ModelForm FormAsOutput() const;
+
+ private:
+  std::string m_text;
+  std::string m_path;
+  bool m_isDatabase = false;
+};
+
+}  // namespace dtsdb::tools

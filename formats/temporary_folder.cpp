@@ -1,0 +1,181 @@
+#include "formats/temporary_folder.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <random>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "formats/files.h"
+
+namespace fs = std::filesystem;
+
+namespace dtsdb::tools {
+namespace {
+
+/// The signals by which a user, a terminal, a pipe or a service manager ends a program.
+constexpr std::array kEndingSignals = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM};
+
+/// What a name has behind its front: the mark, and digits that make it unique.
+constexpr std::string_view kMark = "dtsdb-";
+constexpr std::size_t kDigits = 6;
+
+/// The folders that this process has. Changed only while the signals are held, so that the handler finds it whole.
+std::vector<const TemporaryFolder*> folders;
+
+extern "C" void EndBySignal(int signal) {
+  for (const TemporaryFolder* folder : folders) RemoveFolder(folder->Path().c_str());
+  ::raise(signal);  // takes effect on the way out, by the default that SA_RESETHAND has put back
+}
+
+/// Lets EndBySignal handle the ending signals that would end the process now: not those that it ignores or handles.
+void HandleEndingSignals() {
+  for (const int signal : kEndingSignals) {
+    struct sigaction now {};
+    if (::sigaction(signal, nullptr, &now) != 0 || now.sa_handler != SIG_DFL) continue;
+    struct sigaction handled {};
+    handled.sa_handler = EndBySignal;
+    handled.sa_flags = static_cast<int>(SA_RESETHAND);
+    ::sigfillset(&handled.sa_mask);
+    ::sigaction(signal, &handled, nullptr);
+  }
+}
+
+std::string NewName(const std::string& front) {
+  static std::random_device random;
+  return fmt::format("{}{}{:06x}", front, kMark, random() & 0xFFFFFFU);
+}
+
+/// True for a name that NewName returns.
+bool IsTemporaryName(std::string_view name) {
+  if (name.size() < kMark.size() + kDigits) return false;
+  const std::string_view digits = name.substr(name.size() - kDigits);
+  const std::string_view mark = name.substr(name.size() - kDigits - kMark.size(), kMark.size());
+  const std::string_view front = name.substr(0, name.size() - kDigits - kMark.size());
+  return mark == kMark && digits.find_first_not_of("0123456789abcdef") == std::string_view::npos &&
+         (front.empty() || (front.size() > 2 && front.front() == '.' && front.back() == '.'));
+}
+
+/// Removes the temporary folders in `parent` whose processes are gone.
+void RemoveLeftovers(const fs::path& parent) {
+  std::vector<fs::path> found;
+  std::error_code error;
+  for (fs::directory_iterator entry(parent, error), end; !error && entry != end; entry.increment(error)) {
+    if (IsTemporaryName(entry->path().filename().string())) found.push_back(entry->path());
+  }
+  for (const fs::path& folder : found) {
+    const FolderLock lock(folder);
+    if (lock.IsHeld() && lock.Folder().IsAt(folder)) RemoveFolder(folder.c_str());
+  }
+}
+
+fs::path SystemFolder() {
+  std::error_code error;
+  fs::path folder = fs::temp_directory_path(error);
+  if (error) RefuseFile(folder.empty() ? "/tmp" : folder, "can't be used for temporary files: " + error.message());
+  return folder;
+}
+
+}  // namespace
+
+SignalsHeld::SignalsHeld() {
+  sigset_t held;
+  ::sigemptyset(&held);
+  for (const int signal : kEndingSignals) ::sigaddset(&held, signal);
+  ::pthread_sigmask(SIG_BLOCK, &held, &m_before);
+}
+
+SignalsHeld::~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+
+OpenFolder::OpenFolder(const fs::path& folder, int flags)
+    : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags)) {}
+
+OpenFolder::~OpenFolder() {
+  if (m_descriptor != -1) ::close(m_descriptor);
+}
+
+bool OpenFolder::IsAt(const fs::path& folder) const {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(m_descriptor, &opened) == 0 && ::stat(folder.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+         opened.st_ino == named.st_ino;
+}
+
+FolderLock::FolderLock(const fs::path& folder)
+    : m_folder(folder, O_NOFOLLOW),
+      m_error(m_folder.IsOpen() && ::flock(m_folder.Descriptor(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno) {}
+
+void RemoveFolder(const char* path) {
+  const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (folder == -1) return;
+  alignas(dirent64) char entries[4096];
+  for (bool removed = true; removed;) {  // removing while reading may pass entries over
+    removed = false;
+    ::lseek(folder, 0, SEEK_SET);
+    for (ssize_t size = 0; (size = ::getdents64(folder, entries, sizeof entries)) > 0;) {
+      for (ssize_t at = 0; at < size;) {
+        const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);
+        if (::unlinkat(folder, entry->d_name, 0) == 0) removed = true;
+        at += entry->d_reclen;
+      }
+    }
+  }
+  ::close(folder);
+  ::rmdir(path);
+}
+
+TemporaryFolder::TemporaryFolder(const fs::path& parent, const std::string& front, mode_t mode,
+                                 const fs::path& target) {
+  std::error_code error;
+  const fs::path place = fs::absolute(parent.empty() ? "." : parent, error);
+  RemoveLeftovers(place);
+  const SignalsHeld held;
+  HandleEndingSignals();
+  while (!Make(place, front, mode, target)) continue;
+  folders.push_back(this);
+}
+
+/// Makes and locks a folder. False when its name is in use, or when another process, which locks it first to see that
+/// it is no leftover, has come in between.
+bool TemporaryFolder::Make(const fs::path& parent, const std::string& front, mode_t mode, const fs::path& target) {
+  m_path = parent / NewName(front);
+  if (::mkdir(m_path.c_str(), mode) != 0) {
+    if (errno == EEXIST) return false;
+    RefuseFile(target, "can't be written: " + std::generic_category().message(errno));
+  }
+  m_lock = std::make_unique<FolderLock>(m_path);
+  if (m_lock->Folder().IsOpen()) return !m_lock->IsHeldElsewhere() && m_lock->Folder().IsAt(m_path);
+  if (errno == ENOENT) return false;
+  const std::string reason = std::generic_category().message(errno);
+  ::rmdir(m_path.c_str());
+  RefuseFile(target, "can't be written: " + reason);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  RemoveFolder(m_path.c_str());
+  const SignalsHeld held;
+  folders.erase(std::remove(folders.begin(), folders.end(), this), folders.end());
+}
+
+TemporaryCurrentFolder::TemporaryCurrentFolder() : m_folder(SystemFolder(), "", S_IRWXU, SystemFolder()) {
+  std::error_code error;
+  m_before = fs::current_path(error);
+  fs::current_path(m_folder.Path(), error);
+  if (error) RefuseFile(m_folder.Path(), "can't be the current folder: " + error.message());
+}
+
+TemporaryCurrentFolder::~TemporaryCurrentFolder() {
+  std::error_code ignored;
+  fs::current_path(m_before, ignored);
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,168 @@
+#include "script/switch_events.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "formats/failure.h"
+#include "formats/field_text.h"
+#include "formats/nearest.h"
+#include "model/text.h"
+#include "topology/component_types.h"
+
+namespace dtsdb::tools {
+namespace {
+
+/// How the two directions of a component type are called.
+struct EventWords {
+  int type;
+  const char* off;    ///< opens, takes out of service
+  const char* on;     ///< closes, returns to service
+  const char* table;  ///< of the component
+  const char* end;    ///< of a branch, "" for the whole component
+};
+
+constexpr EventWords kEvents[] = {
+    {1, "open", "close", "CB", ""},      {2, "off", "on", "UN", ""},           {3, "off", "on", "LD", ""},
+    {4, "off", "on", "CP", ""},          {5, "out", "in", "LN", ""},           {6, "out", "in", "XF", ""},
+    {7, "out", "in", "ZBR", ""},         {8, "out", "in", "DLN", ""},          {9, "break", "join", "LN", "from"},
+    {10, "break", "join", "LN", "to"},   {11, "break", "join", "DLN", "from"}, {12, "break", "join", "DLN", "to"},
+    {13, "break", "join", "XF", "from"}, {14, "break", "join", "XF", "to"},    {15, "break", "join", "ZBR", "from"},
+    {16, "break", "join", "ZBR", "to"},
+};
+
+bool HasVerb(const EventWords& event, const std::string& verb) { return verb == event.off || verb == event.on; }
+
+/// The different texts that `text` returns for the events that `fits`, in order.
+template <class Fits, class Text>
+std::vector<std::string> Choices(Fits fits, Text text) {
+  std::vector<std::string> choices;
+  for (const EventWords& event : kEvents) {
+    for (const std::string& choice : text(event)) {
+      if (fits(event) && std::find(choices.begin(), choices.end(), choice) == choices.end()) choices.push_back(choice);
+    }
+  }
+  return choices;
+}
+
+std::vector<std::string> Verbs() {
+  return Choices([](const EventWords&) { return true; },
+                 [](const EventWords& event) {
+                   return std::vector<std::string>{event.off, event.on};
+                 });
+}
+
+/// The word at `at`, and `at` one further. A Failure that names `what` when the words are at their end.
+const std::string& TakeWord(const std::vector<std::string>& words, std::size_t& at, const std::string& what) {
+  if (at >= words.size()) {
+    const std::string behind = words.empty() ? "the event" : Quoted(words.back());
+    throw Failure(EXIT_USAGE, "behind " + behind + " " + what + " is missing");
+  }
+  return words[at++];
+}
+
+/// A word that must be one of `choices`.
+const std::string& TakeChoice(const std::vector<std::string>& words, std::size_t& at, const std::string& what,
+                              const std::vector<std::string>& choices) {
+  const std::string expected = fmt::format("{} ({})", what, fmt::join(choices, ", "));
+  const std::string& word = TakeWord(words, at, expected);
+  if (std::find(choices.begin(), choices.end(), word) != choices.end()) return word;
+  throw Failure(EXIT_USAGE, Quoted(word) + " is not " + expected);
+}
+
+const EventWords* EventOfType(int type) {
+  const auto* const found = std::find_if(std::begin(kEvents), std::end(kEvents),
+                                         [type](const EventWords& event) { return event.type == type; });
+  return found != std::end(kEvents) ? found : nullptr;
+}
+
+/// Calls `visit` with the component type of that code and its table.
+template <class Visit>
+void WithTable(DTSDB& database, int type, Visit visit) {
+  WithComponentType(type, [&](const auto& component) {
+    using Record = typename std::remove_cvref_t<decltype(component)>::Record;
+    visit(component, TableOf<Record>(database));
+  });
+}
+
+}  // namespace
+
+const char* const kSwitchEventHelp =
+    "  open CB ID, close CB ID               a breaker\n"
+    "  off UN|LD|CP ID, on UN|LD|CP ID       a unit, load, capacitor or reactor\n"
+    "  out LN|XF|ZBR|DLN ID, in ... ID       a branch, out of service and back\n"
+    "  break LN|XF|ZBR|DLN ID from|to, join ... ID from|to\n"
+    "                                        one end of a branch";
+
+bool IsSwitchVerb(const std::string& word) {
+  const std::vector<std::string> verbs = Verbs();
+  return std::find(verbs.begin(), verbs.end(), word) != verbs.end();
+}
+
+SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& at) {
+  const std::string& verb = TakeChoice(words, at, "a verb", Verbs());
+  const auto hasVerb = [&](const EventWords& event) { return HasVerb(event, verb); };
+  const std::string& table =
+      TakeChoice(words, at, "a table that goes with '" + verb + "'",
+                 Choices(hasVerb, [](const EventWords& event) { return std::vector<std::string>{event.table}; }));
+  const std::string& id = TakeWord(words, at, "the identity");
+  const auto fits = [&](const EventWords& event) { return hasVerb(event) && table == event.table; };
+  std::string end;
+  const std::vector<std::string> ends =
+      Choices(fits, [](const EventWords& event) { return std::vector<std::string>{event.end}; });
+  if (ends.size() > 1) end = TakeChoice(words, at, "an end", ends);
+  for (const EventWords& event : kEvents) {
+    if (fits(event) && end == event.end) return {event.type, verb == event.on, id};
+  }
+  throw Failure(EXIT_USAGE, "there is no event '" + verb + " " + table + "'");
+}
+
+std::string SwitchEventText(const SwitchEvent& event) {
+  const EventWords* const words = EventOfType(event.type);
+  if (words == nullptr) return fmt::format("type {} {}", event.type, event.id);
+  const std::string end = *words->end != '\0' ? std::string(" ") + words->end : "";
+  return fmt::format("{} {} {}{}", event.on ? words->on : words->off, words->table, event.id, end);
+}
+
+int ComponentNumber(DTSDB& database, const SwitchEvent& event) {
+  const auto id = IdFromText(QString::fromStdString(event.id));
+  return id ? ComponentNumber(database, event.type, *id) : -1;
+}
+
+int ComponentNumber(DTSDB& database, int type, const QString& id) {
+  int number = -1;
+  WithTable(database, type, [&](const auto&, auto& table) {
+    using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
+    number = table.Find(Record(id));
+  });
+  return number;
+}
+
+void RequireComponent(DTSDB& database, const SwitchEvent& event) {
+  if (ComponentNumber(database, event) != -1) return;
+  WithTable(database, event.type, [&](const auto&, auto& table) {
+    using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
+    std::vector<std::string> known;
+    known.reserve(static_cast<std::size_t>(table.GetCount()));
+    for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
+    throw Failure(EXIT_USAGE, fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id),
+                                          DidYouMean(event.id, known)));
+  });
+}
+
+bool Stands(DTSDB& database, const SwitchEvent& event, int number) {
+  bool stands = false;
+  WithTable(database, event.type, [&](const auto& type, auto& table) {
+    stands = ((table.GetPh(number).*type.word & type.bit) == 0) == event.on;
+  });
+  return stands;
+}
+
+void PutInState(DTSDB& database, const SwitchEvent& event, int number) {
+  WithTable(database, event.type, [&](const auto& type, auto& table) {
+    auto& word = table.GetPh(number).*type.word;
+    word = event.on ? word & ~type.bit : word | type.bit;
+  });
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,46 @@
+/// \file
+/// Switching operations in the words of a user: "open CB B1", "break LN L1 from".
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "model/dtsdb.h"
+
+namespace dtsdb::tools {
+
+/// A change of one component's state.
+struct SwitchEvent {
+  int type = 0;     ///< component type code of TP::tpSetCompStatus
+  bool on = false;  ///< closes or returns to service
+  std::string id;   ///< identity of the component, in UTF-8
+};
+
+/// The verbs and what they take, for a help text.
+extern const char* const kSwitchEventHelp;
+
+/// True when an event can begin with `word`.
+bool IsSwitchVerb(const std::string& word);
+
+/// Reads the event that begins at `words[at]` and moves `at` behind it. A Failure of usage when there is none.
+SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& at);
+
+/// The words of an event.
+std::string SwitchEventText(const SwitchEvent& event);
+
+/// The component's number in its table, -1 when it isn't there.
+int ComponentNumber(DTSDB& database, const SwitchEvent& event);
+/// The same by the type code and the identity as records have it.
+int ComponentNumber(DTSDB& database, int type, const QString& id);
+
+/// A Failure of usage, with the nearest identities, when the component isn't there.
+void RequireComponent(DTSDB& database, const SwitchEvent& event);
+
+/// True when component `number` is in the state that the event asks for.
+bool Stands(DTSDB& database, const SwitchEvent& event, int number);
+
+/// Puts component `number` into that state, behind the topology's back.
+void PutInState(DTSDB& database, const SwitchEvent& event, int number);
+
+}  // namespace dtsdb::tools

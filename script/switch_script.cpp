@@ -1,0 +1,30 @@
+#include "script/switch_script.h"
+
+#include "formats/failure.h"
+#include "formats/field_text.h"
+#include "script/script_lines.h"
+
+namespace dtsdb::tools {
+namespace {
+
+constexpr const char* kRunWord = "run";
+
+}  // namespace
+
+void TakeSwitchRuns(const std::vector<std::string>& words, std::vector<SwitchRun>& runs) {
+  for (std::size_t at = 0; at < words.size();) {
+    if (words[at] == kRunWord) {
+      runs.emplace_back();
+      ++at;
+    } else {
+      runs.back().push_back(TakeSwitchEvent(words, at));
+    }
+  }
+}
+
+void TakeSwitchScript(const std::string& file, std::string_view bytes, std::vector<SwitchRun>& runs) {
+  ForEachLine(file, bytes, EXIT_USAGE,
+              [&runs](int, std::string_view line) { TakeSwitchRuns(SplitWords(UserText(std::string(line))), runs); });
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,244 @@
+// The command as a program: exit codes, what goes to which stream, what is left behind.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/support/command_runner.h"
+
+namespace dtsdb::tools {
+namespace {
+
+using test::CommandResult;
+using test::Contains;
+using test::IsOneLine;
+using test::Workplace;
+
+/// The message of a call that is wrong usage.
+std::string UsageError(const char* arguments) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult result = here.Run(arguments);
+  EXPECT_EQ(result.code, 2) << arguments;
+  EXPECT_EQ(result.out, "");
+  EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  EXPECT_EQ(here.EntryCount(), 1) << "nothing may be written";
+  return result.err;
+}
+
+TEST(Command, WrongUsageGivesTwoAndOneLine) {
+  UsageError("");
+  UsageError("fly m");
+  UsageError("validate");
+  UsageError("validate m --format xml");
+  UsageError("convert m");
+  UsageError("convert m out --to paper");
+  UsageError("generate out --stations many");
+  UsageError("generate out --stations -1");
+  UsageError("diff m");
+}
+
+// So a script whose variable is empty learns of it.
+TEST(Command, AnEmptyOutputPathIsWrongUsage) {
+  const Workplace here;
+  here.CopyModel("m");
+  here.Write("s.txt", "remove CP 乙容\n");
+  for (const char* call : {"validate m -o", "validate m --output", "topology m -o", "switch m open CB 甲开关 -o",
+                           "edit m --script s.txt -o", "edit m --script s.txt --dry-run -o", "convert m",
+                           "convert --to object m", "generate"}) {
+    const CommandResult result = here.Run(QString::fromUtf8(call).split(u' ') + QStringList{QString()});
+    EXPECT_EQ(result.code, 2) << call;
+    EXPECT_EQ(result.out, "") << call;
+    EXPECT_TRUE(Contains(result.err, "the path is empty; name an output")) << result.err;
+    EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  }
+  EXPECT_EQ(here.EntryCount(), 2) << "nothing may be written";
+}
+
+TEST(Command, UnknownNamesGetTheNearestOnes) {
+  EXPECT_EQ(UsageError("dump m CBB"), "dtsdb: there is no table 'CBB'; did you mean CB or CB2?\n");
+  EXPECT_EQ(UsageError("info --fields LNN"), "dtsdb: there is no table 'LNN'; did you mean LN or LN2?\n");
+  EXPECT_EQ(UsageError("dump m CB --id 甲开管"), "dtsdb: table CB has no record '甲开管'; did you mean 甲开关?\n");
+  EXPECT_EQ(UsageError("dump m --id 乙战220"), "dtsdb: m has no record '乙战220'; did you mean 乙站220 or 甲站220?\n");
+  EXPECT_EQ(UsageError("topology m --format csv --sheet section"),
+            "dtsdb: there is no sheet 'section' in this result; did you mean sections?\n");
+}
+
+TEST(Command, AnUnknownCommandGetsTheNearestOne) {
+  EXPECT_EQ(UsageError("validat m"), "dtsdb: there is no command 'validat'; did you mean validate?\n");
+  EXPECT_EQ(UsageError("fly m"), "dtsdb: there is no command 'fly'; 'dtsdb --help' describes how to call it\n");
+}
+
+TEST(Command, CsvOfAWholeModelIsRefused) {
+  EXPECT_EQ(UsageError("dump m --format csv"), "dtsdb: CSV holds one table: name the TABLE\n");
+}
+
+TEST(Command, InfoTakesAModelOrATable) {
+  UsageError("info");
+  UsageError("info m --fields CB");
+}
+
+TEST(Command, HelpGoesToTheStandardOutputAndGivesZero) {
+  const Workplace here;
+  for (const char* arguments : {"--help", "validate --help", "topology --help", "edit --help", "convert --help",
+                                "generate --help", "info --help", "dump --help", "diff --help"}) {
+    const CommandResult result = here.Run(arguments);
+    EXPECT_EQ(result.code, 0) << arguments;
+    EXPECT_EQ(result.err, "") << arguments;
+    EXPECT_TRUE(Contains(result.out, "--help")) << arguments;
+  }
+  EXPECT_TRUE(Contains(here.Run("diff --help").out, "Examples:"));
+}
+
+TEST(Command, VersionIsPrinted) {
+  const CommandResult result = Workplace().Run("--version");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_TRUE(result.out.starts_with("dtsdb ")) << result.out;
+}
+
+TEST(Validate, LeavesItsLogInTheCurrentFolder) {
+  const Workplace here;
+  here.CopyModel("m");
+  EXPECT_EQ(here.Run("validate m").code, 0);
+  EXPECT_TRUE(Contains(here.Read("nmd.log"), "--NMD"));
+}
+
+TEST(Validate, WritesAGoodModel) {
+  const Workplace here;
+  here.CopyModel("m");
+  EXPECT_EQ(here.Run("validate m -o good.obj").code, 0);
+  EXPECT_TRUE(Contains(here.Run("info good.obj").out, "verdict:      good"));
+}
+
+TEST(Validate, DoesNotWriteAModelWithFaults) {
+  const Workplace here;
+  here.CopyModel("m");
+  here.Write("m/DV.csv", "id,co\n东区,\n");
+  const CommandResult result = here.Run("validate m -o bad.obj");
+  EXPECT_EQ(result.code, 1);
+  EXPECT_TRUE(Contains(result.out, "the model is not good: "));
+  EXPECT_EQ(result.err, "dtsdb: bad.obj isn't written, since the model is not good\n");
+  EXPECT_FALSE(here.Exists("bad.obj"));
+}
+
+TEST(Topology, ValidatesOnTheWayWithoutLeavingALog) {
+  const Workplace here;
+  here.CopyModel("m");
+  EXPECT_EQ(here.Run("topology m").code, 0);
+  EXPECT_EQ(here.EntryCount(), 1);
+}
+
+TEST(Topology, OfAModelWithFaultsNamesTheCommandThatListsThem) {
+  const Workplace here;
+  here.CopyModel("m");
+  here.Write("m/DV.csv", "id,co\n东区,\n");
+  const CommandResult result = here.Run("topology m -o out.obj");
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_TRUE(IsOneLine(result.err)) << result.err;
+  EXPECT_TRUE(Contains(result.err, "'dtsdb validate m' shows them")) << result.err;
+  EXPECT_EQ(here.EntryCount(), 1);
+}
+
+TEST(Topology, GivesTheSameForTheValidatedModelAndItsTextTables) {
+  const Workplace here;
+  here.CopyModel("m");
+  ASSERT_EQ(here.Run("validate m -o good.obj").code, 0);
+  ASSERT_EQ(here.Run("convert good.obj good").code, 0);
+  const std::string expected = here.Run("topology m --format json").out;
+  EXPECT_EQ(here.Run("topology good.obj --format json").out, expected);
+  EXPECT_EQ(here.Run("topology good --format json").out, expected);
+}
+
+TEST(Topology, WritesTheModelWithItsTopology) {
+  const Workplace here;
+  here.CopyModel("m");
+  ASSERT_EQ(here.Run("topology m -o live.obj").code, 0);
+  const CommandResult islands = here.Run("dump live.obj ISLAND --format csv");
+  EXPECT_TRUE(Contains(islands.out, "0,2,0,0,0,0,0,甲机,")) << islands.out;
+}
+
+TEST(Topology, WithoutAUnitThereIsNoLiveIslandAndNoStrayText) {
+  const Workplace here;
+  here.CopyModel("m");
+  std::filesystem::remove(here / "m/UN.csv");
+  const CommandResult result = here.Run("topology m --format json");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_TRUE(result.out.starts_with("{\n  \"live_islands\": 0,\n")) << result.out;
+  EXPECT_EQ(result.err, "");
+}
+
+TEST(Convert, ThereAndBackGivesTheSameObjectFile) {
+  const Workplace here;
+  here.CopyModel("m");
+  ASSERT_EQ(here.Run("convert m a.obj").code, 0);
+  ASSERT_EQ(here.Run("convert a.obj tables/").code, 0);
+  ASSERT_EQ(here.Run("convert tables b.obj").code, 0);
+  EXPECT_EQ(here.Read("a.obj"), here.Read("b.obj"));
+}
+
+TEST(Convert, OptionToOverridesTheName) {
+  const Workplace here;
+  here.CopyModel("m");
+  ASSERT_EQ(here.Run("convert m file --to object").code, 0);
+  EXPECT_TRUE(std::filesystem::is_regular_file(here / "file"));
+  ASSERT_EQ(here.Run("convert m folder.obj --to text").code, 0);
+  EXPECT_TRUE(here.Exists("folder.obj/CB.csv"));
+}
+
+TEST(Generate, SameSeedSameModelOtherSeedOtherModel) {
+  const Workplace here;
+  ASSERT_EQ(here.Run("generate --stations 5 --seed 3 a.obj").code, 0);
+  ASSERT_EQ(here.Run("generate --stations 5 --seed 3 b.obj").code, 0);
+  ASSERT_EQ(here.Run("generate --stations 5 --seed 4 c.obj").code, 0);
+  EXPECT_EQ(here.Read("a.obj"), here.Read("b.obj"));
+  EXPECT_EQ(here.Run("diff a.obj c.obj").code, 1);
+  EXPECT_EQ(here.EntryCount(), 3) << "no log is left";
+}
+
+TEST(Generate, MakesAModelThatIsGood) {
+  const Workplace here;
+  ASSERT_EQ(here.Run("generate --stations 5 m").code, 0);
+  EXPECT_EQ(here.Run("validate m").code, 0);
+  EXPECT_EQ(here.Run("topology m").code, 0);
+}
+
+TEST(Diff, OfAModelWithItselfGivesZero) {
+  const Workplace here;
+  here.CopyModel("m");
+  ASSERT_EQ(here.Run("convert m a.obj").code, 0);
+  const CommandResult result = here.Run("diff m a.obj");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "The models are the same.\n");
+}
+
+TEST(Terminal, TextComesInItsEncodingAndProgramsGetUtf8) {
+  const Workplace here;
+  here.CopyModel("m");
+  const QStringList asText = {QStringLiteral("dump"), QStringLiteral("m"), QStringLiteral("CO")};
+  EXPECT_TRUE(Contains(here.Run(asText, "C.UTF-8").out, "电网公司"));
+  EXPECT_TRUE(Contains(here.Run(asText, "C").out, "电网公司")) << "a locale of ASCII doesn't describe the terminal";
+  const QStringList asJson = asText + QStringList{QStringLiteral("--format"), QStringLiteral("json")};
+  EXPECT_TRUE(Contains(here.Run(asJson, "C").out, "电网公司"));
+}
+
+TEST(Terminal, NoColourReachesAPipe) {
+  const Workplace here;
+  here.CopyModel("m");
+  EXPECT_FALSE(Contains(here.Run("validate m").out, "\033"));
+}
+
+TEST(Terminal, AFullStandardOutputIsAFileThatCantBeWritten) {
+  const Workplace here;
+  here.CopyModel("m");
+  QProcess process;
+  process.setWorkingDirectory(QString::fromStdString(here.Path().string()));
+  process.setStandardOutputFile(QStringLiteral("/dev/full"));
+  process.start(QString::fromUtf8(dtsdb::test::TestProgram()), {QStringLiteral("info"), QStringLiteral("m")});
+  ASSERT_TRUE(process.waitForFinished(60000));
+  EXPECT_EQ(process.exitCode(), 3);
+  EXPECT_EQ(process.readAllStandardError().toStdString(), "dtsdb: standard output: No space left on device\n");
+}
+
+}  // namespace
+}  // namespace dtsdb::tools

@@ -1,0 +1,48 @@
+// What a user calls a model by.
+
+#include "formats/model_name.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+#include <filesystem>
+
+namespace dtsdb::tools {
+namespace {
+
+TEST(ModelName, APathIsTheWholeText) {
+  const ModelName name("folder/grid.obj");
+  EXPECT_EQ(name.Text(), "folder/grid.obj");
+  EXPECT_EQ(name.Path(), "folder/grid.obj");
+  EXPECT_FALSE(name.IsDatabase());
+  EXPECT_FALSE(ModelName("./rtdb:grid").IsDatabase());
+}
+
+TEST(ModelName, ADatabaseIsWhatStandsBehindThePrefix) {
+  const ModelName name("rtdb:folder/grid");
+  EXPECT_EQ(name.Text(), "rtdb:folder/grid");
+  EXPECT_EQ(name.Path(), "folder/grid");
+  EXPECT_TRUE(name.IsDatabase());
+  EXPECT_EQ(name.Form(), ModelForm::RealtimeDatabase);
+  EXPECT_EQ(name.FormAsOutput(), ModelForm::RealtimeDatabase);
+}
+
+TEST(ModelName, OfADatabaseThePrefixMayBeLeftOut) {
+  for (const char* text : {"grid", "rtdb:grid"}) {
+    const ModelName name = ModelName::OfDatabase(text);
+    EXPECT_EQ(name.Text(), text);
+    EXPECT_EQ(name.Path(), "grid");
+    EXPECT_TRUE(name.IsDatabase());
+  }
+}
+
+TEST(ModelName, TheFormIsThatOfThePathAsItIsNow) {
+  const QTemporaryDir here;
+  const ModelName name((here.path() + QLatin1String("/m.obj")).toStdString());
+  EXPECT_EQ(name.Form(), ModelForm::ObjectFile);
+  std::filesystem::create_directory(name.Path());
+  EXPECT_EQ(name.Form(), ModelForm::TextTables);
+}
+
+}  // namespace
+}  // namespace dtsdb::tools

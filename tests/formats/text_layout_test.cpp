@@ -1,0 +1,46 @@
+#include "formats/text_layout.h"
+
+#include <gtest/gtest.h>
+
+namespace dtsdb::tools {
+namespace {
+
+TEST(TextLayout, LettersTakeOneColumnAndWideCharactersTwo) {
+  EXPECT_EQ(DisplayWidth("kV 220"), 6);
+  EXPECT_EQ(DisplayWidth("甲站220"), 7);
+  EXPECT_EQ(DisplayWidth("ＡＢ，。"), 8);
+  EXPECT_EQ(DisplayWidth("한글"), 4);
+  EXPECT_EQ(DisplayWidth("Ωé"), 2);
+  EXPECT_EQ(DisplayWidth("𠀀"), 2);
+  EXPECT_EQ(DisplayWidth(""), 0);
+}
+
+TEST(TextLayout, CombiningMarksTakeNoColumn) { EXPECT_EQ(DisplayWidth("e\xCC\x81"), 1); }
+
+TEST(TextLayout, PadsByColumnsNotByBytes) {
+  EXPECT_EQ(Padded("甲", 4), "甲  ");
+  EXPECT_EQ(Padded("甲", 4, true), "  甲");
+  EXPECT_EQ(Padded("甲乙丙", 4), "甲乙丙");
+}
+
+TEST(TextLayout, ControlCharactersBecomeVisible) {
+  EXPECT_EQ(OneLine("a\nb\r\tc"), "a\\nb\\r\\tc");
+  EXPECT_EQ(OneLine("\033[31m"), "\\x1B[31m");
+  EXPECT_EQ(OneLine("\x7F"), "\\x7F");
+}
+
+TEST(TextLayout, BrokenUtf8BecomesAReplacementCharacter) { EXPECT_EQ(OneLine("a\xFF"), "a\xEF\xBF\xBD"); }
+
+TEST(TextLayout, QuotesAreShortenedWhenVeryLong) {
+  EXPECT_EQ(Quoted("甲"), "'甲'");
+  EXPECT_EQ(Quoted(std::string(100, 'x')), "'" + std::string(60, 'x') + "...'");
+}
+
+TEST(TextLayout, CountsOneThingAndSeveral) {
+  EXPECT_EQ(Counted(0, "row"), "0 rows");
+  EXPECT_EQ(Counted(1, "row"), "1 row");
+  EXPECT_EQ(Counted(2, "row"), "2 rows");
+}
+
+}  // namespace
+}  // namespace dtsdb::tools
