@@ -49,6 +49,7 @@ set(left_out_with_fastdb
     Cursors.TextOfTheRecordOutlivesAnUpdateOfTheSameRowByAnotherCursor
     # The order among equal keys; "order by" behind conditions on a key that are joined by "or".
     Cursors.EqualIdsAreAllKept
+    QueryOfTwoKeys.RowsOfOneKeyComeAsTheyWereInserted
     QueryRange.ConditionsOnKeysAgreeWithAWalk
     # Unsigned columns, and numbers beyond a column's range.
     Queries.FormsSelectTheirRows

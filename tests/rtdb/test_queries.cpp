@@ -296,31 +296,43 @@ TEST(QueryOrder, TextsAreOrderedBytewiseAndUnsigned) {
   }
 }
 
-TEST(QueryOrder, TwoColumnsInKeyOrderAndOutOfIt) {
-  OpenStore store;
-  const std::pair<const char*, const char*> pairs[] = {{"b", "x"}, {"a", "y"}, {"b", "a"}, {"a", "x"}};
-  for (const auto& [parent, child] : pairs) {
-    relation row;
-    row.parent = parent;
-    row.child = child;
-    store.db.insert(row);
+/// Four rows in no order of their two keys.
+class QueryOfTwoKeys : public testing::Test {
+ protected:
+  QueryOfTwoKeys() {
+    const std::pair<const char*, const char*> pairs[] = {{"b", "x"}, {"a", "y"}, {"b", "a"}, {"a", "x"}};
+    for (const auto& [parent, child] : pairs) {
+      relation row;
+      row.parent = parent;
+      row.child = child;
+      m_store.db.insert(row);
+    }
   }
-  const auto walk = [&store](char const* query) {
-    dbCursor<relation> cursor(&store.db);
+
+  /// The rows that `query` selects, in their order.
+  std::string Walk(char const* query) {
+    dbCursor<relation> cursor(&m_store.db);
     cursor.select(query);
     std::string all;
     for (relation* row = cursor.get(); row != nullptr; row = cursor.next()) {
       all += std::string(row->parent) + row->child + " ";
     }
     return all;
-  };
-  EXPECT_EQ(walk("order by parent,child"), "ax ay ba bx ");
-  EXPECT_EQ(walk("order by child,parent"), "ba ax bx ay ");
-  EXPECT_EQ(walk("order by parent desc,child"), "ba bx ax ay ");
-  EXPECT_EQ(walk("parent = 'b' and child >= 'b'"), "bx ");
-  EXPECT_EQ(walk("child = 'x'"), "bx ax ");
-  EXPECT_EQ(walk("parent >= 'a' and parent < 'b' order by parent,child"), "ax ay ");
+  }
+
+ private:
+  OpenStore m_store;
+};
+
+TEST_F(QueryOfTwoKeys, IsAnsweredInKeyOrderAndOutOfIt) {
+  EXPECT_EQ(Walk("order by parent,child"), "ax ay ba bx ");
+  EXPECT_EQ(Walk("order by child,parent"), "ba ax bx ay ");
+  EXPECT_EQ(Walk("order by parent desc,child"), "ba bx ax ay ");
+  EXPECT_EQ(Walk("parent = 'b' and child >= 'b'"), "bx ");
+  EXPECT_EQ(Walk("parent >= 'a' and parent < 'b' order by parent,child"), "ax ay ");
 }
+
+TEST_F(QueryOfTwoKeys, RowsOfOneKeyComeAsTheyWereInserted) { EXPECT_EQ(Walk("child = 'x'"), "bx ax "); }
 
 /// Keys of whole numbers: bounds at and beyond what the column holds.
 TEST(QueryRange, BoundsBeyondTheColumnsRange) {
