@@ -135,7 +135,7 @@ void tTable<T>::Shrink(int nNewSize) {
 
   m_order.Clear();
   m_used.clear();
-  m_head = m_tail = -1;  // empty, whatever the records say. Kept: K01.
+  m_head = m_tail = -1;  // empty, whatever the records contain. Kept: K01.
   m_count = 0;
   m_bOrdered = 1;
   m_bStrict = true;

@@ -98,8 +98,7 @@ class dbDatabase {
   /// Limits the size of the store file for the next open. 0, as at first, means 64 GiB or what the address space gives.
   void setFileSizeLimit(std::size_t bytes) { m_sizeLimit = bytes; }
 
-  /// Installs the function that errors are reported to instead of the standard error stream, and returns the one
-  /// before.
+  /// Installs the function that gets errors in place of the standard error stream, and returns the one before.
   dbErrorHandler setErrorHandler(dbErrorHandler handler, void* context = nullptr);
   /// Reports an error: calls the handler, or writes one line on the standard error stream.
   virtual void handleError(dbErrorClass error, char const* message = nullptr, int argument = 0);

@@ -8,8 +8,7 @@
 
 namespace dtsdb::rtdb {
 
-/// Success, or an error with the message for the database's error handler. An error without a message has been
-/// reported.
+/// Success, or an error with the message for the database's error handler. An error without one has been reported.
 struct [[nodiscard]] Status {
   bool ok = true;
   dbDatabase::dbErrorClass error = dbDatabase::NoError;

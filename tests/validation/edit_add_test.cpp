@@ -525,7 +525,7 @@ TEST(AddToAFullTable, OfADeviceReportsWhich) {
 }
 
 // Kept: K26.
-TEST(AddToAFullTable, OfABranchSaysWhich) {
+TEST(AddToAFullTable, OfABranchReportsWhich) {
   constexpr const char* kNodes = "结点表ND或者R_KV_ND表空间已满.\n";
   const CB cb = NewBreaker("B9", "K1", "N1", "N9");
   ExpectFull<CB>(cb, "开关CB表空间已满.\n");

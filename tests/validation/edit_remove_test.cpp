@@ -53,7 +53,7 @@ class RemoveTest : public testing::Test {
 // What all removals do
 
 // Kept: K26.
-TEST_F(RemoveTest, OfAnUnknownIdentitySaysInWhichTable) {
+TEST_F(RemoveTest, OfAnUnknownIdentityReportsTheTable) {
   EXPECT_EQ(edit.Remove<BUS>("?"), "欲删除的母线设备在母线表中不存在.\n");
   EXPECT_EQ(edit.Remove<CP>("?"), "欲删除的电容电抗在CP表中不存在.\n");
   EXPECT_EQ(edit.Remove<UN>("?"), "欲删除的发电机在机组表中不存在.\n");
@@ -318,7 +318,7 @@ TEST(RemoveBranch, ThatMeetsABrokenLinkReportsWhich) {
 }
 
 // Kept: K31.
-TEST(RemoveBranch, ThatIsAWindingAndMeetsABrokenLinkSaysNothing) {
+TEST(RemoveBranch, ThatIsAWindingAndMeetsABrokenLinkReportsNothing) {
   TestStuckBranch<XF>(WithWindingX, {"before", "before", "before", "before", "before"});
 }
 

@@ -57,8 +57,7 @@ class RowChecks {
     return LinkPass<Row>(model) || TableFull(kParentName<Row>.full);
   }
 
-  /// Calls `check` with every row in logical order and its physical number, until it returns false; returns what it
-  /// returned.
+  /// Calls `check` with every row in logical order and its physical number, until it returns false; then false.
   template <class Record, class Check>
   bool ForEachRow(Check check) {
     tTable<Record>& table = TableOf<Record>(model);
