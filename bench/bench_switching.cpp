@@ -88,7 +88,7 @@ QByteArray ChooseSplittingLine(DTSDB& network) {
   auto& lines = *network.m_lnTable;
   std::map<QString, int> linesOf;
   for (int i = 0; i < lines.GetCount(); ++i) {
-    if (lines[i].status & BranchKind<LN>::out) continue;
+    if (lines[i].status & BranchKind<LN>::kOut) continue;
     ++linesOf[lines[i].st];
     ++linesOf[lines[i].zst];
   }
@@ -108,7 +108,7 @@ void AddBranches(Graph& graph, tTable<Branch>& branches) {
   using Kind = BranchKind<Branch>;
   for (int i = 0; i < branches.GetCount(); ++i) {
     const Branch& branch = branches[i];
-    if (branch.status & (Kind::out | Kind::open1 | Kind::open2)) continue;
+    if (branch.status & (Kind::kOut | Kind::kOpen1 | Kind::kOpen2)) continue;
     boost::add_edge(static_cast<std::size_t>(branch.ind), static_cast<std::size_t>(branch.iznd), graph);
   }
 }

@@ -4,15 +4,15 @@ namespace dtsdb::tools {
 
 const char* OutcomeText(RunOutcome outcome) {
   switch (outcome) {
-    case RunOutcome::Nothing:
+    case RunOutcome::kNothing:
       return "nothing to do";
-    case RunOutcome::Incremental:
+    case RunOutcome::kIncremental:
       return "incremental";
-    case RunOutcome::Full:
+    case RunOutcome::kFull:
       return "full, for many changes";
-    case RunOutcome::Replaced:
+    case RunOutcome::kReplaced:
       return "failed, full instead";
-    case RunOutcome::Failed:
+    case RunOutcome::kFailed:
       break;
   }
   return "failed";
@@ -27,18 +27,18 @@ bool CarefulRunner::RunFull() {
 RunOutcome CarefulRunner::Run() {
   const RunOutcome outcome = Change();
   m_database.m_tptraceTable->Clear();
-  if (outcome == RunOutcome::Incremental) ChooseReferences();
+  if (outcome == RunOutcome::kIncremental) ChooseReferences();
   return outcome;
 }
 
 RunOutcome CarefulRunner::Change() {
-  if (m_needsFullRun) return RunFull() ? RunOutcome::Full : RunOutcome::Failed;
+  if (m_needsFullRun) return RunFull() ? RunOutcome::kFull : RunOutcome::kFailed;
   const bool waiting = m_database.m_tptraceTable->GetCount() > 0;
-  if (m_tp.tpChange() == 0) return RunFull() ? RunOutcome::Replaced : RunOutcome::Failed;
-  if (!waiting) return RunOutcome::Nothing;
-  if (m_database.m_tptraceTable->GetCount() == 0) return RunOutcome::Incremental;
+  if (m_tp.tpChange() == 0) return RunFull() ? RunOutcome::kReplaced : RunOutcome::kFailed;
+  if (!waiting) return RunOutcome::kNothing;
+  if (m_database.m_tptraceTable->GetCount() == 0) return RunOutcome::kIncremental;
   ChooseReferences();  // rows are left when the run was a full one
-  return RunOutcome::Full;
+  return RunOutcome::kFull;
 }
 
 /// A run that works out the islands leaves them without references.

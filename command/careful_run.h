@@ -9,11 +9,11 @@ namespace dtsdb::tools {
 
 /// What became of the changes that were waiting.
 enum class RunOutcome {
-  Nothing,      ///< none were waiting
-  Incremental,  ///< an incremental run took them up
-  Full,         ///< so many were waiting that a full run did
-  Replaced,     ///< the incremental run failed, and a full run took its place
-  Failed,       ///< the full run failed too: the results are as far as it came
+  kNothing,      ///< none were waiting
+  kIncremental,  ///< an incremental run took them up
+  kFull,         ///< so many were waiting that a full run did
+  kReplaced,     ///< the incremental run failed, and a full run took its place
+  kFailed,       ///< the full run failed too: the results are as far as it came
 };
 
 /// The outcome in words.

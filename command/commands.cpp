@@ -47,7 +47,7 @@ void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
     known.push_back(command->get_name());
   }
   const std::string meant = DidYouMean(word, known);
-  throw Failure(EXIT_USAGE, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
+  throw Failure(kExitUsage, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
 }
 
 /// Runs `app` on the command line. Help and version are printed as CLI11 does it.
@@ -55,12 +55,12 @@ int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
   CheckSubcommand(app, argc, argv);
   try {
     app.parse(argc, argv);
-    return EXIT_GOOD;
+    return kExitGood;
   } catch (const CLI::Success& wanted) {
     app.exit(wanted);
-    return EXIT_GOOD;
+    return kExitGood;
   } catch (const CLI::ParseError& error) {
-    throw Failure(EXIT_USAGE, error.what() + std::string(kSeeHelp));
+    throw Failure(kExitUsage, error.what() + std::string(kSeeHelp));
   }
 }
 
@@ -106,7 +106,7 @@ void AddIdOption(CLI::App& command, std::string& id, const std::string& what) {
 
 void AddFormatOption(CLI::App& command, Format& format) {
   static const std::map<std::string, Format> formats = {
-      {"text", Format::Text}, {"json", Format::Json}, {"csv", Format::Csv}};
+      {"text", Format::kText}, {"json", Format::kJson}, {"csv", Format::kCsv}};
   const auto choose = [&format](const std::string& name) { format = formats.at(name); };
   AddChoice(command, "--format", choose, {"text", "json", "csv"},
             "text for people (default), json or csv for programs, in UTF-8");
@@ -144,7 +144,7 @@ int RunCommand(int argc, const char* const* argv) {
     return failure.Code();
   } catch (const std::exception& error) {
     WriteMessage(std::string("ended unexpectedly: ") + error.what());
-    return EXIT_FILE;
+    return kExitFile;
   }
 }
 

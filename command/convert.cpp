@@ -27,7 +27,7 @@ constexpr const char* kFooter =
 int Convert(const ConvertOptions& options) {
   DTSDB database = LoadModel(options.model);
   SaveModel(database, options.output, options.to);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ void AddConvert(CLI::App& app, Action& action) {
         AddModelArgument(command, options.model)->required();
         AddOutputArgument(command, options.output, "Where the model is written");
         const auto choose = [&options](const std::string& form) {
-          options.to = form == "text" ? ModelForm::TextTables : ModelForm::ObjectFile;
+          options.to = form == "text" ? ModelForm::kTextTables : ModelForm::kObjectFile;
         };
         AddChoice(command, "--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
         command.footer(kFooter);

@@ -14,7 +14,7 @@ struct DiffOptions {
   ModelName a;
   ModelName b;
   std::string sheet;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -122,9 +122,9 @@ int Diff(const DiffOptions& options) {
     comparison.Compare(TableOfKind(a, table.kind), TableOfKind(b, table.kind));
   }
   const bool same = comparison.IsSameModel();
-  const bool unnamed = options.sheet.empty() && options.format == Format::Csv;
+  const bool unnamed = options.sheet.empty() && options.format == Format::kCsv;
   WriteReport(std::move(comparison).Result(), options.format, unnamed ? "differences" : options.sheet);
-  return same ? EXIT_GOOD : EXIT_FAULTS;
+  return same ? kExitGood : kExitFaults;
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ struct DumpOptions {
   ModelName model;
   std::string table;
   std::string id;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -54,8 +54,8 @@ std::vector<std::string> KnownNames(const std::vector<AnyTable>& tables) {
 
 int Dump(const DumpOptions& options) {
   const TableKind named = options.table.empty() ? KIND_NONE : NamedTable(options.table);
-  if (options.format == Format::Csv && named == KIND_NONE) {
-    throw Failure(EXIT_USAGE, "CSV holds one table: name the TABLE");
+  if (options.format == Format::kCsv && named == KIND_NONE) {
+    throw Failure(kExitUsage, "CSV holds one table: name the TABLE");
   }
   DTSDB database = LoadModel(options.model);
   const std::vector<AnyTable> tables =
@@ -70,10 +70,10 @@ int Dump(const DumpOptions& options) {
   }
   if (!id.empty() && found == 0) {
     const std::string where = named == KIND_NONE ? options.model.Text() : std::string("table ") + TableName(named);
-    throw Failure(EXIT_USAGE, where + " has no record " + Quoted(id) + DidYouMean(id, KnownNames(tables)));
+    throw Failure(kExitUsage, where + " has no record " + Quoted(id) + DidYouMean(id, KnownNames(tables)));
   }
   WriteReport(report, options.format);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ struct EditOptions {
   std::string script;
   ModelName output;
   bool isDryRun = false;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -43,7 +43,7 @@ std::string Verdict(const std::string& script, const ScriptResult& result, long 
 
 int RunEdit(const EditOptions& options) {
   if (options.output.IsEmpty() && !options.isDryRun) {
-    throw Failure(EXIT_USAGE, "name the place of the edited model with -o OUT, or only try it with --dry-run");
+    throw Failure(kExitUsage, "name the place of the edited model with -o OUT, or only try it with --dry-run");
   }
   const std::vector<Edit> edits = ReadEditScript(options.script, ReadFile(options.script));
   DTSDB database = LoadModel(options.model);
@@ -68,7 +68,7 @@ int RunEdit(const EditOptions& options) {
   report.Line(Verdict(options.script, result, refused, errors));
   WriteReport(report, options.format);
   if (!result.good && !options.isDryRun) WriteMessage(options.output.Text() + " isn't written");
-  return result.good ? EXIT_GOOD : EXIT_FAULTS;
+  return result.good ? kExitGood : kExitFaults;
 }
 
 }  // namespace

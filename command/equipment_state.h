@@ -36,9 +36,9 @@ inline std::string StateOf(const CP& shunt) { return ShuntState(shunt); }
 template <class Branch>
 std::string StateOf(const Branch& branch) {
   using Kind = BranchKind<Branch>;
-  if ((branch.status & Kind::out) != 0) return "out of service";
-  const bool open1 = (branch.status & Kind::open1) != 0;
-  const bool open2 = (branch.status & Kind::open2) != 0;
+  if ((branch.status & Kind::kOut) != 0) return "out of service";
+  const bool open1 = (branch.status & Kind::kOpen1) != 0;
+  const bool open2 = (branch.status & Kind::kOpen2) != 0;
   std::string words;
   AddWord(words, open1, "from end open");
   AddWord(words, !open1 && (branch.tp_status & TP_END1_ISOLATED) != 0, "from end isolated");

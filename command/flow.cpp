@@ -28,7 +28,7 @@ struct FlowOptions {
   std::string sheet;
   float delta = cbFlow(nullptr).getDelta();
   bool store = false;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -69,7 +69,7 @@ void CompleteVoltages(DTSDB& model) {
 void MakeReady(DTSDB& model, const ModelName& name) {
   if (!HasTopology(model)) {
     RequireGood(model, name);
-    if (TP(&model).tpAllnew() == 0) throw Failure(EXIT_FAULTS, name.Text() + ": the topology can't be worked out");
+    if (TP(&model).tpAllnew() == 0) throw Failure(kExitFaults, name.Text() + ": the topology can't be worked out");
   }
   CompleteVoltages(model);
 }
@@ -91,7 +91,7 @@ int ComputeIn(RealtimeDatabase& database, const FlowOptions& options) {
   const Report report = FlowReport(flow, Levels(database));
   database.Check();
   WriteReport(report, options.format, options.sheet);
-  return RefusedSets(flow) == 0 ? EXIT_GOOD : EXIT_FAULTS;
+  return RefusedSets(flow) == 0 ? kExitGood : kExitFaults;
 }
 
 int ComputeInDatabase(const FlowOptions& options) {
@@ -99,7 +99,7 @@ int ComputeInDatabase(const FlowOptions& options) {
   const int sections = dbCursor<bs>(database.Db()).select();
   database.Check();
   if (sections == 0) {
-    throw Failure(EXIT_FAULTS, fmt::format("{0}: there is no topology; 'dtsdb topology {0} -o {0}' works it out",
+    throw Failure(kExitFaults, fmt::format("{0}: there is no topology; 'dtsdb topology {0} -o {0}' works it out",
                                            options.model.Text()));
   }
   return ComputeIn(database, options);
@@ -107,7 +107,7 @@ int ComputeInDatabase(const FlowOptions& options) {
 
 int Flow(const FlowOptions& options) {
   if (options.model.IsDatabase()) return ComputeInDatabase(options);
-  if (options.store) throw Failure(EXIT_USAGE, "--store needs a realtime database, as in rtdb:grid");
+  if (options.store) throw Failure(kExitUsage, "--store needs a realtime database, as in rtdb:grid");
   DTSDB model = LoadModel(options.model);
   MakeReady(model, options.model);
   const TemporaryCurrentFolder away;

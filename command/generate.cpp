@@ -22,7 +22,7 @@ int Generate(const GenerateOptions& options) {
   DTSDB database;
   GenerateUtility(database, options.utility);
   SaveModel(database, options.output);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 }  // namespace

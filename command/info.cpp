@@ -17,7 +17,7 @@ namespace {
 struct InfoOptions {
   ModelName model;
   std::string fields;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -85,15 +85,15 @@ Report FieldReport(TableKind kind) {
 
 int Info(const InfoOptions& options) {
   if (options.model.IsEmpty() == options.fields.empty()) {
-    throw Failure(EXIT_USAGE, "info takes either a MODEL or --fields TABLE");
+    throw Failure(kExitUsage, "info takes either a MODEL or --fields TABLE");
   }
   if (!options.fields.empty()) {
     WriteReport(FieldReport(NamedTable(options.fields)), options.format);
-    return EXIT_GOOD;
+    return kExitGood;
   }
   DTSDB database = LoadModel(options.model);
   WriteReport(ModelInfo(options.model, database), options.format);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 }  // namespace

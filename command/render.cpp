@@ -216,7 +216,7 @@ const Sheet& Report::Named(const std::string& name) const {
     if (sheet.Name() == name) return sheet;
     names.push_back(sheet.Name());
   }
-  throw Failure(EXIT_USAGE, "there is no sheet " + Quoted(name) + " in this result" + DidYouMean(name, names));
+  throw Failure(kExitUsage, "there is no sheet " + Quoted(name) + " in this result" + DidYouMean(name, names));
 }
 
 std::string Report::Text(bool colour) const {
@@ -239,17 +239,17 @@ std::string Report::Json(const std::vector<const Sheet*>& sheets) const {
 std::string Report::Render(Format format, bool colour, const std::string& sheet) const {
   const Sheet* const chosen = sheet.empty() ? nullptr : &Named(sheet);
   switch (format) {
-    case Format::Json: {
+    case Format::kJson: {
       std::vector<const Sheet*> sheets;
       for (const Sheet& each : m_sheets) {
         if (chosen == nullptr || chosen == &each) sheets.push_back(&each);
       }
       return Json(sheets);
     }
-    case Format::Csv:
+    case Format::kCsv:
       if (chosen != nullptr) return chosen->Csv();
       return m_sheets.empty() ? "" : m_sheets.front().Csv();
-    case Format::Text:
+    case Format::kText:
       break;
   }
   return chosen != nullptr ? chosen->Text(colour) : Text(colour);
@@ -257,15 +257,15 @@ std::string Report::Render(Format format, bool colour, const std::string& sheet)
 
 void WriteResult(Format format, const std::string& utf8) {
   const QByteArray bytes =
-      format == Format::Text ? TerminalBytes(QString::fromStdString(utf8)) : QByteArray::fromStdString(utf8);
+      format == Format::kText ? TerminalBytes(QString::fromStdString(utf8)) : QByteArray::fromStdString(utf8);
   const auto size = static_cast<std::size_t>(bytes.size());
   if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
-    throw Failure(EXIT_FILE, fmt::format("standard output: {}", std::strerror(errno)));
+    throw Failure(kExitFile, fmt::format("standard output: {}", std::strerror(errno)));
   }
 }
 
 void WriteReport(const Report& report, Format format, const std::string& sheet) {
-  WriteResult(format, report.Render(format, format == Format::Text && TerminalShowsColour(), sheet));
+  WriteResult(format, report.Render(format, format == Format::kText && TerminalShowsColour(), sheet));
 }
 
 }  // namespace dtsdb::tools

@@ -11,7 +11,7 @@
 
 namespace dtsdb::tools {
 
-enum class Format { Text, Json, Csv };
+enum class Format { kText, kJson, kCsv };
 
 /// Rows of cells under named columns.
 class Sheet {

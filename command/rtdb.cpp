@@ -18,7 +18,7 @@ struct RtdbOptions {
   std::string table;
   std::string id;
   std::vector<std::string> values;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -69,7 +69,7 @@ Report TableList(RealtimeDatabase& database) {
 int List(const RtdbOptions& options) {
   RealtimeDatabase database(options.database.Path(), dbDatabase::dbReadOnly);
   WriteReport(TableList(database), options.format);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 /// The rows of a table, all or those called `id`.
@@ -84,7 +84,7 @@ Sheet RowSheet(RealtimeDatabase& database, const StoredTable& table, const std::
   });
   database.Check();
   if (!id.empty() && sheet.Rows().empty()) {
-    throw Failure(EXIT_USAGE,
+    throw Failure(kExitUsage,
                   fmt::format("table {} has no row {}{}", table.Info().name, Quoted(id), DidYouMean(id, known)));
   }
   sheet.HideDefaults(ColumnCells(columns, table.NewRow().get()));
@@ -97,7 +97,7 @@ int Show(const RtdbOptions& options) {
   Report report;
   report.Add(RowSheet(database, table, UserText(options.id)));
   WriteReport(report, options.format);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 /// Changes the row that `values` have the key of, or adds it, in one transaction. Returns what was done.
@@ -107,7 +107,7 @@ std::string PutRow(RealtimeDatabase& database, const StoredTable& table, RowValu
   bool isThere = false;
   const auto check = [&](int count) {
     database.Check();
-    if (count > 1) throw Failure(EXIT_USAGE, fmt::format("{} stands {} times in the table", values.Name(), count));
+    if (count > 1) throw Failure(kExitUsage, fmt::format("{} stands {} times in the table", values.Name(), count));
     isThere = count == 1;
   };
   table.Put(database.Db(), query, check, [&values](void* row) { values.PutInto(row); });
@@ -125,8 +125,8 @@ int Put(const RtdbOptions& options) {
   RowValues values(table, assignments);  // a wrong value ends the command before a database is made
   RealtimeDatabase database(options.database.Path(), dbDatabase::dbAllAccess);
   report.Line(PutRow(database, table, values));
-  WriteReport(report, Format::Text);
-  return EXIT_GOOD;
+  WriteReport(report, Format::kText);
+  return kExitGood;
 }
 
 int Check(const RtdbOptions& options) {
@@ -139,7 +139,7 @@ int Check(const RtdbOptions& options) {
     const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
     database.Check();
     if (read != count) {
-      throw Failure(EXIT_FILE,
+      throw Failure(kExitFile,
                     fmt::format("{}: table {}: only {} of {} rows can be read", options.database.Text(),
                                 QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
     }
@@ -149,8 +149,8 @@ int Check(const RtdbOptions& options) {
   Report report;
   report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.database.Text(), Counted(rows, "row"), tables,
                           kTableCount));
-  WriteReport(report, Format::Text);
-  return EXIT_GOOD;
+  WriteReport(report, Format::kText);
+  return kExitGood;
 }
 
 using Describe = void (*)(CLI::App&, RtdbOptions&);

@@ -53,7 +53,7 @@ class StopSignals {
 
 int Run(const RunOptions& options) {
   if (!options.model.IsDatabase()) {
-    throw Failure(EXIT_USAGE, options.model.Text() + " is no realtime database; one is written rtdb:NAME");
+    throw Failure(kExitUsage, options.model.Text() + " is no realtime database; one is written rtdb:NAME");
   }
   const std::string& name = options.model.Path();
   StopSignals stop;
@@ -64,7 +64,7 @@ int Run(const RunOptions& options) {
   do {
     task.Look();
   } while (!options.once && !stop.Wait(options.interval));
-  return task.IsGood() ? EXIT_GOOD : EXIT_FAULTS;
+  return task.IsGood() ? kExitGood : kExitFaults;
 }
 
 }  // namespace

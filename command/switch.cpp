@@ -26,7 +26,7 @@ struct SwitchOptions {
   ModelName output;
   std::string sheet;
   bool verify = false;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 std::vector<SwitchRun> ReadRuns(const SwitchOptions& options) {
@@ -36,7 +36,7 @@ std::vector<SwitchRun> ReadRuns(const SwitchOptions& options) {
   for (const std::string& word : options.words) words.push_back(UserText(word));
   TakeSwitchRuns(words, runs);
   std::erase_if(runs, [](const SwitchRun& run) { return run.empty(); });
-  if (runs.empty()) throw Failure(EXIT_USAGE, "there is no event; 'dtsdb switch --help' describes how to write them");
+  if (runs.empty()) throw Failure(kExitUsage, "there is no event; 'dtsdb switch --help' describes how to write them");
   return runs;
 }
 
@@ -70,14 +70,14 @@ class Switching {
     ++m_run;
     for (const SwitchEvent& event : events) Request(event);
     const RunOutcome outcome = m_runner.Run();
-    if (outcome == RunOutcome::Replaced) {
+    if (outcome == RunOutcome::kReplaced) {
       WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
     }
-    if (outcome == RunOutcome::Failed) WriteMessage(fmt::format("run {}: the topology can't be worked out", m_run));
-    m_failed += outcome == RunOutcome::Failed ? 1 : 0;
-    const bool incremental = outcome == RunOutcome::Incremental;
+    if (outcome == RunOutcome::kFailed) WriteMessage(fmt::format("run {}: the topology can't be worked out", m_run));
+    m_failed += outcome == RunOutcome::kFailed ? 1 : 0;
+    const bool incremental = outcome == RunOutcome::kIncremental;
     if (incremental) NoteChanges();
-    NoteRun(OutcomeText(outcome), outcome == RunOutcome::Nothing ? 0 : m_tp.getChangedKVCount(),
+    NoteRun(OutcomeText(outcome), outcome == RunOutcome::kNothing ? 0 : m_tp.getChangedKVCount(),
             incremental ? m_database.m_chndTable->GetCount() : 0, m_database.m_tplTable->GetCount());
     if (m_verify) Verify();
   }
@@ -176,11 +176,11 @@ int Switch(const SwitchOptions& options) {
     for (const SwitchEvent& event : events) RequireComponent(database, event);
   }
   Switching switching(database, options.verify);
-  if (!switching.Begin()) throw Failure(EXIT_FAULTS, options.model.Text() + ": the topology can't be worked out");
+  if (!switching.Begin()) throw Failure(kExitFaults, options.model.Text() + ": the topology can't be worked out");
   for (const SwitchRun& events : runs) switching.Do(events);
   if (!options.output.IsEmpty()) SaveModel(database, options.output);
   WriteReport(switching.MakeReport(), options.format, options.sheet);
-  return switching.IsGood() ? EXIT_GOOD : EXIT_FAULTS;
+  return switching.IsGood() ? kExitGood : kExitFaults;
 }
 
 }  // namespace

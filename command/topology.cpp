@@ -12,7 +12,7 @@ struct TopologyOptions {
   ModelName model;
   ModelName output;
   std::string sheet;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -28,11 +28,11 @@ int Topology(const TopologyOptions& options) {
   DTSDB database = LoadModel(options.model);
   RequireGood(database, options.model);
   TP tp(&database);
-  if (tp.tpAllnew() == 0) throw Failure(EXIT_FAULTS, options.model.Text() + ": the topology can't be worked out");
+  if (tp.tpAllnew() == 0) throw Failure(kExitFaults, options.model.Text() + ": the topology can't be worked out");
   if (database.m_islandTable->GetCount() > 0) tp.tpSetRefUN();
   if (!options.output.IsEmpty()) SaveModel(database, options.output);
   WriteReport(TopologyReport(database), options.format, options.sheet);
-  return EXIT_GOOD;
+  return kExitGood;
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ namespace {
 constexpr int kFirstSection = 2;  // in front of it stand the heads of the two rings
 
 /// The kinds of things that are counted on a section and in an island.
-enum Thing { NODES, BUSES, UNITS, LOADS, SHUNTS, BRANCHES, THING_COUNT };
-using Counts = std::array<int, THING_COUNT>;
+enum Thing { kNodes, kBuses, kUnits, kLoads, kShunts, kBranches, kThingCount };
+using Counts = std::array<int, kThingCount>;
 
 /// Something that hangs on a section: a row of the sheet of contents.
 struct Item {
@@ -31,10 +31,10 @@ class Sections {
  public:
   explicit Sections(DTSDB& database) : m_database(database), m_items(Count()) {
     CollectNodes();
-    CollectShunts(*database.m_busTable, BUSES);
-    CollectShunts(*database.m_unTable, UNITS);
-    CollectShunts(*database.m_ldTable, LOADS);
-    CollectShunts(*database.m_cpTable, SHUNTS);
+    CollectShunts(*database.m_busTable, kBuses);
+    CollectShunts(*database.m_unTable, kUnits);
+    CollectShunts(*database.m_ldTable, kLoads);
+    CollectShunts(*database.m_cpTable, kShunts);
     CollectBranches(*database.m_lnTable);
     CollectBranches(*database.m_xfTable);
     CollectBranches(*database.m_dlnTable);
@@ -97,7 +97,7 @@ class Sections {
   void CollectNodes() {
     for (int i = 0; i < m_database.m_ndTable->GetCount(); ++i) {
       const ND& nd = (*m_database.m_ndTable)[i];
-      Put(nd.ibs, {NODES, ND::kTableName, IdText(nd.id), "", -1, ""});
+      Put(nd.ibs, {kNodes, ND::kTableName, IdText(nd.id), "", -1, ""});
     }
   }
 
@@ -116,8 +116,8 @@ class Sections {
       const Branch& branch = table[i];
       const std::string state = StateOf(branch);
       const std::string id = IdText(branch.id);
-      Put(branch.ibs, {BRANCHES, Branch::kTableName, id, "from", branch.izbs, state});
-      Put(branch.izbs, {BRANCHES, Branch::kTableName, id, "to", branch.ibs, state});
+      Put(branch.ibs, {kBranches, Branch::kTableName, id, "from", branch.izbs, state});
+      Put(branch.izbs, {kBranches, Branch::kTableName, id, "to", branch.ibs, state});
     }
   }
 
@@ -144,8 +144,8 @@ Sheet MakeIslandSheet(DTSDB& database, Sections& sections, const std::vector<int
               {"island", "sections", "nodes", "buses", "units", "loads", "reference", "reference_section"});
   for (std::size_t n = 0; n < counts.size(); ++n) {
     const ISLAND& island = (*database.m_islandTable)[static_cast<int>(n)];
-    sheet.Add({NumberCell(island.id), NumberCell(sectionCounts[n]), NumberCell(counts[n][NODES]),
-               NumberCell(counts[n][BUSES]), NumberCell(counts[n][UNITS]), NumberCell(counts[n][LOADS]),
+    sheet.Add({NumberCell(island.id), NumberCell(sectionCounts[n]), NumberCell(counts[n][kNodes]),
+               NumberCell(counts[n][kBuses]), NumberCell(counts[n][kUnits]), NumberCell(counts[n][kLoads]),
                TextOrNothing(IdText(island.ref_id)), NumberOrNothing(island.ref_ibs, island.ref_ibs >= 0)});
   }
   return sheet;

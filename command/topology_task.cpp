@@ -35,7 +35,7 @@ class Stopwatch {
 
 void Log(const std::string& line) {
   const std::string time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
-  WriteResult(Format::Text, time + " " + OneLine(line) + "\n");
+  WriteResult(Format::kText, time + " " + OneLine(line) + "\n");
 }
 
 /// The number of sections that the last run has changed: those that nodes or equipment left or came to, and those that
@@ -61,7 +61,7 @@ void TopologyTask::Start() {
   m_tp.tpReadFastdb(m_database.Db());
   m_database.Check();
   if (!IsMarkedGood(m_model)) {
-    throw Failure(EXIT_FAULTS,
+    throw Failure(kExitFaults,
                   "the model in the database is not marked good; 'dtsdb validate' with the database as "
                   "MODEL and as OUT does that");
   }
@@ -71,7 +71,7 @@ void TopologyTask::Start() {
   }
   const GLOBAL& global = (*m_model.m_globalTable)[0];
   m_window.emplace(std::max(global.u1, global.time), m_clock);
-  if (!m_runner.RunFull()) throw Failure(EXIT_FAULTS, "the topology of the model in the database can't be worked out");
+  if (!m_runner.RunFull()) throw Failure(kExitFaults, "the topology of the model in the database can't be worked out");
   const double worked = watch.Lap();
   m_tp.tpWriteFastdb(m_database.Db());
   m_database.Check();
@@ -104,9 +104,9 @@ void TopologyTask::Look() {
   const double worked = watch.Lap();
   Store(outcome);
   const double stored = watch.Lap();
-  const bool logged = outcome == RunOutcome::Incremental && m_tp.tpGetStartNo() != -1;
+  const bool logged = outcome == RunOutcome::kIncremental && m_tp.tpGetStartNo() != -1;
   const std::string log = logged ? fmt::format("log {}..{}", m_tp.tpGetStartNo(), m_tp.tpGetEndNo()) : "no log";
-  const int sections = outcome == RunOutcome::Incremental ? ChangedSectionCount(m_model) : 0;
+  const int sections = outcome == RunOutcome::kIncremental ? ChangedSectionCount(m_model) : 0;
   Log(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run, OutcomeText(outcome),
                   Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"), Counted(sections, "section"), log,
                   worked, stored));
@@ -131,19 +131,19 @@ void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
 /// Stores what a run has left. Nothing of one that failed: other programs keep the last good result.
 void TopologyTask::Store(RunOutcome outcome) {
   switch (outcome) {
-    case RunOutcome::Nothing:
+    case RunOutcome::kNothing:
       return;
-    case RunOutcome::Incremental:
+    case RunOutcome::kIncremental:
       m_model.WriteGLOBALToFastdb(m_database.Db());  // the time from which a task that starts later reads the trace
       m_tp.tpWriteChangedData(m_database.Db());
       break;
-    case RunOutcome::Replaced:
+    case RunOutcome::kReplaced:
       WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
       [[fallthrough]];
-    case RunOutcome::Full:
+    case RunOutcome::kFull:
       m_tp.tpWriteFastdb(m_database.Db());
       break;
-    case RunOutcome::Failed:
+    case RunOutcome::kFailed:
       WriteMessage(fmt::format("run {}: the topology can't be worked out; nothing is stored", m_run));
       m_good = false;
       return;

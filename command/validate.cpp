@@ -19,7 +19,7 @@ namespace {
 struct ValidateOptions {
   ModelName model;
   ModelName output;
-  Format format = Format::Text;
+  Format format = Format::kText;
 };
 
 constexpr const char* kFooter =
@@ -57,7 +57,7 @@ int Validate(const ValidateOptions& options) {
   if (!finished) WriteMessage("the validation can't be finished: " + nmd.GetLastError().trimmed().toStdString());
   if (!good && !options.output.IsEmpty())
     WriteMessage(options.output.Text() + " isn't written, since the model is not good");
-  return good ? EXIT_GOOD : EXIT_FAULTS;
+  return good ? kExitGood : kExitFaults;
 }
 
 }  // namespace

@@ -28,12 +28,12 @@ void RequireGood(DTSDB& database, const ModelName& model) {
   const TemporaryCurrentFolder away;  // the validation's log goes where the user need not look at it
   NMD nmd(&database);
   if (!nmd.DetectAll()) {
-    throw Failure(EXIT_FAULTS,
+    throw Failure(kExitFaults,
                   model.Text() + ": the validation can't be finished: " + nmd.GetLastError().trimmed().toStdString());
   }
   if (!IsMarkedGood(database)) {
     const int errors = ErrorCount(database);
-    throw Failure(EXIT_FAULTS, fmt::format("{}: the model has {} error{}; 'dtsdb validate {}' shows them", model.Text(),
+    throw Failure(kExitFaults, fmt::format("{}: the model has {} error{}; 'dtsdb validate {}' shows them", model.Text(),
                                            errors, errors == 1 ? "" : "s", model.Text()));
   }
 }

@@ -24,7 +24,7 @@ TableKind FindTable(const std::string& name) {
 TableKind NamedTable(const std::string& name) {
   const TableKind kind = FindTable(QString::fromStdString(name).toUpper().toStdString());
   if (kind != KIND_NONE) return kind;
-  throw Failure(EXIT_USAGE, "there is no table " + Quoted(name) + DidYouMean(name, TableNames()));
+  throw Failure(kExitUsage, "there is no table " + Quoted(name) + DidYouMean(name, TableNames()));
 }
 
 }  // namespace dtsdb::tools

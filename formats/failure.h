@@ -9,10 +9,10 @@ namespace dtsdb::tools {
 
 /// What the process returns. Scripts rely on these numbers.
 enum ExitCode : int {
-  EXIT_GOOD = 0,    ///< done; the model is good, the models are the same
-  EXIT_FAULTS = 1,  ///< the model has faults, the models differ
-  EXIT_USAGE = 2,   ///< the command was called in a wrong way
-  EXIT_FILE = 3,    ///< a file can't be read or written
+  kExitGood = 0,    ///< done; the model is good, the models are the same
+  kExitFaults = 1,  ///< the model has faults, the models differ
+  kExitUsage = 2,   ///< the command was called in a wrong way
+  kExitFile = 3,    ///< a file can't be read or written
 };
 
 /// Ends the command with one line for the user (UTF-8, without line feed) and an exit code.

@@ -12,7 +12,7 @@ namespace dtsdb::tools {
 QString QtPath(const fs::path& path) { return QFile::decodeName(QByteArray::fromStdString(path.string())); }
 
 void RefuseFile(const fs::path& path, const std::string& what) {
-  throw Failure(EXIT_FILE, path.string() + ": " + what);
+  throw Failure(kExitFile, path.string() + ": " + what);
 }
 
 std::string ReadFile(const fs::path& path) {

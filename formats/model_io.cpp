@@ -45,7 +45,7 @@ DTSDB LoadModel(const ModelName& name) {
   if (!fs::exists(path, error) && !FindTextTables(path)) {
     RefuseFile(path, error ? error.message() : "there is no such file or folder");
   }
-  if (name.Form() == ModelForm::TextTables) {
+  if (name.Form() == ModelForm::kTextTables) {
     ReadTextTables(path, database);
   } else {
     Check(path, ReadObjectFile(database, QtPath(path)));
@@ -56,11 +56,11 @@ DTSDB LoadModel(const ModelName& name) {
 void SaveModel(DTSDB& database, const ModelName& name, std::optional<ModelForm> form) {
   const std::string& path = name.Path();
   if (name.IsDatabase()) {
-    if (form) throw Failure(EXIT_USAGE, name.Text() + " is a realtime database; no other form can be chosen for it");
+    if (form) throw Failure(kExitUsage, name.Text() + " is a realtime database; no other form can be chosen for it");
     WriteRealtime(database, path);
     return;
   }
-  if (form.value_or(name.FormAsOutput()) == ModelForm::TextTables) {
+  if (form.value_or(name.FormAsOutput()) == ModelForm::kTextTables) {
     WriteTextTables(database, path);
     return;
   }

@@ -15,11 +15,11 @@ constexpr std::string_view kDatabasePrefix = "rtdb:";
 
 const char* FormName(ModelForm form) {
   switch (form) {
-    case ModelForm::ObjectFile:
+    case ModelForm::kObjectFile:
       return "object file";
-    case ModelForm::TextTables:
+    case ModelForm::kTextTables:
       return "folder of text tables";
-    case ModelForm::RealtimeDatabase:
+    case ModelForm::kRealtimeDatabase:
       break;
   }
   return "realtime database";
@@ -37,16 +37,16 @@ ModelName ModelName::OfDatabase(const std::string& text) {
 }
 
 ModelForm ModelName::Form() const {
-  if (m_isDatabase) return ModelForm::RealtimeDatabase;
+  if (m_isDatabase) return ModelForm::kRealtimeDatabase;
   std::error_code ignored;
-  return fs::is_directory(m_path, ignored) ? ModelForm::TextTables : ModelForm::ObjectFile;
+  return fs::is_directory(m_path, ignored) ? ModelForm::kTextTables : ModelForm::kObjectFile;
 }
 
 ModelForm ModelName::FormAsOutput() const {
   const ModelForm found = Form();
-  if (found != ModelForm::ObjectFile) return found;
+  if (found != ModelForm::kObjectFile) return found;
   const fs::path name = fs::path(m_path).filename();
-  return name.empty() || name.extension().empty() ? ModelForm::TextTables : ModelForm::ObjectFile;
+  return name.empty() || name.extension().empty() ? ModelForm::kTextTables : ModelForm::kObjectFile;
 }
 
 }  // namespace dtsdb::tools

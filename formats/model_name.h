@@ -6,7 +6,7 @@
 
 namespace dtsdb::tools {
 
-enum class ModelForm { ObjectFile, TextTables, RealtimeDatabase };
+enum class ModelForm { kObjectFile, kTextTables, kRealtimeDatabase };
 
 /// The name of a form for people.
 const char* FormName(ModelForm form);

@@ -30,7 +30,7 @@ HeldSignals::~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr)
 
 RealtimeDatabase::RealtimeDatabase(const std::string& name, dbDatabase::dbAccessType access)
     : m_file(name), m_database(*this, access) {
-  if (m_file.empty()) throw Failure(EXIT_USAGE, "the realtime database needs a NAME, as in rtdb:grid");
+  if (m_file.empty()) throw Failure(kExitUsage, "the realtime database needs a NAME, as in rtdb:grid");
   m_file = rtdb::FileOf(m_file);
   // FastDB makes even a database that is only to be read, and files of its own beside any.
   const bool mayBeMade = access != dbDatabase::dbReadOnly;
@@ -58,7 +58,7 @@ void RealtimeDatabase::Check() const {
   const std::string& error = m_database.firstError;
   if (error.empty()) return;
   // Most errors name the file; the others need it.
-  throw Failure(EXIT_FILE, error.find(m_file) == std::string::npos ? m_file + ": " + error : error);
+  throw Failure(kExitFile, error.find(m_file) == std::string::npos ? m_file + ": " + error : error);
 }
 
 RealtimeDatabase::Database::Database(const RealtimeDatabase& owner, dbAccessType access)

@@ -27,7 +27,7 @@ class StoredTableFor : public StoredTable {
     RowTexts noTexts;
     const auto row = std::make_shared<Row>();
     for (const ColumnInfo& column : Row::Columns()) {
-      if (column.field == ColumnInfo::kNoField || column.type == ColumnType::Text) continue;
+      if (column.field == ColumnInfo::kNoField || column.type == ColumnType::kText) continue;
       StoreField(&defaults, row.get(), T::Fields(), column, noTexts);
     }
     return row;
@@ -62,17 +62,17 @@ class StoredTableFor : public StoredTable {
 template <class Address, class Visitor>
 auto VisitColumn(const ColumnInfo& column, Address* row, Visitor&& visit) {
   switch (column.type) {
-    case ColumnType::Text:
+    case ColumnType::kText:
       return visit(column.In<char const*>(row));
-    case ColumnType::Int4:
+    case ColumnType::kInt4:
       return visit(column.In<int4>(row));
-    case ColumnType::Nat4:
+    case ColumnType::kNat4:
       return visit(column.In<nat4>(row));
-    case ColumnType::Real4:
+    case ColumnType::kReal4:
       return visit(column.In<real4>(row));
-    case ColumnType::Real8:
+    case ColumnType::kReal8:
       return visit(column.In<real8>(row));
-    case ColumnType::Bytes:
+    case ColumnType::kBytes:
       break;
   }
   return visit(column.In<char>(row));
@@ -152,7 +152,7 @@ void RowValues::Find(dbQuery& query) {
     if (!column.isKey) continue;
     m_conditions.push_back((m_conditions.empty() ? "" : "and ") + std::string(column.name) + " = ");
     query, m_conditions.back().c_str();
-    if (column.type == ColumnType::Text) {
+    if (column.type == ColumnType::kText) {
       query, column.In<char const*>(m_values.get());
     } else {
       query, column.In<int4>(m_values.get());
@@ -178,20 +178,20 @@ bool RowValues::IsGiven(const ColumnInfo& column) const {
 
 void RowValues::RequireKey(const ColumnInfo& column) const {
   const std::string name = column.name;
-  if (!IsGiven(column)) throw Failure(EXIT_USAGE, "which row is meant? " + name + "=... is missing");
+  if (!IsGiven(column)) throw Failure(kExitUsage, "which row is meant? " + name + "=... is missing");
   if (CellText(ColumnCell(column, m_values.get())).empty()) {
-    throw Failure(EXIT_USAGE, "column " + name + ": a row needs one");
+    throw Failure(kExitUsage, "column " + name + ": a row needs one");
   }
 }
 
 void RowValues::Take(const std::string& assignment) {
   const std::size_t sign = assignment.find('=');
   if (sign == std::string::npos || sign == 0) {
-    throw Failure(EXIT_USAGE, Quoted(assignment) + " is not of the form COLUMN=VALUE");
+    throw Failure(kExitUsage, Quoted(assignment) + " is not of the form COLUMN=VALUE");
   }
   const std::string name = assignment.substr(0, sign);
   if (std::find(m_given.begin(), m_given.end(), name) != m_given.end()) {
-    throw Failure(EXIT_USAGE, "column " + name + " stands twice");
+    throw Failure(kExitUsage, "column " + name + " stands twice");
   }
   const std::span<const ColumnInfo> columns = m_table.Columns();
   const auto column =
@@ -199,7 +199,7 @@ void RowValues::Take(const std::string& assignment) {
   const std::string wrong = column != columns.end() ? Parse(assignment.substr(sign + 1), *column)
                                                     : fmt::format("table {} has no such column{}", m_table.Info().name,
                                                                   DidYouMean(name, NamesOf(columns)));
-  if (!wrong.empty()) throw Failure(EXIT_USAGE, "column " + OneLine(name) + ": " + wrong);
+  if (!wrong.empty()) throw Failure(kExitUsage, "column " + OneLine(name) + ": " + wrong);
   m_given.push_back(name);
 }
 
@@ -207,28 +207,28 @@ void RowValues::Take(const std::string& assignment) {
 std::string RowValues::Parse(const std::string& text, const ColumnInfo& column) {
   void* const row = m_values.get();
   switch (column.type) {
-    case ColumnType::Bytes:
+    case ColumnType::kBytes:
       return ParseRange(text, &column.In<char>(row), column.size);
-    case ColumnType::Text: {
+    case ColumnType::kText: {
       QString value;
       std::string wrong = ParseIdentity(text, value);
       column.In<char const*>(row) = m_texts.emplace_back(IdToBytes(value)).constData();
       return wrong;
     }
-    case ColumnType::Int4:
+    case ColumnType::kInt4:
       break;
-    case ColumnType::Nat4:
+    case ColumnType::kNat4:
       return ParseInto<u32>(text, column.In<nat4>(row));
-    case ColumnType::Real4:
+    case ColumnType::kReal4:
       return ParseInto<f32>(text, column.In<real4>(row));
-    case ColumnType::Real8:
+    case ColumnType::kReal8:
       return ParseInto<f64>(text, column.In<real8>(row));
   }
   int4& cell = column.In<int4>(row);
   switch (m_table.Info().fields()[static_cast<std::size_t>(column.field)].type) {
-    case FieldType::I8:
+    case FieldType::kI8:
       return ParseInto<i8>(text, cell);
-    case FieldType::U8:
+    case FieldType::kU8:
       return ParseInto<u8>(text, cell);
     default:
       return ParseInto<i32>(text, cell);

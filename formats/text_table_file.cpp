@@ -23,12 +23,12 @@ namespace {
   std::string place = file;
   if (line > 0) place += fmt::format(", row {}", line);
   if (!column.empty()) place += ", column " + OneLine(column);
-  throw Failure(EXIT_FILE, place + ": " + what);
+  throw Failure(kExitFile, place + ": " + what);
 }
 
 /// Ends the writing of table `table`: `what` is wrong in its record `row`, counted from 0 in key order.
 [[noreturn]] void RefuseRecord(const char* table, int row, const std::string& field, const std::string& what) {
-  throw Failure(EXIT_FILE, fmt::format("table {}, record {}, field {}: {}", table, row, field, what));
+  throw Failure(kExitFile, fmt::format("table {}, record {}, field {}: {}", table, row, field, what));
 }
 
 }  // namespace

@@ -137,7 +137,7 @@ class Utility {
       xf.st = station.id;
       SetEnds(xf, high, low);
       SetFlow(xf, m_random.Tenths(-50, 150), high.vbase, low.vbase);
-      if (m_random.Chance(2)) xf.status = BranchKind<XF>::out;
+      if (m_random.Chance(2)) xf.status = BranchKind<XF>::kOut;
     }
   }
 
@@ -218,9 +218,9 @@ class Utility {
     LN& ln = PutLine<LN>("L-", At(from), At(to), vbase);
     SetFlow(ln, m_random.Tenths(-120, 120), vbase, vbase);
     const int state = m_random.Between(1, 200);
-    if (state <= 2) ln.status = BranchKind<LN>::out;
-    if (state == 3) ln.status = BranchKind<LN>::open1;
-    if (state == 4) ln.status = BranchKind<LN>::open2;
+    if (state <= 2) ln.status = BranchKind<LN>::kOut;
+    if (state == 3) ln.status = BranchKind<LN>::kOpen1;
+    if (state == 4) ln.status = BranchKind<LN>::kOpen2;
   }
 
   /// A DC line between two hubs, near or far; nothing where there are no two.
@@ -281,16 +281,16 @@ class Utility {
     yard.Build(states);
 
     for (int bus = 0; bus < yard.BusbarCount(); ++bus) AddBusbar(yard, bus, level);
-    if (arrangement == Arrangement::DoubleBus && states.coupler && m_random.Chance(10)) AddZbr(yard, level);
+    if (arrangement == Arrangement::kDoubleBus && states.coupler && m_random.Chance(10)) AddZbr(yard, level);
   }
 
   Arrangement ChooseArrangement(const Level& level) {
-    if (level.circuits < 3) return Arrangement::SingleBus;
+    if (level.circuits < 3) return Arrangement::kSingleBus;
     const int choice = m_random.Between(1, 100);
-    if (level.vbase == kLow) return choice <= 60 ? Arrangement::SingleBus : Arrangement::DoubleBus;
-    if (choice <= 25) return Arrangement::SingleBus;
-    if (choice <= 65) return Arrangement::DoubleBus;
-    return choice <= 85 || level.circuits > 6 ? Arrangement::BreakerAndAHalf : Arrangement::Ring;
+    if (level.vbase == kLow) return choice <= 60 ? Arrangement::kSingleBus : Arrangement::kDoubleBus;
+    if (choice <= 25) return Arrangement::kSingleBus;
+    if (choice <= 65) return Arrangement::kDoubleBus;
+    return choice <= 85 || level.circuits > 6 ? Arrangement::kBreakerAndAHalf : Arrangement::kRing;
   }
 
   void AddBusbar(const Switchyard& yard, int number, const Level& level) {

@@ -26,22 +26,22 @@ QString Switchyard::CircuitNode(const QString& level, int circuit) {
 }
 
 int Switchyard::BusbarCount() const {
-  return m_arrangement == Arrangement::DoubleBus || m_arrangement == Arrangement::BreakerAndAHalf ? 2 : 1;
+  return m_arrangement == Arrangement::kDoubleBus || m_arrangement == Arrangement::kBreakerAndAHalf ? 2 : 1;
 }
 
 QString Switchyard::BusbarNode(int number) const {
-  if (m_arrangement == Arrangement::Ring) return CircuitNode(m_level, 0);
+  if (m_arrangement == Arrangement::kRing) return CircuitNode(m_level, 0);
   return Join(m_level, number == 0 ? "-I" : "-II");
 }
 
 void Switchyard::Build(const SwitchStates& states) {
   switch (m_arrangement) {
-    case Arrangement::SingleBus:
-    case Arrangement::DoubleBus:
+    case Arrangement::kSingleBus:
+    case Arrangement::kDoubleBus:
       return BuildBays(states);
-    case Arrangement::BreakerAndAHalf:
+    case Arrangement::kBreakerAndAHalf:
       return BuildDiameters();
-    case Arrangement::Ring:
+    case Arrangement::kRing:
       return BuildRing();
   }
 }
@@ -55,7 +55,7 @@ void Switchyard::Build(const SwitchStates& states) {
 //                                            |
 //                                          circuit    coupler
 void Switchyard::BuildBays(const SwitchStates& states) {
-  const bool isDouble = m_arrangement == Arrangement::DoubleBus;
+  const bool isDouble = m_arrangement == Arrangement::kDoubleBus;
   const QString bus1 = BusbarNode(0);
   const QString bus2 = BusbarNode(1);
   for (int circuit = 0; circuit < m_circuits; ++circuit) {

@@ -10,10 +10,10 @@
 namespace dtsdb::tools {
 
 enum class Arrangement {
-  SingleBus,        ///< every circuit through one bay on the one busbar
-  DoubleBus,        ///< every circuit on one of two busbars, joined by a coupler
-  BreakerAndAHalf,  ///< two circuits share three breakers in a row between two busbars
-  Ring,             ///< as many breakers as circuits, in a ring
+  kSingleBus,        ///< every circuit through one bay on the one busbar
+  kDoubleBus,        ///< every circuit on one of two busbars, joined by a coupler
+  kBreakerAndAHalf,  ///< two circuits share three breakers in a row between two busbars
+  kRing,             ///< as many breakers as circuits, in a ring
 };
 
 /// Whether and where something of a switchyard is open.

@@ -94,7 +94,7 @@ class TwinFinder {
 
   /// Selects the rows with the identity of `record`; returns how many there are.
   int Select(const T& record) {
-    if constexpr (T::kKey == RecordKey::Identified) {
+    if constexpr (T::kKey == RecordKey::kIdentified) {
       const QByteArray bytes = IdToBytes(record.id);
       char const* id = bytes.constData();
       m_query = "id = ", id;
@@ -224,7 +224,7 @@ template <class T>
 bool WriteTable(dbDatabase* db, tTable<T>& table) {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return true;
   TwinWriter<T> writer(db);
-  if constexpr (Twin<T>::kWriter == Writer::Replacing) {
+  if constexpr (Twin<T>::kWriter == Writer::kReplacing) {
     writer.RemoveAll();
     InsertRows(writer, table);
   } else if (writer.IsEmpty()) {

@@ -15,25 +15,25 @@ char const* RowTexts::Keep(const QString& text) {
 void LoadField(void* record, const void* row, std::span<const FieldInfo> fields, const ColumnInfo& column) {
   const FieldInfo& field = fields[static_cast<std::size_t>(column.field)];
   switch (field.type) {
-    case FieldType::Text:
+    case FieldType::kText:
       field.In<QString>(record) = IdFromBytes(column.In<char const*>(row));
       break;
-    case FieldType::I8:
+    case FieldType::kI8:
       field.In<i8>(record) = static_cast<i8>(column.In<int4>(row));
       break;
-    case FieldType::U8:
+    case FieldType::kU8:
       field.In<u8>(record) = static_cast<u8>(column.In<int4>(row));
       break;
-    case FieldType::I32:
+    case FieldType::kI32:
       field.In<i32>(record) = column.In<int4>(row);
       break;
-    case FieldType::U32:
+    case FieldType::kU32:
       field.In<u32>(record) = column.In<nat4>(row);
       break;
-    case FieldType::F32:
+    case FieldType::kF32:
       field.In<f32>(record) = column.In<real4>(row);
       break;
-    case FieldType::F64:
+    case FieldType::kF64:
       field.In<f64>(record) = column.In<real8>(row);
       break;
   }
@@ -43,25 +43,25 @@ void StoreField(const void* record, void* row, std::span<const FieldInfo> fields
                 RowTexts& texts) {
   const FieldInfo& field = fields[static_cast<std::size_t>(column.field)];
   switch (field.type) {
-    case FieldType::Text:
+    case FieldType::kText:
       column.In<char const*>(row) = texts.Keep(field.In<QString>(record));
       break;
-    case FieldType::I8:
+    case FieldType::kI8:
       column.In<int4>(row) = field.In<i8>(record);  // NOLINT(bugprone-signed-char-misuse): it is meant to be extended
       break;
-    case FieldType::U8:
+    case FieldType::kU8:
       column.In<int4>(row) = field.In<u8>(record);
       break;
-    case FieldType::I32:
+    case FieldType::kI32:
       column.In<int4>(row) = field.In<i32>(record);
       break;
-    case FieldType::U32:
+    case FieldType::kU32:
       column.In<nat4>(row) = field.In<u32>(record);
       break;
-    case FieldType::F32:
+    case FieldType::kF32:
       column.In<real4>(row) = field.In<f32>(record);
       break;
-    case FieldType::F64:
+    case FieldType::kF64:
       column.In<real8>(row) = field.In<f64>(record);
       break;
   }

@@ -14,7 +14,7 @@
 namespace dtsdb {
 
 /// The type of a field: an identity text (QString) or a number.
-enum class FieldType : unsigned char { Text, I8, U8, I32, U32, F32, F64 };
+enum class FieldType : unsigned char { kText, kI8, kU8, kI32, kU32, kF32, kF64 };
 
 /// One field of a record class.
 struct FieldInfo {
@@ -36,7 +36,7 @@ struct FieldInfo {
     return *reinterpret_cast<const V*>(static_cast<const std::byte*>(record) + offset);
   }
   /// True when the field holds the number of a record.
-  bool IsLink() const { return type == FieldType::I32 && refers != KIND_NONE; }
+  bool IsLink() const { return type == FieldType::kI32 && refers != KIND_NONE; }
 };
 
 /// The name of a field type for people: "text", "i32" and so on.
@@ -50,19 +50,19 @@ constexpr const char* TypeName(FieldType type) {
 template <class Record, class Visitor>
 decltype(auto) VisitValue(const FieldInfo& field, Record* record, Visitor&& visit) {
   switch (field.type) {
-    case FieldType::Text:
+    case FieldType::kText:
       return visit(field.In<QString>(record));
-    case FieldType::I8:
+    case FieldType::kI8:
       return visit(field.In<i8>(record));
-    case FieldType::U8:
+    case FieldType::kU8:
       return visit(field.In<u8>(record));
-    case FieldType::I32:
+    case FieldType::kI32:
       return visit(field.In<i32>(record));
-    case FieldType::U32:
+    case FieldType::kU32:
       return visit(field.In<u32>(record));
-    case FieldType::F32:
+    case FieldType::kF32:
       return visit(field.In<f32>(record));
-    case FieldType::F64:
+    case FieldType::kF64:
       break;
   }
   return visit(field.In<f64>(record));

@@ -18,7 +18,7 @@ struct TableInfo {
   std::span<const FieldInfo> (*fields)();
 
   /// The fields that a record is compared by: the first one, of a relation row the first two.
-  std::span<const FieldInfo> KeyFields() const { return fields().first(key == RecordKey::Relation ? 2 : 1); }
+  std::span<const FieldInfo> KeyFields() const { return fields().first(key == RecordKey::kRelation ? 2 : 1); }
 };
 
 /// All tables, in the order of their kind codes.

@@ -62,9 +62,9 @@ inline constexpr int kTableCount = 46;
 
 /// How the records of a table are compared.
 enum class RecordKey {
-  Identified,  ///< by the text `id`, in code-unit order; a null and an empty text are equal
-  Numbered,    ///< by the integer `id`
-  Relation,    ///< by the identity text of the parent, then of the child
+  kIdentified,  ///< by the text `id`, in code-unit order; a null and an empty text are equal
+  kNumbered,    ///< by the integer `id`
+  kRelation,    ///< by the identity text of the parent, then of the child
 };
 
 }  // namespace dtsdb

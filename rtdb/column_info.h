@@ -7,7 +7,7 @@
 namespace dtsdb {
 
 /// What a column holds: a text, a number, or a range of bytes that other programs keep.
-enum class ColumnType : unsigned char { Text, Int4, Nat4, Real4, Real8, Bytes };
+enum class ColumnType : unsigned char { kText, kInt4, kNat4, kReal4, kReal8, kBytes };
 
 /// One column of a row class.
 struct ColumnInfo {

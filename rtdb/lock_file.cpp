@@ -42,20 +42,20 @@ class Preparation {
   }
 
  private:
-  enum class Belongs { Here, Elsewhere, Unknown };
+  enum class Belongs { kHere, kElsewhere, kUnknown };
 
   LockOutcome Take(int lock) {
     const pid_t holder = HolderOf(lock);
     Belongs belongs = OwnerOf(lock);
     if (m_user != 0) {
-      const bool shared = holder != 0 && belongs != Belongs::Elsewhere && !m_store.IsEmpty();
+      const bool shared = holder != 0 && belongs != Belongs::kElsewhere && !m_store.IsEmpty();
       return shared ? Note(lock) : UsedElsewhere();
     }
     // Nobody has this file open. Whoever holds the lock file has a store that stood here before; without an owner in
     // it, it may also be in use by one of LMDB's own programs.
-    if (m_store.IsEmpty()) belongs = Belongs::Elsewhere;
-    if (holder == 0) return belongs == Belongs::Here && HasItsRoom(lock) ? Note(lock) : Fill(lock);
-    return belongs == Belongs::Elsewhere ? Replace() : Note(lock);
+    if (m_store.IsEmpty()) belongs = Belongs::kElsewhere;
+    if (holder == 0) return belongs == Belongs::kHere && HasItsRoom(lock) ? Note(lock) : Fill(lock);
+    return belongs == Belongs::kElsewhere ? Replace() : Note(lock);
   }
 
   /// The process that holds the lock by which LMDB knows whether a lock file is in use, or 0.
@@ -79,9 +79,9 @@ class Preparation {
     Owner found;
     if (::pread(lock, &found, sizeof(found), kOwnerOffset) != static_cast<ssize_t>(sizeof(found)) ||
         std::memcmp(found.word, here.word, sizeof(here.word)) != 0) {
-      return Belongs::Unknown;
+      return Belongs::kUnknown;
     }
-    return found.device == here.device && found.inode == here.inode ? Belongs::Here : Belongs::Elsewhere;
+    return found.device == here.device && found.inode == here.inode ? Belongs::kHere : Belongs::kElsewhere;
   }
 
   LockOutcome Make() {

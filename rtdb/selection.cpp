@@ -81,15 +81,15 @@ Status Selection::Run(Context& context, const Table& table, const std::shared_pt
 
 Selection::Order Selection::OrderOf(const CompiledQuery* query) const {
   if (query == nullptr || query->Order().empty()) {
-    return m_plan->KeyColumns().empty() ? Order::ByKey : Order::ByNumber;
+    return m_plan->KeyColumns().empty() ? Order::kByKey : Order::kByNumber;
   }
-  return query->KeepsKeyOrder() && !m_context->Use(*m_table).longKeys ? Order::ByKey : Order::ByColumns;
+  return query->KeepsKeyOrder() && !m_context->Use(*m_table).longKeys ? Order::kByKey : Order::kByColumns;
 }
 
 Status Selection::OpenStream(Order order, bool& opened) {
   opened = false;
-  m_streamsNumbers = order == Order::ByNumber;
-  if (order == Order::ByColumns || (m_streamsNumbers && !m_table->ordered)) return {};
+  m_streamsNumbers = order == Order::kByNumber;
+  if (order == Order::kByColumns || (m_streamsNumbers && !m_table->ordered)) return {};
   MDB_txn* const transaction = m_context->Transaction();
   MDB_stat rows{};
   int result = mdb_stat(transaction, m_table->handle, &rows);
@@ -115,7 +115,7 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
   m_range = {{}, {}, true, true, false};
   if (query != nullptr) query->Range(m_values, m_range);
   if (m_range.none) return {};
-  const bool sort = order == Order::ByColumns;
+  const bool sort = order == Order::kByColumns;
   MDB_cursor* cursor = nullptr;
   if (Status status = m_context->CursorOf(*m_table, cursor); !status) return status;
   std::vector<std::string> sortKeys;
@@ -137,7 +137,7 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
   }
   if (result != MDB_SUCCESS && result != MDB_NOTFOUND) return m_context->Failed(result, "select");
   if (sort) SortByColumns(sortKeys);
-  if (order == Order::ByNumber && SortByNumber()) loaded = false;
+  if (order == Order::kByNumber && SortByNumber()) loaded = false;
   m_size = m_live = m_keys.Size();
   if (!loaded) return {};
   const TableUse& use = m_context->Use(*m_table);

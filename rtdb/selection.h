@@ -71,9 +71,9 @@ class Selection {
 
  private:
   enum class Order {
-    ByKey,     ///< as the table's tree has them
-    ByNumber,  ///< as they were inserted
-    ByColumns  ///< as the query orders
+    kByKey,     ///< as the table's tree has them
+    kByNumber,  ///< as they were inserted
+    kByColumns  ///< as the query orders
   };
 
   void LinkTo(Context& context);

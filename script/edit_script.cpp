@@ -17,7 +17,7 @@ namespace {
 /// Something wrong in a line; the reader of the script knows in which.
 class LineError : public Failure {
  public:
-  explicit LineError(const std::string& what) : Failure(EXIT_FILE, what) {}
+  explicit LineError(const std::string& what) : Failure(kExitFile, what) {}
 };
 
 /// Reads the value of one field. Returns an empty text, or what is wrong.
@@ -99,7 +99,7 @@ Edit ParseLine(const std::vector<std::string>& words) {
 
 std::vector<Edit> ReadEditScript(const std::string& file, std::string_view bytes) {
   std::vector<Edit> edits;
-  ForEachLine(file, bytes, EXIT_FILE, [&edits](int number, std::string_view line) {
+  ForEachLine(file, bytes, kExitFile, [&edits](int number, std::string_view line) {
     const std::vector<std::string> words = SplitWords(line);
     if (words.empty()) return;
     edits.push_back(ParseLine(words));

@@ -50,7 +50,7 @@ class WordReader {
     do {
       m_rest.remove_prefix(1);
       const std::size_t end = m_rest.find(quote);
-      if (end == std::string_view::npos) throw Failure(EXIT_USAGE, "a quote isn't closed");
+      if (end == std::string_view::npos) throw Failure(kExitUsage, "a quote isn't closed");
       word += m_rest.substr(0, end);
       m_rest.remove_prefix(end + 1);
       if (m_rest.starts_with(quote)) word += quote;

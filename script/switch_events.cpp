@@ -56,7 +56,7 @@ std::vector<std::string> Verbs() {
 const std::string& TakeWord(const std::vector<std::string>& words, std::size_t& at, const std::string& what) {
   if (at >= words.size()) {
     const std::string behind = words.empty() ? "the event" : Quoted(words.back());
-    throw Failure(EXIT_USAGE, "behind " + behind + " " + what + " is missing");
+    throw Failure(kExitUsage, "behind " + behind + " " + what + " is missing");
   }
   return words[at++];
 }
@@ -67,7 +67,7 @@ const std::string& TakeChoice(const std::vector<std::string>& words, std::size_t
   const std::string expected = fmt::format("{} ({})", what, fmt::join(choices, ", "));
   const std::string& word = TakeWord(words, at, expected);
   if (std::find(choices.begin(), choices.end(), word) != choices.end()) return word;
-  throw Failure(EXIT_USAGE, Quoted(word) + " is not " + expected);
+  throw Failure(kExitUsage, Quoted(word) + " is not " + expected);
 }
 
 const EventWords* EventOfType(int type) {
@@ -114,7 +114,7 @@ SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& 
   for (const EventWords& event : kEvents) {
     if (fits(event) && end == event.end) return {event.type, verb == event.on, id};
   }
-  throw Failure(EXIT_USAGE, "there is no event '" + verb + " " + table + "'");
+  throw Failure(kExitUsage, "there is no event '" + verb + " " + table + "'");
 }
 
 std::string SwitchEventText(const SwitchEvent& event) {
@@ -145,7 +145,7 @@ void RequireComponent(DTSDB& database, const SwitchEvent& event) {
     std::vector<std::string> known;
     known.reserve(static_cast<std::size_t>(table.GetCount()));
     for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
-    throw Failure(EXIT_USAGE, fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id),
+    throw Failure(kExitUsage, fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id),
                                           DidYouMean(event.id, known)));
   });
 }

@@ -23,7 +23,7 @@ void TakeSwitchRuns(const std::vector<std::string>& words, std::vector<SwitchRun
 }
 
 void TakeSwitchScript(const std::string& file, std::string_view bytes, std::vector<SwitchRun>& runs) {
-  ForEachLine(file, bytes, EXIT_USAGE,
+  ForEachLine(file, bytes, kExitUsage,
               [&runs](int, std::string_view line) { TakeSwitchRuns(SplitWords(UserText(std::string(line))), runs); });
 }
 

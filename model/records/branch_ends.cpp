@@ -12,57 +12,57 @@ namespace {
 
 // Name, type, place in the record, table referred to, unit, writers, meaning.
 constexpr FieldInfo kCb2Fields[] = {
-    {"id", FieldType::Text, offsetof(CB2, id), KIND_NONE, "", "validation", "breaker identity plus end suffix"},
-    {"icb", FieldType::I32, offsetof(CB2, icb), KIND_CB, "", "validation", "number of the owning CB"},
-    {"r_nd_cb2", FieldType::I32, offsetof(CB2, r_nd_cb2), KIND_R_ND_CB2, "", "validation", "number of the R_ND_CB2 row"},
+    {"id", FieldType::kText, offsetof(CB2, id), KIND_NONE, "", "validation", "breaker identity plus end suffix"},
+    {"icb", FieldType::kI32, offsetof(CB2, icb), KIND_CB, "", "validation", "number of the owning CB"},
+    {"r_nd_cb2", FieldType::kI32, offsetof(CB2, r_nd_cb2), KIND_R_ND_CB2, "", "validation", "number of the R_ND_CB2 row"},
 };
 
 constexpr FieldInfo kLn2Fields[] = {
-    {"id", FieldType::Text, offsetof(LN2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
-    {"p", FieldType::F32, offsetof(LN2, p), KIND_NONE, "MW", "carried", "flow at this end"},
-    {"q", FieldType::F32, offsetof(LN2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
-    {"i", FieldType::F32, offsetof(LN2, i), KIND_NONE, "A", "carried", "current at this end"},
-    {"iana_p", FieldType::I32, offsetof(LN2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
-    {"iana_q", FieldType::I32, offsetof(LN2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
-    {"iln", FieldType::I32, offsetof(LN2, iln), KIND_LN, "", "validation", "number of the owning branch record"},
-    {"flags", FieldType::U32, offsetof(LN2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
-    {"r_nd", FieldType::I32, offsetof(LN2, r_nd), KIND_R_ND_LN2, "", "validation", "number of the R_ND row of this end"},
+    {"id", FieldType::kText, offsetof(LN2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
+    {"p", FieldType::kF32, offsetof(LN2, p), KIND_NONE, "MW", "carried", "flow at this end"},
+    {"q", FieldType::kF32, offsetof(LN2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
+    {"i", FieldType::kF32, offsetof(LN2, i), KIND_NONE, "A", "carried", "current at this end"},
+    {"iana_p", FieldType::kI32, offsetof(LN2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
+    {"iana_q", FieldType::kI32, offsetof(LN2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
+    {"iln", FieldType::kI32, offsetof(LN2, iln), KIND_LN, "", "validation", "number of the owning branch record"},
+    {"flags", FieldType::kU32, offsetof(LN2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
+    {"r_nd", FieldType::kI32, offsetof(LN2, r_nd), KIND_R_ND_LN2, "", "validation", "number of the R_ND row of this end"},
 };
 
 constexpr FieldInfo kDln2Fields[] = {
-    {"id", FieldType::Text, offsetof(DLN2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
-    {"p", FieldType::F32, offsetof(DLN2, p), KIND_NONE, "MW", "carried", "flow at this end"},
-    {"q", FieldType::F32, offsetof(DLN2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
-    {"i", FieldType::F32, offsetof(DLN2, i), KIND_NONE, "A", "carried", "current at this end"},
-    {"iana_p", FieldType::I32, offsetof(DLN2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
-    {"iana_q", FieldType::I32, offsetof(DLN2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
-    {"idln", FieldType::I32, offsetof(DLN2, idln), KIND_DLN, "", "validation", "number of the owning branch record"},
-    {"flags", FieldType::U32, offsetof(DLN2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
-    {"r_nd", FieldType::I32, offsetof(DLN2, r_nd), KIND_R_ND_DLN2, "", "validation", "number of the R_ND row of this end"},
+    {"id", FieldType::kText, offsetof(DLN2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
+    {"p", FieldType::kF32, offsetof(DLN2, p), KIND_NONE, "MW", "carried", "flow at this end"},
+    {"q", FieldType::kF32, offsetof(DLN2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
+    {"i", FieldType::kF32, offsetof(DLN2, i), KIND_NONE, "A", "carried", "current at this end"},
+    {"iana_p", FieldType::kI32, offsetof(DLN2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
+    {"iana_q", FieldType::kI32, offsetof(DLN2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
+    {"idln", FieldType::kI32, offsetof(DLN2, idln), KIND_DLN, "", "validation", "number of the owning branch record"},
+    {"flags", FieldType::kU32, offsetof(DLN2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
+    {"r_nd", FieldType::kI32, offsetof(DLN2, r_nd), KIND_R_ND_DLN2, "", "validation", "number of the R_ND row of this end"},
 };
 
 constexpr FieldInfo kXf2Fields[] = {
-    {"id", FieldType::Text, offsetof(XF2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
-    {"p", FieldType::F32, offsetof(XF2, p), KIND_NONE, "MW", "carried", "flow at this end"},
-    {"q", FieldType::F32, offsetof(XF2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
-    {"i", FieldType::F32, offsetof(XF2, i), KIND_NONE, "A", "carried", "current at this end"},
-    {"iana_p", FieldType::I32, offsetof(XF2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
-    {"iana_q", FieldType::I32, offsetof(XF2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
-    {"ixf", FieldType::I32, offsetof(XF2, ixf), KIND_XF, "", "validation", "number of the owning branch record"},
-    {"flags", FieldType::U32, offsetof(XF2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
-    {"r_nd", FieldType::I32, offsetof(XF2, r_nd), KIND_R_ND_XF2, "", "validation", "number of the R_ND row of this end"},
+    {"id", FieldType::kText, offsetof(XF2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
+    {"p", FieldType::kF32, offsetof(XF2, p), KIND_NONE, "MW", "carried", "flow at this end"},
+    {"q", FieldType::kF32, offsetof(XF2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
+    {"i", FieldType::kF32, offsetof(XF2, i), KIND_NONE, "A", "carried", "current at this end"},
+    {"iana_p", FieldType::kI32, offsetof(XF2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
+    {"iana_q", FieldType::kI32, offsetof(XF2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
+    {"ixf", FieldType::kI32, offsetof(XF2, ixf), KIND_XF, "", "validation", "number of the owning branch record"},
+    {"flags", FieldType::kU32, offsetof(XF2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
+    {"r_nd", FieldType::kI32, offsetof(XF2, r_nd), KIND_R_ND_XF2, "", "validation", "number of the R_ND row of this end"},
 };
 
 constexpr FieldInfo kZbr2Fields[] = {
-    {"id", FieldType::Text, offsetof(ZBR2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
-    {"p", FieldType::F32, offsetof(ZBR2, p), KIND_NONE, "MW", "carried", "flow at this end"},
-    {"q", FieldType::F32, offsetof(ZBR2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
-    {"i", FieldType::F32, offsetof(ZBR2, i), KIND_NONE, "A", "carried", "current at this end"},
-    {"iana_p", FieldType::I32, offsetof(ZBR2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
-    {"iana_q", FieldType::I32, offsetof(ZBR2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
-    {"izbr", FieldType::I32, offsetof(ZBR2, izbr), KIND_ZBR, "", "validation", "number of the owning branch record"},
-    {"flags", FieldType::U32, offsetof(ZBR2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
-    {"r_nd", FieldType::I32, offsetof(ZBR2, r_nd), KIND_R_ND_ZBR2, "", "validation", "number of the R_ND row of this end"},
+    {"id", FieldType::kText, offsetof(ZBR2, id), KIND_NONE, "", "validation", "branch identity plus end suffix"},
+    {"p", FieldType::kF32, offsetof(ZBR2, p), KIND_NONE, "MW", "carried", "flow at this end"},
+    {"q", FieldType::kF32, offsetof(ZBR2, q), KIND_NONE, "Mvar", "carried", "flow at this end"},
+    {"i", FieldType::kF32, offsetof(ZBR2, i), KIND_NONE, "A", "carried", "current at this end"},
+    {"iana_p", FieldType::kI32, offsetof(ZBR2, iana_p), KIND_ANALOG, "", "validation", "ANALOG index of the end P"},
+    {"iana_q", FieldType::kI32, offsetof(ZBR2, iana_q), KIND_ANALOG, "", "validation", "ANALOG index of the end Q"},
+    {"izbr", FieldType::kI32, offsetof(ZBR2, izbr), KIND_ZBR, "", "validation", "number of the owning branch record"},
+    {"flags", FieldType::kU32, offsetof(ZBR2, flags), KIND_NONE, "", "validation, topology", "bit 1: 0 from end, 1 to end; bit 2: this end is isolated"},
+    {"r_nd", FieldType::kI32, offsetof(ZBR2, r_nd), KIND_R_ND_ZBR2, "", "validation", "number of the R_ND row of this end"},
 };
 
 }  // namespace

@@ -32,7 +32,7 @@ class CB2 {
 
   static constexpr const char* kTableName = "CB2";
   static constexpr TableKind kKind = KIND_CB2;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -58,7 +58,7 @@ class LN2 {
 
   static constexpr const char* kTableName = "LN2";
   static constexpr TableKind kKind = KIND_LN2;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -84,7 +84,7 @@ class DLN2 {
 
   static constexpr const char* kTableName = "DLN2";
   static constexpr TableKind kKind = KIND_DLN2;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -110,7 +110,7 @@ class XF2 {
 
   static constexpr const char* kTableName = "XF2";
   static constexpr TableKind kKind = KIND_XF2;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -136,7 +136,7 @@ class ZBR2 {
 
   static constexpr const char* kTableName = "ZBR2";
   static constexpr TableKind kKind = KIND_ZBR2;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 

@@ -47,7 +47,7 @@ class CB {
 
   static constexpr const char* kTableName = "CB";
   static constexpr TableKind kKind = KIND_CB;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -111,7 +111,7 @@ class LN {
 
   static constexpr const char* kTableName = "LN";
   static constexpr TableKind kKind = KIND_LN;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -158,7 +158,7 @@ class DLN {
 
   static constexpr const char* kTableName = "DLN";
   static constexpr TableKind kKind = KIND_DLN;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -237,7 +237,7 @@ class XF {
 
   static constexpr const char* kTableName = "XF";
   static constexpr TableKind kKind = KIND_XF;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -275,7 +275,7 @@ class ZBR {
 
   static constexpr const char* kTableName = "ZBR";
   static constexpr TableKind kKind = KIND_ZBR;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 

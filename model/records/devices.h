@@ -43,7 +43,7 @@ class ND {
 
   static constexpr const char* kTableName = "ND";
   static constexpr TableKind kKind = KIND_ND;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -76,7 +76,7 @@ class BUS {
 
   static constexpr const char* kTableName = "BUS";
   static constexpr TableKind kKind = KIND_BUS;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -123,7 +123,7 @@ class UN {
 
   static constexpr const char* kTableName = "UN";
   static constexpr TableKind kKind = KIND_UN;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -168,7 +168,7 @@ class LD {
 
   static constexpr const char* kTableName = "LD";
   static constexpr TableKind kKind = KIND_LD;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -202,7 +202,7 @@ class CP {
 
   static constexpr const char* kTableName = "CP";
   static constexpr TableKind kKind = KIND_CP;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 

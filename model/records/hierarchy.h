@@ -39,7 +39,7 @@ class CO {
 
   static constexpr const char* kTableName = "CO";
   static constexpr TableKind kKind = KIND_CO;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -70,7 +70,7 @@ class DV {
 
   static constexpr const char* kTableName = "DV";
   static constexpr TableKind kKind = KIND_DV;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -99,7 +99,7 @@ class ST {
 
   static constexpr const char* kTableName = "ST";
   static constexpr TableKind kKind = KIND_ST;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -135,7 +135,7 @@ class KV {
 
   static constexpr const char* kTableName = "KV";
   static constexpr TableKind kKind = KIND_KV;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 

@@ -12,22 +12,22 @@ namespace {
 
 // Name, type, place in the record, table referred to, unit, writers, meaning.
 constexpr FieldInfo kAnalogFields[] = {
-    {"id", FieldType::Text, offsetof(ANALOG, id), KIND_NONE, "", "input", "measurement point identity; key of the table"},
-    {"name", FieldType::Text, offsetof(ANALOG, name), KIND_NONE, "", "carried", "second text of the point; carried"},
-    {"value", FieldType::F32, offsetof(ANALOG, value), KIND_NONE, "", "carried", "carried value"},
-    {"quality", FieldType::U8, offsetof(ANALOG, quality), KIND_NONE, "", "carried", "carried byte"},
-    {"idx", FieldType::I32, offsetof(ANALOG, idx), KIND_NONE, "", "carried", "carried integer, default -1"},
-    {"f1", FieldType::F32, offsetof(ANALOG, f1), KIND_NONE, "", "carried", "carried value"},
-    {"f2", FieldType::F32, offsetof(ANALOG, f2), KIND_NONE, "", "carried", "carried value"},
-    {"f3", FieldType::F32, offsetof(ANALOG, f3), KIND_NONE, "", "carried", "carried value"},
-    {"flag", FieldType::I8, offsetof(ANALOG, flag), KIND_NONE, "", "carried", "carried byte"},
+    {"id", FieldType::kText, offsetof(ANALOG, id), KIND_NONE, "", "input", "measurement point identity; key of the table"},
+    {"name", FieldType::kText, offsetof(ANALOG, name), KIND_NONE, "", "carried", "second text of the point; carried"},
+    {"value", FieldType::kF32, offsetof(ANALOG, value), KIND_NONE, "", "carried", "carried value"},
+    {"quality", FieldType::kU8, offsetof(ANALOG, quality), KIND_NONE, "", "carried", "carried byte"},
+    {"idx", FieldType::kI32, offsetof(ANALOG, idx), KIND_NONE, "", "carried", "carried integer, default -1"},
+    {"f1", FieldType::kF32, offsetof(ANALOG, f1), KIND_NONE, "", "carried", "carried value"},
+    {"f2", FieldType::kF32, offsetof(ANALOG, f2), KIND_NONE, "", "carried", "carried value"},
+    {"f3", FieldType::kF32, offsetof(ANALOG, f3), KIND_NONE, "", "carried", "carried value"},
+    {"flag", FieldType::kI8, offsetof(ANALOG, flag), KIND_NONE, "", "carried", "carried byte"},
 };
 
 constexpr FieldInfo kStatusFields[] = {
-    {"id", FieldType::Text, offsetof(STATUS, id), KIND_NONE, "", "input", "status point identity"},
-    {"name", FieldType::Text, offsetof(STATUS, name), KIND_NONE, "", "carried", "second text of the point; carried"},
-    {"value", FieldType::I8, offsetof(STATUS, value), KIND_NONE, "", "input", "position of the point: 1 closed, 2 open; read from the realtime table by tpReadStatus"},
-    {"quality", FieldType::U8, offsetof(STATUS, quality), KIND_NONE, "", "carried", "carried byte"},
+    {"id", FieldType::kText, offsetof(STATUS, id), KIND_NONE, "", "input", "status point identity"},
+    {"name", FieldType::kText, offsetof(STATUS, name), KIND_NONE, "", "carried", "second text of the point; carried"},
+    {"value", FieldType::kI8, offsetof(STATUS, value), KIND_NONE, "", "input", "position of the point: 1 closed, 2 open; read from the realtime table by tpReadStatus"},
+    {"quality", FieldType::kU8, offsetof(STATUS, quality), KIND_NONE, "", "carried", "carried byte"},
 };
 
 }  // namespace

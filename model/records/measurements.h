@@ -38,7 +38,7 @@ class ANALOG {
 
   static constexpr const char* kTableName = "ANALOG";
   static constexpr TableKind kKind = KIND_ANALOG;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -59,7 +59,7 @@ class STATUS {
 
   static constexpr const char* kTableName = "STATUS";
   static constexpr TableKind kKind = KIND_STATUS;
-  static constexpr RecordKey kKey = RecordKey::Identified;
+  static constexpr RecordKey kKey = RecordKey::kIdentified;
   static std::span<const FieldInfo> Fields();
 };
 

@@ -39,7 +39,7 @@ class R_KV_BUS {
 
   static constexpr const char* kTableName = "R_KV_BUS";
   static constexpr TableKind kKind = KIND_R_KV_BUS;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -66,7 +66,7 @@ class R_KV_CB {
 
   static constexpr const char* kTableName = "R_KV_CB";
   static constexpr TableKind kKind = KIND_R_KV_CB;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -93,7 +93,7 @@ class R_KV_CP {
 
   static constexpr const char* kTableName = "R_KV_CP";
   static constexpr TableKind kKind = KIND_R_KV_CP;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -120,7 +120,7 @@ class R_KV_LD {
 
   static constexpr const char* kTableName = "R_KV_LD";
   static constexpr TableKind kKind = KIND_R_KV_LD;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -147,7 +147,7 @@ class R_KV_ND {
 
   static constexpr const char* kTableName = "R_KV_ND";
   static constexpr TableKind kKind = KIND_R_KV_ND;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -174,7 +174,7 @@ class R_KV_UN {
 
   static constexpr const char* kTableName = "R_KV_UN";
   static constexpr TableKind kKind = KIND_R_KV_UN;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -201,7 +201,7 @@ class R_KV_ZBR {
 
   static constexpr const char* kTableName = "R_KV_ZBR";
   static constexpr TableKind kKind = KIND_R_KV_ZBR;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 

@@ -39,7 +39,7 @@ class R_ND_CB2 {
 
   static constexpr const char* kTableName = "R_ND_CB2";
   static constexpr TableKind kKind = KIND_R_ND_CB2;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -66,7 +66,7 @@ class R_ND_DLN2 {
 
   static constexpr const char* kTableName = "R_ND_DLN2";
   static constexpr TableKind kKind = KIND_R_ND_DLN2;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -93,7 +93,7 @@ class R_ND_LN2 {
 
   static constexpr const char* kTableName = "R_ND_LN2";
   static constexpr TableKind kKind = KIND_R_ND_LN2;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -120,7 +120,7 @@ class R_ND_XF2 {
 
   static constexpr const char* kTableName = "R_ND_XF2";
   static constexpr TableKind kKind = KIND_R_ND_XF2;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -147,7 +147,7 @@ class R_ND_ZBR2 {
 
   static constexpr const char* kTableName = "R_ND_ZBR2";
   static constexpr TableKind kKind = KIND_R_ND_ZBR2;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 

@@ -12,57 +12,57 @@ namespace {
 
 // Name, type, place in the record, table referred to, unit, writers, meaning.
 constexpr FieldInfo kRCoDvFields[] = {
-    {"co_id", FieldType::Text, offsetof(R_CO_DV, co_id), KIND_CO, "", "validation", "identity of the parent"},
-    {"dv_id", FieldType::Text, offsetof(R_CO_DV, dv_id), KIND_DV, "", "validation", "identity of the child"},
-    {"ico", FieldType::I32, offsetof(R_CO_DV, ico), KIND_CO, "", "validation", "number of the parent record"},
-    {"idv", FieldType::I32, offsetof(R_CO_DV, idv), KIND_DV, "", "validation", "number of the child record"},
-    {"next", FieldType::I32, offsetof(R_CO_DV, next), KIND_R_CO_DV, "", "validation", "next row of the parent's chain, -1 at the end"},
-    {"prev", FieldType::I32, offsetof(R_CO_DV, prev), KIND_R_CO_DV, "", "validation", "previous row of the parent's chain, -1 at the first row"},
+    {"co_id", FieldType::kText, offsetof(R_CO_DV, co_id), KIND_CO, "", "validation", "identity of the parent"},
+    {"dv_id", FieldType::kText, offsetof(R_CO_DV, dv_id), KIND_DV, "", "validation", "identity of the child"},
+    {"ico", FieldType::kI32, offsetof(R_CO_DV, ico), KIND_CO, "", "validation", "number of the parent record"},
+    {"idv", FieldType::kI32, offsetof(R_CO_DV, idv), KIND_DV, "", "validation", "number of the child record"},
+    {"next", FieldType::kI32, offsetof(R_CO_DV, next), KIND_R_CO_DV, "", "validation", "next row of the parent's chain, -1 at the end"},
+    {"prev", FieldType::kI32, offsetof(R_CO_DV, prev), KIND_R_CO_DV, "", "validation", "previous row of the parent's chain, -1 at the first row"},
 };
 
 constexpr FieldInfo kRDvDlnFields[] = {
-    {"dv_id", FieldType::Text, offsetof(R_DV_DLN, dv_id), KIND_DV, "", "validation", "identity of the parent"},
-    {"dln_id", FieldType::Text, offsetof(R_DV_DLN, dln_id), KIND_DLN, "", "validation", "identity of the child"},
-    {"idv", FieldType::I32, offsetof(R_DV_DLN, idv), KIND_DV, "", "validation", "number of the parent record"},
-    {"idln", FieldType::I32, offsetof(R_DV_DLN, idln), KIND_DLN, "", "validation", "number of the child record"},
-    {"next", FieldType::I32, offsetof(R_DV_DLN, next), KIND_R_DV_DLN, "", "validation", "next row of the parent's chain, -1 at the end"},
-    {"prev", FieldType::I32, offsetof(R_DV_DLN, prev), KIND_R_DV_DLN, "", "validation", "previous row of the parent's chain, -1 at the first row"},
+    {"dv_id", FieldType::kText, offsetof(R_DV_DLN, dv_id), KIND_DV, "", "validation", "identity of the parent"},
+    {"dln_id", FieldType::kText, offsetof(R_DV_DLN, dln_id), KIND_DLN, "", "validation", "identity of the child"},
+    {"idv", FieldType::kI32, offsetof(R_DV_DLN, idv), KIND_DV, "", "validation", "number of the parent record"},
+    {"idln", FieldType::kI32, offsetof(R_DV_DLN, idln), KIND_DLN, "", "validation", "number of the child record"},
+    {"next", FieldType::kI32, offsetof(R_DV_DLN, next), KIND_R_DV_DLN, "", "validation", "next row of the parent's chain, -1 at the end"},
+    {"prev", FieldType::kI32, offsetof(R_DV_DLN, prev), KIND_R_DV_DLN, "", "validation", "previous row of the parent's chain, -1 at the first row"},
 };
 
 constexpr FieldInfo kRDvLnFields[] = {
-    {"dv_id", FieldType::Text, offsetof(R_DV_LN, dv_id), KIND_DV, "", "validation", "identity of the parent"},
-    {"ln_id", FieldType::Text, offsetof(R_DV_LN, ln_id), KIND_LN, "", "validation", "identity of the child"},
-    {"idv", FieldType::I32, offsetof(R_DV_LN, idv), KIND_DV, "", "validation", "number of the parent record"},
-    {"iln", FieldType::I32, offsetof(R_DV_LN, iln), KIND_LN, "", "validation", "number of the child record"},
-    {"next", FieldType::I32, offsetof(R_DV_LN, next), KIND_R_DV_LN, "", "validation", "next row of the parent's chain, -1 at the end"},
-    {"prev", FieldType::I32, offsetof(R_DV_LN, prev), KIND_R_DV_LN, "", "validation", "previous row of the parent's chain, -1 at the first row"},
+    {"dv_id", FieldType::kText, offsetof(R_DV_LN, dv_id), KIND_DV, "", "validation", "identity of the parent"},
+    {"ln_id", FieldType::kText, offsetof(R_DV_LN, ln_id), KIND_LN, "", "validation", "identity of the child"},
+    {"idv", FieldType::kI32, offsetof(R_DV_LN, idv), KIND_DV, "", "validation", "number of the parent record"},
+    {"iln", FieldType::kI32, offsetof(R_DV_LN, iln), KIND_LN, "", "validation", "number of the child record"},
+    {"next", FieldType::kI32, offsetof(R_DV_LN, next), KIND_R_DV_LN, "", "validation", "next row of the parent's chain, -1 at the end"},
+    {"prev", FieldType::kI32, offsetof(R_DV_LN, prev), KIND_R_DV_LN, "", "validation", "previous row of the parent's chain, -1 at the first row"},
 };
 
 constexpr FieldInfo kRDvStFields[] = {
-    {"dv_id", FieldType::Text, offsetof(R_DV_ST, dv_id), KIND_DV, "", "validation", "identity of the parent"},
-    {"st_id", FieldType::Text, offsetof(R_DV_ST, st_id), KIND_ST, "", "validation", "identity of the child"},
-    {"idv", FieldType::I32, offsetof(R_DV_ST, idv), KIND_DV, "", "validation", "number of the parent record"},
-    {"ist", FieldType::I32, offsetof(R_DV_ST, ist), KIND_ST, "", "validation", "number of the child record"},
-    {"next", FieldType::I32, offsetof(R_DV_ST, next), KIND_R_DV_ST, "", "validation", "next row of the parent's chain, -1 at the end"},
-    {"prev", FieldType::I32, offsetof(R_DV_ST, prev), KIND_R_DV_ST, "", "validation", "previous row of the parent's chain, -1 at the first row"},
+    {"dv_id", FieldType::kText, offsetof(R_DV_ST, dv_id), KIND_DV, "", "validation", "identity of the parent"},
+    {"st_id", FieldType::kText, offsetof(R_DV_ST, st_id), KIND_ST, "", "validation", "identity of the child"},
+    {"idv", FieldType::kI32, offsetof(R_DV_ST, idv), KIND_DV, "", "validation", "number of the parent record"},
+    {"ist", FieldType::kI32, offsetof(R_DV_ST, ist), KIND_ST, "", "validation", "number of the child record"},
+    {"next", FieldType::kI32, offsetof(R_DV_ST, next), KIND_R_DV_ST, "", "validation", "next row of the parent's chain, -1 at the end"},
+    {"prev", FieldType::kI32, offsetof(R_DV_ST, prev), KIND_R_DV_ST, "", "validation", "previous row of the parent's chain, -1 at the first row"},
 };
 
 constexpr FieldInfo kRStKvFields[] = {
-    {"st_id", FieldType::Text, offsetof(R_ST_KV, st_id), KIND_ST, "", "validation", "identity of the parent"},
-    {"kv_id", FieldType::Text, offsetof(R_ST_KV, kv_id), KIND_KV, "", "validation", "identity of the child"},
-    {"ist", FieldType::I32, offsetof(R_ST_KV, ist), KIND_ST, "", "validation", "number of the parent record"},
-    {"ikv", FieldType::I32, offsetof(R_ST_KV, ikv), KIND_KV, "", "validation", "number of the child record"},
-    {"next", FieldType::I32, offsetof(R_ST_KV, next), KIND_R_ST_KV, "", "validation", "next row of the parent's chain, -1 at the end"},
-    {"prev", FieldType::I32, offsetof(R_ST_KV, prev), KIND_R_ST_KV, "", "validation", "previous row of the parent's chain, -1 at the first row"},
+    {"st_id", FieldType::kText, offsetof(R_ST_KV, st_id), KIND_ST, "", "validation", "identity of the parent"},
+    {"kv_id", FieldType::kText, offsetof(R_ST_KV, kv_id), KIND_KV, "", "validation", "identity of the child"},
+    {"ist", FieldType::kI32, offsetof(R_ST_KV, ist), KIND_ST, "", "validation", "number of the parent record"},
+    {"ikv", FieldType::kI32, offsetof(R_ST_KV, ikv), KIND_KV, "", "validation", "number of the child record"},
+    {"next", FieldType::kI32, offsetof(R_ST_KV, next), KIND_R_ST_KV, "", "validation", "next row of the parent's chain, -1 at the end"},
+    {"prev", FieldType::kI32, offsetof(R_ST_KV, prev), KIND_R_ST_KV, "", "validation", "previous row of the parent's chain, -1 at the first row"},
 };
 
 constexpr FieldInfo kRStXfFields[] = {
-    {"st_id", FieldType::Text, offsetof(R_ST_XF, st_id), KIND_ST, "", "validation", "identity of the parent"},
-    {"xf_id", FieldType::Text, offsetof(R_ST_XF, xf_id), KIND_XF, "", "validation", "identity of the child"},
-    {"ist", FieldType::I32, offsetof(R_ST_XF, ist), KIND_ST, "", "validation", "number of the parent record"},
-    {"ixf", FieldType::I32, offsetof(R_ST_XF, ixf), KIND_XF, "", "validation", "number of the child record"},
-    {"next", FieldType::I32, offsetof(R_ST_XF, next), KIND_R_ST_XF, "", "validation", "next row of the parent's chain, -1 at the end"},
-    {"prev", FieldType::I32, offsetof(R_ST_XF, prev), KIND_R_ST_XF, "", "validation", "previous row of the parent's chain, -1 at the first row"},
+    {"st_id", FieldType::kText, offsetof(R_ST_XF, st_id), KIND_ST, "", "validation", "identity of the parent"},
+    {"xf_id", FieldType::kText, offsetof(R_ST_XF, xf_id), KIND_XF, "", "validation", "identity of the child"},
+    {"ist", FieldType::kI32, offsetof(R_ST_XF, ist), KIND_ST, "", "validation", "number of the parent record"},
+    {"ixf", FieldType::kI32, offsetof(R_ST_XF, ixf), KIND_XF, "", "validation", "number of the child record"},
+    {"next", FieldType::kI32, offsetof(R_ST_XF, next), KIND_R_ST_XF, "", "validation", "next row of the parent's chain, -1 at the end"},
+    {"prev", FieldType::kI32, offsetof(R_ST_XF, prev), KIND_R_ST_XF, "", "validation", "previous row of the parent's chain, -1 at the first row"},
 };
 
 }  // namespace

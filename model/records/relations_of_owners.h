@@ -39,7 +39,7 @@ class R_CO_DV {
 
   static constexpr const char* kTableName = "R_CO_DV";
   static constexpr TableKind kKind = KIND_R_CO_DV;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -66,7 +66,7 @@ class R_DV_DLN {
 
   static constexpr const char* kTableName = "R_DV_DLN";
   static constexpr TableKind kKind = KIND_R_DV_DLN;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -93,7 +93,7 @@ class R_DV_LN {
 
   static constexpr const char* kTableName = "R_DV_LN";
   static constexpr TableKind kKind = KIND_R_DV_LN;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -120,7 +120,7 @@ class R_DV_ST {
 
   static constexpr const char* kTableName = "R_DV_ST";
   static constexpr TableKind kKind = KIND_R_DV_ST;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -147,7 +147,7 @@ class R_ST_KV {
 
   static constexpr const char* kTableName = "R_ST_KV";
   static constexpr TableKind kKind = KIND_R_ST_KV;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -174,7 +174,7 @@ class R_ST_XF {
 
   static constexpr const char* kTableName = "R_ST_XF";
   static constexpr TableKind kKind = KIND_R_ST_XF;
-  static constexpr RecordKey kKey = RecordKey::Relation;
+  static constexpr RecordKey kKey = RecordKey::kRelation;
   static std::span<const FieldInfo> Fields();
 };
 

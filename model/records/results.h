@@ -46,7 +46,7 @@ class BS {
 
   static constexpr const char* kTableName = "BS";
   static constexpr TableKind kKind = KIND_BS;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -68,7 +68,7 @@ class BSL {
 
   static constexpr const char* kTableName = "BSL";
   static constexpr TableKind kKind = KIND_BSL;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -94,7 +94,7 @@ class ISLAND {
 
   static constexpr const char* kTableName = "ISLAND";
   static constexpr TableKind kKind = KIND_ISLAND;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -116,7 +116,7 @@ class CHND {
 
   static constexpr const char* kTableName = "CHND";
   static constexpr TableKind kKind = KIND_CHND;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -141,7 +141,7 @@ class TPL {
 
   static constexpr const char* kTableName = "TPL";
   static constexpr TableKind kKind = KIND_TPL;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -164,7 +164,7 @@ class TPTRACE {
 
   static constexpr const char* kTableName = "TPTRACE";
   static constexpr TableKind kKind = KIND_TPTRACE;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 
@@ -197,7 +197,7 @@ class GLOBAL {
 
   static constexpr const char* kTableName = "GLOBAL";
   static constexpr TableKind kKind = KIND_GLOBAL;
-  static constexpr RecordKey kKey = RecordKey::Numbered;
+  static constexpr RecordKey kKey = RecordKey::kNumbered;
   static std::span<const FieldInfo> Fields();
 };
 

@@ -23,7 +23,7 @@ Report Sample() {
 }
 
 TEST(Render, TextAlignsColumnsByTheirWidthOnTheTerminal) {
-  EXPECT_EQ(Sample().Render(Format::Text),
+  EXPECT_EQ(Sample().Render(Format::kText),
             "Two things.\n"
             "\n"
             "Things\n"
@@ -36,7 +36,7 @@ TEST(Render, TextAlignsColumnsByTheirWidthOnTheTerminal) {
 }
 
 TEST(Render, JsonHoldsFactsAndSheets) {
-  const auto json = nlohmann::json::parse(Sample().Render(Format::Json));
+  const auto json = nlohmann::json::parse(Sample().Render(Format::kJson));
   EXPECT_EQ(json["good"], true);
   EXPECT_EQ(json["things"].size(), 3U);
   EXPECT_EQ(json["things"][0]["name"], "母线");
@@ -47,38 +47,38 @@ TEST(Render, JsonHoldsFactsAndSheets) {
 }
 
 TEST(Render, CsvHoldsTheFirstSheetOrTheOneNamed) {
-  EXPECT_EQ(Sample().Render(Format::Csv),
+  EXPECT_EQ(Sample().Render(Format::kCsv),
             "name,voltage_level,value\r\n母线,甲,1.5\r\n母线,long,-20\r\n\"x,\"\"y\"\"\",,nan\r\n");
-  EXPECT_EQ(Sample().Render(Format::Csv, false, "others"), "name\r\n");
+  EXPECT_EQ(Sample().Render(Format::kCsv, false, "others"), "name\r\n");
 }
 
 TEST(Render, AnUnknownSheetIsWrongUsageWithTheNearestName) {
   try {
-    Sample().Render(Format::Json, false, "thing");
+    Sample().Render(Format::kJson, false, "thing");
     FAIL() << "rendered";
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_USAGE);
+    EXPECT_EQ(failure.Code(), kExitUsage);
     EXPECT_STREQ(failure.what(), "there is no sheet 'thing' in this result; did you mean things?");
   }
 }
 
 TEST(Render, AnEmptyReportIsAnEmptyObject) {
-  EXPECT_EQ(nlohmann::json::parse(Report().Render(Format::Json)), nlohmann::json::object());
-  EXPECT_EQ(Report().Render(Format::Text), "");
-  EXPECT_EQ(Report().Render(Format::Csv), "");
+  EXPECT_EQ(nlohmann::json::parse(Report().Render(Format::kJson)), nlohmann::json::object());
+  EXPECT_EQ(Report().Render(Format::kText), "");
+  EXPECT_EQ(Report().Render(Format::kCsv), "");
 }
 
 TEST(Render, ControlCharactersDoNotReachTheTerminal) {
   Report report;
   report.Add(Sheet("s", "", {"a"})).Add({"\033[2J\n"});
-  EXPECT_EQ(report.Render(Format::Text), "a\n\\x1B[2J\\n\n");
+  EXPECT_EQ(report.Render(Format::kText), "a\n\\x1B[2J\\n\n");
 }
 
 TEST(Render, ColourMarksSeveritiesOnlyWhenAskedFor) {
   Report report;
   report.Add(Sheet("s", "", {"severity"})).Add({"error"});
-  EXPECT_EQ(report.Render(Format::Text, true), "severity\n\033[31merror   \033[0m\n");
-  EXPECT_EQ(report.Render(Format::Text, false), "severity\nerror\n");
+  EXPECT_EQ(report.Render(Format::kText, true), "severity\n\033[31merror   \033[0m\n");
+  EXPECT_EQ(report.Render(Format::kText, false), "severity\nerror\n");
 }
 
 TEST(Render, HiddenColumnsAndEmptySheetsStayOutOfTextOnly) {
@@ -87,9 +87,9 @@ TEST(Render, HiddenColumnsAndEmptySheetsStayOutOfTextOnly) {
   sheet.HideColumn(0);
   sheet.Add({"1", "2"});
   report.Add(Sheet("empty", "Empty", {"a"})).HideWhenEmpty();
-  EXPECT_EQ(report.Render(Format::Text), "b\n2\n");
-  EXPECT_EQ(report.Render(Format::Csv), "a,b\r\n1,2\r\n");
-  EXPECT_TRUE(nlohmann::json::parse(report.Render(Format::Json)).contains("empty"));
+  EXPECT_EQ(report.Render(Format::kText), "b\n2\n");
+  EXPECT_EQ(report.Render(Format::kCsv), "a,b\r\n1,2\r\n");
+  EXPECT_TRUE(nlohmann::json::parse(report.Render(Format::kJson)).contains("empty"));
 }
 
 TEST(Sheet, DefaultsAreLeftOutOfTextWhereEveryRowHasThem) {

@@ -23,8 +23,8 @@ TEST(ModelName, ADatabaseIsWhatStandsBehindThePrefix) {
   EXPECT_EQ(name.Text(), "rtdb:folder/grid");
   EXPECT_EQ(name.Path(), "folder/grid");
   EXPECT_TRUE(name.IsDatabase());
-  EXPECT_EQ(name.Form(), ModelForm::RealtimeDatabase);
-  EXPECT_EQ(name.FormAsOutput(), ModelForm::RealtimeDatabase);
+  EXPECT_EQ(name.Form(), ModelForm::kRealtimeDatabase);
+  EXPECT_EQ(name.FormAsOutput(), ModelForm::kRealtimeDatabase);
 }
 
 TEST(ModelName, OfADatabaseThePrefixMayBeLeftOut) {
@@ -39,9 +39,9 @@ TEST(ModelName, OfADatabaseThePrefixMayBeLeftOut) {
 TEST(ModelName, TheFormIsThatOfThePathAsItIsNow) {
   const QTemporaryDir here;
   const ModelName name((here.path() + QLatin1String("/m.obj")).toStdString());
-  EXPECT_EQ(name.Form(), ModelForm::ObjectFile);
+  EXPECT_EQ(name.Form(), ModelForm::kObjectFile);
   std::filesystem::create_directory(name.Path());
-  EXPECT_EQ(name.Form(), ModelForm::TextTables);
+  EXPECT_EQ(name.Form(), ModelForm::kTextTables);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ std::string FailureOf(F&& action) {
     action();
     return "";
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_FILE);
+    EXPECT_EQ(failure.Code(), kExitFile);
     return failure.what();
   }
 }
@@ -200,10 +200,10 @@ TEST(TextTables, TwoEqualRecordsAreNotWritten) {
 TEST(ModelIo, TheNameDecidesTheFormOfTheOutput) {
   const Workplace here;
   std::filesystem::create_directory(here / "folder.obj");
-  EXPECT_EQ(ModelName("grid.obj").FormAsOutput(), ModelForm::ObjectFile);
-  EXPECT_EQ(ModelName("grid").FormAsOutput(), ModelForm::TextTables);
-  EXPECT_EQ(ModelName("grid.obj/").FormAsOutput(), ModelForm::TextTables);
-  EXPECT_EQ(ModelName((here / "folder.obj").string()).FormAsOutput(), ModelForm::TextTables);
+  EXPECT_EQ(ModelName("grid.obj").FormAsOutput(), ModelForm::kObjectFile);
+  EXPECT_EQ(ModelName("grid").FormAsOutput(), ModelForm::kTextTables);
+  EXPECT_EQ(ModelName("grid.obj/").FormAsOutput(), ModelForm::kTextTables);
+  EXPECT_EQ(ModelName((here / "folder.obj").string()).FormAsOutput(), ModelForm::kTextTables);
 }
 
 TEST(ModelIo, ATrailingSlashIsNoPartOfTheName) {
@@ -219,7 +219,7 @@ TEST(ModelIo, AnObjectFileDoesNotTakeThePlaceOfAFolder) {
   std::filesystem::create_directory(here / "m");
   DTSDB database;
   const std::string path = (here / "m").string();
-  EXPECT_EQ(FailureOf([&] { SaveModel(database, ModelName(path), ModelForm::ObjectFile); }),
+  EXPECT_EQ(FailureOf([&] { SaveModel(database, ModelName(path), ModelForm::kObjectFile); }),
             path + ": is a folder; an object file can't take its place");
 }
 

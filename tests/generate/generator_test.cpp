@@ -141,8 +141,8 @@ TEST(Generator, LeavesSomeEquipmentOpenOrOutOfService) {
   EXPECT_LT(open, switches / 3);
 
   const auto has = [](u32 bit) { return [bit](const LN& line) { return (line.status & bit) != 0; }; };
-  EXPECT_GT(Count(*database.m_lnTable, has(BranchKind<LN>::out)), 0);
-  EXPECT_GT(Count(*database.m_lnTable, has(BranchKind<LN>::open1 | BranchKind<LN>::open2)), 0);
+  EXPECT_GT(Count(*database.m_lnTable, has(BranchKind<LN>::kOut)), 0);
+  EXPECT_GT(Count(*database.m_lnTable, has(BranchKind<LN>::kOpen1 | BranchKind<LN>::kOpen2)), 0);
   EXPECT_GT(Count(*database.m_unTable, [](const UN& unit) { return unit.ref == 0; }), 0);
 }
 

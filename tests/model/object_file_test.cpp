@@ -189,7 +189,7 @@ void Disturb(tTable<T>& table, const std::vector<int>& program) {
         if (table.GetSize() > 0) table.Remove(n % table.GetSize());
         break;
       default:
-        if constexpr (T::kKey != RecordKey::Relation) {
+        if constexpr (T::kKey != RecordKey::kRelation) {
           const T key = record;
           FillFields(record, ++tag);
           record.id = key.id;

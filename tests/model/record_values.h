@@ -42,9 +42,9 @@ bool SameFields(const T& a, const T& b) {
 template <class T>
 T Keyed(int number) {
   const QString text = QStringLiteral("k%1").arg(number, 6, 10, QLatin1Char('0'));
-  if constexpr (T::kKey == RecordKey::Identified) {
+  if constexpr (T::kKey == RecordKey::kIdentified) {
     return T(text);
-  } else if constexpr (T::kKey == RecordKey::Numbered) {
+  } else if constexpr (T::kKey == RecordKey::kNumbered) {
     return T(number);
   } else {
     return T(QStringLiteral("p"), text);
@@ -79,9 +79,9 @@ inline void FillTables(DTSDB& database, int rows) {
       T record;
       FillFields(record, ++seed);
       const T key = Keyed<T>(i);
-      if constexpr (T::kKey == RecordKey::Relation) {
-        record.*Relation<T>::parentId = key.*Relation<T>::parentId;
-        record.*Relation<T>::childId = key.*Relation<T>::childId;
+      if constexpr (T::kKey == RecordKey::kRelation) {
+        record.*Relation<T>::kParentId = key.*Relation<T>::kParentId;
+        record.*Relation<T>::kChildId = key.*Relation<T>::kChildId;
       } else {
         record.id = key.id;
       }

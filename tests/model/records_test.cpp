@@ -59,7 +59,7 @@ TEST(Records, BuiltByKeyDifferFromADefaultOneInTheKeyOnly) {
     const T keyed = Keyed<T>(7);
     ForEachField(keyed, [&]<class Value>(const FieldInfo& field, const Value& value) {
       const std::string name = field.name;
-      const bool isKey = T::kKey == RecordKey::Relation ? name.ends_with("_id") : name == "id";
+      const bool isKey = T::kKey == RecordKey::kRelation ? name.ends_with("_id") : name == "id";
       EXPECT_EQ(value == field.In<Value>(&fresh), !isKey) << name;
     });
   });
@@ -71,10 +71,10 @@ TEST(Records, AreEqualByKeyWhateverElseDiffers) {
     T b;
     FillFields(b, 3);
     EXPECT_FALSE(a == b);
-    if constexpr (T::kKey == RecordKey::Relation) {
-      b.*Relation<T>::parentId = a.*Relation<T>::parentId;
+    if constexpr (T::kKey == RecordKey::kRelation) {
+      b.*Relation<T>::kParentId = a.*Relation<T>::kParentId;
       EXPECT_FALSE(a == b);
-      b.*Relation<T>::childId = a.*Relation<T>::childId;
+      b.*Relation<T>::kChildId = a.*Relation<T>::kChildId;
     } else {
       b.id = a.id;
     }
@@ -180,11 +180,11 @@ TEST(Records, FieldsLieBehindEachOtherAndFillTheRecord) {
 TEST(Records, LinksOfEquipmentAreTheNumbersNamedSo) {
   const std::set<std::string> ends = {"cb2", "zcb2", "ln2", "zln2", "dln2", "zdln2", "xf2", "zxf2", "zbr2", "zzbr2"};
   ForEachClass([&]<class T>(const T&) {
-    if constexpr (T::kKey == RecordKey::Identified && T::kKind != KIND_ANALOG && T::kKind != KIND_ND) {
+    if constexpr (T::kKey == RecordKey::kIdentified && T::kKind != KIND_ANALOG && T::kKind != KIND_ND) {
       for (const FieldInfo& field : T::Fields()) {
         const std::string name = field.name;
         const bool isNamedSo = name.starts_with("i") || name.starts_with("r_") || ends.count(name) > 0;
-        EXPECT_EQ(field.IsLink(), field.type == FieldType::I32 && isNamedSo) << name;
+        EXPECT_EQ(field.IsLink(), field.type == FieldType::kI32 && isNamedSo) << name;
       }
     }
   });
@@ -198,18 +198,18 @@ TEST(Relations, AreFoundByTheirChildren) {
 
 TEST(Relations, NameTheirEnds) {
   ForEachClass([]<class T>(const T&) {
-    if constexpr (T::kKey == RecordKey::Relation) {
+    if constexpr (T::kKey == RecordKey::kRelation) {
       using Row = Relation<T>;
       T row(QStringLiteral("parent"), QStringLiteral("child"));
-      row.*Row::childNumber = 5;
-      EXPECT_EQ(row.*Row::parentId, QStringLiteral("parent"));
-      EXPECT_EQ(row.*Row::childId, QStringLiteral("child"));
-      EXPECT_EQ(row.*Row::parentNumber, 0);
+      row.*Row::kChildNumber = 5;
+      EXPECT_EQ(row.*Row::kParentId, QStringLiteral("parent"));
+      EXPECT_EQ(row.*Row::kChildId, QStringLiteral("child"));
+      EXPECT_EQ(row.*Row::kParentNumber, 0);
       EXPECT_EQ(row.ChildNumber(), 5);
       typename Row::Parent parent;
-      parent.*Row::head = 3;
+      parent.*Row::kHead = 3;
       typename Row::Child child;
-      child.*Row::own = 4;
+      child.*Row::kOwn = 4;
       EXPECT_EQ(std::string(T::kTableName), std::string("R_") + Row::Parent::kTableName + "_" + Row::Child::kTableName);
     }
   });

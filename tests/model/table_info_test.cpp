@@ -30,8 +30,8 @@ TEST(TableInfo, KeysAreTheIdentitiesAndNumbers) {
   for (const TableInfo& table : Tables()) {
     for (const FieldInfo& field : table.KeyFields()) {
       const std::string name = field.name;
-      EXPECT_TRUE(table.key == RecordKey::Relation ? name.ends_with("_id") : name == "id") << table.name;
-      EXPECT_EQ(field.type, table.key == RecordKey::Numbered ? FieldType::I32 : FieldType::Text) << table.name;
+      EXPECT_TRUE(table.key == RecordKey::kRelation ? name.ends_with("_id") : name == "id") << table.name;
+      EXPECT_EQ(field.type, table.key == RecordKey::kNumbered ? FieldType::kI32 : FieldType::kText) << table.name;
     }
   }
 }

@@ -85,7 +85,7 @@ class Output(unittest.TestCase):
             finally:
                 generate.SCHEMA = before
         self.assertIn("f64 load = 0;     ///< load of the company, in MW", files["model/records/hierarchy.h"])
-        self.assertIn('{"load", FieldType::F64, offsetof(CO, load), KIND_NONE, "MW", "input", "load of the company"}',
+        self.assertIn('{"load", FieldType::kF64, offsetof(CO, load), KIND_NONE, "MW", "input", "load of the company"}',
                       files["model/records/hierarchy.cpp"])
         self.assertIn("real8 load{};", files["rtdb/rows/hierarchy.h"])
         self.assertIn("FIELD(load)", files["rtdb/rows/hierarchy.h"])

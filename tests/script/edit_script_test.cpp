@@ -16,7 +16,7 @@ std::string Wrong(const std::string& script) {
   try {
     ReadEditScript("s.txt", script);
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_FILE);
+    EXPECT_EQ(failure.Code(), kExitFile);
     return failure.what();
   }
   ADD_FAILURE() << "was read: " << script;

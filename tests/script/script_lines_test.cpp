@@ -16,7 +16,7 @@ std::string Refusal(const char* line) {
   try {
     SplitWords(line);
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_USAGE);
+    EXPECT_EQ(failure.Code(), kExitUsage);
     return failure.what();
   }
   return "";
@@ -63,16 +63,16 @@ TEST(ScriptLines, AreNumberedWhateverTheirEnds) {
   ForEachLine("s.txt",
               "\xEF\xBB\xBF"
               "a\r\n\nb",
-              EXIT_FILE, [&](int number, std::string_view line) { lines.emplace_back(number, line); });
+              kExitFile, [&](int number, std::string_view line) { lines.emplace_back(number, line); });
   EXPECT_EQ(lines, (std::vector<std::pair<int, std::string>>{{1, "a\r"}, {2, ""}, {3, "b"}}));
 }
 
 TEST(ScriptLines, FailuresNameFileAndLine) {
   try {
-    ForEachLine("s.txt", "a\n'b\n", EXIT_FILE, [](int, std::string_view line) { SplitWords(line); });
+    ForEachLine("s.txt", "a\n'b\n", kExitFile, [](int, std::string_view line) { SplitWords(line); });
     FAIL() << "was read";
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_FILE);
+    EXPECT_EQ(failure.Code(), kExitFile);
     EXPECT_STREQ(failure.what(), "s.txt, line 2: a quote isn't closed");
   }
 }

@@ -20,7 +20,7 @@ std::string Refusal(Call call) {
   try {
     call();
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_USAGE);
+    EXPECT_EQ(failure.Code(), kExitUsage);
     return failure.what();
   }
   return "";

@@ -40,7 +40,7 @@ TEST(SwitchScript, WrongLinesAreRefusedWithTheirNumber) {
     TakeSwitchScript("s.txt", "open CB a\nopen CB\n", runs);
     FAIL() << "was read";
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.Code(), EXIT_USAGE);
+    EXPECT_EQ(failure.Code(), kExitUsage);
     EXPECT_STREQ(failure.what(), "s.txt, line 2: behind 'CB' the identity is missing");
   }
 }

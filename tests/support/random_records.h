@@ -41,9 +41,9 @@ class RandomRecords {
   T Record(int n) {
     T record;
     ForEachField(record, [this](const FieldInfo&, auto& value) { Fill(value); });
-    if constexpr (T::kKey == RecordKey::Relation) {
-      record.*Relation<T>::childId = QString::number(n) + record.*Relation<T>::childId;
-    } else if constexpr (T::kKey == RecordKey::Identified) {
+    if constexpr (T::kKey == RecordKey::kRelation) {
+      record.*Relation<T>::kChildId = QString::number(n) + record.*Relation<T>::kChildId;
+    } else if constexpr (T::kKey == RecordKey::kIdentified) {
       record.id = QString::number(n) + QLatin1Char('/') + record.id;
     } else {
       record.id = n;

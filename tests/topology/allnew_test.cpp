@@ -187,7 +187,7 @@ TEST_F(AllnewTest, StoredSectionsEndBehindTheFirstFreeOneOrWithTheArray) {
     for (int i = 0; i < lines; ++i) {
       const std::string id = "L" + std::to_string(i);
       n.Line(id.c_str(), "DV", "A", "B", "A220", "B220", "a", "b");
-      n.Of<LN>(id.c_str()).status = BranchKind<LN>::open2;
+      n.Of<LN>(id.c_str()).status = BranchKind<LN>::kOpen2;
     }
     ASSERT_TRUE(n.Validate());
     Tighten(n.Table<ND>());
@@ -214,7 +214,7 @@ TEST_F(AllnewTest, FailedRunWritesItsLinesAndLeavesTheTablesEmpty) {
   TwoStations();
   ASSERT_TRUE(m.Validate());
   m.Db().m_rKvNdTable->GetPh(m.Of<ND>("b").r_kv_nd).ikv = -1;  // end 2 of the line now lies in no level
-  m.Of<LN>("L").status |= BranchKind<LN>::open2;
+  m.Of<LN>("L").status |= BranchKind<LN>::kOpen2;
   int result = 1;
   const Lines lines = FailureLines([&] { result = tp.tpAllnew(); });
   EXPECT_EQ(result, 0);
@@ -230,7 +230,7 @@ void ChainThroughAll(DTSDB& model) {
   tTable<Row>& rows = TableOf<Row>(model);
   for (int i = 0; i < rows.GetCount(); ++i) rows[i].next = (i + 1) % rows.GetCount();
   auto& parents = TableOf<typename Relation<Row>::Parent>(model);
-  for (int i = 0; i < parents.GetCount(); ++i) parents[i].*Relation<Row>::head = 0;
+  for (int i = 0; i < parents.GetCount(); ++i) parents[i].*Relation<Row>::kHead = 0;
 }
 
 // Else the time of a run would grow with the square of the model.

@@ -56,12 +56,12 @@ void CheckMemories(SwitchedNetwork& network) {
     const Branch& branch = branches[i];
     const auto isCut = [&](int nd, u32 openBit) {
       const BS& section = network.probe.Section(nodes.GetPh(nd).ibs);
-      return (branch.status & (openBit | Kind::out)) != 0 || (section.status & BS_ISOLATED) != 0;
+      return (branch.status & (openBit | Kind::kOut)) != 0 || (section.status & BS_ISOLATED) != 0;
     };
-    const bool cut1 = isCut(branch.ind, Kind::open1);
-    const bool cut2 = isCut(branch.iznd, Kind::open2);
-    RC_ASSERT(static_cast<bool>(ends.GetPh(branch.*Kind::fromEnd).flags & END_ISOLATED) == cut1);
-    RC_ASSERT(static_cast<bool>(ends.GetPh(branch.*Kind::toEnd).flags & END_ISOLATED) == cut2);
+    const bool cut1 = isCut(branch.ind, Kind::kOpen1);
+    const bool cut2 = isCut(branch.iznd, Kind::kOpen2);
+    RC_ASSERT(static_cast<bool>(ends.GetPh(branch.*Kind::kFromEnd).flags & END_ISOLATED) == cut1);
+    RC_ASSERT(static_cast<bool>(ends.GetPh(branch.*Kind::kToEnd).flags & END_ISOLATED) == cut2);
     RC_ASSERT(static_cast<bool>(branch.tp_status & TP_END1_ISOLATED) == cut1);
     RC_ASSERT(static_cast<bool>(branch.tp_status & TP_END2_ISOLATED) == cut2);
   }

@@ -146,8 +146,8 @@ class ListChecks {
     auto& branches = m_model.Table<Branch>();
     for (int i = 0; i < branches.GetCount(); ++i) {
       const Branch& branch = branches[i];
-      for (const auto& [end, nd, bs] : {std::tuple{branch.*Kind::fromEnd, branch.ind, branch.ibs},
-                                        {branch.*Kind::toEnd, branch.iznd, branch.izbs}}) {
+      for (const auto& [end, nd, bs] : {std::tuple{branch.*Kind::kFromEnd, branch.ind, branch.ibs},
+                                        {branch.*Kind::kToEnd, branch.iznd, branch.izbs}}) {
         const auto found = sectionOf.find({KindOf<typename Kind::End>, end});
         const int hangsOn = found == sectionOf.end() ? 0 : found->second;
         Check(IsAstray(nd, bs) || hangsOn == bs, "an end of ", IdToBytes(branch.id).constData(),

@@ -180,7 +180,7 @@ TEST_F(NodePassTest, TwoBranchEndsWithoutADeviceAreLegal) {
 TEST_F(NodePassTest, BranchEndsOutOfServiceCount) {
   OneLine();
   m.Line("L2", "DV", "A", "B", "A220", "B220", "a", "z");
-  m.Of<LN>("L").status = m.Of<LN>("L2").status = BranchKind<LN>::out;
+  m.Of<LN>("L").status = m.Of<LN>("L2").status = BranchKind<LN>::kOut;
   Run();
   EXPECT_TRUE(IsLegal("a"));
 }

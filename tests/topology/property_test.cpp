@@ -110,7 +110,7 @@ RC_GTEST_PROP(TopologyProperty, EndsAreIsolatedAndHeldByFragmentsAsTheStatesDema
       RC_ASSERT(held.status & BS_ISOLATED);
       RC_ASSERT(held.island == live.island);
     } else {
-      RC_ASSERT(branch.status & BranchKind<std::remove_cvref_t<decltype(branch)>>::out);
+      RC_ASSERT(branch.status & BranchKind<std::remove_cvref_t<decltype(branch)>>::kOut);
     }
   });
   for (const int bs : solved.probe.Ring()) fragments -= solved.probe.Section(bs).status & BS_ISOLATED ? 1 : 0;
@@ -208,7 +208,7 @@ void Damage(RandomNetwork& network, int count) {
     for (int i = 0; i < table.GetCount(); ++i) {
       auto& record = table[i];
       for (const FieldInfo& field : record.Fields()) {
-        if (field.type == FieldType::I32) numbers.push_back(&field.In<i32>(&record));
+        if (field.type == FieldType::kI32) numbers.push_back(&field.In<i32>(&record));
       }
     }
   });

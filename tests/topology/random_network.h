@@ -78,8 +78,8 @@ class RandomNetwork {
     if (!Chance(20) || !m_withZbrs) return;
     const std::string zbr = Name("Z");
     m_model.Zbr(zbr.c_str(), breaker.c_str());
-    if (Chance(20)) m_model.Of<ZBR>(zbr.c_str()).status = BranchKind<ZBR>::out;
-    if (Chance(20)) m_model.Of<ZBR>(zbr.c_str()).status |= BranchKind<ZBR>::open1;
+    if (Chance(20)) m_model.Of<ZBR>(zbr.c_str()).status = BranchKind<ZBR>::kOut;
+    if (Chance(20)) m_model.Of<ZBR>(zbr.c_str()).status |= BranchKind<ZBR>::kOpen1;
   }
 
   void AddDevice(const Level& level) {
@@ -136,9 +136,9 @@ class RandomNetwork {
 
   template <class Branch>
   void RandomStatus(Branch& branch) {
-    if (Chance(15)) branch.status |= BranchKind<Branch>::out;
-    if (Chance(15)) branch.status |= BranchKind<Branch>::open1;
-    if (Chance(15)) branch.status |= BranchKind<Branch>::open2;
+    if (Chance(15)) branch.status |= BranchKind<Branch>::kOut;
+    if (Chance(15)) branch.status |= BranchKind<Branch>::kOpen1;
+    if (Chance(15)) branch.status |= BranchKind<Branch>::kOpen2;
   }
 
   std::mt19937 m_random;
@@ -203,8 +203,8 @@ class PlainTopology {
   template <class Branch>
   bool IsCut(const Branch& branch, int end) const {
     using Kind = BranchKind<Branch>;
-    const bool open = branch.status & (end == 1 ? Kind::open1 : Kind::open2);
-    return open || (branch.status & Kind::out) || !IsLegal(end == 1 ? branch.ind : branch.iznd);
+    const bool open = branch.status & (end == 1 ? Kind::kOpen1 : Kind::kOpen2);
+    return open || (branch.status & Kind::kOut) || !IsLegal(end == 1 ? branch.ind : branch.iznd);
   }
 
   /// Visits all lines, windings, zero-impedance branches and DC lines.

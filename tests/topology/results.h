@@ -56,7 +56,7 @@ class TopologyTest : public testing::Test {
   bool DescribeAs(const BSL& entry, std::string* text) {
     if (entry.kind != KindOf<T>) return false;
     *text = std::string(T::kTableName) + ":";
-    if constexpr (T::kKey == RecordKey::Identified) {
+    if constexpr (T::kKey == RecordKey::kIdentified) {
       *text += TextFromId(m.Table<T>().GetPh(entry.ref).id).toStdString();
     } else {
       *text += std::to_string(entry.ref);

@@ -390,11 +390,11 @@ std::string ScenarioRun::Cut(const std::string& table, const std::string& id) {
   std::string text = "no branch";
   VisitRecord(m_network.Model().Db(), table, id, [&](const auto& record) {
     using Record = std::remove_cvref_t<decltype(record)>;
-    if constexpr (requires { BranchKind<Record>::open1; }) {
+    if constexpr (requires { BranchKind<Record>::kOpen1; }) {
       using Kind = BranchKind<Record>;
       auto& ends = m_network.Model().Table<typename Kind::End>();
-      const bool from = ends.GetPh(record.*Kind::fromEnd).flags & END_ISOLATED;
-      const bool to = ends.GetPh(record.*Kind::toEnd).flags & END_ISOLATED;
+      const bool from = ends.GetPh(record.*Kind::kFromEnd).flags & END_ISOLATED;
+      const bool to = ends.GetPh(record.*Kind::kToEnd).flags & END_ISOLATED;
       text = from ? (to ? "both" : "from") : (to ? "to" : kNone);
       if (from != ((record.tp_status & TP_END1_ISOLATED) != 0)) text += ", unlike tp_status at the from end";
       if (to != ((record.tp_status & TP_END2_ISOLATED) != 0)) text += ", unlike tp_status at the to end";

@@ -34,7 +34,7 @@ class SectionListTest : public TopologyTest {
 //                                      live from a; b is alone and dead
 TEST_F(SectionListTest, OpenEndFacingALiveOneStandsOnOneBrokenFragment) {
   OneLine();
-  m.Of<LN>("L").status = BranchKind<LN>::open2;
+  m.Of<LN>("L").status = BranchKind<LN>::kOpen2;
   Run();
   EXPECT_EQ(FragmentCount(), 1);
   const int fragment = m.Of<LN>("L").izbs;
@@ -56,7 +56,7 @@ TEST_F(SectionListTest, OpenEndFacingALiveOneStandsOnOneBrokenFragment) {
 TEST_F(SectionListTest, OpenFromEndStandsOnAFragmentOfItsOwnLevel) {
   OneLine();
   m.Unit("V", "B220", "b");
-  m.Of<LN>("L").status = BranchKind<LN>::open1;
+  m.Of<LN>("L").status = BranchKind<LN>::kOpen1;
   Run();
   const int fragment = m.Of<LN>("L").ibs;
   EXPECT_EQ(Section(fragment).status, BS_ISOLATED | BS_BROKEN);
@@ -67,7 +67,7 @@ TEST_F(SectionListTest, OpenFromEndStandsOnAFragmentOfItsOwnLevel) {
 
 TEST_F(SectionListTest, BranchOpenAtBothEndsStandsOnNothing) {
   OneLine();
-  m.Of<LN>("L").status = BranchKind<LN>::open1 | BranchKind<LN>::open2;
+  m.Of<LN>("L").status = BranchKind<LN>::kOpen1 | BranchKind<LN>::kOpen2;
   Run();
   EXPECT_EQ(FragmentCount(), 0);
   EXPECT_EQ(m.Of<LN>("L").ibs, 0);
@@ -77,7 +77,7 @@ TEST_F(SectionListTest, BranchOpenAtBothEndsStandsOnNothing) {
 
 TEST_F(SectionListTest, BranchOutOfServiceStandsOnNothing) {
   OneLine();
-  m.Of<LN>("L").status = BranchKind<LN>::out;
+  m.Of<LN>("L").status = BranchKind<LN>::kOut;
   Run();
   EXPECT_EQ(FragmentCount(), 0);
   EXPECT_EQ(m.Of<LN>("L").ibs, 0);
@@ -89,7 +89,7 @@ TEST_F(SectionListTest, BranchOutOfServiceStandsOnNothing) {
 // The four classes of branch differ in their bits only.
 template <class Branch>
 void OpenEnd2(Branch& branch) {
-  branch.status = BranchKind<Branch>::open2;
+  branch.status = BranchKind<Branch>::kOpen2;
 }
 
 //   U a ==L== b D,  a ==DC==/ f
@@ -215,7 +215,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchJoinsTwoSections) {
 TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd1) {
   ZeroImpedance();
   m.Unit("V", "A220", "c");
-  m.Of<ZBR>("Z").status = BranchKind<ZBR>::open1;
+  m.Of<ZBR>("Z").status = BranchKind<ZBR>::kOpen1;
   Run();
   EXPECT_EQ(Section(m.Of<ZBR>("Z").ibs).status, BS_ISOLATED | BS_BROKEN);
   EXPECT_EQ(m.Of<ZBR>("Z").izbs, SectionOf("c"));
@@ -226,7 +226,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd1) {
 // Kept: K37.
 TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2OrphansItsFragment) {
   ZeroImpedance();
-  m.Of<ZBR>("Z").status = BranchKind<ZBR>::open2;
+  m.Of<ZBR>("Z").status = BranchKind<ZBR>::kOpen2;
   ASSERT_TRUE(m.Validate());
   int result = 1;
   EXPECT_EQ(FailureLines([&] { result = tp.tpAllnew(); }),
@@ -239,10 +239,10 @@ TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2OrphansItsFragment) {
 // Kept: K37.
 TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2ReadsTheLineOfItsNumber) {
   ZeroImpedance();
-  m.Of<ZBR>("Z").status = BranchKind<ZBR>::open2;
+  m.Of<ZBR>("Z").status = BranchKind<ZBR>::kOpen2;
   ASSERT_TRUE(m.Validate());
   ASSERT_EQ(m.Number<ZBR>("Z"), m.Number<LN>("L"));
-  m.Of<LN>("L").status |= BranchKind<ZBR>::open2;
+  m.Of<LN>("L").status |= BranchKind<ZBR>::kOpen2;
   ASSERT_EQ(tp.tpAllnew(), 1);
   EXPECT_EQ(Section(m.Of<ZBR>("Z").izbs).status, BS_ISOLATED | BS_BROKEN);
   EXPECT_EQ(m.Of<ZBR>("Z").ibs, SectionOf("a"));
@@ -253,7 +253,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchOpenAtEnd2ReadsTheLineOfItsNumber) {
 TEST_F(SectionListTest, LineOfTheSameNumberKeepsAClosedEnd2OnTheHead) {
   ZeroImpedance();
   ASSERT_TRUE(m.Validate());
-  m.Of<LN>("L").status |= BranchKind<ZBR>::open2;
+  m.Of<LN>("L").status |= BranchKind<ZBR>::kOpen2;
   ASSERT_EQ(tp.tpAllnew(), 1);
   EXPECT_EQ(m.Of<ZBR>("Z").izbs, 0);
   EXPECT_EQ(m.Of<ZBR>("Z").tp_status, 0U);
@@ -265,7 +265,7 @@ TEST_F(SectionListTest, ZeroImpedanceBranchBeyondTheLinesReadsAClearBit) {
   m.Station("A").Kv("A220").Station("B").Kv("B220").Unit("U", "A220", "a").Load("D", "B220", "b");
   m.Breaker("q", "A220", "a", "c").Zbr("Z", "q");
   m.DcLine("DC", "DV", "A", "B", "A220", "B220", "c", "b");
-  m.Of<ZBR>("Z").status = BranchKind<ZBR>::open2;
+  m.Of<ZBR>("Z").status = BranchKind<ZBR>::kOpen2;
   ASSERT_TRUE(m.Validate());
   m.Table<LN>().SetSize(0);
   int result = 1;

@@ -98,7 +98,7 @@ class SwitchedNetwork {
   void CloseEnds() {
     auto& table = Model().Table<Branch>();
     for (int i = 0; i < table.GetCount(); ++i) {
-      table[i].status &= ~(BranchKind<Branch>::open1 | BranchKind<Branch>::open2);
+      table[i].status &= ~(BranchKind<Branch>::kOpen1 | BranchKind<Branch>::kOpen2);
     }
   }
   void CloseAllEnds() {

@@ -29,7 +29,7 @@ class AddTest : public testing::Test {
   template <class Row>
   Texts Children(const char* parent) {
     using R = Relation<Row>;
-    return ChainOf<Row>(model.Db(), model.Of<typename R::Parent>(parent).*R::head);
+    return ChainOf<Row>(model.Db(), model.Of<typename R::Parent>(parent).*R::kHead);
   }
 
   ModelBuilder model = TwoStations();
@@ -275,9 +275,9 @@ void TestLineThatSortsLast(Editing& edit) {
   const Line& row = m.Of<Line>("A9");
   EXPECT_EQ(row.status, line.status);
   EXPECT_EQ(row.ind, m.Number<ND>("N1"));
-  EXPECT_EQ(row.*Kind::fromEnd, m.Number<typename Kind::End>("A9i"));
-  EXPECT_EQ(row.*Kind::toEnd, m.Number<typename Kind::End>("A9z"));
-  EXPECT_EQ((m.Of<typename Kind::End>("A9z").*Kind::owner), m.Number<Line>("A9"));
+  EXPECT_EQ(row.*Kind::kFromEnd, m.Number<typename Kind::End>("A9i"));
+  EXPECT_EQ(row.*Kind::kToEnd, m.Number<typename Kind::End>("A9z"));
+  EXPECT_EQ((m.Of<typename Kind::End>("A9z").*Kind::kOwner), m.Number<Line>("A9"));
   EXPECT_EQ(m.Of<typename Kind::End>("A9i").iana_p, m.Number<ANALOG>("P"));
   Line inside = NewLine<Line>("A99", "D1", "S1", "S2", "K1", "K3", "N2", "N5");
   EXPECT_EQ(edit.Add(inside), "");
@@ -294,8 +294,8 @@ void TestHeadOfAFirstLine(Editing& edit) {
   ModelBuilder& m = edit.model;
   Line line = NewLine<Line>("A9", "D1", "S2", "S1", "K3", "K1", "N4", "N1");
   EXPECT_EQ(edit.Add(line), "");
-  EXPECT_EQ(m.Of<DV>("D1").*R::head, -1);
-  EXPECT_EQ(m.Of<DV>("D2").*R::head, m.Of<Line>("A9").*R::own) << "bears the number of station S2";
+  EXPECT_EQ(m.Of<DV>("D1").*R::kHead, -1);
+  EXPECT_EQ(m.Of<DV>("D2").*R::kHead, m.Of<Line>("A9").*R::kOwn) << "bears the number of station S2";
 }
 
 // Kept: K21.
@@ -344,11 +344,11 @@ void TestLineThatSortsFirst(Editing& edit, const char* reason) {
   Line first = NewLine<Line>("A1", "D1", "S1", "S2", "K1", "K3", "N2", "N5");
   ASSERT_EQ(edit.Add(last), "");
   EXPECT_EQ(edit.Add(first), reason) << "the ends of A9 exist";
-  EXPECT_EQ(m.Of<Line>("A9").*Kind::fromEnd, -1) << "and A9 has lost them";
-  EXPECT_EQ(m.Of<Line>("A1").*Kind::fromEnd, -1);
+  EXPECT_EQ(m.Of<Line>("A9").*Kind::kFromEnd, -1) << "and A9 has lost them";
+  EXPECT_EQ(m.Of<Line>("A1").*Kind::kFromEnd, -1);
   EXPECT_EQ(edit.Revalidate(), Texts());
-  EXPECT_EQ(m.Of<Line>("A1").*Kind::fromEnd, m.Number<typename Kind::End>("A1i"));
-  EXPECT_EQ(m.Of<Line>("A9").*Kind::fromEnd, m.Number<typename Kind::End>("A9i"));
+  EXPECT_EQ(m.Of<Line>("A1").*Kind::kFromEnd, m.Number<typename Kind::End>("A1i"));
+  EXPECT_EQ(m.Of<Line>("A9").*Kind::kFromEnd, m.Number<typename Kind::End>("A9i"));
 }
 
 // Kept: K22.
@@ -479,7 +479,7 @@ void Fill(ModelBuilder& m) {
   table.SetGrowBy(0);
   for (int number = 1000; table.GetCount() < table.GetSize(); ++number) {
     const QString id = Id(("zz" + std::to_string(number)).c_str());
-    if constexpr (T::kKey == RecordKey::Relation) {
+    if constexpr (T::kKey == RecordKey::kRelation) {
       ASSERT_NE(table.Add(T(id, id)), -1);
     } else {
       ASSERT_NE(table.Add(T(id)), -1);

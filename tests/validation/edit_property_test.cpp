@@ -177,8 +177,8 @@ void DamageNumbers(tTable<T>& table, RandomEdits& random) {
     const int numbers[] = {-2, -1, 0, 1, random.Number(0, 20), 300, 1 << 30};
     const int number = numbers[random.Number(0, 6)];
     for (const FieldInfo& field : T::Fields()) {
-      if (field.type != FieldType::I32) continue;
-      if (at-- == 0 && (T::kKey != RecordKey::Numbered || std::string_view(field.name) != "id")) {
+      if (field.type != FieldType::kI32) continue;
+      if (at-- == 0 && (T::kKey != RecordKey::kNumbered || std::string_view(field.name) != "id")) {
         field.In<i32>(&record) = number;
       }
     }

@@ -33,7 +33,7 @@ class RemoveTest : public testing::Test {
   template <class Row>
   Texts Children(const char* parent) {
     using R = Relation<Row>;
-    return ChainOf<Row>(model.Db(), model.Of<typename R::Parent>(parent).*R::head);
+    return ChainOf<Row>(model.Db(), model.Of<typename R::Parent>(parent).*R::kHead);
   }
   template <class Row>
   bool HasRow(const char* parent, const char* child) {
@@ -43,7 +43,7 @@ class RemoveTest : public testing::Test {
   template <class Row>
   Row& RowOf(const char* child) {
     using R = Relation<Row>;
-    return model.Table<Row>().GetPh(model.Of<typename R::Child>(child).*R::own);
+    return model.Table<Row>().GetPh(model.Of<typename R::Child>(child).*R::kOwn);
   }
 
   ModelBuilder model = TwoStations();
@@ -165,10 +165,10 @@ void TestStuckShunt(const char* levelLess, const char* unrelated) {
     ASSERT_EQ(edit.Add(other), "");
     if (hasRow) {
       m.Table<R_KV_ND>().GetPh(m.Of<ND>("N9").r_kv_nd).ikv = -1;
-      m.Table<Row>().GetPh(m.Of<Shunt>("Y").*Relation<Row>::own).ikv = -1;
+      m.Table<Row>().GetPh(m.Of<Shunt>("Y").*Relation<Row>::kOwn).ikv = -1;
     } else {
       m.Of<ND>("N9").r_kv_nd = -1;
-      m.Of<Shunt>("Y").*Relation<Row>::own = -1;
+      m.Of<Shunt>("Y").*Relation<Row>::kOwn = -1;
     }
     EXPECT_EQ(edit.Remove(shunt), levelLess);
     EXPECT_EQ(edit.Remove(other), unrelated);
@@ -224,7 +224,7 @@ bool IsThere(ModelBuilder& m, const char* id) {
 template <class Row>
 bool IsRelated(ModelBuilder& m, const char* child) {
   for (int i = 0; i < m.Table<Row>().GetCount(); ++i) {
-    if (m.Table<Row>()[i].*Relation<Row>::childId == Id(child)) return true;
+    if (m.Table<Row>()[i].*Relation<Row>::kChildId == Id(child)) return true;
   }
   return false;
 }
@@ -287,20 +287,20 @@ void TestStuckBranch(ModelBuilder (*model)(), const StuckTexts& texts) {
   const auto stuck = [model](auto damage) { return Stuck<Branch>(model, damage); };
   for (const bool isTo : {false, true}) {
     const auto node = [isTo](ModelBuilder& m) -> ND& { return m.Of<ND>(isTo ? "N9" : "N8"); };
-    const auto end = isTo ? Kind::toEnd : Kind::fromEnd;
+    const auto end = isTo ? Kind::kToEnd : Kind::kFromEnd;
     const char* const levelLess = isTo ? texts.toLevelLess : texts.fromLevelLess;
     const char* const endMissing = isTo ? texts.toEndMissing : texts.fromEndMissing;
     EXPECT_EQ(stuck([&](ModelBuilder& m, Branch&) { node(m).r_kv_nd = -1; }), levelLess);
     EXPECT_EQ(stuck([&](ModelBuilder& m, Branch&) { m.Table<R_KV_ND>().GetPh(node(m).r_kv_nd).ikv = -1; }), levelLess);
     EXPECT_EQ(stuck([&](ModelBuilder&, Branch& branch) { branch.*end = -1; }), endMissing);
     EXPECT_EQ(stuck([&](ModelBuilder& m, Branch& branch) {
-                m.Table<typename Kind::End>().GetPh(branch.*end).*Relation<typename Kind::Row>::own = -1;
+                m.Table<typename Kind::End>().GetPh(branch.*end).*Relation<typename Kind::Row>::kOwn = -1;
               }),
               endMissing);
   }
-  EXPECT_EQ(stuck([](ModelBuilder&, Branch& branch) { branch.*Relation<Row>::own = -1; }), texts.unrelated);
+  EXPECT_EQ(stuck([](ModelBuilder&, Branch& branch) { branch.*Relation<Row>::kOwn = -1; }), texts.unrelated);
   EXPECT_EQ(stuck([](ModelBuilder& m, Branch& branch) {
-              m.Table<Row>().GetPh(branch.*Relation<Row>::own).*Relation<Row>::parentNumber = -1;
+              m.Table<Row>().GetPh(branch.*Relation<Row>::kOwn).*Relation<Row>::kParentNumber = -1;
             }),
             texts.unrelated);
 }

@@ -56,8 +56,8 @@ class ModelLinks {
 
   template <class T>
   static std::string Key(const T& record) {
-    if constexpr (T::kKey == RecordKey::Relation) {
-      return Utf8(record.*Relation<T>::parentId) + ">" + Utf8(record.*Relation<T>::childId);
+    if constexpr (T::kKey == RecordKey::kRelation) {
+      return Utf8(record.*Relation<T>::kParentId) + ">" + Utf8(record.*Relation<T>::kChildId);
     } else {
       return Utf8(record.id);
     }
@@ -81,17 +81,17 @@ class ModelLinks {
   void AddRelation() {
     using R = Relation<Row>;
     ForEach<Row>([&](const Row& row) {
-      Add(row, "parent", Named<typename R::Parent>(row.*R::parentNumber));
-      Add(row, "child", Named<typename R::Child>(row.*R::childNumber));
+      Add(row, "parent", Named<typename R::Parent>(row.*R::kParentNumber));
+      Add(row, "child", Named<typename R::Child>(row.*R::kChildNumber));
     });
     ForEach<typename R::Parent>([&](const typename R::Parent& parent) {
-      const Texts chain = ChainOf<Row>(m_database, parent.*R::head);
+      const Texts chain = ChainOf<Row>(m_database, parent.*R::kHead);
       std::string children;
       for (const std::string& child : std::multiset<std::string>(chain.begin(), chain.end())) children += child + ",";
       Add(parent, std::string(Row::kTableName), children);
     });
     ForEach<typename R::Child>(
-        [&](const typename R::Child& child) { Add(child, "own row", Named<Row>(child.*R::own)); });
+        [&](const typename R::Child& child) { Add(child, "own row", Named<Row>(child.*R::kOwn)); });
   }
 
   /// The nodes, measurements, breaker and status point of a record.
@@ -99,7 +99,7 @@ class ModelLinks {
   void AddNumbers() {
     ForEach<Record>([&](const Record& record) {
       for (const FieldInfo& field : Record::Fields()) {
-        if (field.type != FieldType::I32) continue;
+        if (field.type != FieldType::kI32) continue;
         const std::string name = field.name;
         const i32 number = field.In<i32>(&record);
         if (name == "ind" || name == "iznd") Add(record, name, Named<ND>(number));
@@ -117,11 +117,11 @@ class ModelLinks {
     AddNumbers<Branch>();
     AddNumbers<End>();
     ForEach<Branch>([&](const Branch& branch) {
-      Add(branch, "from end", Named<End>(branch.*Kind::fromEnd));
-      Add(branch, "to end", Named<End>(branch.*Kind::toEnd));
+      Add(branch, "from end", Named<End>(branch.*Kind::kFromEnd));
+      Add(branch, "to end", Named<End>(branch.*Kind::kToEnd));
     });
     ForEach<End>([&](const End& end) {
-      Add(end, "owner", Named<Branch>(end.*Kind::owner));
+      Add(end, "owner", Named<Branch>(end.*Kind::kOwner));
       if constexpr (Kind::kMeasured) Add(end, "flags", std::to_string(end.flags));
     });
   }

@@ -44,7 +44,7 @@ class RandomEdits {
     const QString texts[] = {QString(), Any<KV>(), Any<ND>(), Any<ST>(), Any<DV>(), record.id, Any<Record>()};
     const QString& text = texts[Number(0, 6)];
     for (const FieldInfo& field : Record::Fields()) {
-      if (field.type != FieldType::Text) continue;
+      if (field.type != FieldType::kText) continue;
       QString& value = field.In<QString>(&record);
       if (at-- >= 0) value = at == -1 && !text.isEmpty() ? text : value;
     }
@@ -152,7 +152,7 @@ class RandomEdits {
   template <class Record>
   void Measure(Record& record) {
     for (const FieldInfo& field : Record::Fields()) {
-      if (field.type != FieldType::Text || field.refers != KIND_ANALOG) continue;
+      if (field.type != FieldType::kText || field.refers != KIND_ANALOG) continue;
       if (Chance(80)) field.In<QString>(&record) = Any<ANALOG>();
     }
   }

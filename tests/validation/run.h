@@ -125,7 +125,7 @@ void Duplicate(ModelBuilder& m, const char* id) {
 template <class Row>
 Texts ChainOf(DTSDB& database, int head) {
   Texts ids;
-  for (const Row& row : Chain(TableOf<Row>(database), head)) ids.push_back(Utf8(row.*Relation<Row>::childId));
+  for (const Row& row : Chain(TableOf<Row>(database), head)) ids.push_back(Utf8(row.*Relation<Row>::kChildId));
   return ids;
 }
 

@@ -154,17 +154,17 @@ void AssertChains(DTSDB& database, bool ownIsRow) {
   auto& rows = TableOf<Row>(database);
   std::multiset<int> chained;
   for (int p = 0; p < parents.GetCount(); ++p) {
-    for (const Row& row : Chain(rows, parents[p].*R::head)) {
-      RC_ASSERT((row.*R::parentNumber) == p);
-      RC_ASSERT((row.*R::parentId) == parents[p].id);
-      RC_ASSERT((row.*R::childId) == children.GetPh(row.*R::childNumber).id);
-      chained.insert(row.*R::childNumber);
+    for (const Row& row : Chain(rows, parents[p].*R::kHead)) {
+      RC_ASSERT((row.*R::kParentNumber) == p);
+      RC_ASSERT((row.*R::kParentId) == parents[p].id);
+      RC_ASSERT((row.*R::kChildId) == children.GetPh(row.*R::kChildNumber).id);
+      chained.insert(row.*R::kChildNumber);
     }
   }
   std::multiset<int> all;
   for (int c = 0; c < children.GetCount(); ++c) {
     all.insert(c);
-    if (ownIsRow) RC_ASSERT((rows.GetPh(children[c].*R::own).*R::childNumber) == c);
+    if (ownIsRow) RC_ASSERT((rows.GetPh(children[c].*R::kOwn).*R::kChildNumber) == c);
   }
   RC_ASSERT(chained == all);
 }
@@ -177,9 +177,9 @@ void AssertEnds(DTSDB& database) {
   RC_ASSERT(ends.GetCount() == 2 * branches.GetCount());
   for (int i = 0; i < branches.GetCount(); ++i) {
     RC_ASSERT(branches[i].ind != branches[i].iznd);
-    RC_ASSERT((ends.GetPh(branches[i].*Kind::fromEnd).id) == branches[i].id + QLatin1Char('i'));
-    RC_ASSERT((ends.GetPh(branches[i].*Kind::toEnd).id) == branches[i].id + QLatin1Char('z'));
-    RC_ASSERT((ends.GetPh(branches[i].*Kind::fromEnd).*Kind::owner) == i);
+    RC_ASSERT((ends.GetPh(branches[i].*Kind::kFromEnd).id) == branches[i].id + QLatin1Char('i'));
+    RC_ASSERT((ends.GetPh(branches[i].*Kind::kToEnd).id) == branches[i].id + QLatin1Char('z'));
+    RC_ASSERT((ends.GetPh(branches[i].*Kind::kFromEnd).*Kind::kOwner) == i);
   }
 }
 

@@ -33,18 +33,18 @@ bool BranchEnds::WorkOut(int kv, int nd, const BranchView& branch, const EndMemo
 template <class Branch>
 bool BranchEnds::IsEnd2Open(const Branch& branch, [[maybe_unused]] int number) const {
   if constexpr (std::is_same_v<Branch, ZBR>) {
-    return m_network.Table<LN>().GetPh(number).status & BranchKind<ZBR>::open2;
+    return m_network.Table<LN>().GetPh(number).status & BranchKind<ZBR>::kOpen2;
   } else {
-    return branch.status & BranchKind<Branch>::open2;
+    return branch.status & BranchKind<Branch>::kOpen2;
   }
 }
 
 template <class Branch>
 void BranchEnds::AssignSections(Branch& branch, int number) const {
   using Kind = BranchKind<Branch>;
-  const bool open1 = branch.status & Kind::open1;
-  const bool bothOpen = open1 && (branch.status & Kind::open2);
-  if ((branch.status & Kind::out) || bothOpen) {
+  const bool open1 = branch.status & Kind::kOpen1;
+  const bool bothOpen = open1 && (branch.status & Kind::kOpen2);
+  if ((branch.status & Kind::kOut) || bothOpen) {
     branch.ibs = branch.izbs = m_sections.Dead();
   } else if (open1) {
     branch.izbs = m_network.Node(branch.iznd).ibs;

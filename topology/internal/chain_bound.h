@@ -16,7 +16,7 @@ constexpr long long kStepsPerRow = 32;
 template <class... Row>
 long long StepsAlong(DTSDB& model) {
   const bool fit =
-      (ChainsFit(TableOf<Row>(model), TableOf<typename Relation<Row>::Parent>(model), Relation<Row>::head) && ...);
+      (ChainsFit(TableOf<Row>(model), TableOf<typename Relation<Row>::Parent>(model), Relation<Row>::kHead) && ...);
   return fit ? ChainLimit::kNone : kStepsPerRow * (0LL + ... + TableOf<Row>(model).GetSize());
 }
 

@@ -26,7 +26,7 @@ namespace {
 template <class Component>
 int LevelOf(const Network& network, const Component& component) {
   using Row = ParentRow<Component>;
-  return network.LevelThrough<Row>(component.*Relation<Row>::own);
+  return network.LevelThrough<Row>(component.*Relation<Row>::kOwn);
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ bool ChangedLevels::Follow(const ComponentType<Component>& type, int number) con
   auto& table = m_network.Table<Component>();
   if (!HasSlot(table, number)) return false;
   const Component& component = table.GetPh(number);
-  if constexpr (requires { BranchKind<Component>::out; }) {
+  if constexpr (requires { BranchKind<Component>::kOut; }) {
     const int kv = m_network.LevelOfNode(component.ind);
     const int otherKv = m_network.LevelOfNode(component.iznd);
     if (kv == -1 || otherKv == -1 || !Log(type, number)) return false;

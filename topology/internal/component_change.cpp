@@ -27,8 +27,8 @@ bool ComponentChange::FollowBranches(int kv, const ChangeReach& reach) const {
       auto& ends = m_network.Table<End>();
       const EndVisit visit{number,
                            KindOf<End>,
-                           {{&ends.GetPh(branch.*Kind::fromEnd).flags, END_ISOLATED},
-                            {&ends.GetPh(branch.*Kind::toEnd).flags, END_ISOLATED}}};
+                           {{&ends.GetPh(branch.*Kind::kFromEnd).flags, END_ISOLATED},
+                            {&ends.GetPh(branch.*Kind::kToEnd).flags, END_ISOLATED}}};
       return FollowBranch(kv, nd, ViewOf(branch), visit, reach);
     });
   });

@@ -36,9 +36,9 @@ struct BranchView {
 template <class Branch>
 BranchView ViewOf(Branch& branch) {
   using Kind = BranchKind<Branch>;
-  return {{{branch.ind, &branch.ibs, (branch.status & Kind::open1) != 0, TP_END1_ISOLATED},
-           {branch.iznd, &branch.izbs, (branch.status & Kind::open2) != 0, TP_END2_ISOLATED}},
-          (branch.status & Kind::out) != 0,
+  return {{{branch.ind, &branch.ibs, (branch.status & Kind::kOpen1) != 0, TP_END1_ISOLATED},
+           {branch.iznd, &branch.izbs, (branch.status & Kind::kOpen2) != 0, TP_END2_ISOLATED}},
+          (branch.status & Kind::kOut) != 0,
           &branch.tp_status,
           TP_BOTH_DEAD};
 }

@@ -124,7 +124,7 @@ void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
   const KV& level = m_network.Level(kv);
   const auto forEach = [&]<class Row>(tTable<Row>& chained, auto write) {
     auto& children = m_network.Table<typename Relation<Row>::Child>();
-    for (const Row& row : Chain(chained, level.*Relation<Row>::head)) write(children.GetPh(row.ChildNumber()));
+    for (const Row& row : Chain(chained, level.*Relation<Row>::kHead)) write(children.GetPh(row.ChildNumber()));
   };
   forEach(m_network.Table<R_KV_CB>(),
           [&](const CB& cb) { rows.Of<CB>().Update(cb, &CB::ibs, &CB::izbs, &CB::flags, &CB::tp_status); });

@@ -52,7 +52,7 @@ class Reader {
     using Kind = BranchKind<Branch>;
     const auto& record = m_network.Table<typename Kind::End>().GetPh(end);
     if (record.flags & END_ISOLATED) return true;
-    const Branch& branch = m_network.Table<Branch>().GetPh(record.*Kind::owner);
+    const Branch& branch = m_network.Table<Branch>().GetPh(record.*Kind::kOwner);
     const int section = branch.ibs == m_bs ? branch.izbs : branch.ibs;
     if (section != m_dead && m_found->count < kMaxNeighbours) m_found->sections[m_found->count++] = section;
     return true;

@@ -141,9 +141,9 @@ template <class Branch, class Visit>
 bool Network::ForEachEndOf(int nd, Visit& visit) const {
   using Kind = BranchKind<Branch>;
   using Row = typename Kind::Row;
-  for (const Row& row : Chain(Table<Row>(), Node(nd).*Relation<Row>::head)) {
+  for (const Row& row : Chain(Table<Row>(), Node(nd).*Relation<Row>::kHead)) {
     auto& end = Table<typename Kind::End>().GetPh(row.ChildNumber());
-    const int branch = end.*Kind::owner;
+    const int branch = end.*Kind::kOwner;
     if (!visit(Table<Branch>().GetPh(branch), branch, end, row.ChildNumber())) return false;
   }
   return true;
@@ -154,7 +154,7 @@ bool Network::ForEachShunt(int kv, Visit visit) const {
   const KV& level = Level(kv);
   const auto visitAll = [&]<class Row>(tTable<Row>& table) {
     auto& devices = Table<typename Relation<Row>::Child>();
-    for (const Row& row : Chain(table, level.*Relation<Row>::head)) {
+    for (const Row& row : Chain(table, level.*Relation<Row>::kHead)) {
       if (!visit(devices.GetPh(row.ChildNumber()), row.ChildNumber())) return false;
     }
     return true;

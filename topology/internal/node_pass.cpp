@@ -92,7 +92,7 @@ bool NodePass::SortLevel(int kv, int* givenBack, bool allnew) {
 /// How many branch ends stand on a node, out of service or not.
 int NodePass::BranchEndsOn(const ND& node) const {
   const auto count = [&]<class... Rows>() {
-    return (ChainLength(m_network.Table<Rows>(), node.*Relation<Rows>::head) + ...);
+    return (ChainLength(m_network.Table<Rows>(), node.*Relation<Rows>::kHead) + ...);
   };
   return count.template operator()<R_ND_LN2, R_ND_XF2, R_ND_DLN2, R_ND_ZBR2>();
 }

@@ -42,11 +42,11 @@ bool InsertEnd(DTSDB& model, const BranchEnds& ends, bool isTo) {
   using Kind = BranchKind<Branch>;
   const BranchEnds::End& place = isTo ? ends.to : ends.from;
   typename Kind::End end(ends.id + QLatin1Char(isTo ? 'z' : 'i'));
-  end.*Kind::owner = ends.branch;
+  end.*Kind::kOwner = ends.branch;
   if constexpr (Kind::kMeasured) {  // copied, so that a walk from a node needn't visit the branch
     const Branch& source = TableOf<Branch>(model).GetPh(ends.branch);
-    end.iana_p = source.*(isTo ? Kind::toP : Kind::fromP);
-    end.iana_q = source.*(isTo ? Kind::toQ : Kind::fromQ);
+    end.iana_p = source.*(isTo ? Kind::kToP : Kind::kFromP);
+    end.iana_q = source.*(isTo ? Kind::kToQ : Kind::kFromQ);
     end.flags = isTo ? END_IS_TO : 0;
   }
   const int number = TableOf<typename Kind::End>(model).Add(end);
@@ -93,7 +93,7 @@ int DeviceCount(DTSDB& model, const ND& node, u32 marks) {
   int count = std::popcount(node.flags & marks);
   ForEachBranch([&]<class Branch>() {
     using Row = typename BranchKind<Branch>::Row;
-    const int head = node.*Relation<Row>::head;
+    const int head = node.*Relation<Row>::kHead;
     for (auto row = Chain(TableOf<Row>(model), head).begin(); count < 2 && row != nullptr; ++row) ++count;
   });
   return count;

@@ -48,7 +48,8 @@ struct BranchEnds {
 template <class Branch>
 BranchEnds EndsOf(Branch& branch, int number, const QString& nd, const QString& znd) {
   using Kind = BranchKind<Branch>;
-  return {number, branch.id, {nd, &branch.ind, &(branch.*Kind::fromEnd)}, {znd, &branch.iznd, &(branch.*Kind::toEnd)}};
+  return {
+      number, branch.id, {nd, &branch.ind, &(branch.*Kind::kFromEnd)}, {znd, &branch.iznd, &(branch.*Kind::kToEnd)}};
 }
 
 /// Makes the two ends of a branch whose nodes have numbers. `kind` is the kind code of the table of ends; with any

@@ -55,7 +55,7 @@ bool CheckLine(RowChecks& checks, Line& line, int number) {
   Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kFromNode, kToNode);
   if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
   if (!checks.IsLinked(line)) return true;
-  const int district = TableOf<Row>(model).GetPh(line.*Relation<Row>::own).idv;
+  const int district = TableOf<Row>(model).GetPh(line.*Relation<Row>::kOwn).idv;
 
   const int result = InsertLine(model, KindOf<typename BranchKind<Line>::End>, line.st, line.zst,
                                 EndsOf(line, number, line.nd, line.znd));

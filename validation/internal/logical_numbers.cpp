@@ -50,9 +50,9 @@ void LinksToLogical(DTSDB& model) {
   using R = Relation<Row>;
   auto& rows = TableOf<Row>(model);
   auto& parents = TableOf<typename R::Parent>(model);
-  ToLogical(parents, R::head, rows);
-  ToLogical(rows, R::parentNumber, parents);
-  ToLogical(rows, R::childNumber, TableOf<typename R::Child>(model));
+  ToLogical(parents, R::kHead, rows);
+  ToLogical(rows, R::kParentNumber, parents);
+  ToLogical(rows, R::kChildNumber, TableOf<typename R::Child>(model));
   ChainsToLogical(rows);
   // Once more: the links of these rows are known to other programs in this form. Kept: K13.
   if constexpr (std::is_same_v<Row, R_KV_ZBR>) ChainsToLogical(rows);
@@ -64,10 +64,10 @@ void OwnToLogical(DTSDB& model) {
   using R = Relation<Row>;
   auto& rows = TableOf<Row>(model);
   auto& children = TableOf<typename R::Child>(model);
-  if constexpr (kOwnRow<Row> == OwnRow::kConverted) ToLogical(children, R::own, rows);
+  if constexpr (kOwnRow<Row> == OwnRow::kConverted) ToLogical(children, R::kOwn, rows);
   if constexpr (kOwnRow<Row> == OwnRow::kFromPlace) {
     for (int i = 0; i < children.GetCount(); ++i) {
-      i32& own = children[i].*R::own;
+      i32& own = children[i].*R::kOwn;
       if (own != -1) own = rows.PhToLg(i);
     }
   }
@@ -83,8 +83,8 @@ void BranchToLogical(DTSDB& model) {
     // The numbers of its ends stay physical. Kept: K15.
     ToLogical(branches, &ZBR::icb, *model.m_cbTable);
   } else {
-    ToLogical(branches, Kind::fromEnd, TableOf<typename Kind::End>(model));
-    ToLogical(branches, Kind::toEnd, TableOf<typename Kind::End>(model));
+    ToLogical(branches, Kind::kFromEnd, TableOf<typename Kind::End>(model));
+    ToLogical(branches, Kind::kToEnd, TableOf<typename Kind::End>(model));
   }
 }
 

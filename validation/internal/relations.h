@@ -52,8 +52,8 @@ template <class Record>
 void ResetLinks(Record& record) {
   ForEachRelation([&record]<class Row>() {
     using R = Relation<Row>;
-    if constexpr (std::is_same_v<typename R::Parent, Record>) record.*R::head = -1;
-    if constexpr (std::is_same_v<typename R::Child, Record>) record.*R::own = -1;
+    if constexpr (std::is_same_v<typename R::Parent, Record>) record.*R::kHead = -1;
+    if constexpr (std::is_same_v<typename R::Child, Record>) record.*R::kOwn = -1;
   });
 }
 
@@ -65,18 +65,18 @@ bool Relate(DTSDB& model, int parent, const QString& parentId, int child, const 
   using R = Relation<Row>;
   tTable<Row>& rows = TableOf<Row>(model);
   Row row(parentId, childId);
-  row.*R::parentNumber = parent;
-  row.*R::childNumber = child;
+  row.*R::kParentNumber = parent;
+  row.*R::kChildNumber = child;
   row.next = -1;
   row.prev = -1;
   const int number = rows.Add(row);
   if (number == -1) return false;
-  TableOf<typename R::Child>(model).GetPh(child).*R::own = number;
+  TableOf<typename R::Child>(model).GetPh(child).*R::kOwn = number;
 
   tTable<typename R::Parent>& parents = TableOf<typename R::Parent>(model);
-  const int head = parents.GetPh(parent).*R::head;
+  const int head = parents.GetPh(parent).*R::kHead;
   if (head == -1) {
-    parents.GetPh(headTaker).*R::head = number;
+    parents.GetPh(headTaker).*R::kHead = number;
     return true;
   }
   const int behind = rows.GetPh(head).next;
@@ -135,7 +135,7 @@ bool LinkPass(DTSDB& model) {
     const int number = parents.LgToPh(i);
     const QString id = parents.GetPh(number).id;
     if (id.isEmpty()) continue;
-    parents.GetPh(number).*R::head = -1;
+    parents.GetPh(number).*R::kHead = -1;
     const bool linked = byParent.Visit(id, [&](int lg) {
       const int child = children.LgToPh(lg);
       return Relate<Row>(model, number, id, child, children.GetPh(child).id);

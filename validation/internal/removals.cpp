@@ -22,7 +22,7 @@ void Removals::Unlink(int parent, int number) {
   using R = Relation<Row>;
   const int next = Table<Read>().GetPh(number).next;
   const int prev = Table<Read>().GetPh(number).prev;
-  i32& head = Table<typename R::Parent>().GetPh(parent).*R::head;
+  i32& head = Table<typename R::Parent>().GetPh(parent).*R::kHead;
   if (head == number) head = next;
   if (prev != -1) Table<Written>().GetPh(prev).next = next;
   if (next != -1) Table<Written>().GetPh(next).prev = prev;
@@ -33,9 +33,9 @@ void Removals::Unlink(int parent, int number) {
 template <class Row>
 bool Removals::Detach(int child, const Reason& unrelated) {
   using R = Relation<Row>;
-  const int row = Table<typename R::Child>().GetPh(child).*R::own;
+  const int row = Table<typename R::Child>().GetPh(child).*R::kOwn;
   if (row == -1) return Refuse(unrelated);
-  const int parent = Table<Row>().GetPh(row).*R::parentNumber;
+  const int parent = Table<Row>().GetPh(row).*R::kParentNumber;
   if (parent == -1) return Refuse(unrelated);
   Unlink<Row>(parent, row);
   return true;
@@ -53,7 +53,7 @@ bool Removals::RemoveTied(int number) {
 template <class Row>
 bool Removals::RemoveChildren(int parent, bool (Removals::*remove)(int)) {
   using R = Relation<Row>;
-  const int head = Table<typename R::Parent>().GetPh(parent).*R::head;
+  const int head = Table<typename R::Parent>().GetPh(parent).*R::kHead;
   const std::unique_ptr<tChildNode> children(Table<Row>().ChildList(head));
   for (const tChildNode* child = children.get(); child != nullptr; child = child->next) {
     if (!(this->*remove)(child->value)) return false;
@@ -96,7 +96,7 @@ bool Removals::RemoveEnd(int nd, int end, const Reason& missing) {
   using Kind = BranchKind<Branch>;
   auto& ends = Table<typename Kind::End>();
   if (end == -1) return Refuse(missing);
-  const int row = ends.GetPh(end).*Relation<typename Kind::Row>::own;
+  const int row = ends.GetPh(end).*Relation<typename Kind::Row>::kOwn;
   if (row == -1) return Refuse(missing);
   Unlink<typename Kind::Row, typename Kind::Row, Written>(nd, row);
   ends.Remove(end);
@@ -124,9 +124,9 @@ bool Removals::RemoveBranch(int number) {
   const Branch& branch = Table<Branch>().GetPh(number);
   const int nd = branch.ind;
   const int znd = branch.iznd;
-  return RemoveBranchEnd<Branch, FromWritten>(nd, branch.*Kind::fromEnd, Reasons::fromLevelLess,
+  return RemoveBranchEnd<Branch, FromWritten>(nd, branch.*Kind::kFromEnd, Reasons::fromLevelLess,
                                               Reasons::fromEndMissing) &&
-         RemoveBranchEnd<Branch, ToWritten>(znd, branch.*Kind::toEnd, Reasons::toLevelLess, Reasons::toEndMissing) &&
+         RemoveBranchEnd<Branch, ToWritten>(znd, branch.*Kind::kToEnd, Reasons::toLevelLess, Reasons::toEndMissing) &&
          RemoveTied<Branch>(number);
 }
 

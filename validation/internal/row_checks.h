@@ -80,7 +80,7 @@ class RowChecks {
   template <class Record>
   bool IsLinked(const Record& record) {
     using Row = ParentRow<Record>;
-    if (record.*Relation<Row>::own != -1) return true;
+    if (record.*Relation<Row>::kOwn != -1) return true;
     log.Report(record, kParentName<Row>.missing);
     return false;
   }

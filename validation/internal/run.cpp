@@ -56,8 +56,8 @@ void StartRun(DTSDB& model) {
   StartVerdict(*model.m_globalTable);
   ForEachRelation([&model]<class Row>() {
     using R = Relation<Row>;
-    SetNone(TableOf<typename R::Parent>(model), R::head);
-    SetNone(TableOf<typename R::Child>(model), R::own);
+    SetNone(TableOf<typename R::Parent>(model), R::kHead);
+    SetNone(TableOf<typename R::Child>(model), R::kOwn);
   });
   for (int i = 0; i < model.m_stTable->GetCount(); ++i) (*model.m_stTable)[i].flag = 0;
 }

@@ -20,7 +20,7 @@ bool CheckShunt(RowChecks& checks, Shunt& shunt) {
   constexpr ShuntKind kKind = kShuntKind<Shunt>;
   DTSDB& model = checks.model;
   if (!checks.IsNamed(shunt) || !checks.IsLinked(shunt)) return true;
-  const int level = TableOf<Row>(model).GetPh(shunt.*Relation<Row>::own).ikv;
+  const int level = TableOf<Row>(model).GetPh(shunt.*Relation<Row>::kOwn).ikv;
   if constexpr (kKind.takesLimits) {
     // Before the node is looked at: a bus without one has limits as well. Kept: K09.
     const KV& kv = model.m_kvTable->GetPh(level);

@@ -91,8 +91,8 @@ RC_GTEST_PROP(ExchangeModelProperty, EveryFieldOfEveryRecordIsUpdated, (unsigned
         record.id = key.id;
       } else {
         using Row = std::decay_t<decltype(record)>;
-        record.*Relation<Row>::parentId = key.*Relation<Row>::parentId;
-        record.*Relation<Row>::childId = key.*Relation<Row>::childId;
+        record.*Relation<Row>::kParentId = key.*Relation<Row>::kParentId;
+        record.*Relation<Row>::kChildId = key.*Relation<Row>::kChildId;
       }
     }
   });
@@ -109,7 +109,7 @@ TEST_F(ExchangeModel, WhatOtherProgramsKeepInARowSurvivesEveryUpdate) {
   int tablesWithForeignBytes = 0;
   const auto forEachMergedTwin = [](auto visit) {
     ForEachRecordClass([&visit]<class T> {
-      if constexpr (Twin<T>::kWriter == Writer::Merging) visit(typename Twin<T>::Row());
+      if constexpr (Twin<T>::kWriter == Writer::kMerging) visit(typename Twin<T>::Row());
     });
   };
   forEachMergedTwin([&](auto example) {

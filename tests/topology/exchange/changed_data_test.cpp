@@ -344,10 +344,10 @@ class StoredBranches {
   void ExpectStored(ModelBuilder& model, const ND& node) {
     using Kind = BranchKind<Branch>;
     using Row = typename Kind::Row;
-    for (const Row& row : Chain(model.Table<Row>(), node.*Relation<Row>::head)) {
+    for (const Row& row : Chain(model.Table<Row>(), node.*Relation<Row>::kHead)) {
       const auto& end = model.Table<typename Kind::End>().GetPh(row.ChildNumber());
       m_ends.ExpectStored(end);
-      m_branches.ExpectStored(model.Table<Branch>().GetPh(end.*Kind::owner));
+      m_branches.ExpectStored(model.Table<Branch>().GetPh(end.*Kind::kOwner));
     }
   }
 
@@ -361,7 +361,7 @@ template <class Row>
 void ExpectChildrenStored(ModelBuilder& model, const KV& level, dbDatabase* db) {
   using Child = typename Relation<Row>::Child;
   StoredRows<Child> rows(db);
-  for (const Row& row : Chain(model.Table<Row>(), level.*Relation<Row>::head)) {
+  for (const Row& row : Chain(model.Table<Row>(), level.*Relation<Row>::kHead)) {
     rows.ExpectStored(model.Table<Child>().GetPh(row.ChildNumber()));
   }
 }

@@ -21,7 +21,7 @@ TEST(RowColumns, AreThoseThatTheDatabaseIsGiven) {
       EXPECT_EQ(column.offset, fields[i].appOffs) << column.name;
       EXPECT_EQ(column.size, fields[i].appSize) << column.name;
       EXPECT_EQ(column.isKey, fields[i].indexType == INDEXED) << column.name;
-      EXPECT_EQ(column.type == ColumnType::Bytes, fields[i].type == dbField::tpRawBinary) << column.name;
+      EXPECT_EQ(column.type == ColumnType::kBytes, fields[i].type == dbField::tpRawBinary) << column.name;
     }
   });
 }
