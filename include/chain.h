@@ -3,6 +3,7 @@
 #pragma once
 
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "include/template.h"
@@ -34,15 +35,18 @@ class ChainLimit {
 /// The rows of a relation chain, for a range-based for: `for (R_KV_ND& row : Chain(table, kv.r_kv_nd))`.
 ///
 /// The walk ends at -1, at a number outside the table (with its warning) and after as many steps as the table has
-/// slots: damaged links can lead in a circle. A ChainLimit can end it earlier.
+/// slots: damaged links can lead in a circle. A ChainLimit can end it earlier. Of a const table, `Row` is const and so
+/// are the rows; several threads may walk then.
 template <class Row>
 class Chain {
  public:
-  Chain(tTable<Row>& table, int head) : m_table(table), m_head(head) {}
+  using Table = std::conditional_t<std::is_const_v<Row>, const tTable<std::remove_const_t<Row>>, tTable<Row>>;
+
+  Chain(Table& table, int head) : m_table(table), m_head(head) {}
 
   class Iterator {
    public:
-    Iterator(tTable<Row>* table, int number)
+    Iterator(Table* table, int number)
         : m_table(table), m_number(ChainLimit::Left() > 0 ? number : -1), m_left(table->GetSize()) {
       Check();
     }
@@ -61,7 +65,7 @@ class Chain {
         m_number = -1;
       }
     }
-    tTable<Row>* m_table;
+    Table* m_table;
     int m_number;
     int m_left;
     long long* m_leftInAll = &ChainLimit::Left();
@@ -71,13 +75,17 @@ class Chain {
   std::nullptr_t end() const { return nullptr; }
 
  private:
-  tTable<Row>& m_table;
+  Table& m_table;
   int m_head;
 };
+template <class Row>
+Chain(tTable<Row>&, int) -> Chain<Row>;
+template <class Row>
+Chain(const tTable<Row>&, int) -> Chain<const Row>;
 
 /// Number of rows in the chain that begins at `head`.
 template <class Row>
-int ChainLength(tTable<Row>& table, int head) {
+int ChainLength(const tTable<Row>& table, int head) {
   int length = 0;
   for ([[maybe_unused]] const Row& row : Chain(table, head)) ++length;
   return length;

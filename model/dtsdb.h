@@ -21,7 +21,9 @@ class QArchive;
 /// The container owns the tables. NMD and TP hold copies of these pointers and must go before it. Copying or
 /// assigning a container shares the tables: afterwards both use the same ones, each table goes with the last
 /// container that has used it, and the tables that an assigned container held stay alive until it goes.
-/// One thread at a time.
+///
+/// One thread at a time may use a container that changes. Several threads may read one through a const reference, once
+/// SettleTables has been called; they reach the tables by TableOf, since the pointers below allow changes.
 class DTSDB {
  public:
   /// Makes 46 empty tables.

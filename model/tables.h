@@ -399,6 +399,13 @@ void ForEachTable(Tables& tables, Visitor&& visit) {
   ForEachRecordClass([&]<class T> { visit(TableOf<T>(tables)); });
 }
 
+/// Writes the numbers that are put off, in all tables. From then on, and until a table is changed, several threads may
+/// read the tables at once through a const reference: TableOf, ForEachTable and Chain then give const access.
+template <class Tables>
+void SettleTables(Tables& tables) {
+  ForEachTable(tables, [](auto& table) { table.Settle(); });
+}
+
 /// Makes `to` point to the tables that `from` points to.
 template <class From, class To>
 void PointToTables(const From& from, To& to) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include "model/records.h"
@@ -100,6 +101,18 @@ TEST(Chain, GivesTheRowsThemselves) {
   for (R_KV_ND& row : Chain(rows, 0)) row.ind = 5;
   EXPECT_EQ(rows[0].ind, 5);
   EXPECT_EQ(rows[1].ind, 5);
+}
+
+TEST(Chain, OfAConstTableGivesItsRowsAsConst) {
+  Rows rows;
+  Fill(rows, {2, -1, 1, -1});
+  const Rows& constRows = rows;
+  static_assert(std::is_same_v<decltype(*Chain(constRows, 0).begin()), const R_KV_ND&>);
+  static_assert(std::is_same_v<decltype(*Chain(rows, 0).begin()), R_KV_ND&>);
+  std::vector<const R_KV_ND*> walked;
+  for (const R_KV_ND& row : Chain(constRows, 0)) walked.push_back(&row);
+  EXPECT_EQ(walked, (std::vector<const R_KV_ND*>{&rows[0], &rows[2], &rows[1]}));
+  EXPECT_EQ(ChainLength(constRows, 0), 3);
 }
 
 TEST(Chain, StopsOnACircle) {

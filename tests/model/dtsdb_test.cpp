@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <thread>
 #include <vector>
 
+#include "include/chain.h"
 #include "model/text.h"
 #include "tests/model/record_values.h"
 
@@ -138,6 +140,53 @@ TEST(Container, AssignmentToItselfChangesNothing) {
   const DTSDB& same = a;
   a = same;
   EXPECT_EQ(a.m_stTable, table);
+}
+
+/// A voltage level with `n` nodes, added from the last to the first, in one chain.
+void AddLevelOfNodes(DTSDB& database, int n) {
+  KV level(Text("level"));
+  level.r_kv_nd = 0;
+  database.m_kvTable->Add(level);
+  for (int i = n; i-- > 0;) database.m_ndTable->Add(ND(QString::number(100000 + i)));
+  for (int i = 0; i < n; ++i) {
+    R_KV_ND row(QString::number(100000 + i), level.id);
+    row.ind = i;
+    row.next = i + 1 < n ? i + 1 : -1;
+    database.m_rKvNdTable->Add(row);
+  }
+}
+
+/// The sum over the nodes of the first level: number in the chain times number in the name.
+long long SumOverNodes(const DTSDB& database) {
+  long long sum = 0;
+  long long place = 0;
+  const KV& level = TableOf<KV>(database)[0];
+  for (const R_KV_ND& row : Chain(TableOf<R_KV_ND>(database), level.r_kv_nd)) {
+    const ND& node = TableOf<ND>(database)[row.ind];
+    sum += ++place * (node.id.toInt() - 100000);
+  }
+  return sum;
+}
+
+TEST(Container, IsReadByManyThreadsAtOnceThroughAConstReference) {
+  constexpr int kNodes = 2000;
+  constexpr int kThreads = 4;
+  DTSDB database;
+  AddLevelOfNodes(database, kNodes);
+  SettleTables(database);
+
+  const DTSDB& shared = database;
+  int records = 0;
+  ForEachTable(shared, [&]<class T>(const tTable<T>& table) { records += table.GetCount(); });
+  EXPECT_EQ(records, 1 + 2 * kNodes);
+  std::vector<long long> sums(kThreads);
+  {
+    std::vector<std::jthread> readers;
+    for (long long& sum : sums) readers.emplace_back([&shared, &sum] { sum = SumOverNodes(shared); });
+  }
+  long long expected = 0;
+  for (long long i = 0; i < kNodes; ++i) expected += (i + 1) * i;
+  EXPECT_EQ(sums, std::vector<long long>(kThreads, expected));
 }
 
 TEST(Container, ACopyInAVectorOutlivesItsOriginal) {
