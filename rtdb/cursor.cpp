@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <limits>
 
-#include "rtdb/context.h"
-#include "rtdb/key_code.h"
-#include "rtdb/selection.h"
+#include "rtdb/internal/context.h"
+#include "rtdb/internal/key_code.h"
+#include "rtdb/internal/selection.h"
 
-using dtsdb::rtdb::Context;
-using dtsdb::rtdb::LoadedRow;
-using dtsdb::rtdb::RowPlan;
-using dtsdb::rtdb::Selection;
-using dtsdb::rtdb::Status;
-using dtsdb::rtdb::Table;
+using dtsdb::internal::rtdb::Context;
+using dtsdb::internal::rtdb::LoadedRow;
+using dtsdb::internal::rtdb::RowPlan;
+using dtsdb::internal::rtdb::Selection;
+using dtsdb::internal::rtdb::Status;
+using dtsdb::internal::rtdb::Table;
 
 /// A cursor's rows, its place among them and the loaded row, in which the record's texts lie.
 struct dbAnyCursor::State {
@@ -73,6 +73,8 @@ int dbAnyCursor::select(dbCursorType type) {
 
 int dbAnyCursor::select() { return Select(nullptr); }
 
+int dbDatabase::select(dbAnyCursor* cursor) { return cursor == nullptr ? 0 : cursor->select(); }
+
 bool dbAnyCursor::Begin(Context*& context, Table*& table, std::shared_ptr<const RowPlan>& plan) {
   reset();
   dbDatabase* database = Database();
@@ -115,7 +117,7 @@ bool dbAnyCursor::gotoRow(oid_t oid) {
 
 void dbAnyCursor::Take() {
   m_state->selection.Plan()->Decode(m_state->row.image, m_record);
-  m_currId = dtsdb::rtdb::RowNumberOf(m_state->row.key);
+  m_currId = dtsdb::internal::rtdb::RowNumberOf(m_state->row.key);
   m_state->removed = false;
 }
 

@@ -8,9 +8,9 @@
 #include "rtdb/database.h"
 #include "rtdb/query.h"
 
-namespace dtsdb::rtdb {
+namespace dtsdb::internal::rtdb {
 class RowPlan;
-}  // namespace dtsdb::rtdb
+}  // namespace dtsdb::internal::rtdb
 
 enum dbCursorType { dbCursorViewOnly, dbCursorForUpdate };
 
@@ -73,19 +73,19 @@ class dbAnyCursor {
   dbDatabase* Database() const;
   int Select(dbQuery* query);
   /// Gets ready for a select: database, thread, table and transaction, or false after a message.
-  bool Begin(dtsdb::rtdb::Context*& context, dtsdb::rtdb::Table*& table,
-             std::shared_ptr<const dtsdb::rtdb::RowPlan>& plan);
+  bool Begin(dtsdb::internal::rtdb::Context*& context, dtsdb::internal::rtdb::Table*& table,
+             std::shared_ptr<const dtsdb::internal::rtdb::RowPlan>& plan);
   /// Checks what changes of the table need, with a message where it is missing.
-  bool MayChange(dtsdb::rtdb::Context*& context, dtsdb::rtdb::Table*& table);
+  bool MayChange(dtsdb::internal::rtdb::Context*& context, dtsdb::internal::rtdb::Table*& table);
   /// The same for a change of the current row.
-  bool MayChangeRow(dtsdb::rtdb::Context*& context, dtsdb::rtdb::Table*& table);
+  bool MayChangeRow(dtsdb::internal::rtdb::Context*& context, dtsdb::internal::rtdb::Table*& table);
   bool GoTo(std::size_t place);
   /// Takes the row at the cursor's place into the record.
   bool Load();
   void Take();
   /// Reports an error; false.
   bool Report(dbDatabase::dbErrorClass error, const std::string& text) const;
-  bool Report(const dtsdb::rtdb::Status& status) const;
+  bool Report(const dtsdb::internal::rtdb::Status& status) const;
 
   dbTableDescriptor* m_table;
   dbDatabase* m_database;

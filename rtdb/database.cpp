@@ -6,19 +6,18 @@
 #include <cstring>
 #include <set>
 
-#include "rtdb/context.h"
-#include "rtdb/cursor.h"
 #include "rtdb/file_name.h"
-#include "rtdb/selection.h"
+#include "rtdb/internal/context.h"
+#include "rtdb/internal/selection.h"
 
-using dtsdb::rtdb::Context;
+using dtsdb::internal::rtdb::Context;
+using dtsdb::internal::rtdb::LoadedRow;
+using dtsdb::internal::rtdb::RowPlan;
+using dtsdb::internal::rtdb::Selection;
+using dtsdb::internal::rtdb::Status;
+using dtsdb::internal::rtdb::Store;
+using dtsdb::internal::rtdb::Table;
 using dtsdb::rtdb::FileOf;
-using dtsdb::rtdb::LoadedRow;
-using dtsdb::rtdb::RowPlan;
-using dtsdb::rtdb::Selection;
-using dtsdb::rtdb::Status;
-using dtsdb::rtdb::Store;
-using dtsdb::rtdb::Table;
 
 namespace {
 
@@ -179,8 +178,6 @@ void dbDatabase::update(oid_t oid, dbTableDescriptor* descriptor, void const* re
   if (found && !Report(context->Replace(*table, row, record, found))) return;
   if (!found) handleError(NullReferenceError, "row to update has gone");
 }
-
-int dbDatabase::select(dbAnyCursor* cursor) { return cursor == nullptr ? 0 : cursor->select(); }
 
 void dbDatabase::deleteTable(dbTableDescriptor* descriptor) {
   Context* context = Attached();

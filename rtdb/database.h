@@ -7,16 +7,17 @@
 #include <vector>
 
 #include "rtdb/descriptors.h"
+#include "rtdb/error_class.h"
 #include "rtdb/reference.h"
 
 class dbAnyCursor;
 
-namespace dtsdb::rtdb {
+namespace dtsdb::internal::rtdb {
 class Context;
 class Store;
 struct Status;
 struct Table;
-}  // namespace dtsdb::rtdb
+}  // namespace dtsdb::internal::rtdb
 
 /// An open store file with its tables.
 ///
@@ -29,25 +30,8 @@ class dbDatabase {
   enum dbAccessType { dbReadOnly, dbAllAccess };
   /// What detach does beside leaving the thread.
   enum DetachFlags { COMMIT = 1, DESTROY_CONTEXT = 2 };
-  enum dbErrorClass {
-    NoError,
-    QueryError,
-    ArithmeticError,
-    IndexOutOfRangeError,
-    DatabaseOpenError,
-    FileError,
-    OutOfMemoryError,
-    Deadlock,
-    NullReferenceError,
-    LockRevoked,
-    FileLimitExeeded,
-    InconsistentInverseReference,
-    DatabaseReadOnly,
-    CursorError,
-    ReadonlyCursor,
-    TableNotFound,
-    NotAttached
-  };
+  using dbErrorClass = dbErrors::dbErrorClass;
+  using enum dbErrors::dbErrorClass;
   using dbErrorHandler = void (*)(int error, char const* message, int argument, void* context);
 
   explicit dbDatabase(dbAccessType access = dbAllAccess);
@@ -90,7 +74,7 @@ class dbDatabase {
   bool insertRecord(dbTableDescriptor* table, dbAnyReference* reference, void const* record);
   /// Replaces the row of that number. Looks for it row by row: cursors update in less time.
   void update(oid_t oid, dbTableDescriptor* table, void const* record);
-  /// Selects all rows of the cursor's table.
+  /// Selects all rows of the cursor's table. Defined with the cursors.
   int select(dbAnyCursor* cursor);
   /// Removes all rows of a table.
   void deleteTable(dbTableDescriptor* table);
@@ -107,11 +91,11 @@ class dbDatabase {
   friend class dbAnyCursor;
 
   /// The calling thread's context, or null after a message.
-  dtsdb::rtdb::Context* Attached();
+  dtsdb::internal::rtdb::Context* Attached();
   /// The open table of a descriptor, or null after a message.
-  dtsdb::rtdb::Table* TableOf(dbTableDescriptor* descriptor);
+  dtsdb::internal::rtdb::Table* TableOf(dbTableDescriptor* descriptor);
   /// True for success; else reports the error, unless it has been reported.
-  bool Report(const dtsdb::rtdb::Status& status);
+  bool Report(const dtsdb::internal::rtdb::Status& status);
   void AssignTables();
   void ReleaseTables();
 
@@ -119,7 +103,7 @@ class dbDatabase {
   std::size_t m_sizeLimit = 0;
   dbErrorHandler m_errorHandler = nullptr;
   void* m_errorContext = nullptr;
-  std::shared_ptr<dtsdb::rtdb::Store> m_store;
+  std::shared_ptr<dtsdb::internal::rtdb::Store> m_store;
   std::vector<std::unique_ptr<dbTableDescriptor>> m_clones;
   std::vector<dbTableDescriptor*> m_tables;
 };

@@ -12,7 +12,8 @@
 ///     REGISTER_UNASSIGNED(bus);
 ///
 /// The table's name is the class's name without its namespace. The key columns, in the order named, make the order in
-/// which rows are kept.
+/// which rows are kept. A table class has a default constructor; one record is made when the class is registered, which
+/// is before main() begins, and one in each cursor.
 #pragma once
 
 #include <cstddef>
@@ -112,11 +113,10 @@ dbFieldList dbDescribeRawField(char const* name, void const* record, T const& me
            sizeof(T), 0}};
 }
 
-/// Asks a class for its columns. Only addresses within the storage are formed; no T is constructed or read.
+/// Asks a class for its columns, through a record that is gone afterwards: where the columns lie follows from it.
 template <class T>
 dbFieldList dbDescribeClass() {
-  alignas(T) static std::byte storage[sizeof(T)];
-  return reinterpret_cast<T const*>(storage)->dbDescribeComponents();
+  return std::make_unique<T>()->dbDescribeComponents();
 }
 
 /// A table class as the databases know it.

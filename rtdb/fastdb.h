@@ -10,5 +10,6 @@
 #include "rtdb/cursor.h"
 #include "rtdb/database.h"
 #include "rtdb/descriptors.h"
+#include "rtdb/error_class.h"
 #include "rtdb/query.h"
 #include "rtdb/reference.h"

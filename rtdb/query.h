@@ -9,9 +9,9 @@
 
 #include "rtdb/descriptors.h"
 
-namespace dtsdb::rtdb {
+namespace dtsdb::internal::rtdb {
 class CompiledQuery;
-}  // namespace dtsdb::rtdb
+}  // namespace dtsdb::internal::rtdb
 
 /// One piece of a query: a piece of text, or the address of a value.
 struct dbQueryElement {
@@ -72,7 +72,7 @@ class dbQuery {
   /// The pieces, for the store.
   const std::vector<dbQueryElement>& Elements() const { return m_elements; }
   /// The query's form for the table that it was last used on, kept between selects.
-  std::shared_ptr<const dtsdb::rtdb::CompiledQuery>& Compiled() { return m_compiled; }
+  std::shared_ptr<const dtsdb::internal::rtdb::CompiledQuery>& Compiled() { return m_compiled; }
 
  private:
   template <class T>
@@ -93,5 +93,5 @@ class dbQuery {
   }
 
   std::vector<dbQueryElement> m_elements;
-  std::shared_ptr<const dtsdb::rtdb::CompiledQuery> m_compiled;
+  std::shared_ptr<const dtsdb::internal::rtdb::CompiledQuery> m_compiled;
 };

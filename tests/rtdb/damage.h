@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "rtdb/file_format.h"
+#include "rtdb/internal/file_format.h"
 
 namespace dtsdb::test {
 
@@ -33,7 +33,7 @@ struct StorePlaces {
 class PlaceFinder {
  public:
   explicit PlaceFinder(const std::string& bytes) : m_bytes(bytes) {
-    using namespace rtdb::format;
+    using namespace internal::rtdb::format;
     Heads heads{};
     std::memcpy(&heads[0], bytes.data(), sizeof(Head));
     m_pageSize = heads[0].free.pad;
@@ -53,22 +53,22 @@ class PlaceFinder {
   }
   template <class T>
   T At(std::size_t offset) const {
-    return rtdb::format::Get<T>(m_bytes.data() + offset);
+    return internal::rtdb::format::Get<T>(m_bytes.data() + offset);
   }
-  void AddTree(const rtdb::format::Tree& tree, bool freePages) {
-    if (tree.root != rtdb::format::kNoPage) AddPage(tree.root * m_pageSize, freePages);
+  void AddTree(const internal::rtdb::format::Tree& tree, bool freePages) {
+    if (tree.root != internal::rtdb::format::kNoPage) AddPage(tree.root * m_pageSize, freePages);
   }
 
   void AddPage(std::size_t page, bool freePages) {
-    Add(m_places.headers, page, rtdb::format::kPageHeader);
-    const bool leaf = At<std::uint16_t>(page + 10) == rtdb::format::kLeaf;
+    Add(m_places.headers, page, internal::rtdb::format::kPageHeader);
+    const bool leaf = At<std::uint16_t>(page + 10) == internal::rtdb::format::kLeaf;
     m_places.branches += leaf ? 0 : 1;
-    const std::size_t count = (At<std::uint16_t>(page + 12) - rtdb::format::kPageHeader) / 2;
-    Add(m_places.entries, page + rtdb::format::kPageHeader, 2 * count);
+    const std::size_t count = (At<std::uint16_t>(page + 12) - internal::rtdb::format::kPageHeader) / 2;
+    Add(m_places.entries, page + internal::rtdb::format::kPageHeader, 2 * count);
     for (std::size_t i = 0; i < count; ++i) {
-      const std::size_t node = page + At<std::uint16_t>(page + rtdb::format::kPageHeader + 2 * i);
-      Add(m_places.entries, node, rtdb::format::kNodeHeader);
-      Add(m_places.data, node + rtdb::format::kNodeHeader, At<std::uint16_t>(node + 6));
+      const std::size_t node = page + At<std::uint16_t>(page + internal::rtdb::format::kPageHeader + 2 * i);
+      Add(m_places.entries, node, internal::rtdb::format::kNodeHeader);
+      Add(m_places.data, node + internal::rtdb::format::kNodeHeader, At<std::uint16_t>(node + 6));
       if (leaf) {
         AddValue(node, freePages);
       } else {
@@ -78,19 +78,19 @@ class PlaceFinder {
   }
 
   void AddValue(std::size_t node, bool freePages) {
-    std::size_t value = node + rtdb::format::kNodeHeader + At<std::uint16_t>(node + 6);
+    std::size_t value = node + internal::rtdb::format::kNodeHeader + At<std::uint16_t>(node + 6);
     const std::size_t size = At<std::uint32_t>(node);
     const auto flags = At<std::uint16_t>(node + 4);
-    if (flags == rtdb::format::kSubTree) {
+    if (flags == internal::rtdb::format::kSubTree) {
       Add(m_places.heads, value, size);
-      AddTree(At<rtdb::format::Tree>(value), false);
+      AddTree(At<internal::rtdb::format::Tree>(value), false);
       return;
     }
-    if (flags == rtdb::format::kBigData) {
+    if (flags == internal::rtdb::format::kBigData) {
       Add(m_places.entries, value, sizeof(std::uint64_t));
       value = At<std::uint64_t>(value) * m_pageSize;
-      Add(m_places.headers, value, rtdb::format::kPageHeader);
-      value += rtdb::format::kPageHeader;
+      Add(m_places.headers, value, internal::rtdb::format::kPageHeader);
+      value += internal::rtdb::format::kPageHeader;
       ++m_places.overflows;
     }
     m_places.freeLists += freePages ? 1 : 0;

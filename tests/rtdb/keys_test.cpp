@@ -3,11 +3,11 @@
 
 #include <cmath>
 
-#include "rtdb/key_code.h"
+#include "rtdb/internal/key_code.h"
 #include "samples.h"
 
-using dtsdb::rtdb::AppendNumber;
-using dtsdb::rtdb::AppendText;
+using dtsdb::internal::rtdb::AppendNumber;
+using dtsdb::internal::rtdb::AppendText;
 using dtsdb::test::OpenStore;
 using sample::item;
 using sample::relation;
@@ -55,10 +55,10 @@ RC_GTEST_PROP(Keys, PairsOfTextsKeepTheirOrder, (std::string a, std::string b, s
 
 TEST(Keys, RowNumberStandsAtTheEnd) {
   std::string key = "text";
-  dtsdb::rtdb::AppendRowNumber(key, 0x0102030405060708ULL);
+  dtsdb::internal::rtdb::AppendRowNumber(key, 0x0102030405060708ULL);
   EXPECT_EQ(key.size(), 12U);
-  EXPECT_EQ(dtsdb::rtdb::RowNumberOf(key), 0x0102030405060708ULL);
-  EXPECT_EQ(dtsdb::rtdb::RowNumberOf("short"), 0U);
+  EXPECT_EQ(dtsdb::internal::rtdb::RowNumberOf(key), 0x0102030405060708ULL);
+  EXPECT_EQ(dtsdb::internal::rtdb::RowNumberOf("short"), 0U);
 }
 
 /// Rows whose ids agree in more bytes than a key holds.

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <lmdb.h>
 
-#include "rtdb/schema.h"
+#include "rtdb/internal/schema.h"
 #include "samples.h"
 
-using dtsdb::rtdb::Schema;
+using dtsdb::internal::rtdb::Schema;
 using dtsdb::test::Database;
 using dtsdb::test::Folder;
 
@@ -219,7 +219,7 @@ TEST_F(Layouts, NewerFileFormatIsRefusedByName) {
 }
 
 TEST(SchemaText, ComesBackAsItWas) {
-  Schema schema = dtsdb::rtdb::SchemaOf(grown::meter::dbDescriptor);
+  Schema schema = dtsdb::internal::rtdb::SchemaOf(grown::meter::dbDescriptor);
   schema.longKeys = true;
   const auto read = Schema::FromText(schema.ToText());
   ASSERT_TRUE(read.has_value());

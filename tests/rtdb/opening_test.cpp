@@ -7,12 +7,12 @@
 #include <fstream>
 #include <iterator>
 
-#include "rtdb/file_check.h"
-#include "rtdb/file_format.h"
+#include "rtdb/internal/file_check.h"
+#include "rtdb/internal/file_format.h"
 #include "samples.h"
 #include "tests/support/process.h"
 
-using dtsdb::rtdb::format::Head;
+using dtsdb::internal::rtdb::format::Head;
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;
 using dtsdb::test::EntryIds;
@@ -198,7 +198,7 @@ TEST_F(Opening, LockFileOfTheStoreBeforeIsNamedAsTheCause) {
   MDB_env* env = nullptr;
   ASSERT_EQ(mdb_env_create(&env), 0);
   ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR | MDB_NOTLS, 0664), 0);
-  EXPECT_EQ(dtsdb::rtdb::CheckPages(env),
+  EXPECT_EQ(dtsdb::internal::rtdb::CheckPages(env),
             "other programs still use the store that was here before; close it there first");
   mdb_env_close(env);
 }

@@ -10,7 +10,42 @@ using dtsdb::test::OpenStore;
 using sample::entry;
 using sample::item;
 
+namespace sample {
+
+/// A table class that is more than its bytes.
+struct made {
+  static constinit int count;
+
+  made() { ++count; }
+  made(const made&) = delete;
+  made& operator=(const made&) = delete;
+  virtual ~made() { --count; }
+
+  int4 id = 0;
+  std::string own = "a text that takes memory of its own";
+  real8 value = 1;
+  TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(value)));
+};
+constinit int made::count = 0;
+/// Never opened: other tests' databases do without the table.
+dbDatabase unused;
+REGISTER_IN(made, &unused);
+
+}  // namespace sample
+
 namespace {
+
+TEST(OwnDescriptors, ColumnsLieWhereTheyLieInARecordOfAnyClass) {
+  EXPECT_EQ(sample::made::count, 0) << "the record that was asked for them has not gone";
+  const sample::made record;
+  const auto placeOf = [&record](const void* member) {
+    return static_cast<std::size_t>(static_cast<const char*>(member) - reinterpret_cast<const char*>(&record));
+  };
+  const dbFieldList& fields = sample::made::dbDescriptor.getFields();
+  ASSERT_EQ(fields.size(), 2U);
+  EXPECT_EQ(fields[0].appOffs, placeOf(&record.id));
+  EXPECT_EQ(fields[1].appOffs, placeOf(&record.value));
+}
 
 TEST(OwnDescriptors, ColumnsKeepTheirOrderPlacesAndKeys) {
   const dbFieldList& fields = entry::dbDescriptor.getFields();

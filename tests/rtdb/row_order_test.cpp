@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <memory>
 
-#include "rtdb/context.h"
-#include "rtdb/row_order.h"
+#include "rtdb/internal/context.h"
+#include "rtdb/internal/row_order.h"
 #include "samples.h"
 
-using dtsdb::rtdb::Context;
-using dtsdb::rtdb::Status;
-using dtsdb::rtdb::Store;
+using dtsdb::internal::rtdb::Context;
+using dtsdb::internal::rtdb::Status;
+using dtsdb::internal::rtdb::Store;
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;
 using dtsdb::test::EntryIds;
@@ -53,7 +53,7 @@ void ChangeFile(const std::string& path, Change change) {
   ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR, 0664), 0);
   ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
   ASSERT_EQ(mdb_dbi_open(txn, "@schema", 0, &schemas), 0);
-  ASSERT_EQ(mdb_dbi_open(txn, dtsdb::rtdb::OrderTreeName("entry").c_str(), 0, &order), 0);
+  ASSERT_EQ(mdb_dbi_open(txn, dtsdb::internal::rtdb::OrderTreeName("entry").c_str(), 0, &order), 0);
   change(txn, schemas, order);
   ASSERT_EQ(mdb_txn_commit(txn), 0);
   mdb_env_close(env);

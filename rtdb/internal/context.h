@@ -1,0 +1,147 @@
+/// \file
+/// What one thread has going on with one database: its transaction and its cursors.
+#pragma once
+
+#include <lmdb.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "rtdb/internal/store.h"
+#include "rtdb/reference.h"
+
+namespace dtsdb::internal::rtdb {
+
+/// Rows that are read within a context's transaction, as the context knows them: it reports to them what ends or
+/// changes under their feet. Linked to one context at most (Context::Link).
+class RowStream {
+ public:
+  /// The transaction has ended: no row is left.
+  virtual void Reset() = 0;
+  /// So has the context; the stream is no longer linked to it.
+  virtual void ContextEnded() = 0;
+  /// Whether the stream goes over the rows of `table`.
+  virtual bool IsOver(const Table& table) const = 0;
+  /// Of an open stream: the table or the transaction is about to change, so what is still to be read is taken along.
+  virtual void Detach() = 0;
+
+ protected:
+  ~RowStream() = default;
+};
+
+/// A place at which no table's cursor ever is.
+inline constexpr std::uint64_t kNowhere = ~std::uint64_t{0};
+
+/// What a thread knows of a table within its transaction.
+struct TableUse {
+  MDB_cursor* readCursor = nullptr;   ///< outlives its transaction, renewed for the next
+  MDB_cursor* writeCursor = nullptr;  ///< ends with its transaction
+  MDB_cursor* orderCursor = nullptr;  ///< the same over the order of the rows
+  std::uint64_t readSerial = 0;       ///< the read transaction that readCursor was last renewed for
+  std::uint64_t changes = 0;          ///< rises with every change of the table by this thread
+  std::uint64_t place = 0;            ///< rises whenever the table's cursor moves
+  bool longKeys = false;              ///< a key has been shortened within this transaction
+  bool highestKnown = false;
+  std::string highest;  ///< the table's highest key, or one that was
+  /// Rows whose key was changed in this transaction, by row number: selections know them by the old one.
+  std::unordered_map<oid_t, std::string> moved;
+};
+
+/// A row as a cursor has loaded it, for telling whether it has changed since.
+struct LoadedRow {
+  std::string key;
+  std::string image;
+  std::uint64_t changes = 0;  ///< of the table when the row was loaded
+  std::uint64_t place = kNowhere;
+};
+
+/// A thread's state in a database. Created by attach, ended by detach, at the thread's end or when the database closes.
+class Context {
+ public:
+  /// The calling thread's context of a store, or null.
+  static Context* Find(const Store* store);
+  /// The same, made where there is none.
+  static Context& Attach(const std::shared_ptr<Store>& store);
+  /// Ends the calling thread's context of a store; its transaction is rolled back.
+  static void Detach(const Store* store);
+
+  explicit Context(std::shared_ptr<Store> store);
+  Context(const Context&) = delete;
+  Context& operator=(const Context&) = delete;
+  ~Context();
+
+  /// Makes sure of a transaction, of a write transaction. Where a read transaction ran, its state may have moved on.
+  Status BeginRead();
+  Status BeginWrite();
+  Status Commit();
+  void Rollback();
+
+  MDB_txn* Transaction() const { return m_write != nullptr ? m_write : m_reading ? m_read : nullptr; }
+
+  /// The plan for a table, or the reason why it can't be used.
+  Status PlanOf(const Table& table, std::shared_ptr<const RowPlan>& plan) const;
+  TableUse& Use(const Table& table) { return m_uses[static_cast<std::size_t>(table.slot)]; }
+  /// The table's cursor in the running transaction, shared by all that goes to single rows.
+  Status CursorOf(const Table& table, MDB_cursor*& cursor);
+  /// Finds a row by its key, where the row has moved since by its new one. `key` becomes the key it has now.
+  Status FindRow(const Table& table, std::string& key, std::string_view& image, bool& found);
+
+  /// The key of the row of that number.
+  Status KeyOf(const Table& table, oid_t number, std::string& key, bool& found);
+
+  // Changes. A failure beyond the row, such as a full store, ends the transaction: nothing of it will be stored.
+  Status Insert(const Table& table, const void* record, oid_t& number);
+  /// Replaces a row with the record. A row image that stays the same isn't written. `found` reports whether the row is
+  /// still there, and `row` becomes its new state: texts of the record that lay in `row` are to be taken anew.
+  Status Replace(const Table& table, LoadedRow& row, const void* record, bool& found);
+  Status Remove(const Table& table, std::string key, bool& found);
+  Status RemoveAll(const Table& table);
+
+  /// Reports to `stream` from now on, until Unlink.
+  void Link(RowStream* stream) { m_linked.push_back(stream); }
+  void Unlink(RowStream* stream);
+  /// A linked stream that walks over a table directly, until it is closed.
+  void StreamOpened(RowStream* stream) { m_open.push_back(stream); }
+  void StreamClosed(RowStream* stream) { std::erase(m_open, stream); }
+
+  Status Failed(int result, const char* operation) const {
+    return LmdbError(result, m_store->File().Path(), operation);
+  }
+
+ private:
+  Status BeginChange(const Table& table, std::shared_ptr<const RowPlan>& plan);
+  /// Gives up the transaction after a failed change.
+  Status GiveUp(int result, const char* operation);
+  Status PutNew(const Table& table, std::string& key, std::string_view image);
+  /// Notes a new row, or one with a new key, in the order of rows. Returns LMDB's result.
+  int NoteOrder(const Table& table, std::string_view key);
+  /// Commits the write transaction.
+  Status CommitWrite();
+  /// Writes m_image under m_key in the place of `row`.
+  Status Put(const Table& table, LoadedRow& row, bool& standsThere);
+  Status NoteLongKey(const Table& table, const RowPlan& plan);
+  void EndRead();
+  void ForgetWrite();
+  void ResetStreams();
+  void DetachStreams();
+
+  std::shared_ptr<Store> m_store;
+  std::shared_ptr<const PlanSet> m_plans;
+  MDB_txn* m_read = nullptr;  ///< kept between transactions
+  bool m_reading = false;
+  std::uint64_t m_readSerial = 0;
+  MDB_txn* m_write = nullptr;
+  bool m_failed = false;
+  oid_t m_nextRow = 0;  ///< the number of the next row that this write transaction inserts
+  std::vector<TableUse> m_uses;
+  std::vector<RowStream*> m_linked;
+  std::vector<RowStream*> m_open;
+  std::string m_key;  ///< working space
+  std::string m_image;
+};
+
+}  // namespace dtsdb::internal::rtdb

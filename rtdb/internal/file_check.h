@@ -1,0 +1,24 @@
+/// \file
+/// Whether a store file can be used without harm.
+///
+/// LMDB trusts its file: a page that points out of the file, or whose entries overlap, brings the process down, and a
+/// damaged head makes it go back to the state before. So a file is looked through before it is used. The check reads
+/// the heads, each page's header, and the header and key of each entry, not the rows. docs/realtime-store.md lists what
+/// it looks for.
+#pragma once
+
+#include <string>
+
+struct MDB_env;
+
+namespace dtsdb::internal::rtdb {
+
+/// Looks at the head of an existing file, before LMDB opens it. Returns what is wrong, or an empty text. An empty file
+/// is a store to be made.
+std::string CheckFileHead(const std::string& path);
+
+/// Looks through all pages of the opened store as they are now; other programs may go on writing meanwhile. Returns
+/// what is wrong, or an empty text.
+std::string CheckPages(MDB_env* env);
+
+}  // namespace dtsdb::internal::rtdb

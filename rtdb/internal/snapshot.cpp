@@ -1,0 +1,79 @@
+#include "rtdb/internal/snapshot.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace dtsdb::internal::rtdb {
+namespace {
+
+/// Room for two heads, each of which is a page, of the largest size that LMDB knows.
+constexpr std::size_t kHeadRoom = std::size_t{2} << 16;
+constexpr std::size_t kPiece = std::size_t{1} << 20;
+
+/// Reads up to `size` bytes; fewer at the file's end. -1 on an error.
+ssize_t ReadAt(int file, char* bytes, std::size_t size, off_t offset) {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t got = ::pread(file, bytes + done, size - done, offset + static_cast<off_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return -1;
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return static_cast<ssize_t>(done);
+}
+
+int WriteAll(int file, const char* bytes, std::size_t size) {
+  while (size > 0) {
+    const ssize_t put = ::write(file, bytes, size);
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0) return errno;
+    bytes += put;
+    size -= static_cast<std::size_t>(put);
+  }
+  return 0;
+}
+
+std::vector<char> Heads(int file) {
+  std::vector<char> heads(kHeadRoom);
+  heads.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ReadAt(file, heads.data(), heads.size(), 0))));
+  return heads;
+}
+
+}  // namespace
+
+int Snapshot::Take(int file) {
+  m_copy = Descriptor(::memfd_create("store", MFD_CLOEXEC));
+  if (!m_copy.IsOpen()) return errno;
+  // The heads first: whatever they name is in the file by then.
+  m_heads = Heads(file);
+  if (const int error = WriteAll(m_copy.Get(), m_heads.data(), m_heads.size()); error != 0) return error;
+  std::vector<char> piece(kPiece);
+  auto offset = static_cast<off_t>(m_heads.size());
+  for (;;) {
+    const ssize_t got = ReadAt(file, piece.data(), piece.size(), offset);
+    if (got < 0) return errno;
+    if (got == 0) return 0;
+    if (const int error = WriteAll(m_copy.Get(), piece.data(), static_cast<std::size_t>(got)); error != 0) return error;
+    offset += got;
+  }
+}
+
+bool Snapshot::IsWhole(MDB_env* env, int file) const {
+  MDB_stat stat{};
+  MDB_envinfo info{};
+  if (mdb_env_stat(env, &stat) != MDB_SUCCESS || mdb_env_info(env, &info) != MDB_SUCCESS) return false;
+  // States take turns in the two heads.
+  const std::size_t head = info.me_last_txnid % 2 * stat.ms_psize;
+  const std::vector<char> now = Heads(file);
+  return head + stat.ms_psize <= std::min(now.size(), m_heads.size()) &&
+         std::memcmp(now.data() + head, m_heads.data() + head, stat.ms_psize) == 0;
+}
+
+bool Snapshot::IsNewest(int file) const { return Heads(file) == m_heads; }
+
+}  // namespace dtsdb::internal::rtdb

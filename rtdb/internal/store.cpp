@@ -1,0 +1,319 @@
+#include "rtdb/internal/store.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+#include "rtdb/internal/lmdb_value.h"
+#include "rtdb/internal/row_order.h"
+
+namespace dtsdb::internal::rtdb {
+namespace {
+
+constexpr char kSchemaTree[] = "@schema";
+constexpr char kFormatKey[] = "@format";
+/// Under it stands the first row number that was not given, where a transaction has taken those of the next ones.
+constexpr char kRowNumbersKey[] = "@rows";
+/// The file's format is this word and a number.
+constexpr std::string_view kFormatWord = "realtime-store ";
+constexpr int kFormat = 2;
+/// Without the order of rows and the count of their numbers.
+constexpr int kOldestFormat = 1;
+
+/// A transaction for opening tables, ended in any case.
+class Opening {
+ public:
+  Opening(Environment& file, bool write, Status& status) : m_file(file), m_write(write) {
+    status = file.Begin(write, m_transaction);
+  }
+  Opening(const Opening&) = delete;
+  Opening& operator=(const Opening&) = delete;
+  ~Opening() {
+    if (m_transaction != nullptr) m_file.Abort(m_transaction, m_write);
+  }
+  MDB_txn* Get() const { return m_transaction; }
+  /// Table handles opened so far stay valid.
+  Status Commit() { return m_file.Commit(std::exchange(m_transaction, nullptr), m_write); }
+
+ private:
+  Environment& m_file;
+  bool m_write;
+  MDB_txn* m_transaction = nullptr;
+};
+
+}  // namespace
+
+std::shared_ptr<Store> Store::Open(const std::string& path, bool readOnly, std::size_t sizeLimit,
+                                   const std::vector<dbTableDescriptor*>& tables, Status& status) {
+  std::shared_ptr<Store> store(new Store);
+  store->m_file = Environment::Open(path, readOnly, sizeLimit, status);
+  if (store->m_file == nullptr) return nullptr;
+  store->m_readOnly = readOnly;
+  for (const dbTableDescriptor* descriptor : tables) {
+    store->m_tables.push_back(
+        {.name = descriptor->getName(), .descriptor = descriptor, .slot = static_cast<int>(store->m_tables.size())});
+  }
+  status = store->OpenTables();
+  return status ? store : nullptr;
+}
+
+Status Store::Refused(const std::string& why) const {
+  return Status::Error(dbErrors::DatabaseOpenError, m_file->Path() + ": " + why);
+}
+
+Status Store::OpenTables() {
+  const std::lock_guard lock(m_file->HandleMutex());
+  bool complete = false;
+  Status status;
+  {
+    Opening opening(*m_file, false, status);
+    if (status) status = FindTables(opening.Get(), complete);
+    if (status) status = opening.Commit();
+  }
+  if (!status || complete || m_readOnly) return status;
+  Opening opening(*m_file, true, status);
+  if (status) status = MakeTables(opening.Get());
+  if (status) status = opening.Commit();
+  return status;
+}
+
+Status Store::FindTables(MDB_txn* transaction, bool& complete) {
+  complete = false;
+  int result = mdb_dbi_open(transaction, kSchemaTree, 0, &m_schemas);
+  if (result == MDB_NOTFOUND) {
+    MDB_dbi root = 0;
+    MDB_stat stat{};
+    result = mdb_dbi_open(transaction, nullptr, 0, &root);
+    if (result == MDB_SUCCESS) result = mdb_stat(transaction, root, &stat);
+    if (result != MDB_SUCCESS) return Failed(result, "open");
+    if (stat.ms_entries > 0) return Refused("not a store of the realtime database");
+    return m_readOnly ? Refused("a store without tables") : Status();
+  }
+  if (result != MDB_SUCCESS) return Failed(result, "open");
+  int format = 0;
+  if (Status status = ReadFormat(transaction, format); !status) return status;
+  // A store is made in one transaction: a list of schemas without a format is somebody else's.
+  if (format == 0) return Refused("not a store of the realtime database");
+  complete = format == kFormat;
+  for (Table& table : m_tables) {
+    Schema schema;
+    bool found = false;
+    bool grown = false;
+    if (Status status = ReadSchema(transaction, table.name, schema, found); !status) return status;
+    if (!found) {
+      complete = false;
+      continue;
+    }
+    const std::string refusal = Adopt(schema, *table.descriptor, grown);
+    if (!refusal.empty()) return Refused(refusal);
+    if (grown) complete = false;
+    result = mdb_dbi_open(transaction, table.name.c_str(), 0, &table.handle);
+    if (result != MDB_SUCCESS) return Failed(result, ("open of table " + table.name).c_str());
+    table.present = true;
+    if (format < kFormat) continue;
+    if (Status status = OpenOrder(transaction, table, schema, 0); !status) return status;
+    if (HasOrderTree(schema) && !table.ordered) complete = false;
+  }
+  return {};
+}
+
+Status Store::MakeTables(MDB_txn* transaction) {
+  const int result = mdb_dbi_open(transaction, kSchemaTree, MDB_CREATE, &m_schemas);
+  if (result != MDB_SUCCESS) return Failed(result, "making of the store");
+  int format = 0;
+  if (Status status = ReadFormat(transaction, format); !status) return status;
+  if (format < kFormat) {
+    if (Status status = Upgrade(transaction); !status) return status;
+  }
+  bool changed = false;
+  for (Table& table : m_tables) {
+    if (Status status = MakeTable(transaction, table, changed); !status) return status;
+  }
+  return changed ? RaiseGeneration(transaction) : Status();
+}
+
+Status Store::MakeTable(MDB_txn* transaction, Table& table, bool& changed) {
+  Schema schema;
+  bool found = false;
+  bool grown = false;
+  if (Status status = ReadSchema(transaction, table.name, schema, found); !status) return status;
+  if (!found) schema = SchemaOf(*table.descriptor);
+  const std::string refusal = Adopt(schema, *table.descriptor, grown);
+  if (!refusal.empty()) return Refused(refusal);
+  if (!found || grown) {
+    changed = true;
+    if (Status status = WriteSchema(transaction, table.name, schema); !status) return status;
+  }
+  const int result = mdb_dbi_open(transaction, table.name.c_str(), MDB_CREATE, &table.handle);
+  if (result != MDB_SUCCESS) return Failed(result, ("making of table " + table.name).c_str());
+  table.present = true;
+  return OpenOrder(transaction, table, schema, MDB_CREATE);
+}
+
+Status Store::OpenOrder(MDB_txn* transaction, Table& table, const Schema& schema, unsigned flags) {
+  if (!HasOrderTree(schema)) return {};
+  MDB_stat rows{};
+  MDB_stat numbers{};
+  int result = mdb_dbi_open(transaction, OrderTreeName(table.name).c_str(), flags, &table.order);
+  if (result == MDB_SUCCESS) result = mdb_stat(transaction, table.handle, &rows);
+  if (result == MDB_SUCCESS) result = mdb_stat(transaction, table.order, &numbers);
+  table.ordered = result == MDB_SUCCESS && rows.ms_entries == numbers.ms_entries;
+  if (result == MDB_SUCCESS && !table.ordered && flags == MDB_CREATE) {
+    result = BuildOrder(transaction, table.handle, table.order);
+    table.ordered = true;
+  }
+  return result == MDB_SUCCESS ? Status() : Failed(result, ("open of the order of table " + table.name).c_str());
+}
+
+Status Store::ReadFormat(MDB_txn* transaction, int& format) {
+  MDB_val key = Val(kFormatKey);
+  MDB_val data{};
+  format = 0;
+  const int result = mdb_get(transaction, m_schemas, &key, &data);
+  if (result == MDB_NOTFOUND) return {};
+  if (result != MDB_SUCCESS) return Failed(result, "open");
+  const std::string_view text = View(data);
+  if (!text.starts_with(kFormatWord)) return Refused("not a store of the realtime database");
+  std::from_chars(text.data() + kFormatWord.size(), text.data() + text.size(), format);
+  if (format >= kOldestFormat && format <= kFormat) return {};
+  return Refused("written in the newer file format " + std::string(text) + "; this program knows " +
+                 std::to_string(kFormat));
+}
+
+Status Store::WriteFormat(MDB_txn* transaction) {
+  const std::string text = std::string(kFormatWord) + std::to_string(kFormat);
+  MDB_val key = Val(kFormatKey);
+  MDB_val data = Val(text);
+  const int result = mdb_put(transaction, m_schemas, &key, &data, 0);
+  return result == MDB_SUCCESS ? Status() : Failed(result, "making of the store");
+}
+
+Status Store::Upgrade(MDB_txn* transaction) {
+  // All tables of the file, also those that this program does not have.
+  std::vector<std::string> tables;
+  MDB_cursor* cursor = nullptr;
+  int result = mdb_cursor_open(transaction, m_schemas, &cursor);
+  if (result != MDB_SUCCESS) return Failed(result, "open");
+  MDB_val key{};
+  MDB_val data{};
+  while ((result = mdb_cursor_get(cursor, &key, &data, MDB_NEXT)) == MDB_SUCCESS) {
+    if (!View(key).starts_with('@')) tables.emplace_back(View(key));
+  }
+  mdb_cursor_close(cursor);
+  if (result != MDB_NOTFOUND) return Failed(result, "open");
+  for (const std::string& name : tables) {
+    Schema schema;
+    bool found = false;
+    if (Status status = ReadSchema(transaction, name, schema, found); !status) return status;
+    Table table{.name = name};
+    result = mdb_dbi_open(transaction, name.c_str(), 0, &table.handle);
+    if (result != MDB_SUCCESS) return Failed(result, ("open of table " + name).c_str());
+    if (Status status = OpenOrder(transaction, table, schema, MDB_CREATE); !status) return status;
+  }
+  return WriteFormat(transaction);
+}
+
+Status Store::ReadSchema(MDB_txn* transaction, const std::string& table, Schema& schema, bool& found) {
+  MDB_val key = Val(table);
+  MDB_val data{};
+  const int result = mdb_get(transaction, m_schemas, &key, &data);
+  found = result == MDB_SUCCESS;
+  if (result == MDB_NOTFOUND) return {};
+  if (result != MDB_SUCCESS) return Failed(result, "reading the columns of a table");
+  auto read = Schema::FromText(View(data));
+  if (!read) return Refused("the columns of table " + table + " are damaged");
+  schema = std::move(*read);
+  return {};
+}
+
+Status Store::WriteSchema(MDB_txn* transaction, const std::string& table, const Schema& schema) {
+  const std::string text = schema.ToText();
+  MDB_val key = Val(table);
+  MDB_val data = Val(text);
+  const int result = mdb_put(transaction, m_schemas, &key, &data, 0);
+  return result == MDB_SUCCESS ? Status() : Failed(result, "writing the columns of a table");
+}
+
+Status Store::ReadNumber(MDB_txn* transaction, std::string_view key, std::uint64_t& number) {
+  MDB_val at = Val(key);
+  MDB_val data{};
+  number = 0;
+  const int result = mdb_get(transaction, m_schemas, &at, &data);
+  if (result == MDB_NOTFOUND) return {};
+  if (result != MDB_SUCCESS) return Failed(result, "begin of a transaction");
+  if (data.mv_size == sizeof(number)) std::memcpy(&number, data.mv_data, sizeof(number));
+  return {};
+}
+
+Status Store::WriteNumber(MDB_txn* transaction, std::string_view key, std::uint64_t number) {
+  MDB_val at = Val(key);
+  MDB_val data{sizeof(number), &number};
+  const int result = mdb_put(transaction, m_schemas, &at, &data, 0);
+  return result == MDB_SUCCESS ? Status() : Failed(result, "writing the columns of a table");
+}
+
+Status Store::RaiseGeneration(MDB_txn* transaction) {
+  std::uint64_t generation = 0;
+  if (Status status = ReadGeneration(transaction, generation); !status) return status;
+  return WriteNumber(transaction, kGenerationKey, generation + 1);
+}
+
+Status Store::FirstRowNumber(MDB_txn* transaction, oid_t& number) {
+  std::uint64_t given = 0;
+  if (Status status = ReadNumber(transaction, kRowNumbersKey, given); !status) return status;
+  number = std::max<oid_t>(given, mdb_txn_id(transaction) * m_rowsPerTransaction);
+  return {};
+}
+
+Status Store::NoteRowNumbers(MDB_txn* transaction, oid_t end) {
+  if (end <= (mdb_txn_id(transaction) + 1) * m_rowsPerTransaction) return {};
+  return WriteNumber(transaction, kRowNumbersKey, end);
+}
+
+Status Store::LoadPlan(MDB_txn* transaction, const Table& table, TablePlan& plan) {
+  Schema schema;
+  bool found = false;
+  bool grown = false;
+  if (Status status = ReadSchema(transaction, table.name, schema, found); !status) return status;
+  if (!found && !m_readOnly) {
+    plan.refusal = "table " + table.name + " has gone from the store";
+    return {};
+  }
+  if (!found) schema = SchemaOf(*table.descriptor);
+  plan.refusal = Adopt(schema, *table.descriptor, grown);
+  if (plan.refusal.empty() && grown && !m_readOnly) plan.refusal = "table " + table.name + " has lost columns";
+  if (plan.refusal.empty()) plan.plan = std::make_shared<RowPlan>(std::move(schema), *table.descriptor);
+  return {};
+}
+
+Status Store::Plans(MDB_txn* transaction, std::shared_ptr<const PlanSet>& known) {
+  std::uint64_t generation = 0;
+  if (Status status = ReadGeneration(transaction, generation); !status) return status;
+  if (known != nullptr && known->generation == generation) return {};
+  const std::lock_guard lock(m_mutex);
+  if (m_plans == nullptr || m_plans->generation != generation) {
+    auto plans = std::make_shared<PlanSet>();
+    plans->generation = generation;
+    plans->tables.resize(m_tables.size());
+    for (const Table& table : m_tables) {
+      if (Status status = LoadPlan(transaction, table, plans->tables[static_cast<std::size_t>(table.slot)]); !status) {
+        return status;
+      }
+    }
+    m_plans = std::move(plans);
+  }
+  known = m_plans;
+  return {};
+}
+
+Status Store::MarkLongKeys(MDB_txn* transaction, const Table& table) {
+  Schema schema;
+  bool found = false;
+  if (Status status = ReadSchema(transaction, table.name, schema, found); !status) return status;
+  if (!found || schema.longKeys) return {};
+  schema.longKeys = true;
+  if (Status status = WriteSchema(transaction, table.name, schema); !status) return status;
+  return RaiseGeneration(transaction);
+}
+
+}  // namespace dtsdb::internal::rtdb
