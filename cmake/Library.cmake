@@ -20,13 +20,12 @@ foreach(kind SHARED STATIC)
 endforeach()
 set_target_properties(dtsdb PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 
-# Installation: headers under include/dtsdb/ by the paths they have here, but those in internal/ folders, and the CMake
-# package dtsdb.
+# Installation: the public headers under include/dtsdb/ by the paths they have here, and the CMake package dtsdb.
 include(CMakePackageConfigHelpers)
 install(TARGETS dtsdb dtsdb_static EXPORT dtsdbTargets)
-foreach(folder include rtdb model validation topology breakerflow)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/dtsdb/${folder}
-          FILES_MATCHING PATTERN "*.h" PATTERN "*.inc" PATTERN internal EXCLUDE)
+foreach(header ${public_headers})
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/dtsdb/${folder})
 endforeach()
 install(EXPORT dtsdbTargets NAMESPACE dtsdb:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/dtsdb)
 configure_package_config_file(cmake/dtsdbConfig.cmake.in ${PROJECT_BINARY_DIR}/dtsdbConfig.cmake

@@ -2,7 +2,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include "include/standard_streams.h"
+#include "include/internal/standard_streams.h"
 #include "model/dtsdb.h"
 #include "model/objectfile.h"
 #include "model/qarchive.h"
@@ -47,7 +47,7 @@ void DTSDB::Serialize(QArchive& ar) {
 }
 
 QString ReadObjectFile(DTSDB& database, const QString& fileName) {
-  const StandardStreamsKept kept;
+  const internal::StandardStreamsKept kept;
   QFile file(fileName);
   if (!file.open(QIODevice::ReadOnly)) return kCanNotOpen;
   QArchive ar(&file, true);
@@ -64,7 +64,7 @@ QString ReadObjectFile(DTSDB& database, const QString& fileName) {
 
 QString WriteObjectFile(DTSDB& database, const QString& fileName) {
   if (fileName.isEmpty()) return kCanNotOpen;
-  const StandardStreamsKept kept;
+  const internal::StandardStreamsKept kept;
   if (IsSpecial(fileName)) {
     QFile device(fileName);
     if (!device.open(QIODevice::WriteOnly)) return kCanNotOpen;

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <locale>
 
-#include "include/standard_streams.h"
+#include "include/internal/standard_streams.h"
 #include "model/text.h"
 
 namespace dtsdb {

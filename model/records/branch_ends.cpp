@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -68,18 +68,18 @@ constexpr FieldInfo kZbr2Fields[] = {
 }  // namespace
 
 std::span<const FieldInfo> CB2::Fields() { return kCb2Fields; }
-void CB2::Serialize(QArchive& ar) { SerializeFields(this, kCb2Fields, ar); }
+void CB2::Serialize(QArchive& ar) { internal::SerializeFields(this, kCb2Fields, ar); }
 
 std::span<const FieldInfo> LN2::Fields() { return kLn2Fields; }
-void LN2::Serialize(QArchive& ar) { SerializeFields(this, kLn2Fields, ar); }
+void LN2::Serialize(QArchive& ar) { internal::SerializeFields(this, kLn2Fields, ar); }
 
 std::span<const FieldInfo> DLN2::Fields() { return kDln2Fields; }
-void DLN2::Serialize(QArchive& ar) { SerializeFields(this, kDln2Fields, ar); }
+void DLN2::Serialize(QArchive& ar) { internal::SerializeFields(this, kDln2Fields, ar); }
 
 std::span<const FieldInfo> XF2::Fields() { return kXf2Fields; }
-void XF2::Serialize(QArchive& ar) { SerializeFields(this, kXf2Fields, ar); }
+void XF2::Serialize(QArchive& ar) { internal::SerializeFields(this, kXf2Fields, ar); }
 
 std::span<const FieldInfo> ZBR2::Fields() { return kZbr2Fields; }
-void ZBR2::Serialize(QArchive& ar) { SerializeFields(this, kZbr2Fields, ar); }
+void ZBR2::Serialize(QArchive& ar) { internal::SerializeFields(this, kZbr2Fields, ar); }
 
 }  // namespace dtsdb

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -202,18 +202,18 @@ constexpr FieldInfo kZbrFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> CB::Fields() { return kCbFields; }
-void CB::Serialize(QArchive& ar) { SerializeFields(this, kCbFields, ar); }
+void CB::Serialize(QArchive& ar) { internal::SerializeFields(this, kCbFields, ar); }
 
 std::span<const FieldInfo> LN::Fields() { return kLnFields; }
-void LN::Serialize(QArchive& ar) { SerializeFields(this, kLnFields, ar); }
+void LN::Serialize(QArchive& ar) { internal::SerializeFields(this, kLnFields, ar); }
 
 std::span<const FieldInfo> DLN::Fields() { return kDlnFields; }
-void DLN::Serialize(QArchive& ar) { SerializeFields(this, kDlnFields, ar); }
+void DLN::Serialize(QArchive& ar) { internal::SerializeFields(this, kDlnFields, ar); }
 
 std::span<const FieldInfo> XF::Fields() { return kXfFields; }
-void XF::Serialize(QArchive& ar) { SerializeFields(this, kXfFields, ar); }
+void XF::Serialize(QArchive& ar) { internal::SerializeFields(this, kXfFields, ar); }
 
 std::span<const FieldInfo> ZBR::Fields() { return kZbrFields; }
-void ZBR::Serialize(QArchive& ar) { SerializeFields(this, kZbrFields, ar); }
+void ZBR::Serialize(QArchive& ar) { internal::SerializeFields(this, kZbrFields, ar); }
 
 }  // namespace dtsdb

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -132,18 +132,18 @@ constexpr FieldInfo kCpFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> ND::Fields() { return kNdFields; }
-void ND::Serialize(QArchive& ar) { SerializeFields(this, kNdFields, ar); }
+void ND::Serialize(QArchive& ar) { internal::SerializeFields(this, kNdFields, ar); }
 
 std::span<const FieldInfo> BUS::Fields() { return kBusFields; }
-void BUS::Serialize(QArchive& ar) { SerializeFields(this, kBusFields, ar); }
+void BUS::Serialize(QArchive& ar) { internal::SerializeFields(this, kBusFields, ar); }
 
 std::span<const FieldInfo> UN::Fields() { return kUnFields; }
-void UN::Serialize(QArchive& ar) { SerializeFields(this, kUnFields, ar); }
+void UN::Serialize(QArchive& ar) { internal::SerializeFields(this, kUnFields, ar); }
 
 std::span<const FieldInfo> LD::Fields() { return kLdFields; }
-void LD::Serialize(QArchive& ar) { SerializeFields(this, kLdFields, ar); }
+void LD::Serialize(QArchive& ar) { internal::SerializeFields(this, kLdFields, ar); }
 
 std::span<const FieldInfo> CP::Fields() { return kCpFields; }
-void CP::Serialize(QArchive& ar) { SerializeFields(this, kCpFields, ar); }
+void CP::Serialize(QArchive& ar) { internal::SerializeFields(this, kCpFields, ar); }
 
 }  // namespace dtsdb

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -80,15 +80,15 @@ constexpr FieldInfo kKvFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> CO::Fields() { return kCoFields; }
-void CO::Serialize(QArchive& ar) { SerializeFields(this, kCoFields, ar); }
+void CO::Serialize(QArchive& ar) { internal::SerializeFields(this, kCoFields, ar); }
 
 std::span<const FieldInfo> DV::Fields() { return kDvFields; }
-void DV::Serialize(QArchive& ar) { SerializeFields(this, kDvFields, ar); }
+void DV::Serialize(QArchive& ar) { internal::SerializeFields(this, kDvFields, ar); }
 
 std::span<const FieldInfo> ST::Fields() { return kStFields; }
-void ST::Serialize(QArchive& ar) { SerializeFields(this, kStFields, ar); }
+void ST::Serialize(QArchive& ar) { internal::SerializeFields(this, kStFields, ar); }
 
 std::span<const FieldInfo> KV::Fields() { return kKvFields; }
-void KV::Serialize(QArchive& ar) { SerializeFields(this, kKvFields, ar); }
+void KV::Serialize(QArchive& ar) { internal::SerializeFields(this, kKvFields, ar); }
 
 }  // namespace dtsdb

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -33,9 +33,9 @@ constexpr FieldInfo kStatusFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> ANALOG::Fields() { return kAnalogFields; }
-void ANALOG::Serialize(QArchive& ar) { SerializeFields(this, kAnalogFields, ar); }
+void ANALOG::Serialize(QArchive& ar) { internal::SerializeFields(this, kAnalogFields, ar); }
 
 std::span<const FieldInfo> STATUS::Fields() { return kStatusFields; }
-void STATUS::Serialize(QArchive& ar) { SerializeFields(this, kStatusFields, ar); }
+void STATUS::Serialize(QArchive& ar) { internal::SerializeFields(this, kStatusFields, ar); }
 
 }  // namespace dtsdb

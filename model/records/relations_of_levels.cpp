@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -77,24 +77,24 @@ constexpr FieldInfo kRKvZbrFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> R_KV_BUS::Fields() { return kRKvBusFields; }
-void R_KV_BUS::Serialize(QArchive& ar) { SerializeFields(this, kRKvBusFields, ar); }
+void R_KV_BUS::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvBusFields, ar); }
 
 std::span<const FieldInfo> R_KV_CB::Fields() { return kRKvCbFields; }
-void R_KV_CB::Serialize(QArchive& ar) { SerializeFields(this, kRKvCbFields, ar); }
+void R_KV_CB::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvCbFields, ar); }
 
 std::span<const FieldInfo> R_KV_CP::Fields() { return kRKvCpFields; }
-void R_KV_CP::Serialize(QArchive& ar) { SerializeFields(this, kRKvCpFields, ar); }
+void R_KV_CP::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvCpFields, ar); }
 
 std::span<const FieldInfo> R_KV_LD::Fields() { return kRKvLdFields; }
-void R_KV_LD::Serialize(QArchive& ar) { SerializeFields(this, kRKvLdFields, ar); }
+void R_KV_LD::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvLdFields, ar); }
 
 std::span<const FieldInfo> R_KV_ND::Fields() { return kRKvNdFields; }
-void R_KV_ND::Serialize(QArchive& ar) { SerializeFields(this, kRKvNdFields, ar); }
+void R_KV_ND::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvNdFields, ar); }
 
 std::span<const FieldInfo> R_KV_UN::Fields() { return kRKvUnFields; }
-void R_KV_UN::Serialize(QArchive& ar) { SerializeFields(this, kRKvUnFields, ar); }
+void R_KV_UN::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvUnFields, ar); }
 
 std::span<const FieldInfo> R_KV_ZBR::Fields() { return kRKvZbrFields; }
-void R_KV_ZBR::Serialize(QArchive& ar) { SerializeFields(this, kRKvZbrFields, ar); }
+void R_KV_ZBR::Serialize(QArchive& ar) { internal::SerializeFields(this, kRKvZbrFields, ar); }
 
 }  // namespace dtsdb

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -59,18 +59,18 @@ constexpr FieldInfo kRNdZbr2Fields[] = {
 }  // namespace
 
 std::span<const FieldInfo> R_ND_CB2::Fields() { return kRNdCb2Fields; }
-void R_ND_CB2::Serialize(QArchive& ar) { SerializeFields(this, kRNdCb2Fields, ar); }
+void R_ND_CB2::Serialize(QArchive& ar) { internal::SerializeFields(this, kRNdCb2Fields, ar); }
 
 std::span<const FieldInfo> R_ND_DLN2::Fields() { return kRNdDln2Fields; }
-void R_ND_DLN2::Serialize(QArchive& ar) { SerializeFields(this, kRNdDln2Fields, ar); }
+void R_ND_DLN2::Serialize(QArchive& ar) { internal::SerializeFields(this, kRNdDln2Fields, ar); }
 
 std::span<const FieldInfo> R_ND_LN2::Fields() { return kRNdLn2Fields; }
-void R_ND_LN2::Serialize(QArchive& ar) { SerializeFields(this, kRNdLn2Fields, ar); }
+void R_ND_LN2::Serialize(QArchive& ar) { internal::SerializeFields(this, kRNdLn2Fields, ar); }
 
 std::span<const FieldInfo> R_ND_XF2::Fields() { return kRNdXf2Fields; }
-void R_ND_XF2::Serialize(QArchive& ar) { SerializeFields(this, kRNdXf2Fields, ar); }
+void R_ND_XF2::Serialize(QArchive& ar) { internal::SerializeFields(this, kRNdXf2Fields, ar); }
 
 std::span<const FieldInfo> R_ND_ZBR2::Fields() { return kRNdZbr2Fields; }
-void R_ND_ZBR2::Serialize(QArchive& ar) { SerializeFields(this, kRNdZbr2Fields, ar); }
+void R_ND_ZBR2::Serialize(QArchive& ar) { internal::SerializeFields(this, kRNdZbr2Fields, ar); }
 
 }  // namespace dtsdb

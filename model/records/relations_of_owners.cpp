@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -68,21 +68,21 @@ constexpr FieldInfo kRStXfFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> R_CO_DV::Fields() { return kRCoDvFields; }
-void R_CO_DV::Serialize(QArchive& ar) { SerializeFields(this, kRCoDvFields, ar); }
+void R_CO_DV::Serialize(QArchive& ar) { internal::SerializeFields(this, kRCoDvFields, ar); }
 
 std::span<const FieldInfo> R_DV_DLN::Fields() { return kRDvDlnFields; }
-void R_DV_DLN::Serialize(QArchive& ar) { SerializeFields(this, kRDvDlnFields, ar); }
+void R_DV_DLN::Serialize(QArchive& ar) { internal::SerializeFields(this, kRDvDlnFields, ar); }
 
 std::span<const FieldInfo> R_DV_LN::Fields() { return kRDvLnFields; }
-void R_DV_LN::Serialize(QArchive& ar) { SerializeFields(this, kRDvLnFields, ar); }
+void R_DV_LN::Serialize(QArchive& ar) { internal::SerializeFields(this, kRDvLnFields, ar); }
 
 std::span<const FieldInfo> R_DV_ST::Fields() { return kRDvStFields; }
-void R_DV_ST::Serialize(QArchive& ar) { SerializeFields(this, kRDvStFields, ar); }
+void R_DV_ST::Serialize(QArchive& ar) { internal::SerializeFields(this, kRDvStFields, ar); }
 
 std::span<const FieldInfo> R_ST_KV::Fields() { return kRStKvFields; }
-void R_ST_KV::Serialize(QArchive& ar) { SerializeFields(this, kRStKvFields, ar); }
+void R_ST_KV::Serialize(QArchive& ar) { internal::SerializeFields(this, kRStKvFields, ar); }
 
 std::span<const FieldInfo> R_ST_XF::Fields() { return kRStXfFields; }
-void R_ST_XF::Serialize(QArchive& ar) { SerializeFields(this, kRStXfFields, ar); }
+void R_ST_XF::Serialize(QArchive& ar) { internal::SerializeFields(this, kRStXfFields, ar); }
 
 }  // namespace dtsdb

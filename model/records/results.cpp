@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
 // clang-format off
 
@@ -99,24 +99,24 @@ constexpr FieldInfo kGlobalFields[] = {
 }  // namespace
 
 std::span<const FieldInfo> BS::Fields() { return kBsFields; }
-void BS::Serialize(QArchive& ar) { SerializeFields(this, kBsFields, ar); }
+void BS::Serialize(QArchive& ar) { internal::SerializeFields(this, kBsFields, ar); }
 
 std::span<const FieldInfo> BSL::Fields() { return kBslFields; }
-void BSL::Serialize(QArchive& ar) { SerializeFields(this, kBslFields, ar); }
+void BSL::Serialize(QArchive& ar) { internal::SerializeFields(this, kBslFields, ar); }
 
 std::span<const FieldInfo> ISLAND::Fields() { return kIslandFields; }
-void ISLAND::Serialize(QArchive& ar) { SerializeFields(this, kIslandFields, ar); }
+void ISLAND::Serialize(QArchive& ar) { internal::SerializeFields(this, kIslandFields, ar); }
 
 std::span<const FieldInfo> CHND::Fields() { return kChndFields; }
-void CHND::Serialize(QArchive& ar) { SerializeFields(this, kChndFields, ar); }
+void CHND::Serialize(QArchive& ar) { internal::SerializeFields(this, kChndFields, ar); }
 
 std::span<const FieldInfo> TPL::Fields() { return kTplFields; }
-void TPL::Serialize(QArchive& ar) { SerializeFields(this, kTplFields, ar); }
+void TPL::Serialize(QArchive& ar) { internal::SerializeFields(this, kTplFields, ar); }
 
 std::span<const FieldInfo> TPTRACE::Fields() { return kTptraceFields; }
-void TPTRACE::Serialize(QArchive& ar) { SerializeFields(this, kTptraceFields, ar); }
+void TPTRACE::Serialize(QArchive& ar) { internal::SerializeFields(this, kTptraceFields, ar); }
 
 std::span<const FieldInfo> GLOBAL::Fields() { return kGlobalFields; }
-void GLOBAL::Serialize(QArchive& ar) { SerializeFields(this, kGlobalFields, ar); }
+void GLOBAL::Serialize(QArchive& ar) { internal::SerializeFields(this, kGlobalFields, ar); }
 
 }  // namespace dtsdb

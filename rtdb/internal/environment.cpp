@@ -12,7 +12,7 @@
 #include <map>
 #include <utility>
 
-#include "include/standard_streams.h"
+#include "include/internal/standard_streams.h"
 #include "rtdb/internal/file_check.h"
 #include "rtdb/internal/lock_file.h"
 #include "rtdb/internal/snapshot.h"

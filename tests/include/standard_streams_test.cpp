@@ -1,4 +1,4 @@
-#include "include/standard_streams.h"
+#include "include/internal/standard_streams.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,7 @@
 namespace dtsdb {
 namespace {
 
+using internal::StandardStreamsKept;
 using test::InProcessWithoutStreams;
 using test::StreamsAreClosed;
 

@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QStringConverter>
 
-#include "include/standard_streams.h"
+#include "include/internal/standard_streams.h"
 
 namespace dtsdb::internal {
 

@@ -10,7 +10,7 @@
 #include <mutex>
 #include <utility>
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 /// A program may run with a standard stream closed. A file that it opens then gets descriptor 0, 1 or 2, and what the
 /// program prints lands in the file. Whatever is opened while one of these lives gets another descriptor.
@@ -58,4 +58,4 @@ class StandardStreamsKept {
   static inline std::array<bool, kStreams> s_occupied{};
 };
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal

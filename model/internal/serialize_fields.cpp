@@ -1,6 +1,6 @@
-#include "model/serialize_fields.h"
+#include "model/internal/serialize_fields.h"
 
-namespace dtsdb {
+namespace dtsdb::internal {
 
 void SerializeFields(void* record, std::span<const FieldInfo> fields, QArchive& ar) {
   if (ar.IsStoring()) {
@@ -16,4 +16,4 @@ void SerializeFields(void* record, std::span<const FieldInfo> fields, QArchive& 
   }
 }
 
-}  // namespace dtsdb
+}  // namespace dtsdb::internal
