@@ -1,6 +1,7 @@
 #include "breakerflow/cbflow.h"
 
 #include <cmath>
+#include <utility>
 
 #include "breakerflow/internal/data.h"
 #include "breakerflow/internal/grouping.h"
@@ -40,10 +41,15 @@ void cbFlow::clear() {
 
 void cbFlow::loadData() {
   clear();
-  internal::LoadFlowData(m_pDatabase, Network(), Devices());
+  internal::LoadStoredFlowData(m_pDatabase, Network(), Devices());
 }
 
-void cbFlow::storeData() { internal::StoreFlows(m_pDatabase, m_cbArray); }
+void cbFlow::storeData() {
+  if (!DTSDB_ASSERT(m_pDatabase != nullptr, "db != NULL")) return;
+  internal::FlowWriter writer(m_pDatabase);
+  for (const cbBreaker& each : std::as_const(m_cbArray)) writer.Write(each.id, each.p, each.q, each.flags);
+  writer.Commit();
+}
 
 namespace {
 
