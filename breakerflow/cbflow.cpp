@@ -22,8 +22,8 @@ void ndGroup::add(int nd, float p, float q, float v, float a) {
   m_a = a;
 }
 
-cbFlow::cbFlow(dbDatabase* db) : m_pDatabase(db) {}
-cbFlow::cbFlow(dbDatabase* db, float delta) : m_delta(std::fabs(delta)), m_pDatabase(db) {}
+cbFlow::cbFlow(dbDatabase* db) : m_pDatabase(db) { internal::OpenFlowLog(); }
+cbFlow::cbFlow(dbDatabase* db, float delta) : m_delta(std::fabs(delta)), m_pDatabase(db) { internal::OpenFlowLog(); }
 cbFlow::~cbFlow() { clear(); }
 
 void cbFlow::setDelta(float delta) { m_delta = std::fabs(delta); }
@@ -54,14 +54,14 @@ void cbFlow::storeData() {
 namespace {
 
 /// Logs that a set doesn't balance and isn't computed.
-void LogRefusal(const internal::FlowNetwork& network, int set) {
+void LogRefusal(internal::FlowLogLines& log, const internal::FlowNetwork& network, int set) {
   static const QByteArray kSet = internal::LogBytes("计算母线 ");
   static const QByteArray kRefused = internal::LogBytes(" 开关集合功率不平衡，不能计算。");
-  internal::FlowLog() << kSet.constData() << set << kRefused.constData() << '\n';
+  log << kSet.constData() << set << kRefused.constData() << '\n';
   for (const int nd : network.setNodes.value(set)) {
-    internal::FlowLog() << "nodeName = " << IdToBytes(network.nodes.value(nd).name).constData() << '\n';
+    log << "nodeName = " << IdToBytes(network.nodes.value(nd).name).constData() << '\n';
   }
-  internal::FlowLog() << '\n';
+  log << '\n';
 }
 
 }  // namespace
@@ -70,15 +70,15 @@ void cbFlow::calculate() {
   nodeInject();
   frombs();
   valid();
+  internal::FlowLogLines log;
   for (auto set = m_bsValid.cbegin(); set != m_bsValid.cend(); ++set) {
     if (set.value() != 0) {
       group(set.key());
       calculate(set.key());
     } else {
-      LogRefusal(Network(), set.key());
+      LogRefusal(log, Network(), set.key());
     }
   }
-  internal::FlowLog().flush();
   calculateLoopNodeInject();
   for (auto it = m_groups.cbegin(); it != m_groups.cend(); ++it) calculateCBCurrent(it.key(), it.value());
 }
