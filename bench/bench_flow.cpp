@@ -19,16 +19,9 @@
 #include "bench/sample_network.h"
 #include "bench/timing.h"
 #include "breakerflow/cbflow.h"
-#include "breakerflow/log.h"
+#include "include/log_sink.h"
 #include "rtdb/volma_rtdb.h"
 #include "tests/breakerflow/breaker_graph.h"
-
-namespace dtsdb {
-
-/// Nobody reads the log of a benchmark.
-const char* FlowLogPath() { return nullptr; }
-
-}  // namespace dtsdb
 
 namespace dtsdb::bench {
 namespace {
@@ -191,6 +184,7 @@ void Run(const QString& folder) {
 }  // namespace dtsdb::bench
 
 int main(int argc, char** argv) {
+  dtsdb::SetLogSink([](dtsdb::LogKind, std::string_view) {});  // nobody reads the log of a benchmark
   // Before a network is made: its files are made in a directory that becomes the current one.
   const QString folder = argc > 1 ? QDir(QString::fromLocal8Bit(argv[1])).absolutePath() : QStringLiteral("/dev/shm");
   try {

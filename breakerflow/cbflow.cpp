@@ -1,6 +1,7 @@
 #include "breakerflow/cbflow.h"
 
 #include <cmath>
+#include <utility>
 
 #include "breakerflow/internal/data.h"
 #include "breakerflow/internal/grouping.h"
@@ -21,8 +22,8 @@ void ndGroup::add(int nd, float p, float q, float v, float a) {
   m_a = a;
 }
 
-cbFlow::cbFlow(dbDatabase* db) : m_pDatabase(db) {}
-cbFlow::cbFlow(dbDatabase* db, float delta) : m_delta(std::fabs(delta)), m_pDatabase(db) {}
+cbFlow::cbFlow(dbDatabase* db) : m_pDatabase(db) { internal::OpenFlowLog(); }
+cbFlow::cbFlow(dbDatabase* db, float delta) : m_delta(std::fabs(delta)), m_pDatabase(db) { internal::OpenFlowLog(); }
 cbFlow::~cbFlow() { clear(); }
 
 void cbFlow::setDelta(float delta) { m_delta = std::fabs(delta); }
@@ -40,22 +41,27 @@ void cbFlow::clear() {
 
 void cbFlow::loadData() {
   clear();
-  internal::LoadFlowData(m_pDatabase, Network(), Devices());
+  internal::LoadStoredFlowData(m_pDatabase, Network(), Devices());
 }
 
-void cbFlow::storeData() { internal::StoreFlows(m_pDatabase, m_cbArray); }
+void cbFlow::storeData() {
+  if (!DTSDB_ASSERT(m_pDatabase != nullptr, "db != NULL")) return;
+  internal::FlowWriter writer(m_pDatabase);
+  for (const cbBreaker& each : std::as_const(m_cbArray)) writer.Write(each.id, each.p, each.q, each.flags);
+  writer.Commit();
+}
 
 namespace {
 
 /// Logs that a set doesn't balance and isn't computed.
-void LogRefusal(const internal::FlowNetwork& network, int set) {
+void LogRefusal(internal::FlowLogLines& log, const internal::FlowNetwork& network, int set) {
   static const QByteArray kSet = internal::LogBytes("计算母线 ");
   static const QByteArray kRefused = internal::LogBytes(" 开关集合功率不平衡，不能计算。");
-  internal::FlowLog() << kSet.constData() << set << kRefused.constData() << '\n';
+  log << kSet.constData() << set << kRefused.constData() << '\n';
   for (const int nd : network.setNodes.value(set)) {
-    internal::FlowLog() << "nodeName = " << IdToBytes(network.nodes.value(nd).name).constData() << '\n';
+    log << "nodeName = " << IdToBytes(network.nodes.value(nd).name).constData() << '\n';
   }
-  internal::FlowLog() << '\n';
+  log << '\n';
 }
 
 }  // namespace
@@ -64,15 +70,15 @@ void cbFlow::calculate() {
   nodeInject();
   frombs();
   valid();
+  internal::FlowLogLines log;
   for (auto set = m_bsValid.cbegin(); set != m_bsValid.cend(); ++set) {
     if (set.value() != 0) {
       group(set.key());
       calculate(set.key());
     } else {
-      LogRefusal(Network(), set.key());
+      LogRefusal(log, Network(), set.key());
     }
   }
-  internal::FlowLog().flush();
   calculateLoopNodeInject();
   for (auto it = m_groups.cbegin(); it != m_groups.cend(); ++it) calculateCBCurrent(it.key(), it.value());
 }

@@ -15,6 +15,7 @@ class dbDatabase;
 namespace dtsdb {
 
 namespace internal {
+class FlowAccess;
 struct FlowBalances;
 struct FlowDevices;
 struct FlowGroups;
@@ -150,6 +151,7 @@ class cbFlow {
 
  private:
   friend class CbFlowProbe;
+  friend class internal::FlowAccess;
 
   void clear();
   void nodeInject();

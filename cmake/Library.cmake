@@ -18,6 +18,8 @@ foreach(kind SHARED STATIC)
     target_link_options(${target} PUBLIC -fsanitize=address,undefined)
   endif()
 endforeach()
+target_sources(dtsdb PRIVATE breakerflow/internal/log_at_load.cpp)
+target_link_libraries(dtsdb PRIVATE $<BUILD_INTERFACE:dtsdb_options>)
 set_target_properties(dtsdb PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 
 # Installation: the public headers under include/dtsdb/ by the paths they have here, and the CMake package dtsdb.

@@ -8,6 +8,7 @@ set(public_headers
     include/check.h
     include/child_list.h
     include/hoare_order.h
+    include/log_sink.h
     include/matrix.h
     include/slot_order.h
     include/table.h
@@ -46,7 +47,7 @@ set(public_headers
     topology/component_types.h
     topology/tp.h
     breakerflow/cbflow.h
-    breakerflow/log.h)
+    breakerflow/flows.h)
 
 # The store's own interface, or the one of the FastDB that is installed in its place.
 if(realtime_database STREQUAL "LMDB")

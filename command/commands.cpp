@@ -4,6 +4,7 @@
 #include <map>
 
 #include "command/commands.h"
+#include "command/log_file.h"
 #include "formats/failure.h"
 #include "formats/messages.h"
 #include "formats/nearest.h"
@@ -64,6 +65,15 @@ int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
   }
 }
 
+/// The file named by --log; empty without one.
+std::string LogPath(const CLI::App& app) {
+  for (const CLI::App* command : app.get_subcommands()) {
+    const CLI::Option* const log = command->get_option_no_throw("--log");
+    if (log != nullptr && !log->empty()) return log->as<std::string>();
+  }
+  return "";
+}
+
 /// Writes what the library warns of like the command's own messages, a line each.
 void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& text) {
   for (const QString& line : text.split(QLatin1Char('\n'))) {
@@ -73,8 +83,8 @@ void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& te
 }
 
 /// Refuses an empty path: a script whose variable is empty is to hear of it, not to lose its result.
-void RequirePath(CLI::Option* option) {
-  option->check([](const std::string& path) { return path.empty() ? "the path is empty; name an output" : ""; });
+CLI::Option* RequirePath(CLI::Option* option) {
+  return option->check([](const std::string& path) { return path.empty() ? "the path is empty; name an output" : ""; });
 }
 
 constexpr const char* kNoType = " ";  ///< in the help, in place of "TEXT REQUIRED"
@@ -123,12 +133,24 @@ void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sh
   command.add_option("--sheet", sheet, "Only this part of the result: " + sheets)->option_text("NAME");
 }
 
-void AddOutputOption(CLI::App& command, ModelName& output, const std::string& what) {
-  RequirePath(AddModel(command, output, "-o,--output", what)->option_text("OUT"));
+void AddLogOption(CLI::App& command, const std::string& what) {
+  const auto readLater = [](const std::string&) {};
+  RequirePath(command.add_option_function<std::string>("--log", readLater, "Write a log to FILE: that of " + what)
+                  ->option_text("FILE"));
 }
 
-void AddOutputArgument(CLI::App& command, ModelName& output, const std::string& what) {
-  RequirePath(AddModelArgument(command, output, "OUT", what)->required());
+void AddExitCodes(CLI::App& command, const std::string& good, const std::string& faults) {
+  const std::string second = faults.empty() ? "" : ", 1 " + faults;
+  command.footer(command.get_footer() + "\n\nExit codes: 0 " + good + second +
+                 ", 2 wrong usage, 3 a file can't be read or written.");
+}
+
+CLI::Option* AddOutputOption(CLI::App& command, ModelName& output, const std::string& what) {
+  return RequirePath(AddModel(command, output, "-o,--output", what)->option_text("OUT"));
+}
+
+CLI::Option* AddOutputArgument(CLI::App& command, ModelName& output, const std::string& what) {
+  return RequirePath(AddModelArgument(command, output, "OUT", what)->required());
 }
 
 int RunCommand(int argc, const char* const* argv) {
@@ -137,8 +159,16 @@ int RunCommand(int argc, const char* const* argv) {
     CLI::App app(kPurpose, "dtsdb");
     Action action;
     Describe(app, action);
+    if (argc <= 1) {
+      WriteResult(Format::kText, app.help());
+      return kExitGood;
+    }
     const int code = ReadCommandLine(app, argc, argv);
-    return action ? action() : code;
+    if (!action) return code;
+    LogFile log(LogPath(app));
+    const int result = action();
+    log.Close();
+    return result;
   } catch (const Failure& failure) {
     WriteMessage(failure.what());
     return failure.Code();

@@ -54,10 +54,14 @@ void AddDatabaseArgument(CLI::App& command, ModelName& database);
 void AddIdOption(CLI::App& command, std::string& id, const std::string& what);
 void AddFormatOption(CLI::App& command, Format& format);
 void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets);
+/// The option --log FILE: what the library logs while the command runs, the log of `what`. RunCommand sees to it.
+void AddLogOption(CLI::App& command, const std::string& what);
+/// Ends the help of `command` with its exit codes: what 0 and, for a command that has it, 1 mean.
+void AddExitCodes(CLI::App& command, const std::string& good, const std::string& faults = "");
 /// The option -o OUT, a model to be written.
-void AddOutputOption(CLI::App& command, ModelName& output, const std::string& what);
+CLI::Option* AddOutputOption(CLI::App& command, ModelName& output, const std::string& what);
 /// The argument OUT of a command that always writes.
-void AddOutputArgument(CLI::App& command, ModelName& output, const std::string& what);
+CLI::Option* AddOutputArgument(CLI::App& command, ModelName& output, const std::string& what);
 
 /// Reads the command line, runs the subcommand and returns the exit code. Whatever goes wrong ends in one line on the
 /// standard error.

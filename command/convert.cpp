@@ -43,6 +43,7 @@ void AddConvert(CLI::App& app, Action& action) {
         };
         AddChoice(command, "--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
         command.footer(kFooter);
+        AddExitCodes(command, "the model is written");
       },
       Convert);
 }

@@ -20,7 +20,7 @@ struct DiffOptions {
 constexpr const char* kFooter =
     "Records are compared by identity, field by field; slots are not compared. A null and an empty text are equal, "
     "and\n"
-    "so are two nan; 0 and -0 differ. Exit code 0: the models are the same; 1: they differ.\n\n"
+    "so are two nan; 0 and -0 differ.\n\n"
     "Examples:\n"
     "  dtsdb diff before.obj after.obj\n"
     "  dtsdb diff examples/ieee14 grid.obj --format csv";
@@ -138,6 +138,7 @@ void AddDiff(CLI::App& app, Action& action) {
         AddSheetOption(command, options.sheet, "tables or differences (the one that csv gives)");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
+        AddExitCodes(command, "the models are the same", "they differ");
       },
       Diff);
 }

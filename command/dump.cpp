@@ -87,6 +87,7 @@ void AddDump(CLI::App& app, Action& action) {
         AddIdOption(command, options.id, "Only the records with this identity");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
+        AddExitCodes(command, "the records are shown");
       },
       Dump);
 }

@@ -27,8 +27,7 @@ constexpr const char* kFooter =
     "  remove TABLE IDENTITY\n"
     "TABLE is one of CO, DV, ST, KV, BUS, LD, UN, CP, CB, XF, ZBR, LN, DLN. What holds blanks stands in double "
     "quotes.\n"
-    "The edited model is validated. It is written only when every line could be applied and the model is good.\n"
-    "Exit code 0: so it is; 1: lines are refused or the edited model has errors.\n\n"
+    "The edited model is validated. It is written only when every line could be applied and the model is good.\n\n"
     "Examples:\n"
     "  dtsdb edit grid.obj --script changes.txt --dry-run\n"
     "  dtsdb edit grid.obj --script changes.txt -o edited.obj";
@@ -81,8 +80,11 @@ void AddEdit(CLI::App& app, Action& action) {
         command.add_option("--script", options.script, "The edits, a line each")->option_text("FILE")->required();
         AddOutputOption(command, options.output, "Write the edited model to OUT");
         command.add_flag("--dry-run", options.isDryRun, "Only report what would be refused; nothing is written");
+        AddLogOption(command, "the validations");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
+        AddExitCodes(command, "every line is applied and the model is good",
+                     "lines are refused or the model has errors");
       },
       RunEdit);
 }

@@ -2,110 +2,130 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
 
 #include "formats/field_text.h"
-#include "model/text.h"
+#include "formats/text_layout.h"
 
 namespace dtsdb::tools {
 namespace {
 
-/// A power in MW or Mvar, rounded to what the data are good for. Never -0.
+/// A power in MW or Mvar, rounded to what the data are good for. Never -0, and no sign before nan.
 Cell PowerCell(float power) {
+  if (std::isnan(power)) return Number{"nan"};
   if (!std::isfinite(power)) return Number{NumberText(power)};
   const double rounded = std::round(static_cast<double>(power) * 1000) / 1000;
   return Number{NumberText(rounded == 0 ? 0.0 : rounded)};
 }
 
-bool LacksPower(const cbFlow& flow, const FlowBalance& balance) {
-  return balance.p < -flow.getDelta() || balance.q < -flow.getDelta();
+const char* StateText(FlowSetState state) {
+  switch (state) {
+    case FlowSetState::kBalanced:
+      return "balanced";
+    case FlowSetState::kLacksPower:
+      return "lacks power";
+    case FlowSetState::kNotBalanced:
+      return "not balanced";
+    case FlowSetState::kNoVoltage:
+      break;
+  }
+  return "no voltage";
 }
 
-std::string SetState(const cbFlow& flow, int set) {
-  if (!flow.IsBalanced(set)) return "not balanced";
-  return LacksPower(flow, flow.SetBalance(set)) ? "lacks power" : "balanced";
+const char* StateText(BreakerState state) {
+  switch (state) {
+    case BreakerState::kOpen:
+      return "open or dead";
+    case BreakerState::kComputed:
+      return "computed";
+    case BreakerState::kNotBalanced:
+      return "not balanced";
+    case BreakerState::kNoVoltage:
+      return "no voltage";
+    case BreakerState::kNotFinite:
+      break;
+  }
+  return "not finite";
 }
 
-std::string ClassOf(const cbBreaker& breaker) {
-  if ((breaker.flags & CB_RADIAL) != 0) return "radial";
-  if ((breaker.flags & CB_BRIDGE) != 0) return "bridge";
-  return (breaker.flags & CB_LOOP) != 0 ? "loop" : "";
+const char* ClassText(FlowClass where) {
+  switch (where) {
+    case FlowClass::kRadial:
+      return "radial";
+    case FlowClass::kBridge:
+      return "bridge";
+    case FlowClass::kLoop:
+      return "loop";
+    case FlowClass::kNone:
+      break;
+  }
+  return "";
 }
 
-/// The voltage level of the set's first breaker.
-std::string LevelOf(const cbFlow& flow, int set, const LevelOfBreaker& levels) {
-  const QList<int> breakers = flow.SetBreakers(set);
-  if (breakers.isEmpty()) return "";
-  const auto found = levels.find(IdToBytes(flow.Breakers()[breakers.first()].id).toStdString());
-  return found == levels.end() ? "" : IdText(IdFromBytes(found->second.c_str()));
-}
-
-Sheet SetSheet(const cbFlow& flow, const LevelOfBreaker& levels) {
+Sheet SetSheet(const Flows& flows) {
   Sheet sheet("sets", "Sets of nodes that closed breakers join",
               {"set", "voltage_level", "nodes", "breakers", "surplus_p", "surplus_q", "state"});
-  for (int set = 0; set < flow.SetCount(); ++set) {
-    const FlowBalance balance = flow.SetBalance(set);
-    sheet.Add({NumberCell(set), LevelOf(flow, set, levels), NumberCell(flow.SetNodes(set).size()),
-               NumberCell(flow.SetBreakers(set).size()), PowerCell(balance.p), PowerCell(balance.q),
-               SetState(flow, set)});
+  for (std::size_t number = 0; number < flows.sets.size(); ++number) {
+    const FlowSet& set = flows.sets[number];
+    sheet.Add({NumberCell(static_cast<long long>(number)), IdText(set.kv), NumberCell(set.nodes),
+               NumberCell(static_cast<long long>(set.breakers.size())), PowerCell(set.surplus.p),
+               PowerCell(set.surplus.q), StateText(set.state)});
   }
   return sheet;
 }
 
-std::vector<int> InOrder(QList<int> keys) {
-  std::sort(keys.begin(), keys.end());
-  return {keys.begin(), keys.end()};
+/// What stands for a flow that wasn't computed: nothing where nobody tried, nan where it has no value.
+Cell FlowCell(const BreakerFlow& breaker, float power) {
+  if (breaker.state == BreakerState::kNotBalanced) return {};
+  return PowerCell(breaker.state == BreakerState::kNoVoltage ? std::nanf("") : power);
 }
 
-Sheet BreakerSheet(const cbFlow& flow) {
-  Sheet sheet("breakers", "Flows through the breakers", {"set", "breaker", "from", "to", "class", "p", "q"});
+Sheet BreakerSheet(const Flows& flows) {
+  Sheet sheet("breakers", "Flows through the breakers", {"set", "breaker", "from", "to", "class", "p", "q", "state"});
   sheet.GroupBy(1);
-  for (int set = 0; set < flow.SetCount(); ++set) {
-    const bool computed = flow.IsBalanced(set);
-    for (const int key : InOrder(flow.SetBreakers(set))) {
-      const cbBreaker breaker = flow.Breakers()[key];
-      sheet.Add({NumberCell(set), IdText(breaker.id), IdText(breaker.nd), IdText(breaker.znd),
-                 computed ? Cell(ClassOf(breaker)) : Cell(), computed ? PowerCell(breaker.p) : Cell(),
-                 computed ? PowerCell(breaker.q) : Cell()});
+  bool areAllComputed = true;
+  for (const FlowSet& set : flows.sets) {
+    for (const int place : set.breakers) {
+      const BreakerFlow& breaker = flows.breakers[place];
+      const bool isTried = breaker.state != BreakerState::kNotBalanced;
+      areAllComputed = areAllComputed && breaker.state == BreakerState::kComputed;
+      sheet.Add({NumberCell(breaker.set), IdText(breaker.id), IdText(breaker.nd), IdText(breaker.znd),
+                 isTried ? Cell(ClassText(breaker.where)) : Cell(), FlowCell(breaker, breaker.p),
+                 FlowCell(breaker, breaker.q), StateText(breaker.state)});
     }
   }
+  if (areAllComputed) sheet.HideColumn(sheet.Columns().size() - 1);
   return sheet;
-}
-
-/// Number of breakers without a finite flow: loops where a section has no voltage.
-int BreakersWithoutResult(const cbFlow& flow) {
-  int count = 0;
-  for (const cbBreaker& breaker : flow.Breakers()) count += std::isfinite(breaker.p + breaker.q) ? 0 : 1;
-  return count;
 }
 
 }  // namespace
 
-int RefusedSets(const cbFlow& flow) {
-  int refused = 0;
-  for (int set = 0; set < flow.SetCount(); ++set) refused += flow.IsBalanced(set) ? 0 : 1;
-  return refused;
+bool IsWhole(const Flows& flows) {
+  return flows.Count(FlowSetState::kNotBalanced) == 0 && flows.Count(FlowSetState::kNoVoltage) == 0;
 }
 
-Report FlowReport(const cbFlow& flow, const LevelOfBreaker& levels) {
-  int closed = 0;
-  for (const cbBreaker& breaker : flow.Breakers()) closed += breaker.open ? 0 : 1;
-  const int refused = RefusedSets(flow);
-  const int without = BreakersWithoutResult(flow);
+Report FlowReport(const Flows& flows) {
+  const int open = flows.Count(BreakerState::kOpen);
+  const int closed = static_cast<int>(flows.breakers.size()) - open;
+  const int refused = flows.Count(FlowSetState::kNotBalanced);
+  const int sets = flows.Count(FlowSetState::kNoVoltage);
+  const int breakers = flows.Count(BreakerState::kNoVoltage);
 
   Report report;
   report.Fact("not_balanced", NumberCell(refused));
+  report.Fact("no_voltage", NumberCell(sets));
   report.Fact("closed_breakers", NumberCell(closed));
-  report.Fact("open_or_dead_breakers", NumberCell(flow.Breakers().size() - closed));
-  report.Fact("tolerance", Number{NumberText(flow.getDelta())});
-  report.Line(
-      fmt::format("Closed live breakers: {}, in {} sets, {} of them not balanced.", closed, flow.SetCount(), refused));
-  if (without > 0) {
-    report.Line(fmt::format("{} breakers on loops have no flow: their bus sections have no voltage.", without));
+  report.Fact("open_or_dead_breakers", NumberCell(open));
+  report.Fact("breakers_without_voltage", NumberCell(breakers));
+  report.Fact("tolerance", Number{NumberText(flows.tolerance)});
+  report.Line(fmt::format("Closed live breakers: {}, in {} sets, {} of them not balanced.", closed, flows.sets.size(),
+                          refused));
+  if (sets > 0) {
+    report.Line(fmt::format("No voltage in {}: {} on loops without a flow.", Counted(sets, "set"),
+                            Counted(breakers, "breaker")));
   }
-  report.Add(SetSheet(flow, levels));
-  report.Add(BreakerSheet(flow));
+  report.Add(SetSheet(flows));
+  report.Add(BreakerSheet(flows));
   return report;
 }
 

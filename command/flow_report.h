@@ -1,26 +1,20 @@
 /// \file
-/// What a breaker flow run found out, laid out as sheets.
+/// The results of a breaker flow, laid out as sheets.
 #pragma once
 
-#include <string>
-#include <unordered_map>
-
-#include "breakerflow/cbflow.h"
+#include "breakerflow/flows.h"
 #include "command/render.h"
 
 namespace dtsdb::tools {
 
-/// By a breaker's identity: the voltage level that it stands in, both as the database has them.
-using LevelOfBreaker = std::unordered_map<std::string, std::string>;
+/// True when every set was computed, and none lacks a voltage that its loops need.
+bool IsWhole(const Flows& flows);
 
-/// Number of sets that `flow` refused to compute.
-int RefusedSets(const cbFlow& flow);
-
-/// The results of `flow` after its run: the sheets
+/// The sheets
 ///  - sets: the sets of nodes that closed breakers join, with their balance and state;
-///  - breakers: the closed live breakers of each set, their class and flow; those of a set that wasn't computed have
-///    neither.
+///  - breakers: the closed live breakers of each set, their class, flow and state; those of a set that wasn't computed
+///    have neither class nor flow, those without a voltage have nan.
 /// Powers are rounded to 0.001.
-Report FlowReport(const cbFlow& flow, const LevelOfBreaker& levels);
+Report FlowReport(const Flows& flows);
 
 }  // namespace dtsdb::tools

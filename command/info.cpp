@@ -106,6 +106,7 @@ void AddInfo(CLI::App& app, Action& action) {
         command.add_option("--fields", options.fields, "Describe the fields of this table")->option_text("TABLE");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
+        AddExitCodes(command, "the model is described");
       },
       Info);
 }

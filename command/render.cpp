@@ -1,6 +1,7 @@
 #include "command/render.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <unistd.h>
 
 #include <QString>
@@ -13,7 +14,6 @@
 
 #include "formats/csv.h"
 #include "formats/failure.h"
-#include "formats/nearest.h"
 #include "formats/text_layout.h"
 #include "model/text.h"
 
@@ -216,7 +216,8 @@ const Sheet& Report::Named(const std::string& name) const {
     if (sheet.Name() == name) return sheet;
     names.push_back(sheet.Name());
   }
-  throw Failure(kExitUsage, "there is no sheet " + Quoted(name) + " in this result" + DidYouMean(name, names));
+  throw Failure(kExitUsage,
+                fmt::format("there is no sheet {} in this result; it has {}", Quoted(name), fmt::join(names, ", ")));
 }
 
 std::string Report::Text(bool colour) const {

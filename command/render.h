@@ -65,8 +65,8 @@ class Report {
   /// A sheet, for all formats; the reference holds for the life of the report.
   Sheet& Add(Sheet sheet);
 
-  /// Everything in `format`, or only the sheet named `sheet`; an unknown name is a Failure of usage. CSV holds one
-  /// sheet: the first, when none is named.
+  /// Everything in `format`, or only the sheet named `sheet`; an unknown name is a Failure of usage that lists the
+  /// sheets. CSV holds one sheet: the first, when none is named.
   std::string Render(Format format, bool colour = false, const std::string& sheet = "") const;
 
  private:

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "command/commands.h"
+#include "command/rtdb_prune.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
@@ -173,7 +174,7 @@ void AddTableArgument(CLI::App& command, RtdbOptions& options) {
 }  // namespace
 
 void AddRtdb(CLI::App& app, Action& action) {
-  CLI::App& rtdb = *app.add_subcommand("rtdb", "Look into a realtime database, change a row of it");
+  CLI::App& rtdb = *app.add_subcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs");
   rtdb.require_subcommand(1);
   rtdb.footer(kFooter);
   AddRtdbCommand(
@@ -181,6 +182,7 @@ void AddRtdb(CLI::App& app, Action& action) {
       [](CLI::App& command, RtdbOptions& options) {
         AddFormatOption(command, options.format);
         command.footer(kListFooter);
+        AddExitCodes(command, "the tables are listed");
       },
       List);
   AddRtdbCommand(
@@ -190,6 +192,7 @@ void AddRtdb(CLI::App& app, Action& action) {
         AddIdOption(command, options.id, "Only the rows with this identity");
         AddFormatOption(command, options.format);
         command.footer(kShowFooter);
+        AddExitCodes(command, "the rows are shown");
       },
       Show);
   AddRtdbCommand(
@@ -200,11 +203,17 @@ void AddRtdb(CLI::App& app, Action& action) {
             ->option_text("...")
             ->required();
         command.footer(kPutFooter);
+        AddExitCodes(command, "the row is stored");
       },
       Put);
   AddRtdbCommand(
-      rtdb, action, "check", "Look for damage", [](CLI::App& command, RtdbOptions&) { command.footer(kCheckFooter); },
+      rtdb, action, "check", "Look for damage",
+      [](CLI::App& command, RtdbOptions&) {
+        command.footer(kCheckFooter);
+        AddExitCodes(command, "nothing is wrong");
+      },
       Check);
+  AddRtdbPrune(rtdb, action);
 }
 
 }  // namespace dtsdb::tools

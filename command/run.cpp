@@ -81,6 +81,7 @@ void AddRun(CLI::App& app, Action& action) {
         command.add_flag("--status", options.indications, "Take the breakers' positions from STATUS at the start");
         command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
         command.footer(kFooter);
+        AddExitCodes(command, "it was stopped", "a run failed or, with --verify, differs from a full one");
       },
       Run);
 }

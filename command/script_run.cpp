@@ -5,7 +5,6 @@
 #include "command/validation_run.h"
 #include "formats/field_text.h"
 #include "formats/nearest.h"
-#include "formats/temporary_folder.h"
 #include "validation/nmd.h"
 
 namespace dtsdb::tools {
@@ -124,7 +123,6 @@ void AddRefusal(Sheet& sheet, const Edit& edit, const std::string& reason) {
 }  // namespace
 
 ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits) {
-  const TemporaryCurrentFolder away;  // the log goes where the user need not look at it
   const std::vector<int> before = Counts(database);
   Sheet refusals("refusals", "Refused lines", {"line", "edit", "table", "identity", "reason"});
   ScriptRun run(database);

@@ -195,6 +195,7 @@ void AddSwitch(CLI::App& app, Action& action) {
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
         command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
         AddSheetOption(command, options.sheet, "events, runs, log, moved, islands or differences");
+        AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
         command.footer(std::string("Events:\n") + kSwitchEventHelp +
                        "\nAll events given are followed up in one run; the word 'run' between them begins another.\n"
@@ -204,6 +205,7 @@ void AddSwitch(CLI::App& app, Action& action) {
                        "  dtsdb switch grid.obj open CB B1 out LN 'Line 1-2'\n"
                        "  dtsdb switch grid.obj break LN L1 from run join LN L1 from --verify\n"
                        "  dtsdb switch grid.obj --script evening.txt -o evening.obj");
+        AddExitCodes(command, "every run is good", "a run failed or, with --verify, differs from a full one");
       },
       Switch);
 }

@@ -16,7 +16,7 @@ struct TopologyOptions {
 };
 
 constexpr const char* kFooter =
-    "A model without the mark of a good validation is validated first; when it has errors, the exit code is 1.\n"
+    "A model without the mark of a good validation is validated first.\n"
     "The result has four sheets: islands, sections, contents and dead. CSV holds one, islands unless --sheet names\n"
     "another.\n\n"
     "Examples:\n"
@@ -44,8 +44,11 @@ void AddTopology(CLI::App& app, Action& action) {
         AddModelArgument(command, options.model)->required();
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
         AddSheetOption(command, options.sheet, "islands, sections, contents or dead");
+        AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
+        AddExitCodes(command, "the topology is worked out",
+                     "the model has errors, or its topology can't be worked out");
       },
       Topology);
 }

@@ -51,15 +51,17 @@ void CompareEquipment(DTSDB& here, DTSDB& there, std::vector<TopologyDifference>
 
 }  // namespace
 
-DTSDB CopyOf(DTSDB& database) {
+std::optional<DTSDB> CopyOf(DTSDB& database) {
   QBuffer buffer;
   buffer.open(QIODevice::ReadWrite);
   QArchive out(&buffer, false);
   database.Serialize(out);
+  if (out.status() != QDataStream::Ok) return std::nullopt;
   buffer.seek(0);
   QArchive in(&buffer, true);
   DTSDB copy;
   copy.Serialize(in);
+  if (in.IsRefused() || in.BytesLeft() != 0) return std::nullopt;
   return copy;
 }
 
@@ -84,10 +86,11 @@ std::vector<TopologyDifference> CompareTopology(DTSDB& here, DTSDB& there) {
 }
 
 std::vector<TopologyDifference> CompareWithFullRun(DTSDB& database) {
-  DTSDB copy = CopyOf(database);
-  TP full(&copy);
+  std::optional<DTSDB> copy = CopyOf(database);
+  if (!copy) return {{"", "", "", "the model can't be copied"}};
+  TP full(&*copy);
   if (full.tpAllnew() == 0) return {{"", "", "", "the full run fails"}};
-  return CompareTopology(database, copy);
+  return CompareTopology(database, *copy);
 }
 
 }  // namespace dtsdb::tools

@@ -23,8 +23,8 @@ struct ValidateOptions {
 };
 
 constexpr const char* kFooter =
-    "Leaves the log nmd.log in the current folder. The model is written with -o only when it is good.\n"
-    "Exit code 0: the model is good; 1: it has errors. Warnings don't count.\n\n"
+    "The model is written with -o only when it is good. The log is GBK text, a line for each finding.\n"
+    "Warnings don't make a model bad.\n\n"
     "Examples:\n"
     "  dtsdb validate examples/ieee14\n"
     "  dtsdb validate grid.obj -o checked.obj\n"
@@ -68,8 +68,10 @@ void AddValidate(CLI::App& app, Action& action) {
       [](CLI::App& command, ValidateOptions& options) {
         AddModelArgument(command, options.model)->required();
         AddOutputOption(command, options.output, "Write the validated model to OUT when it is good");
+        AddLogOption(command, "the validation");
         AddFormatOption(command, options.format);
         command.footer(kFooter);
+        AddExitCodes(command, "the model is good", "it has errors");
       },
       Validate);
 }

@@ -4,7 +4,6 @@
 
 #include "formats/failure.h"
 #include "formats/field_text.h"
-#include "formats/temporary_folder.h"
 #include "model/table_info.h"
 #include "validation/nmd.h"
 
@@ -25,7 +24,6 @@ int ErrorCount(DTSDB& database) {
 
 void RequireGood(DTSDB& database, const ModelName& model) {
   if (IsMarkedGood(database)) return;
-  const TemporaryCurrentFolder away;  // the validation's log goes where the user need not look at it
   NMD nmd(&database);
   if (!nmd.DetectAll()) {
     throw Failure(kExitFaults,

@@ -17,7 +17,7 @@ bool IsMarkedGood(DTSDB& database);
 /// Number of errors that the last validation counted.
 int ErrorCount(DTSDB& database);
 
-/// Validates the model unless it is marked good, without leaving a log. A Failure with exit code kExitFaults, that
+/// Validates the model unless it is marked good. A Failure with exit code kExitFaults, that
 /// describes how to see the faults of `model` when it isn't good.
 void RequireGood(DTSDB& database, const ModelName& model);
 

@@ -78,13 +78,6 @@ void RemoveLeftovers(const fs::path& parent) {
   }
 }
 
-fs::path SystemFolder() {
-  std::error_code error;
-  fs::path folder = fs::temp_directory_path(error);
-  if (error) RefuseFile(folder.empty() ? "/tmp" : folder, "can't be used for temporary files: " + error.message());
-  return folder;
-}
-
 }  // namespace
 
 SignalsHeld::SignalsHeld() {
@@ -164,18 +157,6 @@ TemporaryFolder::~TemporaryFolder() {
   RemoveFolder(m_path.c_str());
   const SignalsHeld held;
   folders.erase(std::remove(folders.begin(), folders.end(), this), folders.end());
-}
-
-TemporaryCurrentFolder::TemporaryCurrentFolder() : m_folder(SystemFolder(), "", S_IRWXU, SystemFolder()) {
-  std::error_code error;
-  m_before = fs::current_path(error);
-  fs::current_path(m_folder.Path(), error);
-  if (error) RefuseFile(m_folder.Path(), "can't be the current folder: " + error.message());
-}
-
-TemporaryCurrentFolder::~TemporaryCurrentFolder() {
-  std::error_code ignored;
-  fs::current_path(m_before, ignored);
 }
 
 }  // namespace dtsdb::tools

@@ -88,17 +88,4 @@ class TemporaryFolder {
 /// Removes a folder and the files in it; one with folders in it stays, with them alone. Safe in a signal handler.
 void RemoveFolder(const char* path);
 
-/// Makes a new temporary folder the current one for as long as it lives, for what writes files where it stands.
-class TemporaryCurrentFolder {
- public:
-  TemporaryCurrentFolder();
-  TemporaryCurrentFolder(const TemporaryCurrentFolder&) = delete;
-  TemporaryCurrentFolder& operator=(const TemporaryCurrentFolder&) = delete;
-  ~TemporaryCurrentFolder();
-
- private:
-  std::filesystem::path m_before;
-  TemporaryFolder m_folder;
-};
-
 }  // namespace dtsdb::tools

@@ -77,7 +77,8 @@ QByteArray TerminalBytes(const QString& text) {
 }
 
 void PrintText(const QString& text) {
-  const QByteArray bytes = TerminalBytes(text);
+  if (text.isEmpty()) return;
+  const QByteArray bytes = TerminalBytes(text.endsWith(u'\n') ? text : text + u'\n');
   std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
 }
 

@@ -28,7 +28,7 @@ QString IdFromLiteral(const char* utf8);
 
 /// Real text in the encoding of the terminal, as the locale names it; what it can't show becomes '?'.
 QByteArray TerminalBytes(const QString& text);
-/// Writes real text on the standard output in the terminal's encoding.
+/// Writes real text on the standard output in the terminal's encoding, with a line feed at its end; nothing if empty.
 void PrintText(const QString& text);
 
 }  // namespace dtsdb

@@ -28,7 +28,7 @@ struct NmdAccess;
 /// under way the model is the run's alone.
 class NMD {
  public:
-  /// Begins a new log in the current directory. Where that can't be done, the log's lines go nowhere.
+  /// Begins a new log in the current directory or the program's sink (include/log_sink.h). Lines of no log are lost.
   NMD(DTSDB* pDatabase);
   /// A copy shares the model, takes over the last error and the findings, and writes on in the same log.
   NMD(const NMD& other);

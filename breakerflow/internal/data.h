@@ -1,17 +1,33 @@
 /// \file
-/// Reading breakers and injections from the realtime database, and writing the flows there.
+/// Reading breakers and injections, and writing the flows into the realtime database.
 #pragma once
 
 #include "breakerflow/internal/network.h"
-
-class dbDatabase;
+#include "breakerflow/internal/section_voltages.h"
 
 namespace dtsdb::internal {
 
-/// Fills nodes, breakers, their lists and the devices, all empty before, and ends the transaction.
-void LoadFlowData(dbDatabase* db, const FlowNetwork& network, const FlowDevices& devices);
+/// Fills nodes, breakers, their lists and the devices, all empty before.
+template <class Source>
+void LoadFlowData(const Source& source, MissingVoltage missing, const FlowNetwork& network, const FlowDevices& devices);
 
-/// Writes the flows and classes of `breakers` into their rows, and commits.
-void StoreFlows(dbDatabase* db, const QMap<int, cbBreaker>& breakers);
+/// The same from a realtime database; ends the transaction.
+void LoadStoredFlowData(dbDatabase* db, const FlowNetwork& network, const FlowDevices& devices);
+
+/// Writes flows and classes, the latter as flags of a cbBreaker, into the rows of breakers, and commits.
+class FlowWriter {
+ public:
+  /// `db` must outlive it and must not be null.
+  explicit FlowWriter(dbDatabase* db) : m_db(db), m_cursor(db, dbCursorForUpdate) {}
+
+  /// Writes into every row of identity `id`; does nothing where there is none.
+  void Write(const QString& id, float p, float q, u32 flags);
+  void Commit() { m_db->commit(); }
+
+ private:
+  dbDatabase* m_db;
+  dbCursor<cb> m_cursor;
+  dbQuery m_query;
+};
 
 }  // namespace dtsdb::internal

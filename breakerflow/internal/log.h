@@ -3,15 +3,32 @@
 #pragma once
 
 #include <QByteArray>
-#include <ostream>
-
-#include "breakerflow/log.h"
+#include <sstream>
 
 namespace dtsdb::internal {
 
-/// The log of all cbFlow objects, "cbFlow.txt" in the working directory, truncated when the library is loaded. Text is
-/// GBK. Where the file can't be written there is no log, and what goes here is lost.
-std::ostream& FlowLog();
+/// Lines for the log. They are written when this goes: to the program's sink, or else to "cbFlow.txt" in the working
+/// directory that the program had when the library was loaded. Text is GBK.
+class FlowLogLines {
+ public:
+  FlowLogLines();
+  FlowLogLines(const FlowLogLines&) = delete;
+  FlowLogLines& operator=(const FlowLogLines&) = delete;
+  ~FlowLogLines();
+
+  template <class T>
+  FlowLogLines& operator<<(const T& value) {
+    m_text << value;
+    return *this;
+  }
+
+ private:
+  std::ostringstream m_text;
+};
+
+/// Opens "cbFlow.txt" and empties it, once for the program, unless the program has set a sink. Where that can't be done
+/// there is no log, and its lines are lost.
+void OpenFlowLog();
 
 /// A UTF-8 literal of our own sources in GBK, for the log.
 QByteArray LogBytes(const char* utf8);

@@ -81,7 +81,8 @@ void GatherSets(const FlowNetwork& network, const FlowBalances& balances, QMap<i
 }
 
 void TestBalance(const FlowNetwork& network, const FlowBalances& balances, float delta) {
-  FlowLog() << "m_delta = " << delta << "\n\n";
+  FlowLogLines log;
+  log << "m_delta = " << delta << "\n\n";
   for (auto it = network.setNodes.cbegin(); it != network.setNodes.cend(); ++it) {
     float wtotal = 0;
     float rtotal = 0;
@@ -96,7 +97,7 @@ void TestBalance(const FlowNetwork& network, const FlowBalances& balances, float
     balances.valid[it.key()] = balanced ? 1 : 0;
     balances.balance[it.key()] = {wtotal, rtotal};
     if (balanced) continue;
-    FlowLog() << "bs No. =" << it.key() << "\nwtotal = " << wtotal << "\nrtotal = " << rtotal << "\n\n";
+    log << "bs No. =" << it.key() << "\nwtotal = " << wtotal << "\nrtotal = " << rtotal << "\n\n";
   }
 }
 

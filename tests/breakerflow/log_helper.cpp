@@ -1,14 +1,23 @@
 // A program that has the breaker flow write its log: of one set that balances and one that doesn't.
 
 #include <QDir>
+#include <cstdio>
 
+#include "include/log_sink.h"
 #include "tests/breakerflow/breaker_graph.h"
 #include "tests/support/helper_program.h"
 
 int main(int argc, char** argv) {
   using namespace dtsdb::test;
   LimitLife();
-  if (argc > 1) QDir::setCurrent(QString::fromLocal8Bit(argv[1]));  // the log was opened before
+  const QString argument = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
+  if (argument == QLatin1String("--sink")) {
+    dtsdb::SetLogSink([](dtsdb::LogKind log, std::string_view bytes) {
+      if (log == dtsdb::LogKind::kBreakerFlow) std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+    });
+  } else if (!argument.isEmpty()) {
+    QDir::setCurrent(argument);  // where the log stands was settled before
+  }
   BreakerGraph graph({{1, 2}, {3, 4}});
   graph.Inject(1, 5);
   graph.Inject(2, -5);

@@ -60,6 +60,12 @@ TEST(BreakerFlowLog, HoldsNothingOfWhatAProgramWithoutStandardStreamsPrints) {
   EXPECT_EQ(here.Read(QStringLiteral("cbFlow.txt")), kLog);
 }
 
+TEST(BreakerFlowLog, GoesToTheSinkOfTheProgramInPlaceOfTheFile) {
+  const TemporaryDirectory here;
+  EXPECT_EQ(RunIn(here.Path(), {QStringLiteral("--sink")}), kLog + "computed\n");
+  EXPECT_TRUE(QDir(here.Path()).isEmpty());
+}
+
 TEST(BreakerFlowLog, IsAllThatIsLostWhereItCannotBeWritten) {
   const TemporaryDirectory here;
   ASSERT_TRUE(QDir(here.Path()).mkdir(QStringLiteral("cbFlow.txt")));  // a folder in its place

@@ -1,9 +1,9 @@
 // The tests run side by side in one folder: none of them keeps a log there. log_test.cpp sees to the log.
 
-#include "breakerflow/log.h"
+#include "include/log_sink.h"
 
-namespace dtsdb {
+namespace {
 
-const char* FlowLogPath() { return nullptr; }
+[[maybe_unused]] const bool kNoLog = (dtsdb::SetLogSink([](dtsdb::LogKind, std::string_view) {}), true);
 
-}  // namespace dtsdb
+}  // namespace

@@ -12,6 +12,7 @@
 
 #include "breakerflow/cbflow.h"
 #include "model/record_bits.h"
+#include "tests/breakerflow/both_sources.h"
 #include "tests/breakerflow/cgmes_model.h"
 #include "tests/support/realtime_store.h"
 
@@ -173,6 +174,9 @@ void ExpectPublishedFlows(const char* name, qsizetype switches) {
   flow.loadData();
   flow.calculate();
   for (int set = 0; set < flow.SetCount(); ++set) EXPECT_TRUE(flow.IsBalanced(set)) << set;
+  DTSDB model;
+  model.ReadFastdb(grid.Db());
+  ExpectSameFlows(model, grid.Db());
   flow.storeData();
 
   double worst = 0;

@@ -27,7 +27,6 @@ std::string UsageError(const char* arguments) {
 }
 
 TEST(Command, WrongUsageGivesTwoAndOneLine) {
-  UsageError("");
   UsageError("fly m");
   UsageError("validate");
   UsageError("validate m --format xml");
@@ -61,7 +60,7 @@ TEST(Command, UnknownNamesGetTheNearestOnes) {
   EXPECT_EQ(UsageError("dump m CB --id 甲开管"), "dtsdb: table CB has no record '甲开管'; did you mean 甲开关?\n");
   EXPECT_EQ(UsageError("dump m --id 乙战220"), "dtsdb: m has no record '乙战220'; did you mean 乙站220 or 甲站220?\n");
   EXPECT_EQ(UsageError("topology m --format csv --sheet section"),
-            "dtsdb: there is no sheet 'section' in this result; did you mean sections?\n");
+            "dtsdb: there is no sheet 'section' in this result; it has islands, sections, contents, dead\n");
 }
 
 TEST(Command, AnUnknownCommandGetsTheNearestOne) {
@@ -90,17 +89,72 @@ TEST(Command, HelpGoesToTheStandardOutputAndGivesZero) {
   EXPECT_TRUE(Contains(here.Run("diff --help").out, "Examples:"));
 }
 
+TEST(Command, ByItselfPrintsItsHelp) {
+  const Workplace here;
+  const CommandResult alone = here.Run("");
+  EXPECT_EQ(alone.code, 0);
+  EXPECT_EQ(alone.err, "");
+  EXPECT_EQ(alone.out, here.Run("--help").out);
+}
+
+TEST(Command, EveryHelpDescribesTheExitCodes) {
+  const Workplace here;
+  for (const char* command : {"validate", "topology", "switch", "run", "flow", "edit", "convert", "generate", "info",
+                              "dump", "diff", "rtdb ls", "rtdb show", "rtdb put", "rtdb check", "rtdb prune"}) {
+    const std::string help = here.Run((std::string(command) + " --help").c_str()).out;
+    EXPECT_TRUE(Contains(help, "Exit codes: 0 ")) << command;
+    EXPECT_TRUE(Contains(help, ", 2 wrong usage, 3 ")) << command;
+  }
+}
+
 TEST(Command, VersionIsPrinted) {
   const CommandResult result = Workplace().Run("--version");
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(result.out.starts_with("dtsdb ")) << result.out;
 }
 
-TEST(Validate, LeavesItsLogInTheCurrentFolder) {
+TEST(Validate, LeavesALogWhereItIsAskedForOnly) {
   const Workplace here;
   here.CopyModel("m");
+  here.Write("nmd.log", "of another program");
   EXPECT_EQ(here.Run("validate m").code, 0);
-  EXPECT_TRUE(Contains(here.Read("nmd.log"), "--NMD"));
+  EXPECT_EQ(here.Read("nmd.log"), "of another program");
+  EXPECT_EQ(here.EntryCount(), 2);
+  EXPECT_EQ(here.Run("validate m --log check.log").code, 0);
+  const std::string log = here.Read("check.log");
+  EXPECT_TRUE(Contains(log, "--NMD \xCC\xE1\xCA\xBE:")) << "a notice, in GBK";  // 提示
+  EXPECT_TRUE(log.ends_with("\n"));
+  EXPECT_EQ(here.EntryCount(), 3);
+}
+
+// Every command that validates on its way can be asked for the log of that.
+TEST(Validate, LogOfAValidationOnTheWayIsKeptWhenAskedFor) {
+  const Workplace here;
+  here.CopyModel("m");
+  here.Write("s.txt", "remove CP 乙容\n");
+  for (const char* call : {"topology m --log log", "switch m open CB 甲开关 --log log", "flow m --log log",
+                           "edit m --script s.txt --dry-run --log log"}) {
+    here.Run(call);
+    EXPECT_TRUE(Contains(here.Read("log"), "--NMD ")) << call;
+    std::filesystem::remove(here / "log");
+    EXPECT_EQ(here.EntryCount(), 2) << call;
+  }
+}
+
+TEST(Validate, LogThatCannotBeWrittenEndsTheCommand) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult nowhere = here.Run("validate m -o good.obj --log no/where");
+  EXPECT_EQ(nowhere.code, 3);
+  EXPECT_EQ(nowhere.out, "");
+  EXPECT_EQ(nowhere.err, "dtsdb: no/where: can't be written: No such file or directory\n");
+  EXPECT_FALSE(here.Exists("good.obj"));
+  const CommandResult full = here.Run("validate m --log /dev/full");
+  EXPECT_EQ(full.code, 3);
+  EXPECT_TRUE(Contains(full.err, "dtsdb: /dev/full: can't be written: No space left on device\n")) << full.err;
+  EXPECT_EQ(
+      here.Run(QStringList{QStringLiteral("validate"), QStringLiteral("m"), QStringLiteral("--log"), QString()}).code,
+      2);
 }
 
 TEST(Validate, WritesAGoodModel) {
@@ -194,6 +248,15 @@ TEST(Generate, SameSeedSameModelOtherSeedOtherModel) {
   EXPECT_EQ(here.Read("a.obj"), here.Read("b.obj"));
   EXPECT_EQ(here.Run("diff a.obj c.obj").code, 1);
   EXPECT_EQ(here.EntryCount(), 3) << "no log is left";
+}
+
+TEST(Generate, TakesItsOutputAsTheOtherCommandsDo) {
+  const Workplace here;
+  ASSERT_EQ(here.Run("generate --stations 5 a.obj").code, 0);
+  ASSERT_EQ(here.Run("generate --stations 5 -o b.obj").code, 0);
+  EXPECT_EQ(here.Read("a.obj"), here.Read("b.obj"));
+  EXPECT_EQ(UsageError("generate --stations 5"), "dtsdb: name the place of the model with -o OUT\n");
+  UsageError("generate c.obj -o d.obj");
 }
 
 TEST(Generate, MakesAModelThatIsGood) {

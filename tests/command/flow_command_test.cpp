@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fmt/format.h>
+
 #include <nlohmann/json.hpp>
 
+#include "rtdb/volma_rtdb.h"
 #include "tests/support/command_runner.h"
 
 namespace dtsdb::tools {
@@ -94,10 +97,65 @@ TEST(FlowCommand, StoresFlowsAndClassesInARealtimeDatabase) {
   EXPECT_EQ(row["tp_status"].get<unsigned>() & 56U, 32U) << "radial";
 }
 
-TEST(FlowCommand, ReportsLoopsWithoutVoltage) {
-  const Workplace here = StoredSample();  // no program has put voltages there
-  const std::string text = Output(here, "flow rtdb:x");
-  EXPECT_TRUE(Contains(text, "69 breakers on loops have no flow: their bus sections have no voltage.")) << text;
+TEST(FlowCommand, KeepsTheLogOnlyWhereItIsAskedFor) {
+  const Workplace here;
+  here.CopyModel("m");
+  Output(here, "topology m -o live.obj");
+  Output(here, "flow live.obj --log flow.log", 1);
+  const std::string log = here.Read("flow.log");
+  EXPECT_TRUE(log.starts_with("m_delta = 0.01\n\nbs No. =0\nwtotal = 182.5\nrtotal = 31.25\n\n")) << log;
+  EXPECT_TRUE(log.ends_with("\n\n"));
+  EXPECT_TRUE(Contains(log, "nodeName = \xBC\xD7\x31\n")) << "in GBK";  // 甲1
+  EXPECT_EQ(here.EntryCount(), 3);
+}
+
+// No program has put voltages into the database: those of the buses serve, as with files.
+TEST(FlowCommand, DatabaseWithoutVoltagesGivesWhatTheFileGives) {
+  const Workplace here = StoredSample();
+  EXPECT_EQ(Output(here, "flow rtdb:x"), Output(here, "flow m"));
+}
+
+/// Takes all voltages from the database x.fdb that the breaker flow could use.
+void RemoveVoltages(const Workplace& here) {
+  dbDatabase database;
+  ASSERT_TRUE(database.open((here / "x").c_str()));
+  dbCursor<kv> levels(&database, dbCursorForUpdate);
+  levels.select();
+  for (kv* row = levels.get(); row != nullptr; row = levels.next()) {
+    row->vbase = 0;
+    levels.update();
+  }
+  dbCursor<bus> buses(&database, dbCursorForUpdate);
+  buses.select();
+  for (bus* row = buses.get(); row != nullptr; row = buses.next()) {
+    row->v = 0;
+    buses.update();
+  }
+  database.close();
+}
+
+TEST(FlowCommand, NamesSetsAndBreakersWithoutAVoltage) {
+  const Workplace here = StoredSample();
+  RemoveVoltages(here);
+  const json result = Result(here, "flow rtdb:x --format json", 1);
+  EXPECT_EQ(result["not_balanced"], 0);
+  EXPECT_EQ(result["breakers_without_voltage"], 69);
+  int sets = 0;
+  for (const json& set : result["sets"]) sets += set["state"] == "no voltage" ? 1 : 0;
+  EXPECT_GT(sets, 0);
+  EXPECT_EQ(result["no_voltage"], sets);
+  int breakers = 0;
+  for (const json& breaker : result["breakers"]) {
+    const bool isOnLoop = breaker["class"] == "loop";
+    breakers += isOnLoop ? 1 : 0;
+    EXPECT_EQ(breaker["state"], isOnLoop ? "no voltage" : "computed") << breaker;
+    EXPECT_EQ(breaker["p"].is_number(), !isOnLoop) << breaker;
+    if (isOnLoop) EXPECT_EQ(breaker["q"], "nan");
+  }
+  EXPECT_EQ(breakers, 69);
+  const std::string text = Output(here, "flow rtdb:x", 1);
+  EXPECT_TRUE(Contains(text, fmt::format("\nNo voltage in {} sets: 69 breakers on loops without a flow.\n", sets)));
+  EXPECT_FALSE(Contains(text, "-nan")) << text;
 }
 
 TEST(FlowCommand, RealtimeDatabaseNeedsATopology) {

@@ -97,11 +97,13 @@ TEST(Text, CharactersThatAreNoBytesBecomeQuestionMarksInBytes) {
   EXPECT_EQ(IdToBytes(QString::fromUtf8("北a")), QByteArray("?a"));
 }
 
-TEST(Text, PrintsInTheEncodingOfTheTerminal) {
+TEST(Text, PrintsLinesInTheEncodingOfTheTerminal) {
   testing::internal::CaptureStdout();
   PrintText(QStringLiteral("plain\n"));
   PrintText(QString());
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "plain\n");
+  PrintText(QStringLiteral("without a line feed"));
+  PrintText(QStringLiteral("next"));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "plain\nwithout a line feed\nnext\n");
   EXPECT_EQ(TerminalBytes(QStringLiteral("plain")), QByteArray("plain"));
 }
 

@@ -28,7 +28,7 @@ TEST_F(AllnewTest, EmptyGlobalTableGivesAMessageAndChangesNothing) {
   BS stored(7);
   m.Put(stored);
   int result = 0;
-  EXPECT_EQ(Printed([&] { result = tp.tpAllnew(); }), "请首先运行网络校验程序!");
+  EXPECT_EQ(Printed([&] { result = tp.tpAllnew(); }), "请首先运行网络校验程序!\n");
   EXPECT_EQ(result, 1);
   EXPECT_EQ(m.Db().m_bsTable->GetCount(), 1);
   EXPECT_EQ((*m.Db().m_bsTable)[0].id, 7);
@@ -39,7 +39,7 @@ TEST_F(AllnewTest, EmptyGlobalTableGivesAMessageAndChangesNothing) {
 TEST_F(AllnewTest, ModelThatIsNotValidGivesAMessageAndChangesNothing) {
   m.Put(BS(7)).Put(GLOBAL(0));
   int result = 0;
-  EXPECT_EQ(Printed([&] { result = tp.tpAllnew(); }), "请首先运行网络校验程序并成功!");
+  EXPECT_EQ(Printed([&] { result = tp.tpAllnew(); }), "请首先运行网络校验程序并成功!\n");
   EXPECT_EQ(result, 1);
   EXPECT_EQ(m.Db().m_bsTable->GetCount(), 1);
   EXPECT_EQ(m.Db().m_globalTable->GetPh(0).time, 0U);
@@ -310,7 +310,7 @@ TEST_F(AllnewTest, CopiesShareTheWorkArraysAndReleaseThemOnce) {
 TEST_F(AllnewTest, NullModelWarnsAndCountsAsEmpty) {
   const Lines lines = FailureLines([] {
     TP none(nullptr);
-    EXPECT_EQ(Printed([&] { EXPECT_EQ(none.tpAllnew(), 1); }), "请首先运行网络校验程序!");
+    EXPECT_EQ(Printed([&] { EXPECT_EQ(none.tpAllnew(), 1); }), "请首先运行网络校验程序!\n");
     EXPECT_EQ(none.tpBsChanged(), 0);
   });
   ASSERT_EQ(lines.size(), 1U);

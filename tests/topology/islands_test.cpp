@@ -43,7 +43,7 @@ TEST_F(IslandsTest, NetworkWithoutUnitsIsDead) {
   EXPECT_EQ(m.Of<BUS>("M").tp_status, SHUNT_DEAD);
   EXPECT_EQ(m.Of<LN>("L").tp_status, TP_BOTH_DEAD);
   int result = -1;
-  EXPECT_EQ(Printed([&] { result = tp.tpSetRefUN(); }), "网络拓扑没有成功或者无活岛可用!");
+  EXPECT_EQ(Printed([&] { result = tp.tpSetRefUN(); }), "网络拓扑没有成功或者无活岛可用!\n");
   EXPECT_EQ(result, 0);
 }
 

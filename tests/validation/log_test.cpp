@@ -1,6 +1,7 @@
 // The log "nmd.log" and the findings, of which it is a rendering.
 #include <QDir>
 
+#include "include/log_sink.h"
 #include "tests/support/closed_streams.h"
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
@@ -52,6 +53,47 @@ TEST(Log, HoldsNothingOfWhatAProgramWithoutStandardStreamsPrints) {
   const QByteArray log = directory.Read(kLog);
   EXPECT_TRUE(log.contains("--NMD ")) << log.toStdString();
   EXPECT_FALSE(log.contains("printed"));
+}
+
+/// Lets the logs go to `text` as long as it lives.
+class KeptLog {
+ public:
+  KeptLog() {
+    SetLogSink([this](LogKind log, std::string_view bytes) {
+      EXPECT_EQ(log, LogKind::kValidation);
+      text.append(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    });
+  }
+  KeptLog(const KeptLog&) = delete;
+  KeptLog& operator=(const KeptLog&) = delete;
+  ~KeptLog() { SetLogSink({}); }
+
+  QByteArray text;
+};
+
+TEST(Log, GoesToTheSinkOfTheProgramInPlaceOfTheFile) {
+  const TemporaryDirectory directory;
+  ModelBuilder m;
+  m.Station("北京站", "无");
+  const Texts expected = ValidationRun(m.Db()).Lines();
+  KeptLog kept;
+  NMD nmd(&m.Db());
+  nmd.DetectAll();
+  EXPECT_EQ(LogLines(kept.text), expected);
+  NMD copy(nmd);
+  kept.text.clear();
+  copy.DetectAll();
+  EXPECT_EQ(LogLines(kept.text), expected) << "a copy writes on where the other does";
+  EXPECT_FALSE(QFile::exists(kLog));
+}
+
+TEST(Log, OfAnObjectMadeBeforeTheSinkStaysAFile) {
+  const TemporaryDirectory directory;
+  DTSDB database;
+  NMD nmd(&database);
+  const KeptLog kept;
+  nmd.DetectAll();
+  EXPECT_TRUE(kept.text.isEmpty());
 }
 
 TEST(Log, CanBeReadWhileTheObjectLives) {

@@ -5,16 +5,19 @@
 #include <QStringConverter>
 
 #include "include/internal/standard_streams.h"
+#include "model/text.h"
 
 namespace dtsdb::internal {
 
 void ValidationLog::Begin() {
   m_path = QFileInfo(m_file).absoluteFilePath();
-  Open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Append);
+  m_sink = CurrentLogSink();
+  if (!m_sink) Open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Append);
 }
 
 void ValidationLog::Continue(const ValidationLog& other) {
   m_findings = other.m_findings;
+  m_sink = other.m_sink;
   m_path = other.m_path;
   m_file.setFileName(m_path);
   if (other.m_file.isOpen()) Open(QIODevice::WriteOnly | QIODevice::Append);
@@ -55,13 +58,22 @@ void ValidationLog::Report(TableKind table, const char* tableName, const QString
 void ValidationLog::Write(const Finding& finding, const QString& bytes) {
   m_findings.append(finding);
   if (finding.severity == Severity::kError) ++m_global[0].errors;
-  if (!m_file.isOpen()) return;
+  if (m_sink) {
+    const QByteArray line = IdToBytes(Stamp() + bytes + QLatin1Char('\n'));
+    m_sink(LogKind::kValidation, {line.constData(), static_cast<std::size_t>(line.size())});
+  } else if (m_file.isOpen()) {
+    m_stream << Stamp() << bytes << '\n';
+  }
+}
+
+/// The present time as it stands in front of a line.
+const QString& ValidationLog::Stamp() {
   const qint64 second = QDateTime::currentSecsSinceEpoch();
   if (second != m_stampSecond) {  // a run writes many lines in one second, and local time is dear
     m_stampSecond = second;
     m_stamp = QDateTime::currentDateTime().toString(Qt::TextDate);
   }
-  m_stream << m_stamp << bytes << '\n';
+  return m_stamp;
 }
 
 }  // namespace dtsdb::internal

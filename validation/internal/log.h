@@ -7,6 +7,7 @@
 #include <QString>
 #include <QTextStream>
 
+#include "include/log_sink.h"
 #include "model/dtsdb.h"
 #include "validation/finding.h"
 #include "validation/internal/log_texts.h"
@@ -15,7 +16,8 @@ namespace dtsdb::internal {
 
 /// Reports findings: keeps them, writes each as a line of the log, and counts the errors in GLOBAL.
 ///
-/// Works on a file and a stream that it doesn't own. Where the file can't be opened, the lines go nowhere.
+/// Works on a file and a stream that it doesn't own. The file isn't opened when the program has set a sink for its
+/// logs, which then takes the lines. Where it can't be opened, they go nowhere.
 class ValidationLog {
  public:
   /// `global` is the table of the verdict.
@@ -26,7 +28,7 @@ class ValidationLog {
   /// Closes the file.
   ~ValidationLog() { Close(); }
 
-  /// Begins a new log in the file's place.
+  /// Begins a new log: in the sink in effect, or else in the file's place.
   void Begin();
   /// Writes on in the log of `other` and takes over its findings.
   void Continue(const ValidationLog& other);
@@ -50,10 +52,12 @@ class ValidationLog {
   void Close();
   void Report(TableKind table, const char* tableName, const QString& id, const Message& message);
   void Write(const Finding& finding, const QString& bytes);
+  const QString& Stamp();
 
   QFile& m_file;
   QTextStream& m_stream;
   tTable<GLOBAL>& m_global;
+  LogSink m_sink;
   QString m_path;  // absolute: a copy finds the log wherever the process has gone since
   qint64 m_stampSecond = -1;
   QString m_stamp;
