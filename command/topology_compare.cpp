@@ -6,6 +6,7 @@
 
 #include "command/equipment_state.h"
 #include "formats/field_text.h"
+#include "formats/text_layout.h"
 #include "model/qarchive.h"
 #include "topology/tp.h"
 
@@ -35,8 +36,10 @@ std::vector<std::string> NodeStates(DTSDB& database) {
 /// Adds what differs between two tables in the states that `stateAt(database, table, logicalNumber)` gives.
 template <class T, class StateAt>
 void Compare(DTSDB& here, DTSDB& there, StateAt stateAt, std::vector<TopologyDifference>& differences) {
-  const int count = std::min(TableOf<T>(here).GetCount(), TableOf<T>(there).GetCount());
-  for (int i = 0; i < count; ++i) {
+  const int count = TableOf<T>(here).GetCount();
+  const int other = TableOf<T>(there).GetCount();
+  if (count != other) differences.push_back({T::kTableName, "", Counted(count, "record"), Counted(other, "record")});
+  for (int i = 0; i < std::min(count, other); ++i) {
     const std::string a = stateAt(here, i);
     const std::string b = stateAt(there, i);
     if (a != b) differences.push_back({T::kTableName, IdText(TableOf<T>(here)[i].id), a, b});

@@ -21,7 +21,8 @@ struct TopologyDifference {
 /// A model of its own with all records and all numbering of `database`; nothing when it can't be copied.
 std::optional<DTSDB> CopyOf(DTSDB& database);
 
-/// What differs between the topologies of two models with the same records. The numbers of sections and islands
+/// What differs between the topologies of two models that should have the same records. Another number of records is a
+/// difference without identity. The numbers of sections and islands
 /// don't count: a node's state is the first node of its section and whether it is live.
 std::vector<TopologyDifference> CompareTopology(DTSDB& here, DTSDB& there);
 

@@ -150,7 +150,9 @@ TEST(FlowCommand, NamesSetsAndBreakersWithoutAVoltage) {
     breakers += isOnLoop ? 1 : 0;
     EXPECT_EQ(breaker["state"], isOnLoop ? "no voltage" : "computed") << breaker;
     EXPECT_EQ(breaker["p"].is_number(), !isOnLoop) << breaker;
-    if (isOnLoop) EXPECT_EQ(breaker["q"], "nan");
+    if (isOnLoop) {
+      EXPECT_EQ(breaker["q"], "nan");
+    }
   }
   EXPECT_EQ(breakers, 69);
   const std::string text = Output(here, "flow rtdb:x", 1);
