@@ -121,6 +121,46 @@ TEST(Validate, DoesNotWriteAModelWithFaults) {
   EXPECT_FALSE(here.Exists("bad.obj"));
 }
 
+/// A model with an error behind 40 loads without measurements.
+Workplace WithManyWarnings() {
+  Workplace here;
+  here.CopyModel("m");
+  std::string loads = here.Read("m/LD.csv");
+  for (int i = 0; i < 40; ++i) loads += "L" + std::to_string(i) + ",乙站220,乙1,1,0,0\n";
+  here.Write("m/LD.csv", loads + "Z,乙站220,,1,0,0\n");
+  return here;
+}
+
+TEST(Validate, ShowsErrorsFirstAndTheFirstWarningsOfAKind) {
+  const Workplace here = WithManyWarnings();
+  const std::string out = here.Run("validate m").out;
+  EXPECT_LT(out.find("LD_NODE_EMPTY"), out.find("LD_P_UNKNOWN")) << out;
+  EXPECT_TRUE(out.starts_with("Findings\nseverity  code")) << out;
+  EXPECT_FALSE(Contains(out, " L39 ")) << out;
+  EXPECT_TRUE(Contains(out, "more warnings not shown; --all shows each.\n")) << out;
+  EXPECT_TRUE(Contains(out, "   42  LD_P_UNKNOWN")) << out;
+  const std::string all = here.Run("validate m --all").out;
+  EXPECT_TRUE(Contains(all, " L39 ")) << all;
+  EXPECT_FALSE(Contains(all, "not shown")) << all;
+  EXPECT_TRUE(Contains(here.Run("validate m --format csv").out, ",L39,")) << "programs get each";
+  EXPECT_TRUE(Contains(here.Run("validate m --format json").out, "\"L39\""));
+}
+
+TEST(Validate, SpeaksTheLanguageOfTheLocale) {
+  const Workplace here = WithManyWarnings();
+  const auto run = [&here](const char* locale, const QStringList& more = {}) {
+    return here.Run(QStringList{QStringLiteral("validate"), QStringLiteral("m")} + more, locale).out;
+  };
+  for (const char* locale : {"C", "C.UTF-8", "en_GB.UTF-8", "de_DE"}) {
+    EXPECT_TRUE(Contains(run(locale), "it names no node")) << locale;
+  }
+  for (const char* locale : {"zh_CN.UTF-8", "zh_TW", "zh"}) {
+    EXPECT_TRUE(Contains(run(locale), "关联的结点名称为空.")) << locale;
+  }
+  EXPECT_TRUE(Contains(run("zh_CN.UTF-8", {QStringLiteral("--lang"), QStringLiteral("en")}), "it names no node"));
+  EXPECT_TRUE(Contains(run("C", {QStringLiteral("--lang"), QStringLiteral("zh")}), "关联的结点名称为空."));
+}
+
 TEST(Topology, ValidatesOnTheWayWithoutLeavingALog) {
   const Workplace here;
   here.CopyModel("m");
