@@ -67,12 +67,13 @@ using PutLine = ModelBuilder& (ModelBuilder::*)(const char*, const char*, const 
                                                 const char*, const char*, const char*);
 
 /// Station S1 with the levels K1 (node N1) and K2 (node M1), station S2 with K3 (node P1) and K4, all without
-/// measurements.
+/// measurements, and node N3 with one device. Its names come in front of those of the faults, so that its nodes are
+/// made in their levels.
 void AddNetwork(ModelBuilder& m) {
   m.District("D2").Station("S1").Kv("K1", 220).Kv("K2", 110).Station("S2").Kv("K3", 220).Kv("K4", 110);
-  m.Unit("G", "K1", "N1").Load("G", "K1", "N1").Cap("G", "K1", "N1").Bus("G", "K1", "N1");
-  m.Breaker("G", "K1", "N1", "N2").Zbr("G", "G").Winding("G", "S1", "K1", "K2", "N1", "M1");
-  m.Line("G", "DV", "S1", "S2", "K1", "K3", "N1", "P1").DcLine("G", "DV", "S1", "S2", "K1", "K3", "N1", "P1");
+  m.Unit("0", "K1", "N1").Load("0", "K1", "N1").Cap("0", "K1", "N1").Bus("0", "K1", "N1").Load("01", "K1", "N3");
+  m.Breaker("0", "K1", "N1", "N2").Zbr("0", "0").Winding("0", "S1", "K1", "K2", "N1", "M1");
+  m.Line("0", "DV", "S1", "S2", "K1", "K3", "N1", "P1").DcLine("0", "DV", "S1", "S2", "K1", "K3", "N1", "P1");
 }
 
 void AddFaultsOfTheTree(ModelBuilder& m) {
