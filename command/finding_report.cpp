@@ -21,6 +21,20 @@ void AddFinding(Sheet& sheet, const Finding& finding, Language language) {
              FieldCell(finding.field), TextOf(message, language), RemedyOf(message, language)});
 }
 
+/// The warnings with one code.
+struct Kind {
+  const char* code;
+  long long count;
+  std::string first;  ///< identities of the first records
+
+  void Count(const Finding& finding) {
+    constexpr int kFirst = 3;
+    ++count;
+    if (count <= kFirst) first += (count > 1 ? ", " : "") + IdText(finding.id);
+    if (count == kFirst + 1) first += ", ...";
+  }
+};
+
 }  // namespace
 
 Language LocaleLanguage() {
@@ -46,32 +60,34 @@ std::string FailureText(const NMD& nmd, Language language) {
   return TextOf(message, language) + "; " + CellText(RemedyOf(message, language));
 }
 
-Sheet FindingSheet(const QList<Finding>& findings, const FindingView& view) {
+Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language) {
   constexpr std::size_t kTableColumn = 2;
-  Sheet sheet("findings", "Findings", {"severity", "code", "table", "id", "field", "text", "what_to_do"});
+  Sheet sheet("findings", least == Severity::kError ? "Errors" : "Findings",
+              {"severity", "code", "table", "id", "field", "text", "what_to_do"});
   sheet.HideColumn(kTableColumn);  // the code begins with it
-  for (const Finding& finding : findings) {
-    if (finding.severity == Severity::kError) AddFinding(sheet, finding, view.language);
-  }
-  if (view.least == Severity::kError) return sheet;
-  std::map<std::string_view, int> shown;
-  for (const Finding& finding : findings) {
-    if (finding.severity != Severity::kWarning) continue;
-    if (view.mostOfAKind == 0 || ++shown[finding.code] <= view.mostOfAKind) AddFinding(sheet, finding, view.language);
+  for (const Severity severity : {Severity::kError, Severity::kWarning}) {
+    if (severity > least) break;
+    for (const Finding& finding : findings) {
+      if (finding.severity == severity) AddFinding(sheet, finding, language);
+    }
   }
   return sheet;
 }
 
 Sheet WarningKinds(const QList<Finding>& findings, Language language) {
-  std::map<std::string_view, long long> counts;
-  std::vector<const char*> codes;
+  std::vector<Kind> kinds;
+  std::map<std::string_view, std::size_t> places;
   for (const Finding& finding : findings) {
-    if (finding.severity == Severity::kWarning && ++counts[finding.code] == 1) codes.push_back(finding.code);
+    if (finding.severity != Severity::kWarning) continue;
+    const auto [place, isNew] = places.try_emplace(finding.code, kinds.size());
+    if (isNew) kinds.push_back({finding.code, 0, ""});
+    kinds[place->second].Count(finding);
   }
-  Sheet sheet("kinds", "Warnings by kind", {"count", "code", "text"});
+  Sheet sheet("kinds", "Warnings by kind", {"count", "code", "first", "text", "what_to_do"});
   sheet.HideWhenEmpty();
-  for (const char* const code : codes) {
-    sheet.Add({NumberCell(counts[code]), code, TextOf(*FindMessage(code), language)});
+  for (const Kind& kind : kinds) {
+    const MessageInfo& message = *FindMessage(kind.code);
+    sheet.Add({NumberCell(kind.count), kind.code, kind.first, TextOf(message, language), RemedyOf(message, language)});
   }
   return sheet;
 }

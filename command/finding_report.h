@@ -22,17 +22,12 @@ Cell RemedyOf(const MessageInfo& message, Language language);
 /// Why the last operation of `nmd` failed and what to do, in one line.
 std::string FailureText(const NMD& nmd, Language language);
 
-/// What of the findings a sheet shows, and how.
-struct FindingView {
-  Language language = LocaleLanguage();
-  Severity least = Severity::kWarning;  ///< down to this weight; notices are never shown
-  int mostOfAKind = 0;                  ///< warnings with one code beyond this number are left out; 0: none is
-};
+/// The findings about records down to the weight `least`, errors in front of warnings, each in the order of the run.
+/// Notices are never shown.
+Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language);
 
-/// The findings about records, errors in front of warnings, each in the order of the run.
-Sheet FindingSheet(const QList<Finding>& findings, const FindingView& view);
-
-/// The warnings counted by code, in the order of the run; hidden in text when there is none.
+/// The warnings counted by code, with the first records of each, in the order of the run; hidden in text when there is
+/// none.
 Sheet WarningKinds(const QList<Finding>& findings, Language language);
 
 }  // namespace dtsdb::tools

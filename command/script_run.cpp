@@ -147,7 +147,7 @@ ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits, Langua
   }
   const bool isWhole = refusals.Rows().empty();
   const bool good = isWhole && run.Validate();
-  Sheet faults = FindingSheet(isWhole ? run.Findings() : QList<Finding>(), {language, Severity::kError});
+  Sheet faults = FindingSheet(isWhole ? run.Findings() : QList<Finding>(), Severity::kError, language);
   return {applied, std::move(refusals), ChangedTables(before, Counts(database)), std::move(faults), good};
 }
 

@@ -24,11 +24,9 @@ struct ValidateOptions {
   std::string sheet;
 };
 
-constexpr int kFirstOfAKind = 3;
-
 constexpr const char* kFooter =
     "Leaves the log nmd.log in the current folder. The model is written with -o only when it is good.\n"
-    "Text shows all errors and then the first 3 warnings of each kind; JSON and CSV contain each.\n"
+    "Text lists the errors and counts the warnings by kind; with --all, and in JSON and CSV, each is listed.\n"
     "Exit code 0: the model is good; 1: it has errors. Warnings don't count.\n\n"
     "Examples:\n"
     "  dtsdb validate examples/ieee14\n"
@@ -37,17 +35,6 @@ constexpr const char* kFooter =
 
 long long Count(const QList<Finding>& findings, Severity severity) {
   return std::count_if(findings.begin(), findings.end(), [=](const Finding& f) { return f.severity == severity; });
-}
-
-/// Adds the findings, such that many warnings don't bury the errors, and the warnings counted by kind.
-void AddFindings(Report& report, const QList<Finding>& findings, const ValidateOptions& options) {
-  const bool isShortened = options.format == Format::kText && !options.showsAll;
-  const int mostOfAKind = isShortened ? kFirstOfAKind : 0;
-  const Sheet& shown = report.Add(FindingSheet(findings, {options.language, Severity::kWarning, mostOfAKind}));
-  const long long leftOut = Count(findings, Severity::kError) + Count(findings, Severity::kWarning) -
-                            static_cast<long long>(shown.Rows().size());
-  if (leftOut > 0) report.Line(fmt::format("{} not shown; --all shows each.", Counted(leftOut, "more warning")));
-  report.Add(WarningKinds(findings, options.language));
 }
 
 int Validate(const ValidateOptions& options) {
@@ -63,7 +50,10 @@ int Validate(const ValidateOptions& options) {
   report.Fact("good", good);
   report.Fact("errors", NumberCell(errors));
   report.Fact("warnings", NumberCell(warnings));
-  AddFindings(report, nmd.Findings(), options);
+  // Text lists the errors only unless all is wanted: many warnings must not bury them.
+  const bool listsAll = options.showsAll || options.format != Format::kText;
+  report.Add(FindingSheet(nmd.Findings(), listsAll ? Severity::kWarning : Severity::kError, options.language));
+  report.Add(WarningKinds(nmd.Findings(), options.language));
   report.Line("");
   report.Line(fmt::format("{}: the model is {}good: {}, {}.", options.model.Text(), good ? "" : "not ",
                           Counted(errors, "error"), Counted(warnings, "warning")));
@@ -83,7 +73,7 @@ void AddValidate(CLI::App& app, Action& action) {
       [](CLI::App& command, ValidateOptions& options) {
         AddModelArgument(command, options.model)->required();
         AddOutputOption(command, options.output, "Write the validated model to OUT when it is good");
-        command.add_flag("--all", options.showsAll, "Show each warning, not the first 3 of each kind only");
+        command.add_flag("--all", options.showsAll, "List each warning, not the kinds only");
         AddLanguageOption(command, options.language);
         AddSheetOption(command, options.sheet, "findings, kinds");
         AddFormatOption(command, options.format);

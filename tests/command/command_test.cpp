@@ -131,19 +131,23 @@ Workplace WithManyWarnings() {
   return here;
 }
 
-TEST(Validate, ShowsErrorsFirstAndTheFirstWarningsOfAKind) {
+TEST(Validate, ListsErrorsFirstAndCountsWarningsByKind) {
   const Workplace here = WithManyWarnings();
   const std::string out = here.Run("validate m").out;
-  EXPECT_LT(out.find("LD_NODE_EMPTY"), out.find("LD_P_UNKNOWN")) << out;
-  EXPECT_TRUE(out.starts_with("Findings\nseverity  code")) << out;
-  EXPECT_FALSE(Contains(out, " L39 ")) << out;
-  EXPECT_TRUE(Contains(out, "more warnings not shown; --all shows each.\n")) << out;
-  EXPECT_TRUE(Contains(out, "   42  LD_P_UNKNOWN")) << out;
+  EXPECT_TRUE(out.starts_with("Errors\nseverity  code           id  field")) << out;
+  EXPECT_TRUE(Contains(out, "error     LD_NODE_EMPTY  Z   nd ")) << out;
+  EXPECT_TRUE(Contains(out, "   42  LD_P_UNKNOWN             L0, L1, L10, ... ")) << out;
+  EXPECT_FALSE(Contains(out, "L39")) << out;
+  EXPECT_LT(std::count(out.begin(), out.end(), '\n'), 25);
+}
+
+TEST(Validate, ListsEachWarningWithAllAndForPrograms) {
+  const Workplace here = WithManyWarnings();
   const std::string all = here.Run("validate m --all").out;
-  EXPECT_TRUE(Contains(all, " L39 ")) << all;
-  EXPECT_FALSE(Contains(all, "not shown")) << all;
-  EXPECT_TRUE(Contains(here.Run("validate m --format csv").out, ",L39,")) << "programs get each";
-  EXPECT_TRUE(Contains(here.Run("validate m --format json").out, "\"L39\""));
+  EXPECT_LT(all.find("LD_NODE_EMPTY"), all.find("LD_P_UNKNOWN")) << all;
+  EXPECT_TRUE(Contains(all, "warning   LD_P_UNKNOWN             L39")) << all;
+  EXPECT_TRUE(Contains(here.Run("validate m --format csv").out, "warning,LD_P_UNKNOWN,LD,L39,ana_p,"));
+  EXPECT_TRUE(Contains(here.Run("validate m --format json").out, "\"id\": \"L39\""));
 }
 
 TEST(Validate, SpeaksTheLanguageOfTheLocale) {
