@@ -122,6 +122,13 @@ void AddFormatOption(CLI::App& command, Format& format) {
             "text for people (default), json or csv for programs, in UTF-8");
 }
 
+void AddLanguageOption(CLI::App& command, Language& language) {
+  const auto choose = [&language](const std::string& name) {
+    language = name == "zh" ? Language::kChinese : Language::kEnglish;
+  };
+  AddChoice(command, "--lang", choose, {"en", "zh"}, "Findings in English or Chinese (default: as the locale)");
+}
+
 void AddChoice(CLI::App& command, const std::string& name, const std::function<void(const std::string&)>& choose,
                const std::vector<std::string>& choices, const std::string& what) {
   command.add_option_function<std::string>(name, choose, what)

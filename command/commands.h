@@ -10,6 +10,7 @@
 
 #include "command/render.h"
 #include "formats/model_name.h"
+#include "validation/message_catalog.h"
 
 namespace dtsdb::tools {
 
@@ -53,6 +54,8 @@ void AddChoice(CLI::App& command, const std::string& name, const std::function<v
 void AddDatabaseArgument(CLI::App& command, ModelName& database);
 void AddIdOption(CLI::App& command, std::string& id, const std::string& what);
 void AddFormatOption(CLI::App& command, Format& format);
+/// The option --lang, the language of findings.
+void AddLanguageOption(CLI::App& command, Language& language);
 void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets);
 /// The option --log FILE: what the library logs while the command runs, the log of `what`. RunCommand sees to it.
 void AddLogOption(CLI::App& command, const std::string& what);

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "command/commands.h"
+#include "command/finding_report.h"
 #include "command/script_run.h"
 #include "command/validation_run.h"
 #include "formats/failure.h"
@@ -19,6 +20,7 @@ struct EditOptions {
   ModelName output;
   bool isDryRun = false;
   Format format = Format::kText;
+  Language language = LocaleLanguage();
 };
 
 constexpr const char* kFooter =
@@ -47,7 +49,7 @@ int RunEdit(const EditOptions& options) {
   const std::vector<Edit> edits = ReadEditScript(options.script, ReadFile(options.script));
   DTSDB database = LoadModel(options.model);
   RequireGood(database, options.model);
-  ScriptResult result = ApplyScript(database, edits);
+  ScriptResult result = ApplyScript(database, edits, options.language);
 
   const auto refused = static_cast<long long>(result.refusals.Rows().size());
   const auto errors = static_cast<long long>(result.faults.Rows().size());
@@ -81,6 +83,7 @@ void AddEdit(CLI::App& app, Action& action) {
         AddOutputOption(command, options.output, "Write the edited model to OUT");
         command.add_flag("--dry-run", options.isDryRun, "Only report what would be refused; nothing is written");
         AddLogOption(command, "the validations");
+        AddLanguageOption(command, options.language);
         AddFormatOption(command, options.format);
         command.footer(kFooter);
         AddExitCodes(command, "every line is applied and the model is good",

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "command/finding_report.h"
 #include "command/validation_run.h"
 #include "formats/field_text.h"
 #include "formats/nearest.h"
@@ -15,14 +16,21 @@ template <class Record>
 constexpr bool kIsContainer = std::is_same_v<Record, CO> || std::is_same_v<Record, DV> || std::is_same_v<Record, ST> ||
                               std::is_same_v<Record, KV>;
 
+/// Why an edit is refused.
+struct Refusal {
+  const MessageInfo* message = nullptr;  ///< null: it isn't
+  std::string hint;                      ///< what goes behind the text
+
+  explicit operator bool() const { return message != nullptr; }
+};
+
 /// Applies edits one by one. Edits leave links that only a validation puts in order, so that a step may fail, or reach
 /// too far, for no fault of its own: then a newly validated model shows what holds.
 class ScriptRun {
  public:
   explicit ScriptRun(DTSDB& database) : m_database(database), m_nmd(&database) {}
 
-  /// Returns why the edit is refused, empty when it isn't.
-  std::string Apply(const Edit& edit) {
+  Refusal Apply(const Edit& edit) {
     return std::visit([&](auto record) { return edit.isRemoval ? Remove(record) : Add(record); }, edit.record);
   }
 
@@ -37,7 +45,7 @@ class ScriptRun {
 
  private:
   template <class Record>
-  std::string Add(Record record) {
+  Refusal Add(Record record) {
     if (!m_isValidated && !IsMarkedGood(m_database)) Validate();
     if (!m_nmd.IsValid(record)) {
       if (m_isValidated) return Reason();
@@ -46,21 +54,21 @@ class ScriptRun {
     }
     if (AddRecord(m_nmd, record)) {
       m_isValidated = false;
-      return "";
+      return {};
     }
-    const std::string reason = Reason();
-    return Validate() ? "" : reason;  // it stopped midway, and the validation has made the rest
+    const Refusal reason = Reason();
+    return Validate() ? Refusal() : reason;  // it stopped midway, and the validation has made the rest
   }
 
   template <class Record>
-  std::string Remove(const Record& record) {
+  Refusal Remove(const Record& record) {
     if (!IsThere(record)) return NotThere(record);
     if (kIsContainer<Record> && !m_isValidated) Validate();
     const bool wasValidated = m_isValidated;
-    std::string reason = TryToRemove(record);
-    if (reason.empty() || wasValidated) return reason;
+    Refusal reason = TryToRemove(record);
+    if (!reason || wasValidated) return reason;
     Validate();
-    return IsThere(record) ? TryToRemove(record) : "";
+    return IsThere(record) ? TryToRemove(record) : Refusal();
   }
 
   template <class Record>
@@ -69,25 +77,23 @@ class ScriptRun {
   }
 
   template <class Record>
-  std::string TryToRemove(const Record& record) {
-    m_nmd.IsValid(record);  // sets a reason that no removal sets: some removals stop without one
-    const QString none = m_nmd.GetLastError();
+  Refusal TryToRemove(const Record& record) {
     m_isValidated = false;
-    if (RemoveRecord(m_nmd, record)) return "";
-    return m_nmd.GetLastError() == none ? "the removal stopped midway" : Reason();
+    return RemoveRecord(m_nmd, record) ? Refusal() : Reason();
   }
 
   template <class Record>
-  std::string NotThere(const Record& record) {
+  Refusal NotThere(const Record& record) {
     RemoveRecord(m_nmd, record);
     tTable<Record>& table = TableOf<Record>(m_database);
     std::vector<std::string> known;
     known.reserve(static_cast<std::size_t>(table.GetCount()));
     for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
-    return Reason() + DidYouMean(IdText(record.id), known);
+    return {Reason().message, DidYouMean(IdText(record.id), known)};
   }
 
-  std::string Reason() const { return m_nmd.GetLastError().trimmed().toStdString(); }
+  /// The reason of the operation that has just failed.
+  Refusal Reason() const { return {FindMessage(m_nmd.LastErrorCode()), ""}; }
 
   DTSDB& m_database;
   NMD m_nmd;
@@ -111,33 +117,35 @@ Sheet ChangedTables(const std::vector<int>& before, const std::vector<int>& afte
   return sheet;
 }
 
-void AddRefusal(Sheet& sheet, const Edit& edit, const std::string& reason) {
+void AddRefusal(Sheet& sheet, const Edit& edit, const Refusal& refusal, Language language) {
+  const MessageInfo& message = *refusal.message;
   std::visit(
       [&]<class Record>(const Record& record) {
-        sheet.Add(
-            {NumberCell(edit.line), edit.isRemoval ? "remove" : "add", Record::kTableName, IdText(record.id), reason});
+        sheet.Add({NumberCell(edit.line), edit.isRemoval ? "remove" : "add", Record::kTableName, IdText(record.id),
+                   message.code, message.field != nullptr ? Cell(std::string(message.field)) : Cell(),
+                   TextOf(message, language) + refusal.hint, RemedyOf(message, language)});
       },
       edit.record);
 }
 
 }  // namespace
 
-ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits) {
+ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits, Language language) {
   const std::vector<int> before = Counts(database);
-  Sheet refusals("refusals", "Refused lines", {"line", "edit", "table", "identity", "reason"});
+  Sheet refusals("refusals", "Refused lines", {"line", "edit", "table", "id", "code", "field", "text", "what_to_do"});
+  refusals.HideColumn(4).HideColumn(5);  // text and what to do name what they are about
   ScriptRun run(database);
   int applied = 0;
   for (const Edit& edit : edits) {
-    const std::string reason = run.Apply(edit);
-    if (reason.empty()) {
-      ++applied;
+    if (const Refusal refusal = run.Apply(edit)) {
+      AddRefusal(refusals, edit, refusal, language);
     } else {
-      AddRefusal(refusals, edit, reason);
+      ++applied;
     }
   }
   const bool isWhole = refusals.Rows().empty();
   const bool good = isWhole && run.Validate();
-  Sheet faults = FindingSheet(isWhole ? run.Findings() : QList<Finding>(), Severity::kError);
+  Sheet faults = FindingSheet(isWhole ? run.Findings() : QList<Finding>(), Severity::kError, language);
   return {applied, std::move(refusals), ChangedTables(before, Counts(database)), std::move(faults), good};
 }
 

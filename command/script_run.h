@@ -7,6 +7,7 @@
 #include "command/render.h"
 #include "model/dtsdb.h"
 #include "script/edit_script.h"
+#include "validation/message_catalog.h"
 
 namespace dtsdb::tools {
 
@@ -20,7 +21,8 @@ struct ScriptResult {
 };
 
 /// Applies `edits`, in their order, to a model that is good, and validates the result. A line that is refused is passed
-/// over, so that all of them are reported; the model then isn't good, whatever its mark. Leaves no log.
-ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits);
+/// over, so that all of them are reported; the model then isn't good, whatever its mark. Texts are in `language`.
+/// Leaves no log.
+ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits, Language language);
 
 }  // namespace dtsdb::tools

@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "command/render.h"
 #include "command/topology_compare.h"
 #include "command/validation_run.h"
 #include "formats/failure.h"

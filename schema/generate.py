@@ -8,12 +8,16 @@ Run it through scripts/generate, which installs what it needs.
 """
 
 import argparse
-import json
 import pathlib
 import sys
 import textwrap
+import unicodedata
 
 import jinja2
+
+sys.dont_write_bytecode = True
+from description import SchemaError, load, require  # noqa: E402
+from messages import Messages  # noqa: E402
 
 SCHEMA = pathlib.Path(__file__).resolve().parent
 ROOT = SCHEMA.parent
@@ -27,15 +31,6 @@ COLUMN_KINDS = {"char const*": "Text", "int4": "Int4", "nat4": "Nat4", "real4": 
 WRITERS = ("input", "validation", "topology", "breaker flow", "carried")
 KEYS = {"text": "Identified", "number": "Numbered", "relation": "Relation"}
 WRITINGS = {"merge": "Merging", "replace": "Replacing"}
-
-
-class SchemaError(Exception):
-    """Something wrong in the description, with its place."""
-
-
-def require(condition, place, what):
-    if not condition:
-        raise SchemaError(f"{place}: {what}")
 
 
 def size_in_32_bits(column):
@@ -163,11 +158,6 @@ def relation_fields(shape, relation):
     return fields
 
 
-def load(path):
-    with open(path, encoding="utf-8") as file:
-        return json.load(file)
-
-
 class Model:
     """The whole description, checked."""
 
@@ -185,6 +175,7 @@ class Model:
         self.by_name = {record.name: record for record in self.records}
         self.branches = load(SCHEMA / "branches.json")["branches"]
         self._check()
+        self.messages = Messages(load(SCHEMA / "messages.json"), self.by_name, self.relations)
 
     def _check(self):
         for place, record in enumerate(self.records, 1):
@@ -262,7 +253,33 @@ def descriptor(record):
 
 
 def quoted(text):
-    return '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
+    return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n") + '"'
+
+
+def literal(text):
+    """A text as a C++ literal; nothing as a null pointer."""
+    return "nullptr" if text is None else quoted(text)
+
+
+def display_width(text):
+    return sum(2 if unicodedata.east_asian_width(character) in "WF" else 1 for character in text)
+
+
+def assigned(arguments, left, opening, closing, indent=0):
+    """`left = opening arguments closing;`, broken as clang-format does it where one line would be too long."""
+    def fits(line):
+        return display_width(line) <= LINE_LIMIT
+
+    margin = " " * indent
+    first = f"{margin}{left} = {opening}"
+    last = arguments[-1] + closing + ";"
+    front = "".join(argument + ", " for argument in arguments[:-1])
+    aligned = " " * len(first) + last
+    if fits(first + front + last):
+        return first + front + last
+    if fits(aligned) and (opening == "{" or left.endswith(">")):
+        return (first + front).rstrip() + "\n" + aligned
+    return f"{margin}{left} =\n{margin}    {opening}{front}{last}"
 
 
 def render(model):
@@ -270,7 +287,8 @@ def render(model):
     environment = jinja2.Environment(loader=jinja2.FileSystemLoader(SCHEMA / "templates"), trim_blocks=True,
                                      lstrip_blocks=True, keep_trailing_newline=True,
                                      undefined=jinja2.StrictUndefined)
-    for function in (with_comments, filled, declarations, column_declarations, pointer_declarations, descriptor, quoted):
+    for function in (with_comments, filled, declarations, column_declarations, pointer_declarations, descriptor, quoted,
+                     literal, assigned):
         environment.filters[function.__name__] = function
 
     def fill(template, **names):
@@ -295,7 +313,11 @@ def render(model):
             ("model/twins.h", "twins.j2"),
             ("rtdb/volma_rtdb.h", "volma_rtdb_header.j2"),
             ("rtdb/volma_rtdb.cpp", "volma_rtdb_source.j2"),
+            ("validation/internal/messages.h", "messages.j2"),
+            ("validation/internal/edit_reasons.h", "edit_reasons.j2"),
+            ("validation/internal/message_rows.inc", "message_rows.j2"),
             ("docs/tables.md", "tables_page.j2"),
+            ("docs/messages.md", "messages_page.j2"),
     ):
         files[path] = fill(template)
     for key in KEYS.values():

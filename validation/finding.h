@@ -15,9 +15,10 @@ enum class Severity { kError, kWarning, kNotice };
 struct Finding {
   Severity severity = Severity::kNotice;
   TableKind table = KIND_NONE;  ///< table of the record concerned; none for what concerns the run as a whole
-  QString id;                   ///< identity of the record, raw bytes; empty where the text names none
+  QString id;                   ///< identity of the record, raw bytes; empty where it has none
   const char* field = nullptr;  ///< name of the field concerned, a literal; null for the record as a whole
   QString text;                 ///< the whole message as real text, without stamp
+  const char* code = nullptr;   ///< stable name of the message, a literal; FindMessage has the texts
 };
 
 }  // namespace dtsdb

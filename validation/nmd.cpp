@@ -29,6 +29,7 @@ NMD& NMD::operator=(const NMD& other) {
   PointToTables(other, *this);
   m_parts = std::make_unique<internal::ValidationParts>(&other.m_parts->model, m_logFile, m_log, m_lastError);
   m_parts->log.Continue(other.m_parts->log);
+  m_parts->lastError = other.m_parts->lastError;
   return *this;
 }
 
@@ -39,6 +40,7 @@ bool NMD::HasModel() const { return DTSDB_ASSERT(m_pDatabase != nullptr, "pDatab
 // The run
 
 bool NMD::DetectAll() { return HasModel() && internal::RunValidation(m_parts->checks); }
+const char* NMD::LastErrorCode() const { return m_parts->lastError.Code(); }
 const QList<Finding>& NMD::Findings() const { return m_parts->log.Findings(); }
 
 void NMD::StartDetect() { internal::StartRun(m_parts->model); }

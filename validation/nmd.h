@@ -43,6 +43,10 @@ class NMD {
   /// The reason of the last failure, real text, in nearly all cases with a line feed at its end. Never cleared.
   const QString& GetLastError() const { return m_lastError; }
 
+  /// The code of the last failure (docs/messages.md), a literal; null before the first. Also of a removal that leaves
+  /// GetLastError as it was.
+  const char* LastErrorCode() const;
+
   // Editing a good model, record by record (docs/editing.md). Each operation returns true, or false with the reason in
   // GetLastError. Nothing goes into the log, and nothing is taken back: an operation that fails midway leaves its
   // part of the work, and a new DetectAll puts the model in order.

@@ -175,6 +175,50 @@ TEST(Validate, DoesNotWriteAModelWithFaults) {
   EXPECT_FALSE(here.Exists("bad.obj"));
 }
 
+/// A model with an error behind 40 loads without measurements.
+Workplace WithManyWarnings() {
+  Workplace here;
+  here.CopyModel("m");
+  std::string loads = here.Read("m/LD.csv");
+  for (int i = 0; i < 40; ++i) loads += "L" + std::to_string(i) + ",乙站220,乙1,1,0,0\n";
+  here.Write("m/LD.csv", loads + "Z,乙站220,,1,0,0\n");
+  return here;
+}
+
+TEST(Validate, ListsErrorsFirstAndCountsWarningsByKind) {
+  const Workplace here = WithManyWarnings();
+  const std::string out = here.Run("validate m").out;
+  EXPECT_TRUE(out.starts_with("Errors\nseverity  code           id  field")) << out;
+  EXPECT_TRUE(Contains(out, "error     LD_NODE_EMPTY  Z   nd ")) << out;
+  EXPECT_TRUE(Contains(out, "   42  LD_P_UNKNOWN             L0, L1, L10, ... ")) << out;
+  EXPECT_FALSE(Contains(out, "L39")) << out;
+  EXPECT_LT(std::count(out.begin(), out.end(), '\n'), 25);
+}
+
+TEST(Validate, ListsEachWarningWithAllAndForPrograms) {
+  const Workplace here = WithManyWarnings();
+  const std::string all = here.Run("validate m --all").out;
+  EXPECT_LT(all.find("LD_NODE_EMPTY"), all.find("LD_P_UNKNOWN")) << all;
+  EXPECT_TRUE(Contains(all, "warning   LD_P_UNKNOWN             L39")) << all;
+  EXPECT_TRUE(Contains(here.Run("validate m --format csv").out, "warning,LD_P_UNKNOWN,LD,L39,ana_p,"));
+  EXPECT_TRUE(Contains(here.Run("validate m --format json").out, "\"id\": \"L39\""));
+}
+
+TEST(Validate, SpeaksTheLanguageOfTheLocale) {
+  const Workplace here = WithManyWarnings();
+  const auto run = [&here](const char* locale, const QStringList& more = {}) {
+    return here.Run(QStringList{QStringLiteral("validate"), QStringLiteral("m")} + more, locale).out;
+  };
+  for (const char* locale : {"C", "C.UTF-8", "en_GB.UTF-8", "de_DE"}) {
+    EXPECT_TRUE(Contains(run(locale), "it names no node")) << locale;
+  }
+  for (const char* locale : {"zh_CN.UTF-8", "zh_TW", "zh"}) {
+    EXPECT_TRUE(Contains(run(locale), "关联的结点名称为空.")) << locale;
+  }
+  EXPECT_TRUE(Contains(run("zh_CN.UTF-8", {QStringLiteral("--lang"), QStringLiteral("en")}), "it names no node"));
+  EXPECT_TRUE(Contains(run("C", {QStringLiteral("--lang"), QStringLiteral("zh")}), "关联的结点名称为空."));
+}
+
 TEST(Topology, ValidatesOnTheWayWithoutLeavingALog) {
   const Workplace here;
   here.CopyModel("m");

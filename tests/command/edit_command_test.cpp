@@ -113,7 +113,7 @@ TEST(EditCommand, RemovesAStationAfterItsLines) {
 TEST(EditCommand, ReportsWhatTheEditedModelLacks) {
   const Workplace here = WithScript("remove ST 乙站\n");
   const CommandResult result = Refused(here);
-  EXPECT_TRUE(Contains(result.out, "error     LN     甲乙线    zkv")) << result.out;
+  EXPECT_TRUE(Contains(result.out, "error     LN_TO_NODE_LEVEL_UNKNOWN  甲乙线  zkv")) << result.out;
   EXPECT_TRUE(Contains(result.out, "s.txt: 1 line applied; the edited model is not good: 1 error.\n")) << result.out;
 }
 
@@ -124,10 +124,12 @@ TEST(EditCommand, ReportsAllLinesThatAreRefusedAndWritesNothing) {
       "add LD id=二荷 kv=丙站220 nd=乙1\n"
       "remove LD 乙苛\n");
   const CommandResult result = Refused(here);
-  EXPECT_TRUE(Contains(result.out, "   1  add     LD     乙荷      欲添加的负荷在负荷表中存在.\n")) << result.out;
-  EXPECT_TRUE(Contains(result.out, "   3  add     LD     二荷      负荷指定的母线不存在.\n")) << result.out;
+  EXPECT_TRUE(Contains(result.out, "   1  add     LD     乙荷  the table LD has a record with this id already"))
+      << result.out;
+  EXPECT_TRUE(Contains(result.out, "   3  add     LD     二荷  its voltage level isn't in the table KV")) << result.out;
   EXPECT_TRUE(Contains(result.out,
-                       "   4  remove  LD     乙苛      欲删除的负荷在负荷表中不存在.; did you mean 乙备 or 乙荷?\n"))
+                       "   4  remove  LD     乙苛  the table LD has no record with this id; did you mean "
+                       "乙备 or 乙荷?"))
       << result.out;
   EXPECT_TRUE(Contains(result.out, "s.txt: 1 line applied, 3 refused.\n"));
 }

@@ -59,6 +59,7 @@ TEST_P(GoldenOutput, IsAsKept) {
              "add LD id=乙荷 kv=乙站220 nd=乙1\n"
              "remove CB 乙开\n"
              "add ST id=丙站 dv=东区 type=1\n");
+  here.Write("not_good.txt", "remove ST 乙站\n");
 
   const CommandResult result = here.Run(GetParam().arguments);
   EXPECT_EQ(result.code, GetParam().code);
@@ -76,6 +77,10 @@ constexpr Golden kGolden[] = {
     {"validate_faulty.txt", "validate faulty", 1},
     {"validate_faulty.json", "validate faulty --format json", 1},
     {"validate_faulty.csv", "validate faulty --format csv", 1},
+    {"validate_faulty_kinds.csv", "validate faulty --format csv --sheet kinds", 1},
+    {"validate_faulty_zh.txt", "validate faulty --lang zh", 1},
+    {"validate_faulty_zh.json", "validate faulty --lang zh --format json", 1},
+    {"validate_all.txt", "validate faulty --all", 1},
     {"topology.txt", "topology m", 0},
     {"topology.json", "topology m --format json", 0},
     {"topology_islands.csv", "topology m --format csv", 0},
@@ -94,6 +99,9 @@ constexpr Golden kGolden[] = {
     {"edit_refused.txt", "edit m --script refused.txt --dry-run", 1},
     {"edit_refused.json", "edit m --script refused.txt --dry-run --format json", 1},
     {"edit_refused.csv", "edit m --script refused.txt --dry-run --format csv", 1},
+    {"edit_refused_zh.txt", "edit m --script refused.txt --dry-run --lang zh", 1},
+    {"edit_not_good.txt", "edit m --script not_good.txt --dry-run", 1},
+    {"edit_not_good_zh.txt", "edit m --script not_good.txt --dry-run --lang zh", 1},
     {"info.txt", "info m", 0},
     {"info.json", "info m --format json", 0},
     {"info_fields.txt", "info --fields CB", 0},

@@ -36,15 +36,15 @@ CommandResult ValidateWith(const std::string& good, const std::string& bad) {
 TEST(Sample, WithABreakersNodeMisspeltAsOneOfAnotherLevelNamesTheBreaker) {
   const CommandResult result = ValidateWith(",Dongshan-33-I,", ",Dongshan-132-I,");
   EXPECT_EQ(result.code, 1);
-  EXPECT_TRUE(Contains(result.out, "error,CB,Dongshan-33-")) << result.out;
+  EXPECT_TRUE(Contains(result.out, "error,CB_FROM_NODE_IN_OTHER_LEVEL,CB,Dongshan-33-")) << result.out;
 }
 
 // A name that no other device uses makes a node of its own: that is no error.
 TEST(Sample, WithABreakersNodeMisspeltAsANewNameWarnsOfBothNodes) {
   const CommandResult result = ValidateWith(",Baiyun-132-T1,Baiyun-132-T1c", ",Baiyun-132-T1,Baiyun-132-TIc");
   EXPECT_EQ(result.code, 0);
-  EXPECT_TRUE(Contains(result.out, "warning,ND,Baiyun-132-T1c,")) << result.out;
-  EXPECT_TRUE(Contains(result.out, "warning,ND,Baiyun-132-TIc,")) << result.out;
+  EXPECT_TRUE(Contains(result.out, "warning,ND_IDLE,ND,Baiyun-132-T1c,")) << result.out;
+  EXPECT_TRUE(Contains(result.out, "warning,ND_IDLE,ND,Baiyun-132-TIc,")) << result.out;
 }
 
 TEST(Sample, ConvertedTwiceIsTheSameFile) {

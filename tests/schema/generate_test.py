@@ -68,6 +68,30 @@ class Refusals(unittest.TestCase):
         self.change("branches.json", '"owner": "iln"', '"owner": "iana_p"')
         self.expect_refused("LN2, iana_p: it must refer to LN")
 
+    def test_message_code_given_twice(self):
+        self.change("messages.json", '"code": "KV_VMIN_NEGATIVE"', '"code": "KV_VMAX_NEGATIVE"')
+        self.expect_refused("KV_VMAX_NEGATIVE: a code stands twice")
+
+    def test_message_about_a_field_that_the_table_has_not(self):
+        self.change("messages.json", '"field": "vmin"', '"field": "vlow"')
+        self.expect_refused("KV: there is no field vlow")
+
+    def test_message_of_an_unknown_table(self):
+        self.change("messages.json", '"tables": ["KV", "XF"]', '"tables": ["KV", "XFR"]')
+        self.expect_refused("XFR_STATION_UNKNOWN: there is no record XFR")
+
+    def test_message_with_what_to_do_in_one_language(self):
+        self.change("messages.json", ', "do_zh": "填写不小于vmin的vmax"', "")
+        self.expect_refused("KV_LIMITS_REVERSED: what to do is given in one language only")
+
+    def test_message_without_an_english_text(self):
+        self.change("messages.json", '"en": "its upper voltage limit is below its lower one"', '"en": ""')
+        self.expect_refused("KV_LIMITS_REVERSED: the English text is empty")
+
+    def test_reason_of_no_pattern(self):
+        self.change("messages.json", '{"name": "badVbase"', '{"name": "badVoltage"')
+        self.expect_refused("KV, badVoltage: there is no such pattern")
+
 
 class Output(unittest.TestCase):
     def test_a_new_field_reaches_class_row_and_page(self):
@@ -91,6 +115,14 @@ class Output(unittest.TestCase):
         self.assertIn("FIELD(load)", files["rtdb/rows/hierarchy.h"])
         self.assertIn("sizeof(co) == 52", files["rtdb/rows/hierarchy.h"])
         self.assertIn("| `load` | f64 | MW |  | input | load of the company |", files["docs/tables.md"])
+
+    def test_a_message_reaches_constant_list_and_page(self):
+        files = generate.render(generate.Model())
+        self.assertIn('inline constexpr Message kNoNode<CP> = Error("CP_NODE_EMPTY", "nd", " 关联的结点名称为空.");',
+                      files["validation/internal/messages.h"])
+        self.assertIn('{"CP_NODE_EMPTY", Severity::kError, KIND_CP, "nd",', files["validation/internal/message_rows.inc"])
+        self.assertIn("| `CP_NODE_EMPTY` | error | `nd` | it names no node<br>关联的结点名称为空. |",
+                      files["docs/messages.md"])
 
 
 if __name__ == "__main__":

@@ -31,7 +31,7 @@ class Editing {
   /// Why the record can't be added; empty when it can.
   template <class Record>
   std::string Why(const Record& record) {
-    return nmd.IsValid(record) ? "" : LastError();
+    return nmd.IsValid(record) ? "" : Reason("");
   }
 
   bool IsGood() { return model.Db().m_globalTable->GetPh(0).valid == 1; }
@@ -40,11 +40,13 @@ class Editing {
   // The reason of a failure, empty for success.
   template <class Record>
   std::string Add(Record& record) {
-    return AddRecord(nmd, record) ? "" : Reason();
+    const std::string before = LastError();
+    return AddRecord(nmd, record) ? "" : Reason(before);
   }
   template <class Record>
   std::string Remove(const Record& record) {
-    return RemoveRecord(nmd, record) ? "" : Reason();
+    const std::string before = LastError();
+    return RemoveRecord(nmd, record) ? "" : Reason(before);
   }
   template <class Record>
   std::string Remove(const char* id) {
@@ -62,8 +64,15 @@ class Editing {
   }
 
  private:
-  /// The last error; some removals fail without one.
-  std::string Reason() const { return LastError().empty() ? "no reason" : LastError(); }
+  /// The last error, which must be that of its code; some removals fail without one and leave the one `before`.
+  std::string Reason(const std::string& before) const {
+    const MessageInfo* const message = nmd.LastErrorCode() != nullptr ? FindMessage(nmd.LastErrorCode()) : nullptr;
+    EXPECT_NE(message, nullptr);
+    if (message != nullptr && LastError() != message->chinese) {
+      EXPECT_EQ(LastError(), before);
+    }
+    return LastError().empty() ? "no reason" : LastError();
+  }
 
   TemporaryDirectory m_directory;
 

@@ -12,6 +12,7 @@
 #include "tests/support/model_builder.h"
 #include "validation/internal/parts.h"
 #include "validation/internal/run.h"
+#include "validation/message_catalog.h"
 #include "validation/nmd.h"
 
 namespace dtsdb {
@@ -65,13 +66,25 @@ inline Texts LogLines(const QByteArray& log) {
   return lines;
 }
 
-/// One run over a model, in a directory of its own.
+/// Expects that a finding agrees with what the list of messages has under its code.
+inline void ExpectListed(const Finding& finding) {
+  const MessageInfo* const message = FindMessage(finding.code);
+  ASSERT_NE(message, nullptr) << finding.code;
+  EXPECT_EQ(message->severity, finding.severity) << finding.code;
+  EXPECT_EQ(message->table, finding.table) << finding.code;
+  EXPECT_STREQ(message->field, finding.field) << finding.code;
+  const QString text = QString::fromUtf8(message->chinese);
+  EXPECT_TRUE(finding.text.endsWith(text.section(QLatin1String("%1"), -1))) << finding.code;
+}
+
+/// One run over a model, in a directory of its own. Each finding must be in the list of messages.
 class ValidationRun {
  public:
   explicit ValidationRun(DTSDB& database) : nmd(&database) {
     result = nmd.DetectAll();
     global = database.m_globalTable->GetPh(0);
     log = m_directory.Read(QStringLiteral("nmd.log"));
+    for (const Finding& finding : nmd.Findings()) ExpectListed(finding);
   }
 
   Texts Lines() const { return LogLines(log); }

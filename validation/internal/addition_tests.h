@@ -10,7 +10,7 @@ namespace dtsdb::internal {
 /// design they aren't those of a validation run (docs/editing.md). Nothing is written but the last error.
 class AdditionTests : private Edit {
  public:
-  AdditionTests(DTSDB& model, QString& lastError) : Edit(model, lastError) {}
+  AdditionTests(DTSDB& model, LastError& lastError) : Edit(model, lastError) {}
 
   bool IsValid(const CO& co) const;
   bool IsValid(const DV& dv) const;

@@ -20,7 +20,7 @@ bool Additions::MayAdd(const Record& record) const {
 template <class Record>
 int Additions::Insert(const Record& record) {
   const int number = Table<Record>().Add(record);
-  if (number == -1) Refuse(EditReasons<Record>::full);
+  if (number == -1) Refuse(EditReasons<Record>::kFull);
   return number;
 }
 
@@ -31,7 +31,7 @@ bool Additions::Tie(int number) {
   const Record& record = Table<Record>().GetPh(number);
   const QString& parent = record.*kParentName<Row>.key;
   return Relate<Row>(m_model, Number<typename Relation<Row>::Parent>(parent), parent, number, record.id) ||
-         Refuse(EditReasons<Record>::relationFull);
+         Refuse(EditReasons<Record>::kRelationFull);
 }
 
 /// Turns the names of measurements into numbers, -1 without a word for those that don't exist.
@@ -108,7 +108,7 @@ bool Additions::Add(CB& cb) {
 
   CB& row = m_model.m_cbTable->GetPh(number);
   if (!InsertNodes(row, row.kv, row.kv) || !Tie<CB>(number)) return false;
-  if (InsertEnds(row, number, row.nd, row.znd) != INSERT_DONE) return Refuse(EditReasons<CB>::endsFull);
+  if (InsertEnds(row, number, row.nd, row.znd) != INSERT_DONE) return Refuse(EditReasons<CB>::kEndsFull);
   MarkStation(m_model, StationOfLevel(m_model, Number<KV>(row.kv)), ST_HAS_CB);
   return true;
 }
@@ -121,7 +121,7 @@ bool Additions::Add(XF& xf) {
 
   XF& row = m_model.m_xfTable->GetPh(number);
   if (!InsertNodes(row, row.kv, row.zkv) || !Tie<XF>(number)) return false;
-  if (InsertEnds(row, number, row.nd, row.znd) != INSERT_DONE) return Refuse(EditReasons<XF>::endsFull);
+  if (InsertEnds(row, number, row.nd, row.znd) != INSERT_DONE) return Refuse(EditReasons<XF>::kEndsFull);
   MarkStation(m_model, Number<ST>(row.st), ST_HAS_XF);
   return true;
 }
@@ -137,7 +137,7 @@ bool Additions::Add(ZBR& zbr) {
   const int number = Insert(zbr);
   if (number == -1) return false;
   if (!Relate<R_KV_ZBR>(m_model, level, m_model.m_kvTable->GetPh(level).id, number, zbr.id)) {
-    return Refuse(EditReasons<ZBR>::relationFull);
+    return Refuse(EditReasons<ZBR>::kRelationFull);
   }
 
   // Too late for the row in the table, which keeps the numbers that the caller gave. Kept: K24.
@@ -147,8 +147,8 @@ bool Additions::Add(ZBR& zbr) {
   // The row whose logical number is the new physical one, which is the new row itself where the two agree. Kept: K22.
   ZBR& row = (*m_model.m_zbrTable)[number];
   const int result = InsertEnds(row, m_model.m_zbrTable->LgToPh(number), cb.nd, cb.znd);
-  if (result == INSERT_TABLE_FULL) return Refuse(EditReasons<ZBR>::endsFull);
-  if (result == INSERT_SAME_NODE) return Refuse(EditReasons<ZBR>::sameNodes);
+  if (result == INSERT_TABLE_FULL) return Refuse(EditReasons<ZBR>::kEndsFull);
+  if (result == INSERT_SAME_NODE) return Refuse(EditReasons<ZBR>::kSameNodes);
   cb.flags |= CB_ZBR;
   return true;
 }
@@ -174,13 +174,13 @@ bool Additions::AddLine(Line& line) {
   if (!InsertNodes(row, row.kv, row.zkv)) return false;
   // A district whose first line this is gets no head. The district that bears the number of the line's from station
   // gets it. Kept: K21.
-  if (!Relate<Row>(m_model, dv, row.dv, number, row.id, st)) return Refuse(EditReasons<Line>::relationFull);
+  if (!Relate<Row>(m_model, dv, row.dv, number, row.id, st)) return Refuse(EditReasons<Line>::kRelationFull);
 
   // The line whose logical number is the new physical one, which is the new line itself when it sorts last.
   // Kept: K22.
   Line& sorted = lines[number];
   return InsertEnds(sorted, lines.LgToPh(number), sorted.nd, sorted.znd) != INSERT_TABLE_FULL ||
-         Refuse(EditReasons<Line>::endsFull);
+         Refuse(EditReasons<Line>::kEndsFull);
 }
 
 bool Additions::Add(LN& ln) { return AddLine(ln); }

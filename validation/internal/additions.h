@@ -13,7 +13,7 @@ namespace dtsdb::internal {
 class Additions : private Edit {
  public:
   /// `tests` are those of the same model.
-  Additions(DTSDB& model, QString& lastError, const AdditionTests& tests) : Edit(model, lastError), m_tests(tests) {}
+  Additions(DTSDB& model, LastError& lastError, const AdditionTests& tests) : Edit(model, lastError), m_tests(tests) {}
 
   bool Add(CO& co);
   bool Add(DV& dv);

@@ -8,22 +8,25 @@
 namespace dtsdb::internal {
 namespace {
 
-constexpr Fault kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kFromNodeInOtherLevel},
-                                     {INSERT_NO_LEVEL, message::kLevelNotThere}};
-constexpr Faults kFromNode = {reason::kBranchNodesFull, kFromNodeFaults};
+template <class Branch>
+constexpr Fault kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kFromNodeInOtherLevel<Branch>},
+                                     {INSERT_NO_LEVEL, message::kLevelNotThere<Branch>}};
+template <class Branch>
+constexpr Faults kFromNode = {reason::kBranchNodesFull, kFromNodeFaults<Branch>};
 // Both nodes of a breaker lie in its one level, those of a winding in two.
-constexpr Fault kBreakerToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kToNodeInOtherLevel},
-                                          {INSERT_NO_LEVEL, message::kLevelNotThere}};
-constexpr Fault kWindingToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kToNodeInOtherLevel},
+constexpr Fault kBreakerToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kToNodeInOtherLevel<CB>},
+                                          {INSERT_NO_LEVEL, message::kLevelNotThere<CB>}};
+constexpr Fault kWindingToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kToNodeInOtherLevel<XF>},
                                           {INSERT_NO_LEVEL, message::kToLevelNotThere}};
 constexpr Faults kBreakerToNode = {reason::kBranchNodesFull, kBreakerToNodeFaults};
 constexpr Faults kWindingToNode = {reason::kBranchNodesFull, kWindingToNodeFaults};
 
-constexpr Fault kEndsFaults[] = {{INSERT_SAME_NODE, message::kSameNodes}};
+template <class Branch>
+constexpr Fault kEndsFaults[] = {{INSERT_SAME_NODE, message::kSameNodes<Branch>}};
 
 // The last can't fire in a run, since a level without identity has no breakers.
 constexpr Required<CB> kBreakerRequired[] = {
-    {&CB::nd, message::kNoFromNode}, {&CB::znd, message::kNoToNode}, {&CB::kv, message::kNoLevel}};
+    {&CB::nd, message::kNoFromNode}, {&CB::znd, message::kNoToNode}, {&CB::kv, message::kNoLevel<CB>}};
 
 constexpr Required<XF> kWindingRequired[] = {{&XF::nd, message::kNoHighNode},
                                              {&XF::znd, message::kNoLowNode},
@@ -35,7 +38,7 @@ constexpr Required<XF> kWindingRequired[] = {{&XF::nd, message::kNoHighNode},
 template <class Branch>
 Outcome InsertEnds(RowChecks& checks, const Branch& branch, const BranchEnds& ends, const Reason& full) {
   const int result = InsertBranch(checks.model, KindOf<typename BranchKind<Branch>::End>, ends);
-  return checks.Judge(branch, result, {full, kEndsFaults});
+  return checks.Judge(branch, result, {full, kEndsFaults<Branch>});
 }
 
 bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
@@ -46,7 +49,7 @@ bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
   cb.istatus = NumberOf<STATUS>(model, cb.status_id);
   if (cb.istatus == -1) checks.log.Report(cb, message::kNoStatusPoint);
 
-  Outcome outcome = checks.InsertNodes(cb, cb.kv, cb.kv, kFromNode, kBreakerToNode);
+  Outcome outcome = checks.InsertNodes(cb, cb.kv, cb.kv, kFromNode<CB>, kBreakerToNode);
   if (outcome == Outcome::kGoOn) {
     outcome = InsertEnds(checks, cb, EndsOf(cb, number, cb.nd, cb.znd), reason::kBreakerEndsFull);
   }
@@ -91,7 +94,7 @@ bool CheckWinding(RowChecks& checks, XF& xf, int number) {
   }
   checks.FindMeasurements(xf);
 
-  Outcome outcome = checks.InsertNodes(xf, xf.kv, xf.zkv, kFromNode, kWindingToNode);
+  Outcome outcome = checks.InsertNodes(xf, xf.kv, xf.zkv, kFromNode<XF>, kWindingToNode);
   if (outcome == Outcome::kGoOn) {
     outcome = InsertEnds(checks, xf, EndsOf(xf, number, xf.nd, xf.znd), reason::kWindingEndsFull);
   }

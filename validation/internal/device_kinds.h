@@ -39,25 +39,27 @@ struct Measurement {
 
 /// The measurements of the two ends of a line or winding.
 template <class Branch>
-inline constexpr Measurement<Branch> kMeasurements[] = {
-    {&Branch::ana_p, &Branch::iana_p, message::kNoFromP}, {&Branch::ana_q, &Branch::iana_q, message::kNoFromQ},
-    {&Branch::ana_i, &Branch::iana_i, message::kNoFromI}, {&Branch::zana_p, &Branch::izana_p, message::kNoToP},
-    {&Branch::zana_q, &Branch::izana_q, message::kNoToQ}, {&Branch::zana_i, &Branch::izana_i, message::kNoToI}};
+inline constexpr Measurement<Branch> kMeasurements[] = {{&Branch::ana_p, &Branch::iana_p, message::kNoFromP<Branch>},
+                                                        {&Branch::ana_q, &Branch::iana_q, message::kNoFromQ<Branch>},
+                                                        {&Branch::ana_i, &Branch::iana_i, message::kNoFromI<Branch>},
+                                                        {&Branch::zana_p, &Branch::izana_p, message::kNoToP<Branch>},
+                                                        {&Branch::zana_q, &Branch::izana_q, message::kNoToQ<Branch>},
+                                                        {&Branch::zana_i, &Branch::izana_i, message::kNoToI<Branch>}};
 template <>
-inline constexpr Measurement<ZBR> kMeasurements<ZBR>[] = {{&ZBR::ana_p, &ZBR::iana_p, message::kNoP},
-                                                          {&ZBR::ana_q, &ZBR::iana_q, message::kNoQ},
+inline constexpr Measurement<ZBR> kMeasurements<ZBR>[] = {{&ZBR::ana_p, &ZBR::iana_p, message::kNoP<ZBR>},
+                                                          {&ZBR::ana_q, &ZBR::iana_q, message::kNoQ<ZBR>},
                                                           {&ZBR::ana_i, &ZBR::iana_i, message::kNoI}};
 template <>
-inline constexpr Measurement<LD> kMeasurements<LD>[] = {{&LD::ana_p, &LD::iana_p, message::kNoP},
-                                                        {&LD::ana_q, &LD::iana_q, message::kNoQ},
-                                                        {&LD::ana_v, &LD::iana_v, message::kNoV}};
+inline constexpr Measurement<LD> kMeasurements<LD>[] = {{&LD::ana_p, &LD::iana_p, message::kNoP<LD>},
+                                                        {&LD::ana_q, &LD::iana_q, message::kNoQ<LD>},
+                                                        {&LD::ana_v, &LD::iana_v, message::kNoV<LD>}};
 template <>
-inline constexpr Measurement<UN> kMeasurements<UN>[] = {{&UN::ana_p, &UN::iana_p, message::kNoP},
-                                                        {&UN::ana_q, &UN::iana_q, message::kNoQ}};
+inline constexpr Measurement<UN> kMeasurements<UN>[] = {{&UN::ana_p, &UN::iana_p, message::kNoP<UN>},
+                                                        {&UN::ana_q, &UN::iana_q, message::kNoQ<UN>}};
 template <>
-inline constexpr Measurement<CP> kMeasurements<CP>[] = {{&CP::ana_q, &CP::iana_q, message::kNoQ}};
+inline constexpr Measurement<CP> kMeasurements<CP>[] = {{&CP::ana_q, &CP::iana_q, message::kNoQ<CP>}};
 template <>
-inline constexpr Measurement<BUS> kMeasurements<BUS>[] = {{&BUS::ana_v, &BUS::iana_v, message::kNoV},
+inline constexpr Measurement<BUS> kMeasurements<BUS>[] = {{&BUS::ana_v, &BUS::iana_v, message::kNoV<BUS>},
                                                           {&BUS::ana_a, &BUS::iana_a, message::kNoA}};
 
 /// Turns the name of one measurement of a record into its number; false, with number -1, when there is no such point.

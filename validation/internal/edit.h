@@ -5,7 +5,9 @@
 #include <QString>
 
 #include "model/dtsdb.h"
+#include "validation/internal/edit_reasons.h"
 #include "validation/internal/hierarchy.h"
+#include "validation/internal/last_error.h"
 #include "validation/internal/messages.h"
 
 namespace dtsdb::internal {
@@ -13,7 +15,7 @@ namespace dtsdb::internal {
 /// Base of the parts: reads the model by names and sets the last error. Neither is owned.
 class Edit {
  protected:
-  Edit(DTSDB& model, QString& lastError) : m_model(model), m_lastError(lastError) {}
+  Edit(DTSDB& model, LastError& lastError) : m_model(model), m_lastError(lastError) {}
   ~Edit() = default;
   Edit(const Edit&) = delete;
   Edit& operator=(const Edit&) = delete;
@@ -28,14 +30,11 @@ class Edit {
   int Number(const QString& id) const {
     return NumberOf<T>(m_model, id);
   }
-  /// Sets the last error, unless the reason has no text. Always returns false.
-  bool Refuse(const Reason& reason) const {
-    if (reason.text != nullptr) m_lastError = QString::fromUtf8(reason.text);
-    return false;
-  }
+  /// Sets the last error. Always returns false.
+  bool Refuse(const Reason& reason) const { return m_lastError.Set(reason); }
 
   DTSDB& m_model;
-  QString& m_lastError;
+  LastError& m_lastError;
 };
 
 }  // namespace dtsdb::internal

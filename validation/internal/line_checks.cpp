@@ -8,20 +8,25 @@ namespace dtsdb::internal {
 namespace {
 
 template <class Line>
-constexpr Required<Line> kRequired[] = {{&Line::st, message::kNoFromStation}, {&Line::zst, message::kNoToStation}};
+constexpr Required<Line> kRequired[] = {{&Line::st, message::kNoFromStation<Line>},
+                                        {&Line::zst, message::kNoToStation<Line>}};
 
-constexpr Fault kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel},
-                                     {INSERT_NO_LEVEL, message::kLineFromLevelNotThere}};
-constexpr Fault kToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineToNodeInOtherLevel},
-                                   {INSERT_NO_LEVEL, message::kLineToLevelNotThere}};
-constexpr Faults kFromNode = {reason::kBranchNodesFull, kFromNodeFaults};
-constexpr Faults kToNode = {reason::kBranchNodesFull, kToNodeFaults};
+template <class Line>
+constexpr Fault kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel<Line>},
+                                     {INSERT_NO_LEVEL, message::kLineFromLevelNotThere<Line>}};
+template <class Line>
+constexpr Fault kToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineToNodeInOtherLevel<Line>},
+                                   {INSERT_NO_LEVEL, message::kLineToLevelNotThere<Line>}};
+template <class Line>
+constexpr Faults kFromNode = {reason::kBranchNodesFull, kFromNodeFaults<Line>};
+template <class Line>
+constexpr Faults kToNode = {reason::kBranchNodesFull, kToNodeFaults<Line>};
 
 // In a run the nodes exist: they were made a step earlier.
 template <class Line>
-constexpr Fault kEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes},
-                                 {INSERT_NO_FROM_NODE, message::kLineFromNodeNotThere},
-                                 {INSERT_NO_TO_NODE, message::kLineToNodeNotThere},
+constexpr Fault kEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes<Line>},
+                                 {INSERT_NO_FROM_NODE, message::kLineFromNodeNotThere<Line>},
+                                 {INSERT_NO_TO_NODE, message::kLineToNodeNotThere<Line>},
                                  {INSERT_OTHER_STATION, kLineKind<Line>.inOtherStation}};
 template <class Line>
 constexpr Faults kEnds = {kLineKind<Line>.endsFull, kEndsFaults<Line>};
@@ -32,7 +37,7 @@ void CheckLineEnds(RowChecks& checks, Line& line, int district) {
   DTSDB& model = checks.model;
   const int fromDistrict = DistrictOfStation(model, NumberOf<ST>(model, line.st));
   const int toDistrict = DistrictOfStation(model, NumberOf<ST>(model, line.zst));
-  if (district != fromDistrict && district != toDistrict) checks.log.Report(line, message::kLineInOtherDistrict);
+  if (district != fromDistrict && district != toDistrict) checks.log.Report(line, message::kLineInOtherDistrict<Line>);
   MarkDistrict(line, district, fromDistrict, toDistrict);
 
   if constexpr (kLineKind<Line>.hasOneVoltage) {  // a level whose base voltage is 0 isn't compared
@@ -52,7 +57,7 @@ bool CheckLine(RowChecks& checks, Line& line, int number) {
   if (!checks.IsNamed(line) || !checks.IsFilled(line, kRequired<Line>)) return true;
   checks.FindMeasurements(line);
 
-  Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kFromNode, kToNode);
+  Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kFromNode<Line>, kToNode<Line>);
   if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
   if (!checks.IsLinked(line)) return true;
   const int district = TableOf<Row>(model).GetPh(line.*Relation<Row>::kOwn).idv;

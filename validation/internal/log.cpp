@@ -46,12 +46,12 @@ void ValidationLog::Report(const Message& message, int number) {
   for (QString* const text : {&line.real, &line.bytes}) {
     text->replace(QLatin1String("%1"), QString::number(number));  // '%' is no part of a GBK character
   }
-  Write({message.severity, KIND_NONE, QString(), message.field, line.real}, line.bytes);
+  Write({message.severity, KIND_NONE, QString(), message.field, line.real, message.code}, line.bytes);
 }
 
 void ValidationLog::Report(TableKind table, const char* tableName, const QString& id, const Message& message) {
   const LogText line = m_texts.Line(tableName, id, message);
-  Write({message.severity, table, message.names ? id : QString(), message.field, line.real}, line.bytes);
+  Write({message.severity, table, id, message.field, line.real, message.code}, line.bytes);
 }
 
 /// Writes one line: stamp and `bytes`, the finding's text as it goes into the log.

@@ -27,25 +27,27 @@ inline constexpr ParentName<Row> kParentName = {};
 template <>
 inline constexpr ParentName<R_CO_DV> kParentName<R_CO_DV> = {&DV::co, message::kUnknownCompany, reason::kCoDvFull};
 template <>
-inline constexpr ParentName<R_DV_ST> kParentName<R_DV_ST> = {&ST::dv, message::kUnknownDistrict, reason::kDvStFull};
+inline constexpr ParentName<R_DV_ST> kParentName<R_DV_ST> = {&ST::dv, message::kUnknownDistrict<ST>, reason::kDvStFull};
 template <>
-inline constexpr ParentName<R_DV_LN> kParentName<R_DV_LN> = {&LN::dv, message::kUnknownDistrict, reason::kDvLnFull};
+inline constexpr ParentName<R_DV_LN> kParentName<R_DV_LN> = {&LN::dv, message::kUnknownDistrict<LN>, reason::kDvLnFull};
 template <>
-inline constexpr ParentName<R_DV_DLN> kParentName<R_DV_DLN> = {&DLN::dv, message::kUnknownDistrict, reason::kDvDlnFull};
+inline constexpr ParentName<R_DV_DLN> kParentName<R_DV_DLN> = {&DLN::dv, message::kUnknownDistrict<DLN>,
+                                                               reason::kDvDlnFull};
 template <>
-inline constexpr ParentName<R_ST_KV> kParentName<R_ST_KV> = {&KV::st, message::kUnknownStation, reason::kStKvFull};
+inline constexpr ParentName<R_ST_KV> kParentName<R_ST_KV> = {&KV::st, message::kUnknownStation<KV>, reason::kStKvFull};
 template <>
-inline constexpr ParentName<R_ST_XF> kParentName<R_ST_XF> = {&XF::st, message::kUnknownStation, reason::kStXfFull};
+inline constexpr ParentName<R_ST_XF> kParentName<R_ST_XF> = {&XF::st, message::kUnknownStation<XF>, reason::kStXfFull};
 template <>
-inline constexpr ParentName<R_KV_LD> kParentName<R_KV_LD> = {&LD::kv, message::kUnknownLevel, reason::kKvLdFull};
+inline constexpr ParentName<R_KV_LD> kParentName<R_KV_LD> = {&LD::kv, message::kUnknownLevel<LD>, reason::kKvLdFull};
 template <>
-inline constexpr ParentName<R_KV_UN> kParentName<R_KV_UN> = {&UN::kv, message::kUnknownLevel, reason::kKvUnFull};
+inline constexpr ParentName<R_KV_UN> kParentName<R_KV_UN> = {&UN::kv, message::kUnknownLevel<UN>, reason::kKvUnFull};
 template <>
-inline constexpr ParentName<R_KV_CP> kParentName<R_KV_CP> = {&CP::kv, message::kUnknownLevel, reason::kKvCpFull};
+inline constexpr ParentName<R_KV_CP> kParentName<R_KV_CP> = {&CP::kv, message::kUnknownLevel<CP>, reason::kKvCpFull};
 template <>
-inline constexpr ParentName<R_KV_BUS> kParentName<R_KV_BUS> = {&BUS::kv, message::kUnknownLevel, reason::kKvBusFull};
+inline constexpr ParentName<R_KV_BUS> kParentName<R_KV_BUS> = {&BUS::kv, message::kUnknownLevel<BUS>,
+                                                               reason::kKvBusFull};
 template <>
-inline constexpr ParentName<R_KV_CB> kParentName<R_KV_CB> = {&CB::kv, message::kUnknownLevel, reason::kKvCbFull};
+inline constexpr ParentName<R_KV_CB> kParentName<R_KV_CB> = {&CB::kv, message::kUnknownLevel<CB>, reason::kKvCbFull};
 
 /// Sets the links of a record in all relations to -1, none: up to its parent and down to its children.
 template <class Record>

@@ -44,7 +44,7 @@ bool Removals::Detach(int child, const Reason& unrelated) {
 /// Takes record `number` from its parent and removes it.
 template <class Record>
 bool Removals::RemoveTied(int number) {
-  if (!Detach<ParentRow<Record>>(number, EditReasons<Record>::unrelated)) return false;
+  if (!Detach<ParentRow<Record>>(number, EditReasons<Record>::kUnrelated)) return false;
   Table<Record>().Remove(number);
   return true;
 }
@@ -77,7 +77,7 @@ template <class Shunt>
 bool Removals::RemoveShunt(int number) {
   const int nd = Table<Shunt>().GetPh(number).ind;
   if (DeviceCount(m_model, Table<ND>().GetPh(nd), kCountedMarks & ~kShuntKind<Shunt>.nodeMark) == 0) {
-    if (!Detach<R_KV_ND>(nd, EditReasons<Shunt>::levelLess)) return false;
+    if (!Detach<R_KV_ND>(nd, EditReasons<Shunt>::kLevelLess)) return false;
     Table<ND>().Remove(nd);
   }
   return RemoveTied<Shunt>(number);
@@ -124,9 +124,9 @@ bool Removals::RemoveBranch(int number) {
   const Branch& branch = Table<Branch>().GetPh(number);
   const int nd = branch.ind;
   const int znd = branch.iznd;
-  return RemoveBranchEnd<Branch, FromWritten>(nd, branch.*Kind::kFromEnd, Reasons::fromLevelLess,
-                                              Reasons::fromEndMissing) &&
-         RemoveBranchEnd<Branch, ToWritten>(znd, branch.*Kind::kToEnd, Reasons::toLevelLess, Reasons::toEndMissing) &&
+  return RemoveBranchEnd<Branch, FromWritten>(nd, branch.*Kind::kFromEnd, Reasons::kFromLevelLess,
+                                              Reasons::kFromEndMissing) &&
+         RemoveBranchEnd<Branch, ToWritten>(znd, branch.*Kind::kToEnd, Reasons::kToLevelLess, Reasons::kToEndMissing) &&
          RemoveTied<Branch>(number);
 }
 
@@ -138,8 +138,8 @@ bool Removals::RemoveDLN(int no) { return RemoveBranch<DLN>(no); }
 /// The nodes are those of the breaker and stay. So does the breaker's mark. Kept: K08.
 bool Removals::RemoveZBR(int no) {
   const ZBR& zbr = m_model.m_zbrTable->GetPh(no);
-  return RemoveEnd<ZBR, R_ND_ZBR2>(zbr.ind, zbr.zbr2, EditReasons<ZBR>::fromEndMissing) &&
-         RemoveEnd<ZBR, R_ND_ZBR2>(zbr.iznd, zbr.zzbr2, EditReasons<ZBR>::toEndMissing) && RemoveTied<ZBR>(no);
+  return RemoveEnd<ZBR, R_ND_ZBR2>(zbr.ind, zbr.zbr2, EditReasons<ZBR>::kFromEndMissing) &&
+         RemoveEnd<ZBR, R_ND_ZBR2>(zbr.iznd, zbr.zzbr2, EditReasons<ZBR>::kToEndMissing) && RemoveTied<ZBR>(no);
 }
 
 // Containers
@@ -157,7 +157,7 @@ bool Removals::RemoveST(int no) {
     return false;
   const int row = m_model.m_stTable->GetPh(no).r_dv_st;
   // The station's own number in place of its district's, which isn't tested. Kept: K33.
-  if (row == -1 || no == -1) return Refuse(EditReasons<ST>::unrelated);
+  if (row == -1 || no == -1) return Refuse(EditReasons<ST>::kUnrelated);
   // The links of the level's row with the same number. Kept: K34.
   Unlink<R_DV_ST, R_ST_KV>(m_model.m_rDvStTable->GetPh(row).idv, row);
   m_model.m_stTable->Remove(no);
@@ -176,7 +176,9 @@ bool Removals::RemoveDV(int no) {
   std::vector<Removal> removals;  // in place of recursion, which damaged links could make too deep
   std::set<int> underWay;
   const auto begin = [&](int district) {
-    if (!m_model.m_dvTable->IsUsed(district) || !underWay.insert(district).second) return false;
+    if (!m_model.m_dvTable->IsUsed(district) || !underWay.insert(district).second) {
+      return Refuse(EditReasons<DV>::kStopped);
+    }
     if (!RemoveChildren<R_DV_LN>(district, &Removals::RemoveLN)) return false;
     if (!RemoveChildren<R_DV_DLN>(district, &Removals::RemoveDLN)) return false;
     const int head = m_model.m_dvTable->GetPh(district).r_dv_st;

@@ -11,13 +11,13 @@ namespace dtsdb::internal {
 /// Each is true, or false with the reason in the last error; one that fails midway leaves its part of the work.
 class Removals : private Edit {
  public:
-  Removals(DTSDB& model, QString& lastError) : Edit(model, lastError) {}
+  Removals(DTSDB& model, LastError& lastError) : Edit(model, lastError) {}
 
   /// Removes the record of class `Record` with identity `id` by `remove`, the operation of its class.
   template <class Record>
   bool ByName(const QString& id, bool (Removals::*remove)(int)) {
     const int number = Number<Record>(id);
-    return number == -1 ? Refuse(EditReasons<Record>::notThere) : (this->*remove)(number);
+    return number == -1 ? Refuse(EditReasons<Record>::kNotThere) : (this->*remove)(number);
   }
 
   // By physical number

@@ -7,6 +7,7 @@
 #include "validation/internal/device_kinds.h"
 #include "validation/internal/graph.h"
 #include "validation/internal/hierarchy.h"
+#include "validation/internal/last_error.h"
 #include "validation/internal/log.h"
 #include "validation/internal/messages.h"
 #include "validation/internal/relations.h"
@@ -45,7 +46,7 @@ enum class Outcome {
 /// the last error.
 class RowChecks {
  public:
-  RowChecks(DTSDB& tables, ValidationLog& validationLog, QString& lastError)
+  RowChecks(DTSDB& tables, ValidationLog& validationLog, LastError& lastError)
       : model(tables), log(validationLog), m_lastError(lastError) {}
 
   DTSDB& model;
@@ -72,7 +73,7 @@ class RowChecks {
   template <class Record>
   bool IsNamed(const Record& record) {
     if (!record.id.isEmpty()) return true;
-    log.Report(record, message::kNoIdentity);
+    log.Report(record, message::kNoIdentity<Record>);
     return false;
   }
 
@@ -128,13 +129,10 @@ class RowChecks {
   }
 
   /// Sets the last error. Always returns false.
-  bool TableFull(const Reason& reason) {
-    m_lastError = QString::fromUtf8(reason.text);
-    return false;
-  }
+  bool TableFull(const Reason& reason) { return m_lastError.Set(reason); }
 
  private:
-  QString& m_lastError;
+  LastError& m_lastError;
 };
 
 }  // namespace dtsdb::internal

@@ -7,11 +7,13 @@ namespace {
 
 // The second can't fire in a run, since a level without identity has no devices.
 template <class Shunt>
-constexpr Required<Shunt> kRequired[] = {{&Shunt::nd, message::kNoNode}, {&Shunt::kv, message::kNoLevel}};
+constexpr Required<Shunt> kRequired[] = {{&Shunt::nd, message::kNoNode<Shunt>}, {&Shunt::kv, message::kNoLevel<Shunt>}};
 
-constexpr Fault kNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kNodeInOtherLevel},
-                                 {INSERT_NO_LEVEL, message::kLevelNotThere}};
-constexpr Faults kNode = {reason::kShuntNodesFull, kNodeFaults};
+template <class Shunt>
+constexpr Fault kNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kNodeInOtherLevel<Shunt>},
+                                 {INSERT_NO_LEVEL, message::kLevelNotThere<Shunt>}};
+template <class Shunt>
+constexpr Faults kNode = {reason::kShuntNodesFull, kNodeFaults<Shunt>};
 
 /// A device with a fault in its node isn't dropped: its station is marked all the same. Kept: K10.
 template <class Shunt>
@@ -31,7 +33,7 @@ bool CheckShunt(RowChecks& checks, Shunt& shunt) {
   checks.FindMeasurements(shunt);
 
   const int result = InsertNode(model, shunt.nd, &shunt.ind, shunt.kv, kKind.nodeMark);
-  if (checks.Judge(shunt, result, kNode) == Outcome::kTableFull) return false;
+  if (checks.Judge(shunt, result, kNode<Shunt>) == Outcome::kTableFull) return false;
   if constexpr (kKind.stationMark != 0) MarkStation(model, StationOfLevel(model, level), kKind.stationMark);
   return true;
 }

@@ -1,0 +1,95 @@
+#include "command/finding_report.h"
+
+#include <cstdlib>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "formats/field_text.h"
+#include "model/table_info.h"
+
+namespace dtsdb::tools {
+namespace {
+
+const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+
+Cell FieldCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
+
+void AddFinding(Sheet& sheet, const Finding& finding, Language language) {
+  const MessageInfo& message = *FindMessage(finding.code);
+  sheet.Add({SeverityName(finding.severity), finding.code, TableName(finding.table), IdText(finding.id),
+             FieldCell(finding.field), TextOf(message, language), RemedyOf(message, language)});
+}
+
+/// The warnings with one code.
+struct Kind {
+  const char* code;
+  long long count;
+  std::string first;  ///< identities of the first records
+
+  void Count(const Finding& finding) {
+    constexpr int kFirst = 3;
+    ++count;
+    if (count <= kFirst) first += (count > 1 ? ", " : "") + IdText(finding.id);
+    if (count == kFirst + 1) first += ", ...";
+  }
+};
+
+}  // namespace
+
+Language LocaleLanguage() {
+  for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const char* const locale = std::getenv(name);
+    if (locale == nullptr || *locale == '\0') continue;
+    return std::string_view(locale).starts_with("zh") ? Language::kChinese : Language::kEnglish;
+  }
+  return Language::kEnglish;
+}
+
+std::string TextOf(const MessageInfo& message, Language language) {
+  return QString::fromUtf8(message.Text(language)).trimmed().toStdString();
+}
+
+Cell RemedyOf(const MessageInfo& message, Language language) {
+  const char* const remedy = message.Remedy(language);
+  return remedy != nullptr ? Cell(std::string(remedy)) : Cell();
+}
+
+std::string FailureText(const NMD& nmd, Language language) {
+  const MessageInfo& message = *FindMessage(nmd.LastErrorCode());
+  return TextOf(message, language) + "; " + CellText(RemedyOf(message, language));
+}
+
+Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language) {
+  constexpr std::size_t kTableColumn = 2;
+  Sheet sheet("findings", least == Severity::kError ? "Errors" : "Findings",
+              {"severity", "code", "table", "id", "field", "text", "what_to_do"});
+  sheet.HideColumn(kTableColumn);  // the code begins with it
+  for (const Severity severity : {Severity::kError, Severity::kWarning}) {
+    if (severity > least) break;
+    for (const Finding& finding : findings) {
+      if (finding.severity == severity) AddFinding(sheet, finding, language);
+    }
+  }
+  return sheet;
+}
+
+Sheet WarningKinds(const QList<Finding>& findings, Language language) {
+  std::vector<Kind> kinds;
+  std::map<std::string_view, std::size_t> places;
+  for (const Finding& finding : findings) {
+    if (finding.severity != Severity::kWarning) continue;
+    const auto [place, isNew] = places.try_emplace(finding.code, kinds.size());
+    if (isNew) kinds.push_back({finding.code, 0, ""});
+    kinds[place->second].Count(finding);
+  }
+  Sheet sheet("kinds", "Warnings by kind", {"count", "code", "first", "text", "what_to_do"});
+  sheet.HideWhenEmpty();
+  for (const Kind& kind : kinds) {
+    const MessageInfo& message = *FindMessage(kind.code);
+    sheet.Add({NumberCell(kind.count), kind.code, kind.first, TextOf(message, language), RemedyOf(message, language)});
+  }
+  return sheet;
+}
+
+}  // namespace dtsdb::tools

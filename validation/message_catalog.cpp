@@ -1,0 +1,23 @@
+#include "validation/message_catalog.h"
+
+#include <algorithm>
+
+namespace dtsdb {
+namespace {
+
+constexpr MessageInfo kMessages[] = {
+#include "validation/internal/message_rows.inc"
+};
+
+}  // namespace
+
+std::span<const MessageInfo> AllMessages() { return kMessages; }
+
+const MessageInfo* FindMessage(std::string_view code) {
+  const auto* const found =
+      std::lower_bound(std::begin(kMessages), std::end(kMessages), code,
+                       [](const MessageInfo& message, std::string_view wanted) { return message.code < wanted; });
+  return found != std::end(kMessages) && found->code == code ? found : nullptr;
+}
+
+}  // namespace dtsdb

@@ -1,0 +1,35 @@
+/// \file
+/// The messages of the validation and of the editing as a list: codes, texts in two languages, what to do.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "validation/finding.h"
+
+namespace dtsdb {
+
+enum class Language { kEnglish, kChinese };
+
+/// A message. Texts are UTF-8 literals.
+struct MessageInfo {
+  const char* code;     ///< stable, for programs
+  Severity severity;    ///< kError for the reasons of a failure
+  TableKind table;      ///< table of the records that it is about; none for the run
+  const char* field;    ///< field concerned; null for the record as a whole
+  const char* chinese;  ///< as it stands behind the identity in the log or in NMD::GetLastError, blanks included
+  const char* english;
+  const char* chineseRemedy;  ///< what to do; null where there is nothing to do
+  const char* englishRemedy;
+
+  const char* Text(Language language) const { return language == Language::kChinese ? chinese : english; }
+  const char* Remedy(Language language) const { return language == Language::kChinese ? chineseRemedy : englishRemedy; }
+};
+
+/// All messages in the order of their codes (docs/messages.md).
+std::span<const MessageInfo> AllMessages();
+
+/// The message with code `code`; null when there is none.
+const MessageInfo* FindMessage(std::string_view code);
+
+}  // namespace dtsdb
