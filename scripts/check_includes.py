@@ -10,7 +10,8 @@ import sys
 from pathlib import Path
 
 # From the ground up: a folder includes files of its own and of the folders above it in this list.
-FOLDERS = ["include", "rtdb", "model", "validation", "topology", "breakerflow", "formats", "script", "generate", "command"]
+FOLDERS = ["include", "rtdb", "model", "validation", "topology", "breakerflow", "formats", "script", "analysis", "generate",
+           "command"]
 
 # These stand on all the others and see what is internal too.
 OUTER = {"bench", "examples", "fuzz", "tests"}
