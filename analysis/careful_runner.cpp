@@ -84,8 +84,14 @@ void CarefulRunner::FollowBreaker(const SwitchEvent& event, int number) {
     branch.tp_status ^= ZBR_OUT_WITH_BREAKER;
     branch.status = event.on ? branch.status & ~BranchKind<ZBR>::kOut : branch.status | BranchKind<ZBR>::kOut;
     m_untraced.push_back({kZbrServiceType, zbr});
-    m_followed.push_back({tools::IdText(branch.id), tools::IdText(breaker.id), event.on});
+    NoteFollowed({tools::IdText(branch.id), tools::IdText(breaker.id), event.on});
   }
+}
+
+/// Out and back before a run is nothing to report.
+void CarefulRunner::NoteFollowed(const FollowedBranch& followed) {
+  const auto isSame = [&](const FollowedBranch& noted) { return noted.branch == followed.branch; };
+  if (std::erase_if(m_followed, isSame) == 0) m_followed.push_back(followed);
 }
 
 Result<RunReport> CarefulRunner::Run() {

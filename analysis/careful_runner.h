@@ -75,8 +75,8 @@ struct EventResult {
 /// Makes runs on a model whose TP the caller has, and leaves a good topology or an Error.
 ///
 /// With Rules::kCareful a breaker takes the zero-impedance branch that it carries out of service with it, and back when
-/// it was taken out so. Zero-impedance branches on which the rules make a full run fail are out of service while the run
-/// lasts.
+/// it was taken out so. Zero-impedance branches on which the rules make a full run fail are out of service while the
+/// run lasts.
 ///
 /// The first run must be RunFull. States that are changed other than by Request and Put need another one.
 class CarefulRunner {
@@ -107,6 +107,7 @@ class CarefulRunner {
   std::vector<ComponentChange> Changes();
   RunReport Report(RunKind kind, RunReason reason, const std::string& cause = "");
   void FollowBreaker(const SwitchEvent& event, int number);
+  void NoteFollowed(const FollowedBranch& followed);
   void ChooseReferences();
 
   DTSDB& m_database;

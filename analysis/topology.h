@@ -89,6 +89,10 @@ struct Topology {
   std::vector<std::string> leftOut;  ///< zero-impedance branches that were taken as out of service
 };
 
+/// Why a branch is left out, for people.
+inline constexpr const char* kWhyLeftOut =
+    "taken as out of service: with its to end alone open the rules give no topology";
+
 /// Works out the topology of a model from nothing, with a reference for each live island; validates it first where it
 /// isn't good. Zero-impedance branches on which the rules make a run fail are taken as out of service for the run, and
 /// named in `leftOut`. An Error when the model has errors, and when a section has 100 or more neighbours, by name.

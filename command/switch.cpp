@@ -47,6 +47,7 @@ class SwitchingReport {
  public:
   SwitchingReport(analysis::Switching& session, bool verify) : m_session(session), m_verify(verify) {
     m_events.GroupBy(1);
+    m_findings.GroupBy(1).HideWhenEmpty();
     m_log.GroupBy(1).HideWhenEmpty();
     m_moved.GroupBy(1).HideWhenEmpty();
     m_islands.GroupBy(1);
@@ -88,8 +89,8 @@ class SwitchingReport {
   /// Hands one event to the topology and notes what it reports.
   void Request(const SwitchEvent& event) {
     const analysis::EventResult done = Take(m_session.Request(event));
-    m_events.Add({NumberCell(m_run), SwitchEventText(event), NumberCell(done.result),
-                  Effect(event, done.result, done.stood)});
+    m_events.Add(
+        {NumberCell(m_run), SwitchEventText(event), NumberCell(done.result), Effect(event, done.result, done.stood)});
   }
 
   static std::string Effect(const SwitchEvent& event, int result, bool stood) {
@@ -123,13 +124,12 @@ class SwitchingReport {
 
   /// Notes what the run has found that the one before hadn't.
   void NoteFindings(const analysis::RunReport& run) {
-    Sheet all = RunFindingSheet();
-    AddFindings(all, m_run, run.findings, run.leftOut);
     std::set<std::string> texts;
-    for (const std::vector<Cell>& row : all.Rows()) {
-      const std::string text = CellText(row[2]) + CellText(row[3]);
-      if (!m_known.contains(text)) m_findings.Add(row);
+    for (std::vector<Cell> row : RunFindingSheet(run.findings, run.leftOut).Rows()) {
+      const std::string text = CellText(row[1]) + CellText(row[2]);
       texts.insert(text);
+      row.insert(row.begin(), NumberCell(m_run));
+      if (!m_known.contains(text)) m_findings.Add(std::move(row));
     }
     m_known = std::move(texts);
   }
@@ -141,8 +141,8 @@ class SwitchingReport {
                  SectionCell(row.oldSection), SectionCell(row.newSection)});
     }
     for (const analysis::MovedNode& node : outcome.moved) {
-      m_moved.Add({NumberCell(m_run), node.node, node.level, SectionCell(node.oldSection),
-                   SectionCell(node.newSection)});
+      m_moved.Add(
+          {NumberCell(m_run), node.node, node.level, SectionCell(node.oldSection), SectionCell(node.newSection)});
     }
   }
 
@@ -168,7 +168,7 @@ class SwitchingReport {
   Sheet m_log{"log", "Log", {"run", "table", "identity", "event", "status", "old_section", "new_section"}};
   Sheet m_moved{"moved", "Moved nodes", {"run", "node", "voltage_level", "old_section", "new_section"}};
   Sheet m_islands{"islands", "Live islands before (run 0) and after", WithRun(IslandSheet({}))};
-  Sheet m_findings = RunFindingSheet();
+  Sheet m_findings{"findings", "Findings", WithRun(RunFindingSheet({}, {}))};
   std::set<std::string> m_known;  // what the last run has found
   Sheet m_differences{"differences", "Differences", {"run", "table", "identity", "here", "full_run"}};
 };

@@ -15,7 +15,8 @@ struct TopologyOptions {
 
 constexpr const char* kFooter =
     "A model without the mark of a good validation is validated first; when it has errors, the exit code is 1.\n"
-    "The result has five sheets: islands, sections, contents, dead and findings. CSV holds one, islands unless --sheet\n"
+    "The result has five sheets: islands, sections, contents, dead and findings. CSV holds one, islands unless "
+    "--sheet\n"
     "names another.\n\n"
     "Examples:\n"
     "  dtsdb topology examples/ieee14\n"

@@ -85,20 +85,16 @@ Sheet IslandSheet(const std::vector<analysis::Island>& islands) {
   return sheet;
 }
 
-Sheet RunFindingSheet() {
-  Sheet sheet("findings", "Findings", {"run", "table", "identity", "text"});
-  sheet.GroupBy(1).HideWhenEmpty();
-  return sheet;
-}
-
-void AddFindings(Sheet& sheet, int run, const QList<Finding>& findings, const std::vector<std::string>& leftOut) {
+Sheet RunFindingSheet(const QList<Finding>& findings, const std::vector<std::string>& leftOut) {
+  Sheet sheet("findings", "Findings", {"table", "identity", "text"});
+  sheet.HideWhenEmpty();
   for (const Finding& finding : findings) {
-    sheet.Add({NumberCell(run), TableName(finding.table), IdText(finding.id), finding.text.toStdString()});
+    sheet.Add({TableName(finding.table), IdText(finding.id), finding.text.toStdString()});
   }
   for (const std::string& branch : leftOut) {
-    sheet.Add({NumberCell(run), ZBR::kTableName, branch,
-               "taken as out of service: with its to end alone open the rules give no topology"});
+    sheet.Add({ZBR::kTableName, branch, analysis::kWhyLeftOut});
   }
+  return sheet;
 }
 
 Report TopologyReport(const Topology& topology) {
@@ -116,9 +112,7 @@ Report TopologyReport(const Topology& topology) {
   report.Add(SectionSheet(topology));
   report.Add(ContentSheet(topology));
   report.Add(DeadSheet(topology));
-  Sheet findings = RunFindingSheet();
-  AddFindings(findings, 0, topology.findings, topology.leftOut);
-  report.Add(std::move(findings)).HideColumn(0);
+  report.Add(RunFindingSheet(topology.findings, topology.leftOut));
   return report;
 }
 

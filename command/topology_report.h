@@ -14,10 +14,8 @@ namespace dtsdb::tools {
 /// The live islands.
 Sheet IslandSheet(const std::vector<analysis::Island>& islands);
 
-/// An empty sheet for what a run has found out about the model; AddFindings fills it.
-Sheet RunFindingSheet();
-/// Adds the findings of a run and the zero-impedance branches that it has left out. `run` fills the first column.
-void AddFindings(Sheet& sheet, int run, const QList<Finding>& findings, const std::vector<std::string>& leftOut);
+/// What a run has found out about the model: its findings, and the zero-impedance branches that it has left out.
+Sheet RunFindingSheet(const QList<Finding>& findings, const std::vector<std::string>& leftOut);
 
 /// The sheets islands, sections, contents, dead and findings.
 Report TopologyReport(const analysis::Topology& topology);

@@ -157,14 +157,12 @@ void TopologyTask::ReportFindings(const analysis::RunReport& run) {
   for (const auto& [branch, breaker, on] : run.followed) {
     Log(fmt::format("run {}: ZBR {} {} with its breaker {}", m_run, branch, on ? "in" : "out", breaker));
   }
-  for (const std::string& branch : run.leftOut) {
-    WriteMessage(fmt::format("run {}: ZBR {} is taken as out of service: with its to end alone open the rules give no "
-                             "topology", m_run, branch));
-  }
-  std::set<QString> texts;
-  for (const Finding& finding : run.findings) {
-    texts.insert(finding.text);
-    if (!m_known.contains(finding.text)) WriteMessage(fmt::format("run {}: {}", m_run, finding.text.toStdString()));
+  std::set<std::string> texts;
+  for (const std::string& branch : run.leftOut)
+    texts.insert(fmt::format("ZBR {} is {}", branch, analysis::kWhyLeftOut));
+  for (const Finding& finding : run.findings) texts.insert(finding.text.toStdString());
+  for (const std::string& text : texts) {
+    if (!m_known.contains(text)) WriteMessage(fmt::format("run {}: {}", m_run, text));
   }
   m_known = std::move(texts);
 }

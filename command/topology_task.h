@@ -2,9 +2,9 @@
 /// The topology task of an installation: follows up what other programs write into the trace of a realtime database.
 #pragma once
 
-#include <QString>
 #include <optional>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -57,11 +57,10 @@ class TopologyTask {
   TaskClock m_clock;
   DTSDB m_model;
   TP m_tp{&m_model};
-  analysis::CarefulRunner m_runner{m_model, m_tp,
-                                   m_options.asIs ? analysis::Rules::kAsIs : analysis::Rules::kCareful};
+  analysis::CarefulRunner m_runner{m_model, m_tp, m_options.asIs ? analysis::Rules::kAsIs : analysis::Rules::kCareful};
   TraceReader m_reader{m_database.Db(), m_clock};
   std::optional<TraceWindow> m_window;
-  std::set<QString> m_known;  // texts of the findings of the last run
+  std::set<std::string> m_known;  // what the last run has found
   int m_run = 0;
   bool m_good = true;
 };

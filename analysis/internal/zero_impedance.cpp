@@ -24,11 +24,11 @@ std::string WhyParted(const ZBR& branch) {
 
 Finding Disagreement(const CB& breaker, const ZBR& branch) {
   const std::string parted = WhyParted(branch);
-  const std::string text =
-      parted.empty() ? fmt::format("CB {} is open, but ZBR {} on it is in service and joins its nodes",
-                                   IdText(breaker.id), IdText(branch.id))
-                     : fmt::format("CB {} is closed, but ZBR {} on it {} and parts its nodes", IdText(breaker.id),
-                                   IdText(branch.id), parted);
+  const std::string text = parted.empty()
+                               ? fmt::format("CB {} is open, but ZBR {} on it is in service and joins its nodes",
+                                             IdText(breaker.id), IdText(branch.id))
+                               : fmt::format("CB {} is closed, but ZBR {} on it {} and parts its nodes",
+                                             IdText(breaker.id), IdText(branch.id), parted);
   Finding finding;
   finding.severity = Severity::kWarning;
   finding.table = KIND_ZBR;

@@ -56,9 +56,7 @@ std::string Differences(const Model& model, const std::vector<std::string>& left
 }
 
 /// The lines by which stages of the topology report a failure.
-QStringList FailureLines() {
-  return MessageCatcher::Lines().filter(QRegularExpression(QStringLiteral("^TP:")));
-}
+QStringList FailureLines() { return MessageCatcher::Lines().filter(QRegularExpression(QStringLiteral("^TP:"))); }
 
 /// The nodes that are live by plain reasoning, in the order of their numbers: those that branches in service join to a
 /// section with a unit in service.

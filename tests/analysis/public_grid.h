@@ -109,8 +109,7 @@ class PublicGrid {
 
   void PutWinding(const std::string& name, const Place& from, const Place& to, bool inService) {
     const char* const id = name.c_str();
-    m_model.Winding(id, from.station.c_str(), from.level.c_str(), to.level.c_str(), from.node.c_str(),
-                    to.node.c_str());
+    m_model.Winding(id, from.station.c_str(), from.level.c_str(), to.level.c_str(), from.node.c_str(), to.node.c_str());
     m_model.Of<XF>(id).status = inService ? 0 : BranchKind<XF>::kOut;
   }
 
