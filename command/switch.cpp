@@ -125,7 +125,8 @@ class SwitchingReport {
   /// Notes what the run has found that the one before hadn't.
   void NoteFindings(const analysis::RunReport& run) {
     std::set<std::string> texts;
-    for (std::vector<Cell> row : RunFindingSheet(run.findings, run.leftOut).Rows()) {
+    const Sheet found = RunFindingSheet(run.findings, run.leftOut);
+    for (std::vector<Cell> row : found.Rows()) {
       const std::string text = CellText(row[1]) + CellText(row[2]);
       texts.insert(text);
       row.insert(row.begin(), NumberCell(m_run));
