@@ -43,8 +43,10 @@ set(public_headers
     # What works on it.
     validation/editing.h
     validation/finding.h
+    validation/message_catalog.h
     validation/nmd.h
     topology/component_types.h
+    topology/switch_event.h
     topology/tp.h
     breakerflow/cbflow.h
     breakerflow/flows.h)
@@ -63,3 +65,9 @@ set(record_groups branch_ends branches devices hierarchy measurements relations_
 foreach(group ${record_groups})
   list(APPEND public_headers model/records/${group}.h rtdb/rows/${group}.h)
 endforeach()
+
+# The layer above the core, which is built along with the command.
+if(DTSDB_BUILD_TOOLS)
+  list(APPEND public_headers analysis/careful_runner.h analysis/error.h analysis/model.h analysis/switching.h
+                             analysis/topology.h)
+endif()

@@ -12,6 +12,7 @@ struct RunOptions {
   ModelName model;
   bool once = false;
   bool indications = false;
+  bool asIs = false;
   bool verify = false;
   int interval = 1000;
 };
@@ -59,7 +60,7 @@ int Run(const RunOptions& options) {
   StopSignals stop;
   { const RealtimeDatabase existing(name, dbDatabase::dbReadOnly); }  // a missing one is reported and not made
   RealtimeDatabase database(name, dbDatabase::dbAllAccess);
-  TopologyTask task(database, {options.indications, options.verify});
+  TopologyTask task(database, {options.indications, options.asIs, options.verify});
   task.Start();
   do {
     task.Look();
@@ -79,6 +80,7 @@ void AddRun(CLI::App& app, Action& action) {
             ->option_text("MS")
             ->check(CLI::Range(1, kLongestInterval));
         command.add_flag("--status", options.indications, "Take the breakers' positions from STATUS at the start");
+        command.add_flag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
         command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
         command.footer(kFooter);
         AddExitCodes(command, "it was stopped", "a run failed or, with --verify, differs from a full one");

@@ -1,20 +1,19 @@
 #include <fmt/format.h>
 
-#include "command/careful_run.h"
+#include <set>
+#include <utility>
+
+#include "analysis/switching.h"
+#include "command/analysis_result.h"
 #include "command/commands.h"
-#include "command/topology_compare.h"
 #include "command/topology_report.h"
-#include "command/validation_run.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
 #include "formats/files.h"
 #include "formats/messages.h"
-#include "formats/model_io.h"
 #include "formats/text_layout.h"
-#include "model/table_info.h"
 #include "model/text.h"
 #include "script/switch_script.h"
-#include "topology/tp.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -25,6 +24,7 @@ struct SwitchOptions {
   std::string script;
   ModelName output;
   std::string sheet;
+  bool asIs = false;
   bool verify = false;
   Format format = Format::kText;
 };
@@ -40,45 +40,32 @@ std::vector<SwitchRun> ReadRuns(const SwitchOptions& options) {
   return runs;
 }
 
-/// The name of the table whose kind code is `kind`; the number when there is none.
-std::string KindTable(int kind) {
-  const std::string name = TableName(kind);
-  return name.empty() ? NumberText(kind) : name;
-}
-
-Cell SectionCell(int section) { return section > 0 ? NumberCell(section) : Cell(); }
+Cell SectionCell(int section) { return section >= 0 ? NumberCell(section) : Cell(); }
 
 /// The switching of a model, run by run, and the report on it.
-class Switching {
+class SwitchingReport {
  public:
-  Switching(DTSDB& database, bool verify) : m_database(database), m_verify(verify) {
+  SwitchingReport(analysis::Switching& session, bool verify) : m_session(session), m_verify(verify) {
     m_events.GroupBy(1);
+    m_findings.GroupBy(1).HideWhenEmpty();
     m_log.GroupBy(1).HideWhenEmpty();
     m_moved.GroupBy(1).HideWhenEmpty();
     m_islands.GroupBy(1);
     m_differences.GroupBy(1).HideWhenEmpty();
-  }
-
-  /// Works out the topology that the switching begins with. False when that fails.
-  bool Begin() {
-    if (!m_runner.RunFull()) return false;
-    NoteRun("full", 0, 0, 0);
-    return true;
+    NoteOutcome(session.First());
   }
 
   void Do(const SwitchRun& events) {
     ++m_run;
     for (const SwitchEvent& event : events) Request(event);
-    const RunOutcome outcome = m_runner.Run();
-    if (outcome == RunOutcome::kReplaced) {
-      WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
+    const analysis::Result<analysis::Outcome> outcome = m_session.Run();
+    if (outcome) {
+      NoteOutcome(*outcome);
+    } else {
+      WriteMessage(fmt::format("run {}: {}", m_run, outcome.error().message));
+      m_runs.Add({NumberCell(m_run), "failed", NumberCell(0), NumberCell(0), NumberCell(0), NumberCell(0)});
+      ++m_failed;
     }
-    if (outcome == RunOutcome::kFailed) WriteMessage(fmt::format("run {}: the topology can't be worked out", m_run));
-    m_failed += outcome == RunOutcome::kFailed ? 1 : 0;
-    const bool incremental = outcome == RunOutcome::kIncremental;
-    if (incremental) NoteChanges();
-    NoteRun(OutcomeText(outcome), outcome == RunOutcome::kNothing ? 0 : m_tp.getChangedKVCount(),
-            incremental ? m_database.m_chndTable->GetCount() : 0, m_database.m_tplTable->GetCount());
     if (m_verify) Verify();
   }
 
@@ -93,7 +80,7 @@ class Switching {
       const auto count = static_cast<long long>(m_differences.Rows().size());
       report.Line(count == 0 ? "No run differs from a full one." : Counted(count, "difference") + " from full runs.");
     }
-    for (const Sheet& sheet : {m_events, m_runs, m_log, m_moved, m_islands}) report.Add(sheet);
+    for (const Sheet& sheet : {m_events, m_runs, m_findings, m_log, m_moved, m_islands}) report.Add(sheet);
     if (m_verify) report.Add(m_differences);
     return report;
   }
@@ -101,11 +88,9 @@ class Switching {
  private:
   /// Hands one event to the topology and notes what it reports.
   void Request(const SwitchEvent& event) {
-    const int number = ComponentNumber(m_database, event);
-    const bool stood = Stands(m_database, event, number);
-    const QByteArray id = IdToBytes(*IdFromText(QString::fromStdString(event.id)));
-    const int result = m_tp.tpSetCompStatus(id.constData(), event.type, event.on);
-    m_events.Add({NumberCell(m_run), SwitchEventText(event), NumberCell(result), Effect(event, result, stood)});
+    const analysis::EventResult done = Take(m_session.Request(event));
+    m_events.Add(
+        {NumberCell(m_run), SwitchEventText(event), NumberCell(done.result), Effect(event, done.result, done.stood)});
   }
 
   static std::string Effect(const SwitchEvent& event, int result, bool stood) {
@@ -115,25 +100,21 @@ class Switching {
     return "stands open, but other breakers join its nodes; not followed up";
   }
 
-  /// Notes what the run has logged and which nodes have moved.
-  void NoteChanges() {
-    for (int i = 0; i < m_database.m_tplTable->GetCount(); ++i) {
-      const TPL& row = (*m_database.m_tplTable)[i];
-      m_log.Add({NumberCell(m_run), KindTable(row.kind), IdText(row.name), IdText(row.event), NumberCell(row.n1),
-                 SectionCell(row.n3), SectionCell(row.n2)});
+  /// Notes how a run went, and the islands that it leaves.
+  void NoteOutcome(const analysis::Outcome& outcome) {
+    const analysis::RunReport& run = outcome.run;
+    if (run.reason == analysis::RunReason::kIncrementalFailed) {
+      WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
     }
-    for (int i = 0; i < m_database.m_chndTable->GetCount(); ++i) {
-      const CHND& row = (*m_database.m_chndTable)[i];
-      m_moved.Add({NumberCell(m_run), IdText(m_database.m_ndTable->GetPh(row.ind).id),
-                   IdText(m_database.m_kvTable->GetPh(row.ikv).id), SectionCell(row.ibs_old),
-                   SectionCell(row.ibs_new)});
+    for (const auto& [branch, breaker, on] : run.followed) {
+      m_events.Add({NumberCell(m_run), (on ? "in ZBR " : "out ZBR ") + branch, Cell(), "with its breaker " + breaker});
     }
-  }
-
-  /// Notes how the run went, and the islands that it leaves.
-  void NoteRun(const char* outcome, int levels, int moved, int logged) {
-    const Sheet islands = IslandSheet(m_database);
-    m_runs.Add({NumberCell(m_run), outcome, NumberCell(levels), NumberCell(moved), NumberCell(logged),
+    NoteFindings(run);
+    NoteChanges(outcome);
+    const Sheet islands = IslandSheet(outcome.islands);
+    m_runs.Add({NumberCell(m_run), run.Text(), NumberCell(m_run == 0 ? 0 : outcome.levels),
+                NumberCell(static_cast<long long>(outcome.moved.size())),
+                NumberCell(static_cast<long long>(outcome.log.size())),
                 NumberCell(static_cast<long long>(islands.Rows().size()))});
     for (std::vector<Cell> row : islands.Rows()) {
       row.insert(row.begin(), NumberCell(m_run));
@@ -141,8 +122,33 @@ class Switching {
     }
   }
 
+  /// Notes what the run has found that the one before hadn't.
+  void NoteFindings(const analysis::RunReport& run) {
+    std::set<std::string> texts;
+    const Sheet found = RunFindingSheet(run.findings, run.leftOut);
+    for (std::vector<Cell> row : found.Rows()) {
+      const std::string text = CellText(row[1]) + CellText(row[2]);
+      texts.insert(text);
+      row.insert(row.begin(), NumberCell(m_run));
+      if (!m_known.contains(text)) m_findings.Add(std::move(row));
+    }
+    m_known = std::move(texts);
+  }
+
+  /// Notes what the run has logged and which nodes have moved.
+  void NoteChanges(const analysis::Outcome& outcome) {
+    for (const analysis::LogRow& row : outcome.log) {
+      m_log.Add({NumberCell(m_run), row.table, row.identity, row.event, NumberCell(row.status),
+                 SectionCell(row.oldSection), SectionCell(row.newSection)});
+    }
+    for (const analysis::MovedNode& node : outcome.moved) {
+      m_moved.Add(
+          {NumberCell(m_run), node.node, node.level, SectionCell(node.oldSection), SectionCell(node.newSection)});
+    }
+  }
+
   void Verify() {
-    for (const auto& [table, identity, here, there] : CompareWithFullRun(m_database)) {
+    for (const auto& [table, identity, here, there] : m_session.CompareWithFullRun()) {
       m_differences.Add({NumberCell(m_run), table, identity, here, there});
     }
   }
@@ -154,33 +160,34 @@ class Switching {
     return columns;
   }
 
-  DTSDB& m_database;
+  analysis::Switching& m_session;
   bool m_verify;
-  TP m_tp{&m_database};
-  CarefulRunner m_runner{m_database, m_tp};
   int m_run = 0;
   int m_failed = 0;
   Sheet m_events{"events", "Events", {"run", "event", "result", "effect"}};
   Sheet m_runs{"runs", "Runs", {"run", "kind", "levels", "moved_nodes", "log_rows", "live_islands"}};
   Sheet m_log{"log", "Log", {"run", "table", "identity", "event", "status", "old_section", "new_section"}};
   Sheet m_moved{"moved", "Moved nodes", {"run", "node", "voltage_level", "old_section", "new_section"}};
-  Sheet m_islands{"islands", "Live islands before (run 0) and after", WithRun(IslandSheet(m_database))};
+  Sheet m_islands{"islands", "Live islands before (run 0) and after", WithRun(IslandSheet({}))};
+  Sheet m_findings{"findings", "Findings", WithRun(RunFindingSheet({}, {}))};
+  std::set<std::string> m_known;  // what the last run has found
   Sheet m_differences{"differences", "Differences", {"run", "table", "identity", "here", "full_run"}};
 };
 
 int Switch(const SwitchOptions& options) {
   const std::vector<SwitchRun> runs = ReadRuns(options);
-  DTSDB database = LoadModel(options.model);
-  RequireGood(database, options.model);
+  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  Take(model.RequireGood());
   for (const SwitchRun& events : runs) {
-    for (const SwitchEvent& event : events) RequireComponent(database, event);
+    for (const SwitchEvent& event : events) RequireComponent(model.Tables(), event);
   }
-  Switching switching(database, options.verify);
-  if (!switching.Begin()) throw Failure(kExitFaults, options.model.Text() + ": the topology can't be worked out");
-  for (const SwitchRun& events : runs) switching.Do(events);
-  if (!options.output.IsEmpty()) SaveModel(database, options.output);
-  WriteReport(switching.MakeReport(), options.format, options.sheet);
-  return switching.IsGood() ? kExitGood : kExitFaults;
+  const analysis::Rules rules = options.asIs ? analysis::Rules::kAsIs : analysis::Rules::kCareful;
+  analysis::Switching session = Take(analysis::Switching::Begin(model, rules));
+  SwitchingReport report(session, options.verify);
+  for (const SwitchRun& events : runs) report.Do(events);
+  if (!options.output.IsEmpty()) Take(model.Save(options.output.Text()));
+  WriteReport(report.MakeReport(), options.format, options.sheet);
+  return report.IsGood() ? kExitGood : kExitFaults;
 }
 
 }  // namespace
@@ -193,8 +200,9 @@ void AddSwitch(CLI::App& app, Action& action) {
         command.add_option("EVENT", options.words, "What is switched, in the words below")->option_text("...");
         command.add_option("--script", options.script, "Take events from FILE first")->option_text("FILE");
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
+        command.add_flag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
         command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
-        AddSheetOption(command, options.sheet, "events, runs, log, moved, islands or differences");
+        AddSheetOption(command, options.sheet, "events, runs, findings, log, moved, islands or differences");
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
         command.footer(std::string("Events:\n") + kSwitchEventHelp +

@@ -1,9 +1,7 @@
+#include "analysis/topology.h"
+#include "command/analysis_result.h"
 #include "command/commands.h"
 #include "command/topology_report.h"
-#include "command/validation_run.h"
-#include "formats/failure.h"
-#include "formats/model_io.h"
-#include "topology/tp.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -17,21 +15,19 @@ struct TopologyOptions {
 
 constexpr const char* kFooter =
     "A model without the mark of a good validation is validated first.\n"
-    "The result has four sheets: islands, sections, contents and dead. CSV holds one, islands unless --sheet names\n"
-    "another.\n\n"
+    "The result has five sheets: islands, sections, contents, dead and findings. CSV holds one, islands unless "
+    "--sheet\n"
+    "names another.\n\n"
     "Examples:\n"
     "  dtsdb topology examples/ieee14\n"
     "  dtsdb topology grid.obj -o live.obj\n"
     "  dtsdb topology grid.obj --format csv --sheet contents";
 
 int Topology(const TopologyOptions& options) {
-  DTSDB database = LoadModel(options.model);
-  RequireGood(database, options.model);
-  TP tp(&database);
-  if (tp.tpAllnew() == 0) throw Failure(kExitFaults, options.model.Text() + ": the topology can't be worked out");
-  if (database.m_islandTable->GetCount() > 0) tp.tpSetRefUN();
-  if (!options.output.IsEmpty()) SaveModel(database, options.output);
-  WriteReport(TopologyReport(database), options.format, options.sheet);
+  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  const analysis::Topology topology = Take(analysis::WorkOutTopology(model));
+  if (!options.output.IsEmpty()) Take(model.Save(options.output.Text()));
+  WriteReport(TopologyReport(topology), options.format, options.sheet);
   return kExitGood;
 }
 
@@ -43,7 +39,7 @@ void AddTopology(CLI::App& app, Action& action) {
       [](CLI::App& command, TopologyOptions& options) {
         AddModelArgument(command, options.model)->required();
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
-        AddSheetOption(command, options.sheet, "islands, sections, contents or dead");
+        AddSheetOption(command, options.sheet, "islands, sections, contents, dead or findings");
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
         command.footer(kFooter);

@@ -1,20 +1,23 @@
 /// \file
-/// What a topology run found out, laid out as sheets.
+/// The topology of a model as a report.
 #pragma once
 
+#include <QList>
+#include <string>
+#include <vector>
+
+#include "analysis/topology.h"
 #include "command/render.h"
-#include "model/dtsdb.h"
 
 namespace dtsdb::tools {
 
-/// The results in `database` of the last full topology run: the sheets
-///  - islands: the live islands, what they hold and their reference;
-///  - sections: every bus section, live or dead, with the number of things on it;
-///  - contents: what hangs on each section: nodes, buses, devices, ends of branches;
-///  - dead: the nodes and equipment that are dead, isolated, switched off or out of service.
-Report TopologyReport(DTSDB& database);
+/// The live islands.
+Sheet IslandSheet(const std::vector<analysis::Island>& islands);
 
-/// The sheet islands alone.
-Sheet IslandSheet(DTSDB& database);
+/// What a run has found out about the model: its findings, and the zero-impedance branches that it has left out.
+Sheet RunFindingSheet(const QList<Finding>& findings, const std::vector<std::string>& leftOut);
+
+/// The sheets islands, sections, contents, dead and findings.
+Report TopologyReport(const analysis::Topology& topology);
 
 }  // namespace dtsdb::tools

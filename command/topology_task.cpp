@@ -9,8 +9,8 @@
 #include <set>
 #include <utility>
 
+#include "command/analysis_result.h"
 #include "command/render.h"
-#include "command/topology_compare.h"
 #include "command/validation_run.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
@@ -72,12 +72,14 @@ void TopologyTask::Start() {
   }
   const GLOBAL& global = (*m_model.m_globalTable)[0];
   m_window.emplace(std::max(global.u1, global.time), m_clock);
-  if (!m_runner.RunFull()) throw Failure(kExitFaults, "the topology of the model in the database can't be worked out");
+  analysis::Result<analysis::RunReport> run = m_runner.RunFull();
+  if (!run) throw Failure(kExitFaults, "the model in the database: " + run.error().message);
   const double worked = watch.Lap();
   m_tp.tpWriteFastdb(m_database.Db());
   m_database.Check();
   Log(fmt::format("start: full run, {}, {:.1f} ms, stored in {:.1f} ms",
                   Counted(m_model.m_islandTable->GetCount(), "live island"), worked, watch.Lap()));
+  ReportFindings(*run);
 }
 
 void TopologyTask::Look() {
@@ -101,16 +103,18 @@ void TopologyTask::Look() {
   m_model.m_tptraceTable->SetData(fresh.data(), count, false);
   ++m_run;
   Stopwatch watch;
-  const RunOutcome outcome = m_runner.Run();
+  const analysis::Result<analysis::RunReport> run = m_runner.Run();
   const double worked = watch.Lap();
-  Store(outcome);
+  Store(run);
   const double stored = watch.Lap();
-  const bool logged = outcome == RunOutcome::kIncremental && m_tp.tpGetStartNo() != -1;
+  const bool incremental = run && run->kind == analysis::RunKind::kIncremental;
+  const bool logged = incremental && m_tp.tpGetStartNo() != -1;
   const std::string log = logged ? fmt::format("log {}..{}", m_tp.tpGetStartNo(), m_tp.tpGetEndNo()) : "no log";
-  const int sections = outcome == RunOutcome::kIncremental ? ChangedSectionCount(m_model) : 0;
-  Log(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run, OutcomeText(outcome),
-                  Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"), Counted(sections, "section"), log,
-                  worked, stored));
+  const int sections = incremental ? ChangedSectionCount(m_model) : 0;
+  Log(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run,
+                  run ? run->Text() : "failed", Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"),
+                  Counted(sections, "section"), log, worked, stored));
+  if (run) ReportFindings(*run);
   if (m_options.verify) Verify();
 }
 
@@ -125,35 +129,47 @@ int TopologyTask::NumberOf(const TPTRACE& row) {
 void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
   for (const TPTRACE& row : rows) {
     const int number = NumberOf(row);
-    if (number >= 0) PutInState(m_model, {row.type, row.status != 0, ""}, number);
+    if (number >= 0) m_runner.Put({row.type, row.status != 0, ""}, number);
   }
 }
 
 /// Stores what a run has left. Nothing of one that failed: other programs keep the last good result.
-void TopologyTask::Store(RunOutcome outcome) {
-  switch (outcome) {
-    case RunOutcome::kNothing:
-      return;
-    case RunOutcome::kIncremental:
-      m_model.WriteGLOBALToFastdb(m_database.Db());  // the time from which a task that starts later reads the trace
-      m_tp.tpWriteChangedData(m_database.Db());
-      break;
-    case RunOutcome::kReplaced:
+void TopologyTask::Store(const analysis::Result<analysis::RunReport>& run) {
+  if (!run) {
+    WriteMessage(fmt::format("run {}: {}; nothing is stored", m_run, run.error().message));
+    m_good = false;
+    return;
+  }
+  if (run->kind == analysis::RunKind::kNothing) return;
+  if (run->kind == analysis::RunKind::kIncremental) {
+    m_model.WriteGLOBALToFastdb(m_database.Db());  // the time from which a task that starts later reads the trace
+    m_tp.tpWriteChangedData(m_database.Db());
+  } else {
+    if (run->reason == analysis::RunReason::kIncrementalFailed) {
       WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
-      [[fallthrough]];
-    case RunOutcome::kFull:
-      m_tp.tpWriteFastdb(m_database.Db());
-      break;
-    case RunOutcome::kFailed:
-      WriteMessage(fmt::format("run {}: the topology can't be worked out; nothing is stored", m_run));
-      m_good = false;
-      return;
+    }
+    m_tp.tpWriteFastdb(m_database.Db());
   }
   m_database.Check();
 }
 
+/// Reports what a run has found out and done besides, a line each; of the findings those that are new.
+void TopologyTask::ReportFindings(const analysis::RunReport& run) {
+  for (const auto& [branch, breaker, on] : run.followed) {
+    Log(fmt::format("run {}: ZBR {} {} with its breaker {}", m_run, branch, on ? "in" : "out", breaker));
+  }
+  std::set<std::string> texts;
+  for (const std::string& branch : run.leftOut)
+    texts.insert(fmt::format("ZBR {} is {}", branch, analysis::kWhyLeftOut));
+  for (const Finding& finding : run.findings) texts.insert(finding.text.toStdString());
+  for (const std::string& text : texts) {
+    if (!m_known.contains(text)) WriteMessage(fmt::format("run {}: {}", m_run, text));
+  }
+  m_known = std::move(texts);
+}
+
 void TopologyTask::Verify() {
-  for (const auto& [table, identity, here, there] : CompareWithFullRun(m_model)) {
+  for (const auto& [table, identity, here, there] : analysis::CompareWithFullRun(m_model, m_runner.WhichRules())) {
     m_good = false;
     Log(fmt::format("run {} differs from a full one: {} {}: {}; full run: {}", m_run, table, identity, here, there));
   }

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <optional>
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
-#include "command/careful_run.h"
+#include "analysis/careful_runner.h"
 #include "command/trace_reader.h"
 #include "command/trace_window.h"
 #include "formats/realtime.h"
@@ -21,6 +23,7 @@ class TopologyTask {
  public:
   struct Options {
     bool indications = false;  ///< take the breakers' positions from the status table at the start
+    bool asIs = false;         ///< keep what incremental runs give, also where a full one differs
     bool verify = false;       ///< compare each run with a full one
   };
 
@@ -45,7 +48,8 @@ class TopologyTask {
  private:
   int NumberOf(const TPTRACE& row);
   void ApplyInOrder(const std::vector<TPTRACE>& rows);
-  void Store(RunOutcome outcome);
+  void Store(const analysis::Result<analysis::RunReport>& run);
+  void ReportFindings(const analysis::RunReport& run);
   void Verify();
 
   RealtimeDatabase& m_database;
@@ -53,9 +57,10 @@ class TopologyTask {
   TaskClock m_clock;
   DTSDB m_model;
   TP m_tp{&m_model};
-  CarefulRunner m_runner{m_model, m_tp};
+  analysis::CarefulRunner m_runner{m_model, m_tp, m_options.asIs ? analysis::Rules::kAsIs : analysis::Rules::kCareful};
   TraceReader m_reader{m_database.Db(), m_clock};
   std::optional<TraceWindow> m_window;
+  std::set<std::string> m_known;  // what the last run has found
   int m_run = 0;
   bool m_good = true;
 };

@@ -1,23 +1,18 @@
-// From an object file to its live islands: quickstart MODEL.obj
+// From a model to its live islands: quickstart MODEL
 #include <cstdio>
 
-#include "model/dtsdb.h"
-#include "model/text.h"
-#include "topology/tp.h"
-#include "validation/nmd.h"
+#include "analysis/topology.h"
 
 int main(int argc, char** argv) {
-  dtsdb::DTSDB network;
-  if (argc != 2 || !network.ReadObject(QString::fromLocal8Bit(argv[1]))) return 2;
-
-  dtsdb::NMD validation(&network);
-  if (!validation.DetectAll() || !network.m_globalTable->GetPh(0).valid) return 1;  // nmd.log contains why
-
-  dtsdb::TP topology(&network);
-  if (!topology.tpAllnew()) return 1;
-  topology.tpSetRefUN();
-  for (int i = 0; i < network.m_islandTable->GetCount(); ++i) {
-    const dtsdb::ISLAND& island = network.m_islandTable->GetPh(i);
-    std::printf("island %d, reference %s\n", island.id, dtsdb::TerminalBytes(dtsdb::TextFromId(island.ref_id)).data());
+  using namespace dtsdb::analysis;
+  Result<Model> model = Model::Open(argc == 2 ? argv[1] : "grid.obj");  // also a folder of text tables or rtdb:NAME
+  const Result<Topology> topology =
+      model.and_then([](Model& opened) { return WorkOutTopology(opened); });  // validates it first
+  if (!topology) {
+    std::fprintf(stderr, "%s\n", topology.error().message.c_str());
+    return 1;
+  }
+  for (const Island& island : topology->islands) {
+    std::printf("a live island with the reference %s\n", island.reference.c_str());
   }
 }

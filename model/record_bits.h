@@ -69,6 +69,9 @@ inline constexpr u32 TP_END2_ISOLATED = 2;
 inline constexpr u32 TP_BOTH_DEAD = 4;
 ///@}
 
+/// ZBR `tp_status`: out of service together with the breaker that carries it, by the careful switching.
+inline constexpr u32 ZBR_OUT_WITH_BREAKER = 0x100;
+
 /// \name LN2, XF2, DLN2, ZBR2 `flags`
 ///@{
 inline constexpr u32 END_IS_TO = 1;     ///< the to end; clear on the from end

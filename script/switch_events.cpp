@@ -138,16 +138,22 @@ int ComponentNumber(DTSDB& database, int type, const QString& id) {
   return number;
 }
 
-void RequireComponent(DTSDB& database, const SwitchEvent& event) {
-  if (ComponentNumber(database, event) != -1) return;
+std::string WhyUnknown(DTSDB& database, const SwitchEvent& event) {
+  if (ComponentNumber(database, event) != -1) return "";
+  std::string why = fmt::format("there is no component type {}", event.type);
   WithTable(database, event.type, [&](const auto&, auto& table) {
     using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
     std::vector<std::string> known;
     known.reserve(static_cast<std::size_t>(table.GetCount()));
     for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
-    throw Failure(kExitUsage, fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id),
-                                          DidYouMean(event.id, known)));
+    why = fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id), DidYouMean(event.id, known));
   });
+  return why;
+}
+
+void RequireComponent(DTSDB& database, const SwitchEvent& event) {
+  const std::string why = WhyUnknown(database, event);
+  if (!why.empty()) throw Failure(kExitUsage, why);
 }
 
 bool Stands(DTSDB& database, const SwitchEvent& event, int number) {

@@ -7,15 +7,11 @@
 #include <vector>
 
 #include "model/dtsdb.h"
+#include "topology/switch_event.h"
 
 namespace dtsdb::tools {
 
-/// A change of one component's state.
-struct SwitchEvent {
-  int type = 0;     ///< component type code of TP::tpSetCompStatus
-  bool on = false;  ///< closes or returns to service
-  std::string id;   ///< identity of the component, in UTF-8
-};
+using dtsdb::SwitchEvent;
 
 /// The verbs and what they take, for a help text.
 extern const char* const kSwitchEventHelp;
@@ -34,7 +30,10 @@ int ComponentNumber(DTSDB& database, const SwitchEvent& event);
 /// The same by the type code and the identity as records have it.
 int ComponentNumber(DTSDB& database, int type, const QString& id);
 
-/// A Failure of usage, with the nearest identities, when the component isn't there.
+/// That the component isn't there, with the nearest identities; empty when it is.
+std::string WhyUnknown(DTSDB& database, const SwitchEvent& event);
+
+/// The same as a Failure of usage.
 void RequireComponent(DTSDB& database, const SwitchEvent& event);
 
 /// True when component `number` is in the state that the event asks for.

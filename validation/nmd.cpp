@@ -14,9 +14,11 @@ using internal::Removals;
 
 // Life
 
-NMD::NMD(DTSDB* pDatabase) : m_pDatabase(pDatabase), m_logFile(QObject::tr("nmd.log")) {
+NMD::NMD(DTSDB* pDatabase) : NMD(pDatabase, CurrentLogSink()) {}
+
+NMD::NMD(DTSDB* pDatabase, LogSink sink) : m_pDatabase(pDatabase), m_logFile(QObject::tr("nmd.log")) {
   m_parts = std::make_unique<internal::ValidationParts>(pDatabase, m_logFile, m_log, m_lastError);
-  m_parts->log.Begin();
+  m_parts->log.Begin(std::move(sink));
   if (HasModel()) PointToTables(m_parts->model, *this);
 }
 

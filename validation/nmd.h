@@ -30,6 +30,8 @@ class NMD {
  public:
   /// Begins a new log in the current directory or the program's sink (include/log_sink.h). Lines of no log are lost.
   NMD(DTSDB* pDatabase);
+  /// One whose log goes to `sink`, whatever the program's is. A sink that does nothing makes no log.
+  NMD(DTSDB* pDatabase, LogSink sink);
   /// A copy shares the model, takes over the last error and the findings, and writes on in the same log.
   NMD(const NMD& other);
   NMD& operator=(const NMD& other);

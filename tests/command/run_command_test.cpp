@@ -241,7 +241,7 @@ TEST_F(RunCommand, RowsWrittenWhileNoTaskRanAreFollowedUpByTheNext) {
 TEST_F(RunCommand, RunThatFailsIsReplacedByAFullOneAndTheNextGoesOn) {
   here.Write("m/LN.csv", "id,dv,st,zst,kv,zkv,nd,znd,status\n甲乙线,东区,甲站,乙站,甲站220,乙站220,甲2,乙2,2\n");
   Store();
-  RunningTask task(here, {QStringLiteral("--verify")});
+  RunningTask task(here, {QStringLiteral("--as-is"), QStringLiteral("--verify")});
   ASSERT_TRUE(task.Line().starts_with("start: "));
   Trace(1, "甲乙线", 9, 0);
   const std::string line = task.Line();
@@ -255,11 +255,30 @@ TEST_F(RunCommand, RunThatFailsIsReplacedByAFullOneAndTheNextGoesOn) {
   EXPECT_TRUE(Contains(task.Messages(), "dtsdb: run 1: the incremental run failed; a full run has taken its place\n"));
 }
 
+TEST_F(RunCommand, OpenEndIsFollowedUpByAFullRun) {
+  Store();
+  Once();
+  Trace(1, "甲乙线", 9, 0);
+  EXPECT_TRUE(Contains(Once("--verify"), "run 1: full, for the open end of LN 甲乙线, 1 row, 2 levels, "));
+  EXPECT_TRUE(Contains(Rows("LN", "甲乙线"), "\"tp_status\": 5"));
+}
+
+TEST_F(RunCommand, BreakerTakesItsZeroImpedanceBranchAlong) {
+  here.Write("m/ZBR.csv", "id,cb\n甲阻,甲开关\n");
+  Store();
+  Once();
+  Trace(1, "甲开关", 1, 0);
+  const std::string lines = Once("--verify");
+  EXPECT_TRUE(Contains(lines, "run 1: full, beside ZBR 甲阻, 1 row, ")) << lines;
+  EXPECT_TRUE(Contains(lines, "run 1: ZBR 甲阻 out with its breaker 甲开关\n")) << lines;
+  EXPECT_TRUE(Contains(Rows("ZBR", "甲阻"), "\"status\": 1"));
+}
+
 TEST_F(RunCommand, VerifyReportsWhatDiffersFromAFullRun) {
   Store();
   Once();
   Trace(1, "甲乙线", 9, 0);
-  EXPECT_TRUE(Contains(Once("--verify", 1),
+  EXPECT_TRUE(Contains(Once("--as-is --verify", 1),
                        "run 1 differs from a full one: LN 甲乙线: from end open; full run: from end open, dead\n"));
 }
 

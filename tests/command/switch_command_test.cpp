@@ -105,7 +105,7 @@ TEST_F(SwitchCommand, FiftyEventsGiveOneFullRunAndNoCircle) {
 
 TEST_F(SwitchCommand, LinesOfARunThatFailsBearTheCommandsName) {
   OpenToEnd();
-  const CommandResult result = here.Run("switch m break LN 甲乙线 from");
+  const CommandResult result = here.Run("switch m break LN 甲乙线 from --as-is");
   EXPECT_EQ(result.code, 0);
   const QStringList lines = QString::fromStdString(result.err).split(QLatin1Char('\n'));
   ASSERT_GE(lines.size(), 3) << "the stage that failed, the run and the command each write one";
@@ -128,7 +128,7 @@ TEST_F(SwitchCommand, ScriptMayBeginWithAByteOrderMark) {
 TEST_F(SwitchCommand, RunThatFailsIsReplacedByAFullOneAndTheNextGoesOn) {
   OpenToEnd();
   const CommandResult result =
-      here.Run("switch m break LN 甲乙线 from run off UN 甲机 run on UN 甲机 --verify --format json");
+      here.Run("switch m break LN 甲乙线 from run off UN 甲机 run on UN 甲机 --as-is --verify --format json");
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(Contains(result.err, "dtsdb: run 1: the incremental run failed; a full run has taken its place\n"));
   const auto report = nlohmann::json::parse(result.out);
@@ -140,7 +140,7 @@ TEST_F(SwitchCommand, RunThatFailsIsReplacedByAFullOneAndTheNextGoesOn) {
 }
 
 TEST_F(SwitchCommand, VerifyListsWhatDiffersFromAFullRun) {
-  const CommandResult result = here.Run("switch m break LN 甲乙线 from --verify --format json");
+  const CommandResult result = here.Run("switch m break LN 甲乙线 from --as-is --verify --format json");
   EXPECT_EQ(result.code, 1);
   const auto report = nlohmann::json::parse(result.out);
   EXPECT_EQ(report["good"], false);
@@ -148,6 +148,41 @@ TEST_F(SwitchCommand, VerifyListsWhatDiffersFromAFullRun) {
   EXPECT_EQ(report["differences"][0]["identity"], "甲乙线");
   EXPECT_EQ(report["differences"][0]["here"], "from end open");
   EXPECT_EQ(report["differences"][0]["full_run"], "from end open, dead");
+}
+
+TEST_F(SwitchCommand, ResultIsThatOfAFullRunAndTheKindNamesWhy) {
+  OpenToEnd();
+  const CommandResult result =
+      here.Run("switch m break LN 甲乙线 from run off UN 甲机 run join LN 甲乙线 from --verify --format json");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.err, "");
+  const auto report = nlohmann::json::parse(result.out);
+  EXPECT_EQ(report["runs"][1]["kind"], "full, for the open end of LN 甲乙线");
+  EXPECT_EQ(report["runs"][2]["kind"], "full, for the open end of LN 甲乙线");
+  EXPECT_TRUE(report["differences"].empty());
+}
+
+TEST_F(SwitchCommand, BreakerTakesItsZeroImpedanceBranchAlong) {
+  here.Write("m/ZBR.csv", "id,cb\n甲阻,甲开关\n");
+  const auto report = Json("switch m open CB 甲开关 run close CB 甲开关 --verify");
+  ASSERT_EQ(report["events"].size(), 4U);
+  EXPECT_EQ(report["events"][1]["event"], "out ZBR 甲阻");
+  EXPECT_EQ(report["events"][1]["effect"], "with its breaker 甲开关");
+  EXPECT_EQ(report["events"][3]["event"], "in ZBR 甲阻");
+  EXPECT_EQ(report["runs"][1]["live_islands"], 0);
+  EXPECT_EQ(report["runs"][2]["live_islands"], 1);
+  EXPECT_TRUE(report["findings"].empty());
+}
+
+TEST_F(SwitchCommand, FindingNamesBreakerAndBranchThatDisagree) {
+  here.Write("m/ZBR.csv", "id,cb\n甲阻,甲开关\n");
+  const auto report = Json("switch m out ZBR 甲阻");
+  ASSERT_EQ(report["findings"].size(), 1U);
+  EXPECT_EQ(report["findings"][0]["run"], 1);
+  EXPECT_EQ(report["findings"][0]["identity"], "甲阻");
+  EXPECT_EQ(report["findings"][0]["text"],
+            "CB 甲开关 is closed, but ZBR 甲阻 on it is out of service and parts its nodes");
+  EXPECT_TRUE(Json("topology m")["findings"].empty());
 }
 
 TEST_F(SwitchCommand, FaultyModelIsRefused) {

@@ -5,7 +5,7 @@
 
 #include <rapidcheck/gtest.h>
 
-#include "command/topology_compare.h"
+#include "analysis/careful_runner.h"
 #include "tests/topology/list_checks.h"
 #include "tests/topology/switched_network.h"
 
@@ -29,7 +29,7 @@ template <class Matters>
 std::string Differences(SwitchedNetwork& network, Matters matters) {
   std::string text;
   if (!network.Chance(5)) return text;
-  for (const auto& difference : tools::CompareWithFullRun(network.Model().Db())) {
+  for (const auto& difference : analysis::CompareWithFullRun(network.Model().Db(), analysis::Rules::kAsIs)) {
     if (!matters(difference)) continue;
     text += difference.table + " " + difference.identity + ": " + difference.here + " / " + difference.there + "; ";
   }
@@ -37,7 +37,7 @@ std::string Differences(SwitchedNetwork& network, Matters matters) {
 }
 
 std::string AllDifferences(SwitchedNetwork& network) {
-  return Differences(network, [](const tools::TopologyDifference&) { return true; });
+  return Differences(network, [](const analysis::Difference&) { return true; });
 }
 
 RC_GTEST_PROP(IncrementalProperty, ListsHoldAfterAnySwitching, ()) {
@@ -127,7 +127,7 @@ RC_GTEST_PROP(IncrementalProperty, SectionsOfNodesAreThoseOfAFullRunAfterAnySwit
   SwitchedNetwork network(false, Switching::All);
   const auto withoutLife = [](std::string state) { return state.substr(0, state.find(',')); };
   network.Switch(200, [&] {
-    const std::string differences = Differences(network, [&](const tools::TopologyDifference& difference) {
+    const std::string differences = Differences(network, [&](const analysis::Difference& difference) {
       const bool fragment = difference.here.find("fragment") != std::string::npos ||
                             difference.there.find("fragment") != std::string::npos;
       return difference.table == "ND" && !fragment && withoutLife(difference.here) != withoutLife(difference.there);

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <map>
 
-#include "command/topology_compare.h"
+#include "analysis/careful_runner.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
@@ -291,7 +291,7 @@ bool ScenarioRun::Expect(const Statement& statement) {
     ExpectText(words[4], Field(words));
   } else if (word == "agrees" || word == "differs") {
     if (!m_differences.asked) {
-      for (const auto& [table, id, here, there] : tools::CompareWithFullRun(database)) {
+      for (const auto& [table, id, here, there] : analysis::CompareWithFullRun(database, analysis::Rules::kAsIs)) {
         m_differences.texts.push_back(fmt::format("{} {}: {} / full run: {}", table, id, here, there));
       }
     }

@@ -9,9 +9,9 @@
 
 namespace dtsdb::internal {
 
-void ValidationLog::Begin() {
+void ValidationLog::Begin(LogSink sink) {
   m_path = QFileInfo(m_file).absoluteFilePath();
-  m_sink = CurrentLogSink();
+  m_sink = std::move(sink);
   if (!m_sink) Open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Append);
 }
 

@@ -28,8 +28,8 @@ class ValidationLog {
   /// Closes the file.
   ~ValidationLog() { Close(); }
 
-  /// Begins a new log: in the sink in effect, or else in the file's place.
-  void Begin();
+  /// Begins a new log: in `sink`, or else in the file's place.
+  void Begin(LogSink sink);
   /// Writes on in the log of `other` and takes over its findings.
   void Continue(const ValidationLog& other);
   void Flush();

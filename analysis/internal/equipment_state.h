@@ -6,7 +6,7 @@
 
 #include "model/record_bits.h"
 
-namespace dtsdb::tools {
+namespace dtsdb::analysis::internal {
 
 inline constexpr const char* kLive = "live";
 
@@ -57,4 +57,4 @@ inline std::string StateOf(const CB& breaker) {
   return words.empty() ? kLive : words;
 }
 
-}  // namespace dtsdb::tools
+}  // namespace dtsdb::analysis::internal

@@ -1,0 +1,63 @@
+/// \file
+/// A network model, wherever it is kept: opened, validated, copied and saved.
+#pragma once
+
+#include <QList>
+#include <memory>
+#include <string>
+
+#include "analysis/error.h"
+#include "model/dtsdb.h"
+#include "validation/finding.h"
+
+namespace dtsdb::analysis {
+
+/// What a validation found.
+struct Validation {
+  bool good = false;        ///< no error: the topology and the flows work on such a model only
+  int errors = 0;           ///< number of findings that are errors
+  int warnings = 0;         ///< number of findings that are warnings
+  QList<Finding> findings;  ///< in the order in which they were found
+};
+
+/// A model in memory. Moving it moves the handle; what works on the model keeps it alive. One thread at a time.
+class Model {
+ public:
+  /// Reads a model: an object file, a folder of text tables, or "rtdb:NAME" for a realtime database.
+  static Result<Model> Open(const std::string& name);
+
+  /// A model that shares the tables of `tables`. `name` is what errors call it.
+  static Model Of(const DTSDB& tables, const std::string& name = "the model");
+
+  /// Writes the model in the form that `name` asks for, as Open reads it: to a new name with an extension an object
+  /// file, to one without a folder of text tables. A failure leaves what stood there.
+  Result<void> Save(const std::string& name);
+
+  /// Checks every record and builds what the topology works on. A model with errors is a result, no Error.
+  Result<Validation> Validate();
+
+  /// True when the last validation found no error.
+  bool IsGood() const;
+
+  /// Validates the model unless it is good already. An Error when it has errors.
+  Result<void> RequireGood();
+
+  /// A model of its own with all records and all numbering of this one.
+  Result<Model> Copy() const;
+
+  /// The name by which errors call the model.
+  const std::string& Name() const { return m_name; }
+
+  /// The tables, for the classes of the core. What changes states here is followed up by no session: begin a new one.
+  DTSDB& Tables() const { return *m_tables; }
+  /// The tables, kept alive by the holder.
+  const std::shared_ptr<DTSDB>& Shared() const { return m_tables; }
+
+ private:
+  Model(std::shared_ptr<DTSDB> tables, std::string name) : m_tables(std::move(tables)), m_name(std::move(name)) {}
+
+  std::shared_ptr<DTSDB> m_tables;
+  std::string m_name;
+};
+
+}  // namespace dtsdb::analysis

@@ -1,0 +1,97 @@
+/// \file
+/// Switching in a model, and what would become of it.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "analysis/careful_runner.h"
+#include "analysis/error.h"
+#include "analysis/model.h"
+#include "analysis/topology.h"
+#include "topology/switch_event.h"
+
+namespace dtsdb::analysis {
+
+/// Reads an event in words: "open CB B1", "out LN 'Line 7'", "break LN L1 from" (docs/command.md).
+Result<SwitchEvent> ParseEvent(const std::string& words);
+
+/// The words of an event.
+std::string EventText(const SwitchEvent& event);
+
+/// A row of the log of an incremental run; docs/topology.md has the meanings.
+struct LogRow {
+  std::string table;
+  std::string identity;
+  std::string event;
+  int status = 0;
+  int oldSection = -1;  ///< -1 for none
+  int newSection = -1;  ///< likewise
+};
+
+/// A node that went to another section in an incremental run.
+struct MovedNode {
+  std::string node;
+  std::string level;
+  int oldSection = -1;  ///< -1 for none
+  int newSection = -1;  ///< likewise
+};
+
+/// What a run has brought.
+struct Outcome {
+  RunReport run;
+  int levels = 0;                ///< number of voltage levels that the run processed
+  std::vector<LogRow> log;       ///< of an incremental run; a full one keeps none
+  std::vector<MovedNode> moved;  ///< likewise
+  std::vector<Island> islands;   ///< the live islands as they now are
+};
+
+/// Switching in a model, one run after the other. After each run the model has the topology of a full one
+/// (CarefulRunner), unless Rules::kAsIs is chosen.
+class Switching {
+ public:
+  /// Validates the model where it isn't good, and works out the topology to begin with.
+  static Result<Switching> Begin(const Model& model, Rules rules = Rules::kCareful);
+
+  /// The run that Begin has made.
+  const Outcome& First() const;
+
+  /// Switches one component, for the next run to follow up.
+  Result<EventResult> Request(const SwitchEvent& event);
+  /// Follows up what was requested. After an Error the next run is a full one.
+  Result<Outcome> Run();
+  /// Several events and the run behind them. Nothing is switched when a component is unknown.
+  Result<Outcome> Apply(const std::vector<SwitchEvent>& events);
+  /// One event in words and the run behind it.
+  Result<Outcome> Apply(const std::string& words);
+
+  /// The topology as it now is.
+  Topology Now() const;
+  /// What differs from a full run, which is made on a copy; nothing, unless the rules are kAsIs.
+  std::vector<Difference> CompareWithFullRun() const;
+
+ private:
+  struct Session;
+  explicit Switching(std::unique_ptr<Session> session);
+
+ public:
+  Switching(Switching&&) noexcept;
+  Switching& operator=(Switching&&) noexcept;
+  ~Switching();
+
+ private:
+  std::unique_ptr<Session> m_session;
+};
+
+/// What events would do.
+struct WhatIf {
+  Outcome outcome;
+  Topology topology;                ///< as it would be
+  std::vector<Difference> changes;  ///< `here` without, `there` with the events
+};
+
+/// Tries events out on a copy; the model stays as it is, but for being validated where it wasn't good.
+Result<WhatIf> TryOut(const Model& model, const std::vector<SwitchEvent>& events);
+
+}  // namespace dtsdb::analysis
