@@ -62,14 +62,14 @@ int Validate(const ValidateOptions& options) {
 
 }  // namespace
 
-void AddValidate(CLI::App& app, Action& action) {
+void AddValidate(CommandLine& app, Action& action) {
   AddCommand<ValidateOptions>(
       app, action, "validate", "Check a model and list its faults",
-      [](CLI::App& command, ValidateOptions& options) {
-        AddModelArgument(command, options.model)->required();
+      [](CommandLine& command, ValidateOptions& options) {
+        AddModelArgument(command, options.model).Required();
         AddOutputOption(command, options.output, "Write the validated model to OUT when it is good");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
       },
       Validate);
 }
