@@ -201,6 +201,164 @@ void Merge(dbDatabase& db, const std::vector<line>& rows, real4 value) {
   db.commit();
 }
 
+/// The jobs on one store and its plain counterpart.
+class Comparison {
+ public:
+  Comparison(const std::string& folder, const Rows& rows, Pairs pairs, int rounds)
+      : m_rows(rows.All()), m_pairs(std::move(pairs)), m_rounds(rounds), m_plain(folder + "/plain.mdb", true) {
+    if (!m_db.open("store", (folder + "/store.fdb").c_str())) Fail("the store can't be opened");
+  }
+  ~Comparison() { m_db.close(); }
+  Comparison(const Comparison&) = delete;
+  Comparison& operator=(const Comparison&) = delete;
+
+  /// True when all targets are met.
+  bool RunAll() {
+    InsertRows();
+    ReadRows();
+    MergeRows();
+    ChangeSingleRows();
+    return m_good && m_sum != 0;
+  }
+
+ private:
+  void Job(const char* name, double target, const std::function<void()>& plain, const std::function<void()>& store) {
+    if (!Compare(name, m_rounds, target, plain, store)) m_good = false;
+  }
+
+  void FillPlain(unsigned flags) {
+    MDB_txn* txn = m_plain.Begin(true);
+    Require(mdb_drop(txn, m_plain.Table(), 0));
+    for (const auto& [key, image] : m_pairs) m_plain.Put(txn, key, image, flags);
+    Require(mdb_txn_commit(txn));
+  }
+
+  void InsertRows() {
+    const auto store = [this] {
+      m_db.deleteTable(m_db.lookupTable(&line::dbDescriptor));
+      InsertAll(m_db, m_rows);
+    };
+    Job(
+        "insert all rows", 1.5, [this] { FillPlain(0); }, store);
+    // The store appends rows that come in order by itself; so may whoever uses LMDB and knows of the order.
+    Job(
+        "  the same against LMDB in append mode", 0, [this] { FillPlain(MDB_APPEND); }, store);
+  }
+
+  void Look(const MDB_val& value) {
+    m_copy.assign(static_cast<char*>(value.mv_data), value.mv_size);
+    m_sum += m_copy[8];
+  }
+
+  /// Copies every row, each found by its key.
+  void LookAtAll(MDB_txn* txn) {
+    for (const auto& [key, image] : m_pairs) Look(m_plain.Get(txn, key));
+  }
+
+  void WalkPlain() {
+    MDB_txn* txn = m_plain.Begin(false);
+    MDB_cursor* cursor = nullptr;
+    Require(mdb_cursor_open(txn, m_plain.Table(), &cursor));
+    MDB_val key{};
+    MDB_val value{};
+    while (mdb_cursor_get(cursor, &key, &value, MDB_NEXT) == MDB_SUCCESS) Look(value);
+    mdb_cursor_close(cursor);
+    mdb_txn_abort(txn);
+  }
+
+  void ReadRows() {
+    const auto plain = [this] {
+      MDB_txn* txn = m_plain.Begin(false);
+      LookAtAll(txn);
+      mdb_txn_abort(txn);
+    };
+    const auto store = [this] { m_sum += ReadOrdered(m_db); };
+    Job("read all rows in order, each by its key", 1.5, plain, store);
+    Job(
+        "  the same against a bare LMDB cursor", 0, [this] { WalkPlain(); }, store);
+  }
+
+  void ChangePlain(MDB_txn* txn, const std::string& key) {
+    Look(m_plain.Get(txn, key));
+    m_copy[m_copy.size() / 2] = static_cast<char>(m_round);
+    m_plain.Put(txn, key, m_copy);
+  }
+
+  void MergeRows() {
+    const auto change = [this] {
+      ++m_round;
+      MDB_txn* txn = m_plain.Begin(true);
+      for (const auto& [key, image] : m_pairs) ChangePlain(txn, key);
+      Require(mdb_txn_commit(txn));
+    };
+    const auto look = [this] {
+      MDB_txn* txn = m_plain.Begin(true);
+      LookAtAll(txn);
+      Require(mdb_txn_commit(txn));
+    };
+    const auto store = [this] { Merge(m_db, m_rows, static_cast<real4>(m_round)); };
+    Job("merge: select each by id, change and update", 2.0, change, store);
+    Job("  the same, nothing changed (LMDB: gets only)", 0, look, store);
+  }
+
+  /// A row for transaction `i`, from all over the table.
+  std::size_t Place(int i) const { return static_cast<std::size_t>(i) * 7919 % m_pairs.size(); }
+
+  void ChangeSingleRows() {
+    constexpr int kTransactions = 200;
+    const auto plain = [this] {
+      ++m_round;
+      for (int i = 0; i < kTransactions; ++i) {
+        MDB_txn* txn = m_plain.Begin(true);
+        ChangePlain(txn, m_pairs[Place(i)].first);
+        Require(mdb_txn_commit(txn));
+      }
+    };
+    const auto store = [this] {
+      dbCursor<line> cursor(&m_db, dbCursorForUpdate);
+      dbQuery query;
+      for (int i = 0; i < kTransactions; ++i) {
+        char const* id = m_rows[Place(i)].id;
+        query = "id = ", id;
+        if (cursor.select(query) != 1) Fail("a row is missing");
+        cursor->f1 = static_cast<real4>(m_round);
+        cursor.update();
+        m_db.commit();
+      }
+    };
+    Job("200 transactions that change one row", 1.5, plain, store);
+  }
+
+  const std::vector<line>& m_rows;
+  const Pairs m_pairs;
+  const int m_rounds;
+  dbDatabase m_db;
+  Plain m_plain;
+  std::string m_copy;
+  double m_sum = 0;  ///< of what was read, so that no reading is left out
+  int m_round = 0;
+  bool m_good = true;
+};
+
+/// Makes the store and returns its keys and row images.
+Pairs MakeStore(const std::string& path, const Rows& rows) {
+  {
+    dbDatabase db;
+    if (!db.open("store", path.c_str())) Fail("the store can't be made");
+    InsertAll(db, rows.All());
+  }
+  return ReadPairs(path);
+}
+
+void PrintHead(const Pairs& pairs, const std::string& base) {
+  std::size_t bytes = 0;
+  for (const auto& [key, image] : pairs) bytes += key.size() + image.size();
+  std::printf("%zu rows of %zu columns, %zu bytes each, in %s (%s)\n", pairs.size(),
+              line::dbDescriptor.getFields().size(), bytes / pairs.size(), base.c_str(),
+              IsMemory(base) ? "memory" : "disk");
+  std::printf("%-46s %10s %10s %7s\n", "milliseconds, best of the rounds", "LMDB", "store", "ratio");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -210,142 +368,11 @@ int main(int argc, char** argv) {
   std::string folder = base + "/bench_rtdb-XXXXXX";
   if (count < 1 || rounds < 1 || ::mkdtemp(folder.data()) == nullptr)
     Fail("usage: bench_rtdb [FOLDER] [ROWS] [ROUNDS]");
+
   const Rows rows(count);
-  const std::string path = folder + "/store.fdb";
-  {
-    dbDatabase db;
-    if (!db.open("store", path.c_str())) return 1;
-    InsertAll(db, rows.All());
-  }
-  const Pairs pairs = ReadPairs(path);
-  std::size_t bytes = 0;
-  for (const auto& [key, image] : pairs) bytes += key.size() + image.size();
-  std::printf("%d rows of %zu columns, %zu bytes each, in %s (%s)\n", count, line::dbDescriptor.getFields().size(),
-              bytes / pairs.size(), base.c_str(), IsMemory(folder) ? "memory" : "disk");
-  std::printf("%-46s %10s %10s %7s\n", "milliseconds, best of the rounds", "LMDB", "store", "ratio");
-
-  dbDatabase db;
-  if (!db.open("store", path.c_str())) return 1;
-  Plain plain(folder + "/plain.mdb", true);
-  double sum = 0;
-  bool good = true;
-
-  good &= Compare(
-      "insert all rows", rounds, 1.5,
-      [&] {
-        MDB_txn* txn = plain.Begin(true);
-        Require(mdb_drop(txn, plain.Table(), 0));
-        for (const auto& [key, image] : pairs) plain.Put(txn, key, image);
-        Require(mdb_txn_commit(txn));
-      },
-      [&] {
-        db.deleteTable(db.lookupTable(&line::dbDescriptor));
-        InsertAll(db, rows.All());
-      });
-
-  // The store appends rows that come in order by itself; so may whoever uses LMDB and knows of the order.
-  Compare(
-      "  the same against LMDB in append mode", rounds, 0,
-      [&] {
-        MDB_txn* txn = plain.Begin(true);
-        Require(mdb_drop(txn, plain.Table(), 0));
-        for (const auto& [key, image] : pairs) plain.Put(txn, key, image, MDB_APPEND);
-        Require(mdb_txn_commit(txn));
-      },
-      [&] {
-        db.deleteTable(db.lookupTable(&line::dbDescriptor));
-        InsertAll(db, rows.All());
-      });
-
-  std::string copy;
-  good &= Compare(
-      "read all rows in order, each by its key", rounds, 1.5,
-      [&] {
-        MDB_txn* txn = plain.Begin(false);
-        for (const auto& [key, image] : pairs) {
-          const MDB_val v = plain.Get(txn, key);
-          copy.assign(static_cast<char*>(v.mv_data), v.mv_size);
-          sum += copy[8];
-        }
-        mdb_txn_abort(txn);
-      },
-      [&] { sum += ReadOrdered(db); });
-
-  Compare(
-      "  the same against a bare LMDB cursor", rounds, 0,
-      [&] {
-        MDB_txn* txn = plain.Begin(false);
-        MDB_cursor* cursor = nullptr;
-        Require(mdb_cursor_open(txn, plain.Table(), &cursor));
-        MDB_val k{};
-        MDB_val v{};
-        while (mdb_cursor_get(cursor, &k, &v, MDB_NEXT) == MDB_SUCCESS) {
-          copy.assign(static_cast<char*>(v.mv_data), v.mv_size);
-          sum += copy[8];
-        }
-        mdb_cursor_close(cursor);
-        mdb_txn_abort(txn);
-      },
-      [&] { sum += ReadOrdered(db); });
-
-  int round = 0;
-  good &= Compare(
-      "merge: select each by id, change and update", rounds, 2.0,
-      [&] {
-        ++round;
-        MDB_txn* txn = plain.Begin(true);
-        for (const auto& [key, image] : pairs) {
-          const MDB_val v = plain.Get(txn, key);
-          copy.assign(static_cast<char*>(v.mv_data), v.mv_size);
-          copy[copy.size() / 2] = static_cast<char>(round);
-          plain.Put(txn, key, copy);
-        }
-        Require(mdb_txn_commit(txn));
-      },
-      [&] { Merge(db, rows.All(), static_cast<real4>(round)); });
-
-  Compare(
-      "  the same, nothing changed (LMDB: gets only)", rounds, 0,
-      [&] {
-        MDB_txn* txn = plain.Begin(true);
-        for (const auto& [key, image] : pairs) {
-          const MDB_val v = plain.Get(txn, key);
-          copy.assign(static_cast<char*>(v.mv_data), v.mv_size);
-          sum += copy[8];
-        }
-        Require(mdb_txn_commit(txn));
-      },
-      [&] { Merge(db, rows.All(), static_cast<real4>(round)); });
-
-  constexpr int kTransactions = 200;
-  good &= Compare(
-      "200 transactions that change one row", rounds, 1.5,
-      [&] {
-        ++round;
-        for (int i = 0; i < kTransactions; ++i) {
-          const auto& key = pairs[static_cast<std::size_t>(i) * 7919 % pairs.size()].first;
-          MDB_txn* txn = plain.Begin(true);
-          const MDB_val v = plain.Get(txn, key);
-          copy.assign(static_cast<char*>(v.mv_data), v.mv_size);
-          copy[copy.size() / 2] = static_cast<char>(round);
-          plain.Put(txn, key, copy);
-          Require(mdb_txn_commit(txn));
-        }
-      },
-      [&] {
-        dbCursor<line> cursor(&db, dbCursorForUpdate);
-        dbQuery query;
-        for (int i = 0; i < kTransactions; ++i) {
-          char const* id = rows.All()[static_cast<std::size_t>(i) * 7919 % pairs.size()].id;
-          query = "id = ", id;
-          if (cursor.select(query) != 1) Fail("a row is missing");
-          cursor->f1 = static_cast<real4>(round);
-          cursor.update();
-          db.commit();
-        }
-      });
-
-  db.close();
+  Pairs pairs = MakeStore(folder + "/store.fdb", rows);
+  PrintHead(pairs, base);
+  const bool good = Comparison(folder, rows, std::move(pairs), rounds).RunAll();
   std::filesystem::remove_all(folder);
-  return sum == 0 || !good ? 1 : 0;
+  return good ? 0 : 1;
 }

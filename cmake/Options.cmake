@@ -10,10 +10,17 @@ endif()
 
 include(${CMAKE_CURRENT_LIST_DIR}/RealtimeDatabase.cmake)
 
+# What makes a build quicker and changes no result: ccache, mold as the linker, precompiled headers, line numbers
+# without the names of variables (-g1; give CMAKE_CXX_FLAGS=-g to follow variables in a debugger).
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
+find_program(MOLD mold)
+if(MOLD)
+  target_link_options(dtsdb_options INTERFACE -fuse-ld=mold)
+endif()
+include(${CMAKE_CURRENT_LIST_DIR}/PrecompiledHeaders.cmake)
 
 # dtsdb_component(NAME SOURCES...): one folder of the library, compiled once for the shared and the static library and
 # for the tests. Everything that includes its headers links dtsdb_NAME.
@@ -23,5 +30,6 @@ function(dtsdb_component name)
   # Assigning a char const* to a QString would decode UTF-8 and ruin identity bytes.
   target_compile_definitions(dtsdb_${name} PRIVATE QT_NO_CAST_FROM_ASCII)
   target_link_libraries(dtsdb_${name} PUBLIC Qt6::Core PRIVATE dtsdb_options)
+  target_precompile_headers(dtsdb_${name} REUSE_FROM dtsdb_headers)
   set_property(GLOBAL APPEND PROPERTY DTSDB_COMPONENTS dtsdb_${name})
 endfunction()

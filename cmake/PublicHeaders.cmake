@@ -66,8 +66,8 @@ foreach(group ${record_groups})
   list(APPEND public_headers model/records/${group}.h rtdb/rows/${group}.h)
 endforeach()
 
-# The layer above the core, which is built along with the command.
-if(DTSDB_BUILD_TOOLS)
+# The layer above the core.
+if(DTSDB_BUILD_ANALYSIS)
   list(APPEND public_headers analysis/careful_runner.h analysis/error.h analysis/model.h analysis/switching.h
                              analysis/topology.h)
 endif()

@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <QString>
 #include <QStringList>
 #include <algorithm>
@@ -31,9 +32,10 @@ void Describe(CLI::App& app, Action& action) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
   app.get_formatter()->column_width(28);
+  CommandLine line(app);
   for (const auto add : {AddValidate, AddTopology, AddSwitch, AddRun, AddFlow, AddEdit, AddConvert, AddGenerate,
                          AddInfo, AddDump, AddDiff, AddRtdb}) {
-    add(app, action);
+    add(line, action);
   }
 }
 
@@ -83,81 +85,73 @@ void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& te
 }
 
 /// Refuses an empty path: a script whose variable is empty is to hear of it, not to lose its result.
-CLI::Option* RequirePath(CLI::Option* option) {
-  return option->check([](const std::string& path) { return path.empty() ? "the path is empty; name an output" : ""; });
+Parameter RequirePath(const Parameter& parameter) {
+  return parameter.Checked(
+      [](const std::string& path) { return path.empty() ? "the path is empty; name an output" : ""; });
 }
 
 constexpr const char* kNoType = " ";  ///< in the help, in place of "TEXT REQUIRED"
 
 /// An option or argument that is read into the name of a model.
-CLI::Option* AddModel(CLI::App& command, ModelName& model, const std::string& name, const std::string& what) {
-  return command.add_option_function<std::string>(
-      name, [&model](const std::string& text) { model = ModelName(text); }, what);
+Parameter AddModel(CommandLine& command, ModelName& model, const std::string& name, const std::string& what) {
+  const auto read = [&model](const std::string& text) { model = ModelName(text); };
+  return command.Add(name, read, what);
 }
 
 }  // namespace
 
-CLI::Option* AddArgument(CLI::App& command, const std::string& name, std::string& value, const std::string& what) {
-  return command.add_option(name, value, what)->option_text(kNoType);
+Parameter AddArgument(CommandLine& command, const std::string& name, std::string& value, const std::string& what) {
+  return command.Add(name, value, what).Shown(kNoType);
 }
 
-CLI::Option* AddModelArgument(CLI::App& command, ModelName& model, const std::string& name, const std::string& what) {
-  return AddModel(command, model, name, what)->option_text(kNoType);
+Parameter AddModelArgument(CommandLine& command, ModelName& model, const std::string& name, const std::string& what) {
+  return AddModel(command, model, name, what).Shown(kNoType);
 }
 
-void AddDatabaseArgument(CLI::App& command, ModelName& database) {
+void AddDatabaseArgument(CommandLine& command, ModelName& database) {
   const auto read = [&database](const std::string& text) { database = ModelName::OfDatabase(text); };
-  command.add_option_function<std::string>("NAME", read, "The realtime database")->option_text(kNoType)->required();
+  command.Add("NAME", read, "The realtime database").Shown(kNoType).Required();
 }
 
-void AddIdOption(CLI::App& command, std::string& id, const std::string& what) {
-  command.add_option("--id", id, what)->option_text("ID");
+void AddIdOption(CommandLine& command, std::string& id, const std::string& what) {
+  command.Add("--id", id, what).Shown("ID");
 }
 
-void AddFormatOption(CLI::App& command, Format& format) {
+void AddFormatOption(CommandLine& command, Format& format) {
   static const std::map<std::string, Format> formats = {
       {"text", Format::kText}, {"json", Format::kJson}, {"csv", Format::kCsv}};
   const auto choose = [&format](const std::string& name) { format = formats.at(name); };
-  AddChoice(command, "--format", choose, {"text", "json", "csv"},
-            "text for people (default), json or csv for programs, in UTF-8");
+  command.AddChoice("--format", choose, {"text", "json", "csv"},
+                    "text for people (default), json or csv for programs, in UTF-8");
 }
 
-void AddLanguageOption(CLI::App& command, Language& language) {
+void AddLanguageOption(CommandLine& command, Language& language) {
   const auto choose = [&language](const std::string& name) {
     language = name == "zh" ? Language::kChinese : Language::kEnglish;
   };
-  AddChoice(command, "--lang", choose, {"en", "zh"}, "Findings in English or Chinese (default: as the locale)");
+  command.AddChoice("--lang", choose, {"en", "zh"}, "Findings in English or Chinese (default: as the locale)");
 }
 
-void AddChoice(CLI::App& command, const std::string& name, const std::function<void(const std::string&)>& choose,
-               const std::vector<std::string>& choices, const std::string& what) {
-  command.add_option_function<std::string>(name, choose, what)
-      ->check(CLI::IsMember(choices))
-      ->option_text(CLI::detail::join(choices, "|"));
+void AddSheetOption(CommandLine& command, std::string& sheet, const std::string& sheets) {
+  command.Add("--sheet", sheet, "Only this part of the result: " + sheets).Shown("NAME");
 }
 
-void AddSheetOption(CLI::App& command, std::string& sheet, const std::string& sheets) {
-  command.add_option("--sheet", sheet, "Only this part of the result: " + sheets)->option_text("NAME");
-}
-
-void AddLogOption(CLI::App& command, const std::string& what) {
+void AddLogOption(CommandLine& command, const std::string& what) {
   const auto readLater = [](const std::string&) {};
-  RequirePath(command.add_option_function<std::string>("--log", readLater, "Write a log to FILE: that of " + what)
-                  ->option_text("FILE"));
+  RequirePath(command.Add("--log", readLater, "Write a log to FILE: that of " + what).Shown("FILE"));
 }
 
-void AddExitCodes(CLI::App& command, const std::string& good, const std::string& faults) {
+void AddExitCodes(CommandLine& command, const std::string& good, const std::string& faults) {
   const std::string second = faults.empty() ? "" : ", 1 " + faults;
-  command.footer(command.get_footer() + "\n\nExit codes: 0 " + good + second +
-                 ", 2 wrong usage, 3 a file can't be read or written.");
+  command.AddToFooter("\n\nExit codes: 0 " + good + second + ", 2 wrong usage, 3 a file can't be read or written.");
 }
 
-CLI::Option* AddOutputOption(CLI::App& command, ModelName& output, const std::string& what) {
-  return RequirePath(AddModel(command, output, "-o,--output", what)->option_text("OUT"));
+Parameter AddOutputOption(CommandLine& command, ModelName& output, const std::string& what) {
+  return RequirePath(AddModel(command, output, "-o,--output", what).Shown("OUT"));
 }
 
-CLI::Option* AddOutputArgument(CLI::App& command, ModelName& output, const std::string& what) {
-  return RequirePath(AddModelArgument(command, output, "OUT", what)->required());
+Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::string& what) {
+  return RequirePath(AddModelArgument(command, output, "OUT", what));
 }
 
 int RunCommand(int argc, const char* const* argv) {

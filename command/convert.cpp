@@ -32,17 +32,17 @@ int Convert(const ConvertOptions& options) {
 
 }  // namespace
 
-void AddConvert(CLI::App& app, Action& action) {
+void AddConvert(CommandLine& app, Action& action) {
   AddCommand<ConvertOptions>(
       app, action, "convert", "Turn a model into another form, or copy it",
-      [](CLI::App& command, ConvertOptions& options) {
-        AddModelArgument(command, options.model)->required();
-        AddOutputArgument(command, options.output, "Where the model is written");
+      [](CommandLine& command, ConvertOptions& options) {
+        AddModelArgument(command, options.model).Required();
+        AddOutputArgument(command, options.output, "Where the model is written").Required();
         const auto choose = [&options](const std::string& form) {
           options.to = form == "text" ? ModelForm::kTextTables : ModelForm::kObjectFile;
         };
-        AddChoice(command, "--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
-        command.footer(kFooter);
+        command.AddChoice("--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
+        command.Footer(kFooter);
         AddExitCodes(command, "the model is written");
       },
       Convert);

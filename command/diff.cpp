@@ -129,15 +129,15 @@ int Diff(const DiffOptions& options) {
 
 }  // namespace
 
-void AddDiff(CLI::App& app, Action& action) {
+void AddDiff(CommandLine& app, Action& action) {
   AddCommand<DiffOptions>(
       app, action, "diff", "Compare two models record by record",
-      [](CLI::App& command, DiffOptions& options) {
-        AddModelArgument(command, options.a, "A")->required();
-        AddModelArgument(command, options.b, "B")->required();
+      [](CommandLine& command, DiffOptions& options) {
+        AddModelArgument(command, options.a, "A").Required();
+        AddModelArgument(command, options.b, "B").Required();
         AddSheetOption(command, options.sheet, "tables or differences (the one that csv gives)");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "the models are the same", "they differ");
       },
       Diff);

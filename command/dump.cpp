@@ -78,15 +78,15 @@ int Dump(const DumpOptions& options) {
 
 }  // namespace
 
-void AddDump(CLI::App& app, Action& action) {
+void AddDump(CommandLine& app, Action& action) {
   AddCommand<DumpOptions>(
       app, action, "dump", "Show the records of a model",
-      [](CLI::App& command, DumpOptions& options) {
-        AddModelArgument(command, options.model)->required();
+      [](CommandLine& command, DumpOptions& options) {
+        AddModelArgument(command, options.model).Required();
         AddArgument(command, "TABLE", options.table, "Only this table, such as CB or LN");
         AddIdOption(command, options.id, "Only the records with this identity");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "the records are shown");
       },
       Dump);

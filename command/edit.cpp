@@ -74,18 +74,18 @@ int RunEdit(const EditOptions& options) {
 
 }  // namespace
 
-void AddEdit(CLI::App& app, Action& action) {
+void AddEdit(CommandLine& app, Action& action) {
   AddCommand<EditOptions>(
       app, action, "edit", "Add records to a model and remove some, by a script",
-      [](CLI::App& command, EditOptions& options) {
-        AddModelArgument(command, options.model)->required();
-        command.add_option("--script", options.script, "The edits, a line each")->option_text("FILE")->required();
+      [](CommandLine& command, EditOptions& options) {
+        AddModelArgument(command, options.model).Required();
+        command.Add("--script", options.script, "The edits, a line each").Shown("FILE").Required();
         AddOutputOption(command, options.output, "Write the edited model to OUT");
-        command.add_flag("--dry-run", options.isDryRun, "Only report what would be refused; nothing is written");
+        command.AddFlag("--dry-run", options.isDryRun, "Only report what would be refused; nothing is written");
         AddLogOption(command, "the validations");
         AddLanguageOption(command, options.language);
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "every line is applied and the model is good",
                      "lines are refused or the model has errors");
       },

@@ -69,18 +69,18 @@ int Flow(const FlowOptions& options) {
 
 }  // namespace
 
-void AddFlow(CLI::App& app, Action& action) {
+void AddFlow(CommandLine& app, Action& action) {
   AddCommand<FlowOptions>(
       app, action, "flow", "Work out and show the power through every closed breaker",
-      [](CLI::App& command, FlowOptions& options) {
-        AddModelArgument(command, options.model)->required();
-        command.add_option("--delta", options.settings.tolerance, "Tolerance of a set's balance, MW and Mvar (0.01)")
-            ->option_text("MW");
-        command.add_flag("--store", options.store, "Write the flows into the realtime database");
+      [](CommandLine& command, FlowOptions& options) {
+        AddModelArgument(command, options.model).Required();
+        command.Add("--delta", options.settings.tolerance, "Tolerance of a set's balance, MW and Mvar (0.01)")
+            .Shown("MW");
+        command.AddFlag("--store", options.store, "Write the flows into the realtime database");
         AddSheetOption(command, options.sheet, "sets or breakers");
         AddLogOption(command, "the breaker flow and, where the model needs one, the validation");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "every set is computed",
                      "a set isn't balanced or lacks a voltage, or the model isn't ready");
       },

@@ -28,19 +28,17 @@ int Generate(const GenerateOptions& options) {
 
 }  // namespace
 
-void AddGenerate(CLI::App& app, Action& action) {
+void AddGenerate(CommandLine& app, Action& action) {
   AddCommand<GenerateOptions>(
       app, action, "generate", "Make a random valid utility",
-      [](CLI::App& command, GenerateOptions& options) {
-        CLI::Option* const place = AddOutputArgument(command, options.output, "The same without -o");
-        place->required(false);
-        AddOutputOption(command, options.output, "Where the model is written")->excludes(place);
-        command.add_option("--stations", options.utility.stations, "Number of stations, 10 by default")
-            ->check(CLI::Range(1, 1000000).description(""))
-            ->option_text("N");
-        command.add_option("--seed", options.utility.seed, "Choice among the utilities of that size, 1 by default")
-            ->option_text("S");
-        command.footer(kFooter);
+      [](CommandLine& command, GenerateOptions& options) {
+        const Parameter place = AddOutputArgument(command, options.output, "The same without -o");
+        AddOutputOption(command, options.output, "Where the model is written").Excludes(place);
+        command.Add("--stations", options.utility.stations, "Number of stations, 10 by default")
+            .Within(1, 1000000)
+            .Shown("N");
+        command.Add("--seed", options.utility.seed, "Choice among the utilities of that size, 1 by default").Shown("S");
+        command.Footer(kFooter);
         AddExitCodes(command, "the model is written");
       },
       Generate);

@@ -98,14 +98,14 @@ int Info(const InfoOptions& options) {
 
 }  // namespace
 
-void AddInfo(CLI::App& app, Action& action) {
+void AddInfo(CommandLine& app, Action& action) {
   AddCommand<InfoOptions>(
       app, action, "info", "Print what a model contains, or what the fields of a table mean",
-      [](CLI::App& command, InfoOptions& options) {
+      [](CommandLine& command, InfoOptions& options) {
         AddModelArgument(command, options.model);
-        command.add_option("--fields", options.fields, "Describe the fields of this table")->option_text("TABLE");
+        command.Add("--fields", options.fields, "Describe the fields of this table").Shown("TABLE");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "the model is described");
       },
       Info);

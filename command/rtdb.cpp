@@ -154,62 +154,60 @@ int Check(const RtdbOptions& options) {
   return kExitGood;
 }
 
-using Describe = void (*)(CLI::App&, RtdbOptions&);
+using Describe = void (*)(CommandLine&, RtdbOptions&);
 
-void AddRtdbCommand(CLI::App& rtdb, Action& action, const std::string& name, const std::string& purpose,
+void AddRtdbCommand(CommandLine& rtdb, Action& action, const std::string& name, const std::string& purpose,
                     Describe describe, int (*run)(const RtdbOptions&)) {
   AddCommand<RtdbOptions>(
       rtdb, action, name, purpose,
-      [describe](CLI::App& command, RtdbOptions& options) {
+      [describe](CommandLine& command, RtdbOptions& options) {
         AddDatabaseArgument(command, options.database);
         describe(command, options);
       },
       run);
 }
 
-void AddTableArgument(CLI::App& command, RtdbOptions& options) {
-  AddArgument(command, "TABLE", options.table, "The table, such as CB or LN")->required();
+void AddTableArgument(CommandLine& command, RtdbOptions& options) {
+  AddArgument(command, "TABLE", options.table, "The table, such as CB or LN").Required();
 }
 
 }  // namespace
 
-void AddRtdb(CLI::App& app, Action& action) {
-  CLI::App& rtdb = *app.add_subcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs");
-  rtdb.require_subcommand(1);
-  rtdb.footer(kFooter);
+void AddRtdb(CommandLine& app, Action& action) {
+  CommandLine rtdb = app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs", {});
+  rtdb.RequireSubcommand();
+  rtdb.Footer(kFooter);
   AddRtdbCommand(
       rtdb, action, "ls", "List the tables that have rows",
-      [](CLI::App& command, RtdbOptions& options) {
+      [](CommandLine& command, RtdbOptions& options) {
         AddFormatOption(command, options.format);
-        command.footer(kListFooter);
+        command.Footer(kListFooter);
         AddExitCodes(command, "the tables are listed");
       },
       List);
   AddRtdbCommand(
       rtdb, action, "show", "Show the rows of a table",
-      [](CLI::App& command, RtdbOptions& options) {
+      [](CommandLine& command, RtdbOptions& options) {
         AddTableArgument(command, options);
         AddIdOption(command, options.id, "Only the rows with this identity");
         AddFormatOption(command, options.format);
-        command.footer(kShowFooter);
+        command.Footer(kShowFooter);
         AddExitCodes(command, "the rows are shown");
       },
       Show);
   AddRtdbCommand(
       rtdb, action, "put", "Change a row, or add it",
-      [](CLI::App& command, RtdbOptions& options) {
+      [](CommandLine& command, RtdbOptions& options) {
         AddTableArgument(command, options);
-        command.add_option("COLUMN=VALUE", options.values, "What to store, as in text tables")
-            ->option_text("...")
-            ->required();
-        command.footer(kPutFooter);
+        command.Add("COLUMN=VALUE", options.values, "What to store, as in text tables").Shown("...").Required();
+        command.Footer(kPutFooter);
         AddExitCodes(command, "the row is stored");
       },
       Put);
   AddRtdbCommand(
       rtdb, action, "check", "Look for damage",
-      [](CLI::App& command, RtdbOptions&) {
-        command.footer(kCheckFooter);
+      [](CommandLine& command, RtdbOptions&) {
+        command.Footer(kCheckFooter);
         AddExitCodes(command, "nothing is wrong");
       },
       Check);

@@ -113,17 +113,17 @@ int Prune(const PruneOptions& options) {
 
 }  // namespace
 
-void AddRtdbPrune(CLI::App& rtdb, Action& action) {
+void AddRtdbPrune(CommandLine& rtdb, Action& action) {
   AddCommand<PruneOptions>(
       rtdb, action, "prune", "Remove old rows of a log",
-      [](CLI::App& command, PruneOptions& options) {
+      [](CommandLine& command, PruneOptions& options) {
         AddDatabaseArgument(command, options.database);
-        AddArgument(command, "TABLE", options.table, "The table, TPL or TPTRACE")->required();
-        command.add_option("--before", options.before, "Remove the rows stamped before TIME")->option_text("TIME");
-        command.add_option("--keep", options.keep, "Leave the N rows stamped last")
-            ->option_text("N")
-            ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""));
-        command.footer(kFooter);
+        AddArgument(command, "TABLE", options.table, "The table, TPL or TPTRACE").Required();
+        command.Add("--before", options.before, "Remove the rows stamped before TIME").Shown("TIME");
+        command.Add("--keep", options.keep, "Leave the N rows stamped last")
+            .Shown("N")
+            .Within(0, std::numeric_limits<int>::max());
+        command.Footer(kFooter);
         AddExitCodes(command, "the rows are removed");
       },
       Prune);

@@ -17,6 +17,6 @@ struct PruneOptions {
 };
 
 /// Adds the subcommand prune to `rtdb`.
-void AddRtdbPrune(CLI::App& rtdb, Action& action);
+void AddRtdbPrune(CommandLine& rtdb, Action& action);
 
 }  // namespace dtsdb::tools

@@ -70,19 +70,19 @@ int Run(const RunOptions& options) {
 
 }  // namespace
 
-void AddRun(CLI::App& app, Action& action) {
+void AddRun(CommandLine& app, Action& action) {
   AddCommand<RunOptions>(
       app, action, "run", "Follow up the trace of a realtime database, until stopped",
-      [](CLI::App& command, RunOptions& options) {
-        AddModelArgument(command, options.model, "MODEL", "The realtime database, rtdb:NAME")->required();
-        command.add_flag("--once", options.once, "Follow up what is there and end");
-        command.add_option("--interval", options.interval, "Look for rows each MS milliseconds (default 1000)")
-            ->option_text("MS")
-            ->check(CLI::Range(1, kLongestInterval));
-        command.add_flag("--status", options.indications, "Take the breakers' positions from STATUS at the start");
-        command.add_flag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
-        command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
-        command.footer(kFooter);
+      [](CommandLine& command, RunOptions& options) {
+        AddModelArgument(command, options.model, "MODEL", "The realtime database, rtdb:NAME").Required();
+        command.AddFlag("--once", options.once, "Follow up what is there and end");
+        command.Add("--interval", options.interval, "Look for rows each MS milliseconds (default 1000)")
+            .Shown("MS")
+            .Within(1, kLongestInterval);
+        command.AddFlag("--status", options.indications, "Take the breakers' positions from STATUS at the start");
+        command.AddFlag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
+        command.AddFlag("--verify", options.verify, "Compare each run with a full one on a copy");
+        command.Footer(kFooter);
         AddExitCodes(command, "it was stopped", "a run failed or, with --verify, differs from a full one");
       },
       Run);

@@ -192,20 +192,20 @@ int Switch(const SwitchOptions& options) {
 
 }  // namespace
 
-void AddSwitch(CLI::App& app, Action& action) {
+void AddSwitch(CommandLine& app, Action& action) {
   AddCommand<SwitchOptions>(
       app, action, "switch", "Switch breakers and equipment and follow up what changes",
-      [](CLI::App& command, SwitchOptions& options) {
-        AddModelArgument(command, options.model)->required();
-        command.add_option("EVENT", options.words, "What is switched, in the words below")->option_text("...");
-        command.add_option("--script", options.script, "Take events from FILE first")->option_text("FILE");
+      [](CommandLine& command, SwitchOptions& options) {
+        AddModelArgument(command, options.model).Required();
+        command.Add("EVENT", options.words, "What is switched, in the words below").Shown("...");
+        command.Add("--script", options.script, "Take events from FILE first").Shown("FILE");
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
-        command.add_flag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
-        command.add_flag("--verify", options.verify, "Compare each run with a full one on a copy");
+        command.AddFlag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
+        command.AddFlag("--verify", options.verify, "Compare each run with a full one on a copy");
         AddSheetOption(command, options.sheet, "events, runs, findings, log, moved, islands or differences");
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
-        command.footer(std::string("Events:\n") + kSwitchEventHelp +
+        command.Footer(std::string("Events:\n") + kSwitchEventHelp +
                        "\nAll events given are followed up in one run; the word 'run' between them begins another.\n"
                        "In a script each event stands on a line of its own, identities with blanks in quotes, notes\n"
                        "behind '#'.\n\n"

@@ -33,16 +33,16 @@ int Topology(const TopologyOptions& options) {
 
 }  // namespace
 
-void AddTopology(CLI::App& app, Action& action) {
+void AddTopology(CommandLine& app, Action& action) {
   AddCommand<TopologyOptions>(
       app, action, "topology", "Work out and show bus sections, islands and what is dead",
-      [](CLI::App& command, TopologyOptions& options) {
-        AddModelArgument(command, options.model)->required();
+      [](CommandLine& command, TopologyOptions& options) {
+        AddModelArgument(command, options.model).Required();
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
         AddSheetOption(command, options.sheet, "islands, sections, contents, dead or findings");
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "the topology is worked out",
                      "the model has errors, or its topology can't be worked out");
       },

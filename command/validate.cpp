@@ -67,18 +67,18 @@ int Validate(const ValidateOptions& options) {
 
 }  // namespace
 
-void AddValidate(CLI::App& app, Action& action) {
+void AddValidate(CommandLine& app, Action& action) {
   AddCommand<ValidateOptions>(
       app, action, "validate", "Check a model and list its faults",
-      [](CLI::App& command, ValidateOptions& options) {
-        AddModelArgument(command, options.model)->required();
+      [](CommandLine& command, ValidateOptions& options) {
+        AddModelArgument(command, options.model).Required();
         AddOutputOption(command, options.output, "Write the validated model to OUT when it is good");
         AddLogOption(command, "the validation");
-        command.add_flag("--all", options.showsAll, "List each warning, not the kinds only");
+        command.AddFlag("--all", options.showsAll, "List each warning, not the kinds only");
         AddLanguageOption(command, options.language);
         AddSheetOption(command, options.sheet, "findings, kinds");
         AddFormatOption(command, options.format);
-        command.footer(kFooter);
+        command.Footer(kFooter);
         AddExitCodes(command, "the model is good", "it has errors");
       },
       Validate);

@@ -181,7 +181,8 @@ Status Store::ReadFormat(MDB_txn* transaction, int& format) {
 }
 
 Status Store::WriteFormat(MDB_txn* transaction) {
-  const std::string text = std::string(kFormatWord) + std::to_string(kFormat);
+  std::string text(kFormatWord);
+  text += std::to_string(kFormat);
   MDB_val key = Val(kFormatKey);
   MDB_val data = Val(text);
   const int result = mdb_put(transaction, m_schemas, &key, &data, 0);

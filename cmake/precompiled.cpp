@@ -1,0 +1,1 @@
+// The source of targets that only precompile headers.
