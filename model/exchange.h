@@ -145,7 +145,7 @@ class TwinWriter {
   void Insert(const T& record) {
     Row row;
     Store(record, row);
-    if constexpr (KindOf<T> == KIND_ANALOG) {
+    if constexpr (kKindOf<T> == KIND_ANALOG) {
       // A new analog row bears the record's name as its identity, and no name. Kept: K04.
       row.id = row.name;
       row.name = Row().name;
@@ -233,7 +233,7 @@ bool WriteTable(dbDatabase* db, tTable<T>& table) {
     MergeRows(writer, table);
   }
   // Of all numbered tables only the section list is cut to the model's length. Kept: K05.
-  if constexpr (KindOf<T> == KIND_BSL) writer.RemoveFrom(table.GetCount());
+  if constexpr (kKindOf<T> == KIND_BSL) writer.RemoveFrom(table.GetCount());
   return true;
 }
 

@@ -40,8 +40,8 @@ constexpr void ForEachRelation(Visitor&& visit) {
   ForEachType(Relations(), visit);
 }
 
-/// Kind code of the table of record class `T`: KindOf<LN> is KIND_LN.
+/// Kind code of the table of record class `T`: kKindOf<LN> is KIND_LN.
 template <class T>
-inline constexpr TableKind KindOf = T::kKind;
+inline constexpr TableKind kKindOf = T::kKind;
 
 }  // namespace dtsdb

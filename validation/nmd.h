@@ -8,6 +8,7 @@
 #include <QTextStream>
 #include <memory>
 
+#include "include/log_sink.h"
 #include "model/dtsdb.h"
 #include "validation/finding.h"
 

@@ -20,8 +20,8 @@ template <class T>
 QByteArray ImageOfOnly(DTSDB& database) {
   constexpr int kEmpty = 28;
   const QByteArray whole = ImageOf(database);
-  const int before = (KindOf<T> - 1) * kEmpty;
-  return whole.mid(before, whole.size() - before - (kTableCount - KindOf<T>)*kEmpty);
+  const int before = (kKindOf<T> - 1) * kEmpty;
+  return whole.mid(before, whole.size() - before - (kTableCount - kKindOf<T>)*kEmpty);
 }
 
 TEST(ObjectFile, AnEmptyModelHas1288Bytes) {

@@ -219,7 +219,7 @@ TEST(KindCodes, AreThePlacesInTheAlphabeticalOrderFromOne) {
   int place = 0;
   std::string before;
   ForEachClass([&]<class T>(const T&) {
-    EXPECT_EQ(KindOf<T>, ++place);
+    EXPECT_EQ(kKindOf<T>, ++place);
     EXPECT_LT(before, T::kTableName);
     before = T::kTableName;
   });

@@ -148,7 +148,7 @@ class ListChecks {
       const Branch& branch = branches[i];
       for (const auto& [end, nd, bs] : {std::tuple{branch.*Kind::kFromEnd, branch.ind, branch.ibs},
                                         {branch.*Kind::kToEnd, branch.iznd, branch.izbs}}) {
-        const auto found = sectionOf.find({KindOf<typename Kind::End>, end});
+        const auto found = sectionOf.find({kKindOf<typename Kind::End>, end});
         const int hangsOn = found == sectionOf.end() ? 0 : found->second;
         Check(IsAstray(nd, bs) || hangsOn == bs, "an end of ", IdToBytes(branch.id).constData(),
               " hangs under section ", hangsOn, " and names ", bs);

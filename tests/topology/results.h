@@ -54,7 +54,7 @@ class TopologyTest : public testing::Test {
  private:
   template <class T>
   bool DescribeAs(const BSL& entry, std::string* text) {
-    if (entry.kind != KindOf<T>) return false;
+    if (entry.kind != kKindOf<T>) return false;
     *text = std::string(T::kTableName) + ":";
     if constexpr (T::kKey == RecordKey::kIdentified) {
       *text += TextFromId(m.Table<T>().GetPh(entry.ref).id).toStdString();

@@ -126,7 +126,7 @@ void DropFaulty(Editing& edit) {
   for (const Finding& finding : edit.nmd.Findings()) {
     if (finding.severity != Severity::kError) continue;
     const auto drop = [&]<class Record>(const Record&) {
-      if (finding.table != KindOf<Record>) return;
+      if (finding.table != kKindOf<Record>) return;
       const int number = m.Table<Record>().Find(Record(finding.id));
       if (number != -1) m.Table<Record>().Remove(number);
     };

@@ -33,7 +33,7 @@ namespace {
 /// Takes the identity of record `ref` when `kind` is the kind of `Record`.
 template <class Record>
 bool TakeName(const Network& network, int kind, int ref, QString* name) {
-  if (kind != KindOf<Record>) return false;
+  if (kind != kKindOf<Record>) return false;
   *name = network.Table<Record>().GetPh(ref).id;
   return true;
 }

@@ -65,7 +65,7 @@ bool ChangedLevels::Log(const ComponentType<Component>& type, int number) const 
     if (type.bothEnds) otherBs = component.izbs;
   }
   const char* const word = status & type.bit ? type.whenSet : type.whenClear;
-  return m_log.Record({KindOf<Component>, number, status, component.ibs, otherBs, word});
+  return m_log.Record({kKindOf<Component>, number, status, component.ibs, otherBs, word});
 }
 
 }  // namespace dtsdb::internal

@@ -26,7 +26,7 @@ bool ComponentChange::FollowBranches(int kv, const ChangeReach& reach) const {
       using End = typename Kind::End;
       auto& ends = m_network.Table<End>();
       const EndVisit visit{number,
-                           KindOf<End>,
+                           kKindOf<End>,
                            {{&ends.GetPh(branch.*Kind::kFromEnd).flags, END_ISOLATED},
                             {&ends.GetPh(branch.*Kind::kToEnd).flags, END_ISOLATED}}};
       return FollowBranch(kv, nd, ViewOf(branch), visit, reach);

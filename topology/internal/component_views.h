@@ -76,8 +76,8 @@ struct ShuntView {
 /// The view of the record of a device.
 template <class Device>
 ShuntView ViewOf(Device& device, int number) {
-  return {number,         KindOf<Device>, device.ind,        &device.ibs, (device.status & SHUNT_OFF) != 0,
-          &device.status, SHUNT_ISOLATED, &device.tp_status, SHUNT_DEAD};
+  return {number,         kKindOf<Device>, device.ind,        &device.ibs, (device.status & SHUNT_OFF) != 0,
+          &device.status, SHUNT_ISOLATED,  &device.tp_status, SHUNT_DEAD};
 }
 
 }  // namespace dtsdb::internal

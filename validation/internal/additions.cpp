@@ -51,7 +51,7 @@ bool Additions::InsertNodes(Branch& branch, const QString& kv, const QString& zk
 /// Makes the two ends of branch `number` on its nodes, which are named `nd` and `znd`.
 template <class Branch>
 int Additions::InsertEnds(Branch& branch, int number, const QString& nd, const QString& znd) {
-  return InsertBranch(m_model, KindOf<typename BranchKind<Branch>::End>, EndsOf(branch, number, nd, znd));
+  return InsertBranch(m_model, kKindOf<typename BranchKind<Branch>::End>, EndsOf(branch, number, nd, znd));
 }
 
 // The administrative tree

@@ -37,7 +37,7 @@ constexpr Required<XF> kWindingRequired[] = {{&XF::nd, message::kNoHighNode},
 /// Makes the two ends of a branch and reports what is wrong with them.
 template <class Branch>
 Outcome InsertEnds(RowChecks& checks, const Branch& branch, const BranchEnds& ends, const Reason& full) {
-  const int result = InsertBranch(checks.model, KindOf<typename BranchKind<Branch>::End>, ends);
+  const int result = InsertBranch(checks.model, kKindOf<typename BranchKind<Branch>::End>, ends);
   return checks.Judge(branch, result, {full, kEndsFaults<Branch>});
 }
 

@@ -62,7 +62,7 @@ int InsertBranch(DTSDB& model, int kind, const BranchEnds& ends) {
   if (*ends.from.nodeNumber == *ends.to.nodeNumber) return INSERT_SAME_NODE;
   int result = INSERT_DONE;
   ForEachBranch([&]<class Branch>() {
-    if (kind != KindOf<typename BranchKind<Branch>::End>) return;
+    if (kind != kKindOf<typename BranchKind<Branch>::End>) return;
     const bool made = InsertEnd<Branch>(model, ends, false) && InsertEnd<Branch>(model, ends, true);
     result = made ? INSERT_DONE : INSERT_TABLE_FULL;
   });

@@ -62,7 +62,7 @@ bool CheckLine(RowChecks& checks, Line& line, int number) {
   if (!checks.IsLinked(line)) return true;
   const int district = TableOf<Row>(model).GetPh(line.*Relation<Row>::kOwn).idv;
 
-  const int result = InsertLine(model, KindOf<typename BranchKind<Line>::End>, line.st, line.zst,
+  const int result = InsertLine(model, kKindOf<typename BranchKind<Line>::End>, line.st, line.zst,
                                 EndsOf(line, number, line.nd, line.znd));
   outcome = checks.Judge(line, result, kEnds<Line>);
   if (outcome == Outcome::kGoOn) CheckLineEnds(checks, line, district);

@@ -37,7 +37,7 @@ class ValidationLog {
   /// Reports about a record.
   template <class Record>
   void Report(const Record& record, const Message& message) {
-    Report(KindOf<Record>, Record::kTableName, record.id, message);
+    Report(kKindOf<Record>, Record::kTableName, record.id, message);
   }
   /// Reports about the run.
   void Report(const Message& message) { Report(KIND_NONE, nullptr, QString(), message); }
