@@ -112,7 +112,8 @@ struct Difference {
 };
 
 /// What differs between the topologies of two models with the same records. The numbers of sections and islands don't
-/// count: a node's state is the first node of its section, whether it is live, and the first node of its island.
+/// count: a node's state is the first node of its section, whether it is live, and, where it is live in both, the first
+/// such node of its island.
 std::vector<Difference> CompareTopology(DTSDB& here, DTSDB& there);
 
 }  // namespace dtsdb::analysis
