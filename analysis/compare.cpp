@@ -52,28 +52,32 @@ void CompareEquipment(DTSDB& here, DTSDB& there, std::vector<Difference>& differ
       here, there, [](DTSDB& database, int i) { return internal::StateOf(TableOf<T>(database)[i]); }, differences);
 }
 
-/// The first node of the live island that each node lies in, by logical number; empty for none.
-std::vector<std::string> FirstOfIslands(DTSDB& database) {
+/// The live island of each node, by logical number; -1 for none.
+std::vector<int> IslandsOfNodes(DTSDB& database) {
   tTable<ND>& nodes = *database.m_ndTable;
-  std::map<int, std::string> firstOf;
-  std::vector<std::string> first;
+  std::vector<int> islands;
   for (int i = 0; i < nodes.GetCount(); ++i) {
     const int section = nodes[i].ibs;
     const bool known = section > 0 && section < database.m_bsTable->GetSize();
-    const int island = known ? database.m_bsTable->GetPh(section).island : -1;
-    first.push_back(island >= 0 ? firstOf.emplace(island, IdText(nodes[i].id)).first->second : "");
+    islands.push_back(known ? database.m_bsTable->GetPh(section).island : -1);
   }
-  return first;
+  return islands;
 }
 
-/// Nodes may be live in both results and yet lie in islands that are joined in the one and parted in the other.
+/// Adds the nodes that are live in both results, but in islands that are joined in the one and parted in the other.
 void CompareIslands(DTSDB& here, DTSDB& there, std::vector<Difference>& differences) {
-  const std::vector<std::string> a = FirstOfIslands(here);
-  const std::vector<std::string> b = FirstOfIslands(there);
+  const std::vector<int> a = IslandsOfNodes(here);
+  const std::vector<int> b = IslandsOfNodes(there);
+  tTable<ND>& nodes = *here.m_ndTable;
+  std::map<int, std::string> firstHere;  // node of each island
+  std::map<int, std::string> firstThere;
   for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
-    if (a[i].empty() || b[i].empty() || a[i] == b[i]) continue;
-    differences.push_back({ND::kTableName, IdText((*here.m_ndTable)[static_cast<int>(i)].id),
-                           "live, in the island of " + a[i], "live, in the island of " + b[i]});
+    if (a[i] < 0 || b[i] < 0) continue;
+    const std::string id = IdText(nodes[static_cast<int>(i)].id);
+    const std::string& first = firstHere.emplace(a[i], id).first->second;
+    const std::string& other = firstThere.emplace(b[i], id).first->second;
+    if (first == other) continue;
+    differences.push_back({ND::kTableName, id, "live, in the island of " + first, "live, in the island of " + other});
   }
 }
 

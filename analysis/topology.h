@@ -113,7 +113,7 @@ struct Difference {
 
 /// What differs between the topologies of two models that should have the same records. Another number of records is a
 /// difference without identity. The numbers of sections and islands don't count: a node's state is the first node of its
-/// section, whether it is live, and the first node of its island.
+/// section, whether it is live, and, where it is live in both, the first such node of its island.
 std::vector<Difference> CompareTopology(DTSDB& here, DTSDB& there);
 
 }  // namespace dtsdb::analysis

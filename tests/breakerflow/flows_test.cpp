@@ -115,7 +115,7 @@ TEST(Flows, NameBreakersWithTheirSetClassAndPower) {
   EXPECT_EQ(flows.sets[0].state, FlowSetState::kBalanced);
 }
 
-TEST(Flows, TellRefusedSetsFromThoseThatLackPower) {
+TEST(Flows, DistinguishRefusedSetsFromThoseThatLackPower) {
   SmallModel m;
   m.Breaker("a", 1, 2);
   m.Unit(1, 10);

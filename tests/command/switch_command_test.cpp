@@ -169,8 +169,10 @@ TEST_F(SwitchCommand, BreakerTakesItsZeroImpedanceBranchAlong) {
   EXPECT_EQ(report["events"][1]["event"], "out ZBR 甲阻");
   EXPECT_EQ(report["events"][1]["effect"], "with its breaker 甲开关");
   EXPECT_EQ(report["events"][3]["event"], "in ZBR 甲阻");
-  EXPECT_EQ(report["runs"][1]["live_islands"], 0);
-  EXPECT_EQ(report["runs"][2]["live_islands"], 1);
+  ASSERT_EQ(report["islands"].size(), 3U);
+  EXPECT_EQ(report["islands"][1]["nodes"], 1) << "the unit's alone";
+  EXPECT_EQ(report["islands"][2]["nodes"], 4);
+  EXPECT_TRUE(report["differences"].empty());
   EXPECT_TRUE(report["findings"].empty());
 }
 
