@@ -1,5 +1,5 @@
 /// \file
-/// A network model, wherever it is kept: opened, validated, copied and saved.
+/// A network model of any form: opened, validated, copied and saved.
 #pragma once
 
 #include <QList>
