@@ -60,7 +60,7 @@ TEST(Command, UnknownNamesGetTheNearestOnes) {
   EXPECT_EQ(UsageError("dump m CB --id 甲开管"), "dtsdb: table CB has no record '甲开管'; did you mean 甲开关?\n");
   EXPECT_EQ(UsageError("dump m --id 乙战220"), "dtsdb: m has no record '乙战220'; did you mean 乙站220 or 甲站220?\n");
   EXPECT_EQ(UsageError("topology m --format csv --sheet section"),
-            "dtsdb: there is no sheet 'section' in this result; it has islands, sections, contents, dead\n");
+            "dtsdb: there is no sheet 'section' in this result; it has islands, sections, contents, dead, findings\n");
 }
 
 TEST(Command, AnUnknownCommandGetsTheNearestOne) {
