@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # Debian packages that building, running and testing need.
 packages=(
-  g++ cmake ninja-build ccache
+  g++ cmake ninja-build ccache mold
   qt6-base-dev liblmdb-dev
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev
