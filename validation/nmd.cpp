@@ -31,7 +31,7 @@ NMD& NMD::operator=(const NMD& other) {
   PointToTables(other, *this);
   m_parts = std::make_unique<internal::ValidationParts>(&other.m_parts->model, m_logFile, m_log, m_lastError);
   m_parts->log.Continue(other.m_parts->log);
-  m_parts->lastError = other.m_parts->lastError;
+  m_parts->lastError.TakeCodeOf(other.m_parts->lastError);
   return *this;
 }
 

@@ -13,12 +13,11 @@ class LastError {
  public:
   explicit LastError(QString& text) : m_text(text) {}
   LastError(const LastError&) = delete;
-  /// Takes over the code; the text is the owner's.
-  LastError& operator=(const LastError& other) {
-    m_code = other.m_code;
-    return *this;
-  }
+  LastError& operator=(const LastError&) = delete;
   ~LastError() = default;
+
+  /// Takes over the code alone: the text is the owner's.
+  void TakeCodeOf(const LastError& other) { m_code = other.m_code; }
 
   /// Sets the code, and the text unless the reason has none. Always returns false.
   bool Set(const Reason& reason) {
