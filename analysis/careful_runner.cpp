@@ -130,9 +130,9 @@ Result<RunReport> CarefulRunner::RunIncrementally() {
 
 Result<RunReport> CarefulRunner::RunFull(RunReason reason, const std::string& cause) {
   m_needsFullRun = true;
-  m_database.m_tplTable->Clear();  // the log of an incremental run before
   m_leftOut.clear();
   if (m_rules == Rules::kCareful) {
+    m_database.m_tplTable->Clear();  // the log of an incremental run before
     const internal::BranchesLeftOut out(m_database);
     m_leftOut = out.Identities();
     m_needsFullRun = m_tp.tpAllnew() == 0;
