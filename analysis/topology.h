@@ -82,7 +82,7 @@ struct Dead {
 /// All that a topology run has worked out.
 struct Topology {
   std::vector<Island> islands;       ///< by number
-  std::vector<Section> sections;     ///< voltage level by voltage level
+  std::vector<Section> sections;     ///< those on which something stands, voltage level by voltage level
   std::vector<Node> nodes;           ///< in the order of the node table
   std::vector<Dead> dead;            ///< equipment, class by class; nodes are found in `nodes`
   QList<Finding> findings;           ///< breakers that disagree with the zero-impedance branch that they carry

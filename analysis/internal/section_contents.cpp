@@ -29,7 +29,10 @@ std::vector<Section> SectionContents::InRingOrder() {
   std::vector<Section> ring;
   if (m_database.m_globalTable->GetCount() == 0) return ring;
   const int head = (*m_database.m_globalTable)[0].bs_dead;
-  for (int n = Next(head); IsSection(n) && ring.size() < m_items.size(); n = Next(n)) ring.push_back(Describe(n));
+  std::size_t steps = 0;
+  for (int n = Next(head); IsSection(n) && steps < m_items.size(); n = Next(n), ++steps) {
+    if (!m_items[static_cast<std::size_t>(n)].empty()) ring.push_back(Describe(n));
+  }
   return ring;
 }
 

@@ -17,7 +17,8 @@ class SectionContents {
  public:
   explicit SectionContents(DTSDB& database);
 
-  /// The sections in use, voltage level by voltage level.
+  /// The sections on which something stands, voltage level by voltage level. A base section without nodes keeps its
+  /// number, but is left out.
   std::vector<Section> InRingOrder();
 
   bool IsSection(int number) const {

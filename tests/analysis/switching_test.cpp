@@ -39,6 +39,18 @@ class SwitchingTest : public testing::Test {
   ModelBuilder m;
 };
 
+TEST_F(SwitchingTest, BaseSectionWithoutNodesIsNoSection) {
+  m.Station("C").Kv("KC").Breaker("P", "KC", "e", "f");
+  m.Of<CB>("P").flags |= CB_OPEN;
+  ASSERT_TRUE(m.Validate());
+  const Topology topology = Begin().Now();
+  EXPECT_FALSE(topology.sections.empty());
+  for (const Section& section : topology.sections) {
+    EXPECT_NE(section.level, "KC");
+    EXPECT_FALSE(section.items.empty()) << section.number;
+  }
+}
+
 TEST_F(SwitchingTest, BreakerTakesItsZeroImpedanceBranchOutAndBack) {
   Switching session = Begin();
   const Result<Outcome> opened = session.Apply("open CB Q");
