@@ -1,14 +1,12 @@
 #include <fmt/format.h>
 
-#include "breakerflow/flows.h"
+#include "analysis/flows.h"
+#include "command/analysis_result.h"
 #include "command/commands.h"
 #include "command/flow_report.h"
-#include "command/validation_run.h"
 #include "formats/failure.h"
-#include "formats/model_io.h"
 #include "formats/realtime.h"
 #include "rtdb/volma_rtdb.h"
-#include "topology/tp.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -31,8 +29,6 @@ constexpr const char* kFooter =
     "  dtsdb flow grid.obj --format csv --sheet breakers\n"
     "  dtsdb flow rtdb:grid --delta 0.5 --store";
 
-bool HasTopology(DTSDB& model) { return IsMarkedGood(model) && model.m_bsTable->GetCount() > 0; }
-
 Flows ComputeInDatabase(const FlowOptions& options) {
   RealtimeDatabase database(options.model.Path(), options.store ? dbDatabase::dbAllAccess : dbDatabase::dbReadOnly);
   const int sections = dbCursor<bs>(database.Db()).select();
@@ -48,17 +44,10 @@ Flows ComputeInDatabase(const FlowOptions& options) {
   return flows;
 }
 
-/// Validates the model and works out its topology where it has none.
 Flows ComputeInTables(const FlowOptions& options) {
   if (options.store) throw Failure(kExitUsage, "--store needs a realtime database, as in rtdb:grid");
-  DTSDB model = LoadModel(options.model);
-  if (!HasTopology(model)) {
-    RequireGood(model, options.model);
-    if (TP(&model).tpAllnew() == 0) {
-      throw Failure(kExitFaults, options.model.Text() + ": the topology can't be worked out");
-    }
-  }
-  return ComputeFlows(model, options.settings);
+  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  return Take(analysis::WorkOutFlows(model, options.settings));
 }
 
 int Flow(const FlowOptions& options) {
