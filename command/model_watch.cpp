@@ -75,9 +75,9 @@ ModelWatch::Sum ModelWatch::SumOf() {
 
 std::vector<ModelWatch::Sum> ModelWatch::Sums() {
   const double begun = m_clock.steady();
-  // The input of the validation but measurements and states.
-  std::vector<Sum> sums{SumOf<CO>(), SumOf<DV>(), SumOf<ST>(), SumOf<KV>(), SumOf<BUS>(), SumOf<CB>(), SumOf<UN>(),
-                        SumOf<LD>(), SumOf<CP>(), SumOf<XF>(), SumOf<LN>(), SumOf<DLN>(), SumOf<ZBR>()};
+  // The input of the validation but measurements and states, and the nodes that it has found.
+  std::vector<Sum> sums{SumOf<CO>(), SumOf<DV>(), SumOf<ST>(), SumOf<KV>(), SumOf<BUS>(), SumOf<CB>(),  SumOf<UN>(),
+                        SumOf<LD>(), SumOf<CP>(), SumOf<XF>(), SumOf<LN>(), SumOf<DLN>(), SumOf<ZBR>(), SumOf<ND>()};
   const double ended = m_clock.steady();
   m_sumsDue = ended + kPause * (ended - begun);
   return sums;

@@ -46,6 +46,23 @@ int ChangedSectionCount(DTSDB& model) {
   return static_cast<int>(std::count_if(sections.begin(), sections.end(), [dead](int bs) { return bs > dead; }));
 }
 
+/// A Failure when the validation hasn't found the model good. A model that was written over a good one without
+/// validation leaves its mark, and has no nodes.
+void CheckModel(DTSDB& model) {
+  const std::string remedy = "; 'dtsdb validate' with the database as MODEL and as OUT does that";
+  if (!IsMarkedGood(model)) throw Failure(kExitFaults, "the model in the database is not marked good" + remedy);
+  const int nodes = model.m_ndTable->GetCount();
+  const auto hasNodes = [nodes](const CB& breaker) {
+    return std::min(breaker.ind, breaker.iznd) >= 0 && std::max(breaker.ind, breaker.iznd) < nodes;
+  };
+  for (int i = 0; i < model.m_cbTable->GetCount(); ++i) {
+    const CB& breaker = (*model.m_cbTable)[i];
+    if (hasNodes(breaker)) continue;
+    throw Failure(kExitFaults, fmt::format("the model in the database has to be validated: CB {} has no nodes{}",
+                                           IdText(breaker.id), remedy));
+  }
+}
+
 }  // namespace
 
 /// Reads the model as the watch notes it: in one transaction.
@@ -53,11 +70,7 @@ void TopologyTask::LoadModel() {
   m_watch.NoteModel();
   m_tp.tpReadFastdb(m_database.Db());
   m_database.Check();
-  if (!IsMarkedGood(m_model)) {
-    throw Failure(kExitFaults,
-                  "the model in the database is not marked good; 'dtsdb validate' with the database as "
-                  "MODEL and as OUT does that");
-  }
+  CheckModel(m_model);
   if (!m_options.indications) return;
   m_tp.tpReadStatus(m_database.Db());
   m_database.Db()->commit();
