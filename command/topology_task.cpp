@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <QDateTime>
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -10,12 +9,9 @@
 #include <utility>
 
 #include "command/analysis_result.h"
-#include "command/render.h"
 #include "command/validation_run.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
-#include "formats/messages.h"
-#include "formats/text_layout.h"
 #include "script/switch_events.h"
 #include "topology/component_types.h"
 
@@ -34,11 +30,6 @@ class Stopwatch {
   std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
 };
 
-void Log(const std::string& line) {
-  const std::string time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
-  WriteResult(Format::kText, time + " " + OneLine(line) + "\n");
-}
-
 /// The number of sections that the last run has changed: those that nodes or equipment left or came to, and those that
 /// became live or dead.
 int ChangedSectionCount(DTSDB& model) {
@@ -55,67 +46,87 @@ int ChangedSectionCount(DTSDB& model) {
   return static_cast<int>(std::count_if(sections.begin(), sections.end(), [dead](int bs) { return bs > dead; }));
 }
 
+/// A Failure when the validation hasn't found the model good. A model that was written over a good one without
+/// validation leaves its mark, and has no nodes.
+void CheckModel(DTSDB& model) {
+  const std::string remedy = "; 'dtsdb validate' with the database as MODEL and as OUT does that";
+  if (!IsMarkedGood(model)) throw Failure(kExitFaults, "the model in the database is not marked good" + remedy);
+  const int nodes = model.m_ndTable->GetCount();
+  const auto hasNodes = [nodes](const CB& breaker) {
+    return std::min(breaker.ind, breaker.iznd) >= 0 && std::max(breaker.ind, breaker.iznd) < nodes;
+  };
+  for (int i = 0; i < model.m_cbTable->GetCount(); ++i) {
+    const CB& breaker = (*model.m_cbTable)[i];
+    if (hasNodes(breaker)) continue;
+    throw Failure(kExitFaults, fmt::format("the model in the database has to be validated: CB {} has no nodes{}",
+                                           IdText(breaker.id), remedy));
+  }
+}
+
 }  // namespace
+
+/// Reads the model as the watch notes it: in one transaction.
+void TopologyTask::LoadModel() {
+  m_watch.NoteModel();
+  m_tp.tpReadFastdb(m_database.Db());
+  m_database.Check();
+  CheckModel(m_model);
+  if (!m_options.indications) return;
+  m_tp.tpReadStatus(m_database.Db());
+  m_database.Db()->commit();
+}
 
 void TopologyTask::Start() {
   Stopwatch watch;
-  m_tp.tpReadFastdb(m_database.Db());
-  m_database.Check();
-  if (!IsMarkedGood(m_model)) {
-    throw Failure(kExitFaults,
-                  "the model in the database is not marked good; 'dtsdb validate' with the database as "
-                  "MODEL and as OUT does that");
-  }
-  if (m_options.indications) {
-    m_tp.tpReadStatus(m_database.Db());
-    m_database.Db()->commit();
-  }
+  LoadModel();
   const GLOBAL& global = (*m_model.m_globalTable)[0];
-  m_window.emplace(std::max(global.u1, global.time), m_clock);
+  const u32 lastRun = std::max(global.u1, global.time);
   analysis::Result<analysis::RunReport> run = m_runner.RunFull();
   if (!run) throw Failure(kExitFaults, "the model in the database: " + run.error().message);
   const double worked = watch.Lap();
-  m_tp.tpWriteFastdb(m_database.Db());
-  m_database.Check();
-  Log(fmt::format("start: full run, {}, {:.1f} ms, stored in {:.1f} ms",
-                  Counted(m_model.m_islandTable->GetCount(), "live island"), worked, watch.Lap()));
+  if (!Store(Extent::kAll)) return;
+  m_window.emplace(lastRun, m_clock);
+  m_log.Start(m_model.m_islandTable->GetCount(), worked, watch.Lap());
   ReportFindings(*run);
 }
 
-void TopologyTask::Look() {
+bool TopologyTask::Look() {
+  m_replaced = m_replaced || m_watch.HasChanged();
+  m_database.Check();
+  if (m_replaced) return false;
+  if (!m_window) return true;
   TraceWindow::Taken taken = m_window->Look(m_reader);
   m_database.Check();
-  if (taken.fresh.empty()) return;
-  const auto now = static_cast<std::int64_t>(m_clock.day());
-  for (const TPTRACE& row : taken.ahead) {
-    WriteMessage(fmt::format("trace row {}: {} is stamped {} s ahead of the clock; it counts as of now", row.id,
-                             Quoted(IdText(row.name)), row.time - now));
-  }
-  ApplyInOrder(taken.holding);
-  std::vector<TPTRACE>& fresh = taken.fresh;
-  for (TPTRACE& row : fresh) {
-    row.n1 = NumberOf(row);
-    if (row.n1 != -1) continue;
-    WriteMessage(fmt::format("trace row {}: there is no {}", row.id, Quoted(IdText(row.name))));
-  }
+  if (!taken.fresh.empty()) FollowUp(std::move(taken));
+  return !m_replaced;
+}
 
-  const int count = static_cast<int>(fresh.size());
-  m_model.m_tptraceTable->SetData(fresh.data(), count, false);
+void TopologyTask::FollowUp(TraceWindow::Taken taken) {
+  ApplyInOrder(taken.holding);
+  for (TPTRACE& row : taken.fresh) row.n1 = NumberOf(row);
+  ReportRows(taken);
+  const int count = static_cast<int>(taken.fresh.size());
+  m_model.m_tptraceTable->SetData(taken.fresh.data(), count, false);
   ++m_run;
   Stopwatch watch;
   const analysis::Result<analysis::RunReport> run = m_runner.Run();
   const double worked = watch.Lap();
-  Store(run);
-  const double stored = watch.Lap();
-  const bool incremental = run && run->kind == analysis::RunKind::kIncremental;
-  const bool logged = incremental && m_tp.tpGetStartNo() != -1;
-  const std::string log = logged ? fmt::format("log {}..{}", m_tp.tpGetStartNo(), m_tp.tpGetEndNo()) : "no log";
-  const int sections = incremental ? ChangedSectionCount(m_model) : 0;
-  Log(fmt::format("run {}: {}, {}, {}, {} changed, {}, {:.1f} ms, stored in {:.1f} ms", m_run,
-                  run ? run->Text() : "failed", Counted(count, "row"), Counted(m_tp.getChangedKVCount(), "level"),
-                  Counted(sections, "section"), log, worked, stored));
+  if (!StoreRun(run)) return;
+  ReportRun(run, count, worked, watch.Lap());
   if (run) ReportFindings(*run);
   if (m_options.verify) Verify();
+}
+
+void TopologyTask::ReportRows(const TraceWindow::Taken& taken) {
+  const auto now = static_cast<std::int64_t>(m_clock.day());
+  for (const TPTRACE& row : taken.ahead) {
+    m_log.Message(fmt::format("trace row {}: {} is stamped {} s ahead of the clock; it counts as of now", row.id,
+                              Quoted(IdText(row.name)), row.time - now));
+  }
+  for (const TPTRACE& row : taken.fresh) {
+    if (row.n1 != -1) continue;
+    m_log.Message(fmt::format("trace row {}: there is no {}", row.id, Quoted(IdText(row.name))));
+  }
 }
 
 /// The number of the row's component, -1 where it isn't there. The topology passes over a type that stands for no
@@ -134,44 +145,68 @@ void TopologyTask::ApplyInOrder(const std::vector<TPTRACE>& rows) {
 }
 
 /// Stores what a run has left. Nothing of one that failed: other programs keep the last good result.
-void TopologyTask::Store(const analysis::Result<analysis::RunReport>& run) {
+bool TopologyTask::StoreRun(const analysis::Result<analysis::RunReport>& run) {
   if (!run) {
-    WriteMessage(fmt::format("run {}: {}; nothing is stored", m_run, run.error().message));
+    m_log.Message(run.error().message + "; nothing is stored", m_run);
     m_good = false;
-    return;
+    return true;
   }
-  if (run->kind == analysis::RunKind::kNothing) return;
-  if (run->kind == analysis::RunKind::kIncremental) {
+  if (run->kind == analysis::RunKind::kNothing) return true;
+  if (run->kind == analysis::RunKind::kIncremental) return Store(Extent::kChanges);
+  if (run->reason == analysis::RunReason::kIncrementalFailed) {
+    m_log.Message("the incremental run failed; a full run has taken its place", m_run);
+  }
+  return Store(Extent::kAll);
+}
+
+bool TopologyTask::Store(Extent extent) {
+  m_replaced = !m_watch.BeginStoring();
+  m_database.Check();
+  if (m_replaced) return false;
+  if (extent == Extent::kAll) {
+    m_tp.tpWriteFastdb(m_database.Db());
+  } else {
     m_model.WriteGLOBALToFastdb(m_database.Db());  // the time from which a task that starts later reads the trace
     m_tp.tpWriteChangedData(m_database.Db());
-  } else {
-    if (run->reason == analysis::RunReason::kIncrementalFailed) {
-      WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
-    }
-    m_tp.tpWriteFastdb(m_database.Db());
   }
   m_database.Check();
+  m_watch.NoteStored((*m_model.m_globalTable)[0]);
+  return true;
+}
+
+void TopologyTask::ReportRun(const analysis::Result<analysis::RunReport>& run, int rows, double worked, double stored) {
+  RunLine line;
+  line.run = m_run;
+  line.report = run ? &*run : nullptr;
+  line.rows = rows;
+  line.levels = m_tp.getChangedKVCount();
+  line.worked = worked;
+  line.stored = stored;
+  if (run && run->kind == analysis::RunKind::kIncremental) {
+    line.sections = ChangedSectionCount(m_model);
+    line.logFirst = m_tp.tpGetStartNo();
+    line.logLast = m_tp.tpGetEndNo();
+  }
+  m_log.Run(line);
 }
 
 /// Reports what a run has found out and done besides, a line each; of the findings those that are new.
 void TopologyTask::ReportFindings(const analysis::RunReport& run) {
-  for (const auto& [branch, breaker, on] : run.followed) {
-    Log(fmt::format("run {}: ZBR {} {} with its breaker {}", m_run, branch, on ? "in" : "out", breaker));
-  }
+  for (const analysis::FollowedBranch& followed : run.followed) m_log.Followed(m_run, followed);
   std::set<std::string> texts;
   for (const std::string& branch : run.leftOut)
     texts.insert(fmt::format("ZBR {} is {}", branch, analysis::kWhyLeftOut));
   for (const Finding& finding : run.findings) texts.insert(finding.text.toStdString());
   for (const std::string& text : texts) {
-    if (!m_known.contains(text)) WriteMessage(fmt::format("run {}: {}", m_run, text));
+    if (!m_known.contains(text)) m_log.Message(text, m_run);
   }
   m_known = std::move(texts);
 }
 
 void TopologyTask::Verify() {
-  for (const auto& [table, identity, here, there] : analysis::CompareWithFullRun(m_model, m_runner.WhichRules())) {
+  for (const analysis::Difference& difference : analysis::CompareWithFullRun(m_model, m_runner.WhichRules())) {
     m_good = false;
-    Log(fmt::format("run {} differs from a full one: {} {}: {}; full run: {}", m_run, table, identity, here, there));
+    m_log.Differs(m_run, difference);
   }
 }
 
