@@ -8,9 +8,8 @@ namespace dtsdb::tools {
 
 /// The right to be the topology task of a database, as long as this lives.
 ///
-/// It is a lock of the system on the database's file, which goes with the process however that ends, and doesn't stand in
-/// the way of a new database under the same name. The file DATABASE-task beside it contains the number of the process
-/// that had the lock last, and stays.
+/// It is a lock of the system on the file DATABASE-task beside the database, which goes with the process however that
+/// ends. The file contains the number of the process that had the lock last, and stays.
 class TaskLock {
  public:
   /// `database` is the name of an existing database. Throws Failure when another process is its task, with that
