@@ -3,13 +3,15 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <charconv>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 #include "formats/failure.h"
 #include "formats/files.h"
@@ -22,6 +24,36 @@ namespace {
 
 constexpr mode_t kFileMode = 0664;
 
+/// What a lock file contains.
+struct Holder {
+  long process = 0;
+  unsigned long device = 0;  ///< of its database
+  unsigned long inode = 0;
+};
+
+/// The database, kept from the other tasks that want its lock as long as this lives: the contents of the lock file are
+/// then those of whoever has its lock.
+class GuardedDatabase {
+ public:
+  explicit GuardedDatabase(const std::string& file) : m_file(::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (m_file == -1 || ::flock(m_file, LOCK_EX) != 0 || ::fstat(m_file, &m_about) != 0) {
+      const int error = errno;
+      if (m_file != -1) ::close(m_file);
+      RefuseFile(file, std::strerror(error));
+    }
+  }
+  GuardedDatabase(const GuardedDatabase&) = delete;
+  GuardedDatabase& operator=(const GuardedDatabase&) = delete;
+  ~GuardedDatabase() { ::close(m_file); }
+
+  Holder ThisProcess() const { return {::getpid(), m_about.st_dev, m_about.st_ino}; }
+  bool IsOf(const Holder& holder) const { return holder.device == m_about.st_dev && holder.inode == m_about.st_ino; }
+
+ private:
+  int m_file;
+  struct stat m_about {};
+};
+
 /// The file itself, whatever link leads to it: one database has one lock.
 std::string LockFileOf(const std::string& file) {
   std::error_code error;
@@ -29,37 +61,56 @@ std::string LockFileOf(const std::string& file) {
   return (error ? file : path.string()) + "-task";
 }
 
-/// The number in a lock file; 0 for a moment, until the process that has just taken the lock has written its own.
-long HolderIn(int file) {
-  std::array<char, 32> text{};
-  const ssize_t length = ::pread(file, text.data(), text.size(), 0);
-  long number = 0;
-  if (length > 0) std::from_chars(text.data(), text.data() + length, number);
-  return number;
+int OpenLockFile(const std::string& path) {
+  const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
+  if (file == -1) RefuseFile(path, std::strerror(errno));
+  return file;
 }
 
-/// False when the file can't take it.
-bool WriteOwnNumber(int file) {
-  const std::string text = fmt::format("{}\n", ::getpid());
-  errno = EIO;
-  return ::ftruncate(file, 0) == 0 && ::pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
+Holder HolderIn(int file) {
+  std::array<char, 128> text{};
+  Holder holder;
+  const bool read = ::pread(file, text.data(), text.size() - 1, 0) > 0;
+  const bool whole =
+      read && std::sscanf(text.data(), "%ld %lu %lu", &holder.process, &holder.device, &holder.inode) == 3;
+  return whole ? holder : Holder();
 }
+
+/// 0 or an error number.
+int Write(int file, const Holder& holder) {
+  const std::string text = fmt::format("{} {} {}\n", holder.process, holder.device, holder.inode);
+  errno = EIO;
+  const bool written =
+      ::ftruncate(file, 0) == 0 && ::pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
+  return written ? 0 : errno;
+}
+
+/// Takes the lock of an open lock file. 0 or an error number.
+int Take(int file) { return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno; }
 
 }  // namespace
 
 TaskLock::TaskLock(const std::string& database) {
   const std::string file = rtdb::FileOf(database);
   const std::string path = LockFileOf(file);
-  m_file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
-  if (m_file == -1) RefuseFile(path, std::strerror(errno));
-  if (::flock(m_file, LOCK_EX | LOCK_NB) == 0 && WriteOwnNumber(m_file)) return;
-  const int error = errno;
-  const long holder = HolderIn(m_file);
+  const GuardedDatabase guarded(file);
+  m_file = OpenLockFile(path);
+  int error = Take(m_file);
+  const Holder holder = HolderIn(m_file);
+  if (error == EWOULDBLOCK && !guarded.IsOf(holder)) {
+    // The task of a database that stood here before. It keeps the lock of its file, which loses its name.
+    ::close(m_file);
+    ::unlink(path.c_str());
+    m_file = OpenLockFile(path);
+    error = Take(m_file);
+  }
+  if (error == 0) error = Write(m_file, guarded.ThisProcess());
+  if (error == 0) return;
   ::close(m_file);
   if (error != EWOULDBLOCK) RefuseFile(path, std::strerror(error));
-  RefuseFile(file, fmt::format("{} runs its topology task already; end that one first, or send it SIGHUP to have the "
-                               "model read again",
-                               holder > 0 ? fmt::format("process {}", holder) : "another process"));
+  RefuseFile(file, fmt::format("process {} runs its topology task already; end that one first, or send it SIGHUP to "
+                               "have the model read again",
+                               holder.process));
 }
 
 TaskLock::~TaskLock() { ::close(m_file); }
