@@ -48,8 +48,13 @@ class RunningTask {
     const std::string line = WholeLine(milliseconds);
     return line.substr(std::min(line.find(' ') + 1, line.size()));
   }
+  /// Its process; 0 once it has ended.
   long Number() const { return static_cast<long>(m_process.processId()); }
-  void Signal(int signal) { ::kill(static_cast<pid_t>(m_process.processId()), signal); }
+  void Signal(int signal) {
+    const auto number = static_cast<pid_t>(m_process.processId());
+    ASSERT_GT(number, 0) << "it has ended: " << Messages();  // number 0 would be everyone in the group
+    ASSERT_EQ(::kill(number, signal), 0);
+  }
   /// The exit code, -1 when it doesn't end by itself.
   int End() {
     m_process.waitForFinished(30000);
