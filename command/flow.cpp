@@ -1,14 +1,17 @@
 #include <fmt/format.h>
 
+#include "analysis/model.h"
+#include "analysis/topology.h"
 #include "breakerflow/flows.h"
+#include "command/analysis_result.h"
 #include "command/commands.h"
+#include "command/finding_report.h"
 #include "command/flow_report.h"
-#include "command/validation_run.h"
+#include "command/place_filter.h"
 #include "formats/failure.h"
 #include "formats/model_io.h"
 #include "formats/realtime.h"
 #include "rtdb/volma_rtdb.h"
-#include "topology/tp.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -16,6 +19,7 @@ namespace {
 struct FlowOptions {
   ModelName model;
   std::string sheet;
+  Place place;
   FlowSettings settings;
   bool store = false;
   Format format = Format::kText;
@@ -31,9 +35,11 @@ constexpr const char* kFooter =
     "  dtsdb flow grid.obj --format csv --sheet breakers\n"
     "  dtsdb flow rtdb:grid --delta 0.5 --store";
 
-bool HasTopology(DTSDB& model) { return IsMarkedGood(model) && model.m_bsTable->GetCount() > 0; }
+bool HasTopology(const analysis::Model& model) { return model.IsGood() && model.Tables().m_bsTable->GetCount() > 0; }
 
 Flows ComputeInDatabase(const FlowOptions& options) {
+  DTSDB model = options.place.IsEmpty() ? DTSDB() : LoadModel(options.model);
+  const PlaceFilter filter(options.place, model);
   RealtimeDatabase database(options.model.Path(), options.store ? dbDatabase::dbAllAccess : dbDatabase::dbReadOnly);
   const int sections = dbCursor<bs>(database.Db()).select();
   database.Check();
@@ -45,20 +51,22 @@ Flows ComputeInDatabase(const FlowOptions& options) {
   database.Check();
   if (options.store) StoreFlows(database.Db(), flows);
   database.Check();
+  filter.Restrict(flows);
   return flows;
 }
 
 /// Validates the model and works out its topology where it has none.
 Flows ComputeInTables(const FlowOptions& options) {
   if (options.store) throw Failure(kExitUsage, "--store needs a realtime database, as in rtdb:grid");
-  DTSDB model = LoadModel(options.model);
+  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  const PlaceFilter filter(options.place, model.Tables());
   if (!HasTopology(model)) {
-    RequireGood(model, options.model);
-    if (TP(&model).tpAllnew() == 0) {
-      throw Failure(kExitFaults, options.model.Text() + ": the topology can't be worked out");
-    }
+    Take(model.RequireGood(LocaleLanguage()));
+    Take(analysis::WorkOutTopology(model));
   }
-  return ComputeFlows(model, options.settings);
+  Flows flows = ComputeFlows(model.Tables(), options.settings);
+  filter.Restrict(flows);
+  return flows;
 }
 
 int Flow(const FlowOptions& options) {
@@ -77,6 +85,7 @@ void AddFlow(CommandLine& app, Action& action) {
         command.Add("--delta", options.settings.tolerance, "Tolerance of a set's balance, MW and Mvar (0.01)")
             .Shown("MW");
         command.AddFlag("--store", options.store, "Write the flows into the realtime database");
+        AddPlaceOptions(command, options.place);
         AddSheetOption(command, options.sheet, "sets or breakers");
         AddLogOption(command, "the breaker flow and, where the model needs one, the validation");
         AddFormatOption(command, options.format);
