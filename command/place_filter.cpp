@@ -97,6 +97,7 @@ QString Known(DTSDB& database, const std::string& name) {
   const auto id = IdFromText(QString::fromStdString(text));
   if (id && table.Find(T(*id)) != -1) return *id;
   std::vector<std::string> known;
+  known.reserve(static_cast<std::size_t>(table.GetCount()));
   for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
   throw Failure(kExitUsage,
                 fmt::format("table {} has no record {}{}", T::kTableName, Quoted(text), DidYouMean(text, known)));
