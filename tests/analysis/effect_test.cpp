@@ -178,7 +178,8 @@ class WayBackTest : public EffectTest {
     ASSERT_TRUE(session.Apply(read).has_value());
     EXPECT_TRUE(CompareTopology(m.Db(), before->Tables()).empty());
     ExpectStates<CB>(before->Tables(), &CB::flags);
-    ExpectStates<UN>(before->Tables(), &UN::status, SHUNT_OFF | SHUNT_ISOLATED);  // a chosen reference stays
+    ExpectStates<UN>(before->Tables(), &UN::status,
+                     SHUNT_OFF | SHUNT_ISOLATED);  // the mark of a reference goes by the runs
     ExpectStates<LD>(before->Tables(), &LD::status);
     ExpectStates<LN>(before->Tables(), &LN::status);
     ExpectStates<ZBR>(before->Tables(), &ZBR::status);

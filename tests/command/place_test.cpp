@@ -125,7 +125,8 @@ TEST_F(PlaceTest, LevelOfAnotherStationIsRefused) {
 }
 
 TEST_F(PlaceTest, RecordElsewhereIsNotFoundInThePlace) {
-  EXPECT_EQ(Refusal("dump m CB --id 甲开关 --kv 乙站220"), "dtsdb: table CB has no record '甲开关' at this place\n");
+  EXPECT_EQ(Refusal("dump m CB --id 甲开关 --kv 乙站220"),
+            "dtsdb: table CB has no record '甲开关' at this place; did you mean 乙开关?\n");
 }
 
 }  // namespace

@@ -234,7 +234,8 @@ TEST_F(SwitchCommand, EndsWithWhatLostAndRegainedSupply) {
 
 TEST_F(SwitchCommand, UndoLeadsBack) {
   here.Write("m/ZBR.csv", "id,cb\n甲阻,甲开关\n");
-  EXPECT_EQ(here.Run("topology m -o before.obj").code, 0);
+  EXPECT_EQ(here.Run("topology m -o first.obj").code, 0);
+  EXPECT_EQ(here.Run("topology first.obj -o before.obj").code, 0) << "its reference is no longer a newly chosen one";
   EXPECT_EQ(
       here.Run("switch before.obj open CB 甲开关 off UN 甲机 break LN 甲乙线 to -o after.obj --undo back.txt").code, 0);
   EXPECT_TRUE(here.Read("back.txt").ends_with("\nclose CB 甲开关\non UN 甲机\njoin LN 甲乙线 to\n"))
