@@ -2,6 +2,7 @@
 #include <map>
 
 #include "analysis/internal/equipment_state.h"
+#include "analysis/internal/points.h"
 #include "analysis/topology.h"
 #include "formats/field_text.h"
 #include "formats/text_layout.h"
@@ -52,22 +53,10 @@ void CompareEquipment(DTSDB& here, DTSDB& there, std::vector<Difference>& differ
       here, there, [](DTSDB& database, int i) { return internal::StateOf(TableOf<T>(database)[i]); }, differences);
 }
 
-/// The live island of each node, by logical number; -1 for none.
-std::vector<int> IslandsOfNodes(DTSDB& database) {
-  tTable<ND>& nodes = *database.m_ndTable;
-  std::vector<int> islands;
-  for (int i = 0; i < nodes.GetCount(); ++i) {
-    const int section = nodes[i].ibs;
-    const bool known = section > 0 && section < database.m_bsTable->GetSize();
-    islands.push_back(known ? database.m_bsTable->GetPh(section).island : -1);
-  }
-  return islands;
-}
-
 /// Adds the nodes that are live in both results, but in islands that are joined in the one and parted in the other.
 void CompareIslands(DTSDB& here, DTSDB& there, std::vector<Difference>& differences) {
-  const std::vector<int> a = IslandsOfNodes(here);
-  const std::vector<int> b = IslandsOfNodes(there);
+  const std::vector<int> a = internal::IslandsOfNodes(here);
+  const std::vector<int> b = internal::IslandsOfNodes(there);
   tTable<ND>& nodes = *here.m_ndTable;
   std::map<int, std::string> firstHere;  // node of each island
   std::map<int, std::string> firstThere;

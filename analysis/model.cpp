@@ -44,13 +44,15 @@ Result<void> Model::Save(const std::string& name) {
   });
 }
 
-Result<Validation> Model::Validate() {
+Result<Validation> Model::Validate(Language language) {
   return internal::Guarded(m_name, [&]() -> Result<Validation> {
     NMD nmd(m_tables.get(), SinkOrNothing());
     if (!nmd.DetectAll()) {
-      const std::string reason = nmd.GetLastError().trimmed().toStdString();
-      return tl::unexpected(
-          Error{ErrorCode::kFaultyModel, m_name + ": the validation can't be finished: " + reason, m_name});
+      const MessageInfo& reason = *FindMessage(nmd.LastErrorCode());
+      const std::string text = QString::fromUtf8(reason.Text(language)).trimmed().toStdString();
+      return tl::unexpected(Error{
+          ErrorCode::kFaultyModel,
+          fmt::format("{}: the validation can't be finished: {}; {}", m_name, text, reason.Remedy(language)), m_name});
     }
     const QList<Finding>& findings = nmd.Findings();
     return Validation{IsGood(), CountOf(findings, Severity::kError), CountOf(findings, Severity::kWarning), findings};
@@ -61,9 +63,9 @@ bool Model::IsGood() const {
   return m_tables->m_globalTable->GetCount() > 0 && (*m_tables->m_globalTable)[0].valid != 0;
 }
 
-Result<void> Model::RequireGood() {
+Result<void> Model::RequireGood(Language language) {
   if (IsGood()) return {};
-  const Result<Validation> found = Validate();
+  const Result<Validation> found = Validate(language);
   if (!found) return tl::unexpected(found.error());
   if (found->good) return {};
   return tl::unexpected(Error{ErrorCode::kFaultyModel,

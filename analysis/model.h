@@ -9,6 +9,7 @@
 #include "analysis/error.h"
 #include "model/dtsdb.h"
 #include "validation/finding.h"
+#include "validation/message_catalog.h"
 
 namespace dtsdb::analysis {
 
@@ -33,14 +34,15 @@ class Model {
   /// file, to one without a folder of text tables. A failure leaves what stood there.
   Result<void> Save(const std::string& name);
 
-  /// Checks every record and builds what the topology works on. A model with errors is a result, no Error.
-  Result<Validation> Validate();
+  /// Checks every record and builds what the topology works on. A model with errors is a result, no Error. What keeps
+  /// a validation from being finished is described in `language`.
+  Result<Validation> Validate(Language language = Language::kEnglish);
 
   /// True when the last validation found no error.
   bool IsGood() const;
 
   /// Validates the model unless it is good already. An Error when it has errors.
-  Result<void> RequireGood();
+  Result<void> RequireGood(Language language = Language::kEnglish);
 
   /// A model of its own with all records and all numbering of this one.
   Result<Model> Copy() const;

@@ -5,10 +5,12 @@
 #include <utility>
 
 #include "analysis/internal/guard.h"
+#include "analysis/internal/way_back.h"
 #include "formats/field_text.h"
 #include "model/table_info.h"
 #include "script/script_lines.h"
 #include "script/switch_events.h"
+#include "script/switch_script.h"
 
 namespace dtsdb::analysis {
 namespace {
@@ -57,9 +59,14 @@ Result<SwitchEvent> ParseEvent(const std::string& words) {
 
 std::string EventText(const SwitchEvent& event) { return tools::SwitchEventText(event); }
 
+Result<std::string> ScriptOf(const std::vector<SwitchEvent>& events) {
+  return internal::Guarded("", [&]() -> Result<std::string> { return tools::SwitchScriptText(events); });
+}
+
 /// What a session works on: the TP and its runner need the model at one place.
 struct Switching::Session {
-  Session(const Model& target, Rules rules) : model(target), runner(model.Tables(), tp, rules) {}
+  Session(const Model& target, Rules rules)
+      : model(target), runner(model.Tables(), tp, rules), statesAtFirst(model.Tables()) {}
 
   Outcome OutcomeOf(RunReport run) {
     Outcome outcome;
@@ -84,6 +91,8 @@ struct Switching::Session {
   TP tp{&model.Tables()};
   CarefulRunner runner;
   Outcome first;
+  Supply supplyAtFirst;
+  internal::SwitchStates statesAtFirst;
 };
 
 Switching::Switching(std::unique_ptr<Session> session) : m_session(std::move(session)) {}
@@ -100,6 +109,7 @@ Result<Switching> Switching::Begin(const Model& model, Rules rules) {
     Result<Outcome> first = session.Finish(session.runner.RunFull());
     if (!first) return tl::unexpected(first.error());
     session.first = std::move(*first);
+    session.supplyAtFirst = DescribeSupply(target.Tables());
     return switching;
   });
 }
@@ -139,6 +149,15 @@ Result<Outcome> Switching::Apply(const std::string& words) {
 
 Topology Switching::Now() const { return DescribeTopology(m_session->model.Tables()); }
 
+Effect Switching::EffectSoFar() const {
+  return EffectOf(m_session->supplyAtFirst, DescribeSupply(m_session->model.Tables()));
+}
+
+std::vector<SwitchEvent> Switching::WayBack() const {
+  const bool followsBreakers = m_session->runner.WhichRules() == Rules::kCareful;
+  return m_session->statesAtFirst.EventsBack(m_session->model.Tables(), followsBreakers);
+}
+
 std::vector<Difference> Switching::CompareWithFullRun() const {
   return analysis::CompareWithFullRun(m_session->model.Tables(), m_session->runner.WhichRules());
 }
@@ -154,7 +173,8 @@ Result<WhatIf> TryOut(const Model& model, const std::vector<SwitchEvent>& events
   if (!before || !after) return tl::unexpected((before ? after : before).error());
   Result<Outcome> outcome = after->Apply(events);
   if (!outcome) return tl::unexpected(outcome.error());
-  return WhatIf{std::move(*outcome), after->Now(), CompareTopology(without->Tables(), with->Tables())};
+  return WhatIf{std::move(*outcome), after->Now(), after->EffectSoFar(),
+                CompareTopology(without->Tables(), with->Tables())};
 }
 
 }  // namespace dtsdb::analysis

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analysis/careful_runner.h"
+#include "analysis/effect.h"
 #include "analysis/error.h"
 #include "analysis/model.h"
 #include "analysis/topology.h"
@@ -19,6 +20,10 @@ Result<SwitchEvent> ParseEvent(const std::string& words);
 
 /// The words of an event.
 std::string EventText(const SwitchEvent& event);
+
+/// Events as a script for `dtsdb switch`, one a line. An Error when an identity can't stand in one: it has a line feed,
+/// or bytes that are no valid GBK.
+Result<std::string> ScriptOf(const std::vector<SwitchEvent>& events);
 
 /// A row of the log of an incremental run; docs/topology.md has the meanings.
 struct LogRow {
@@ -68,6 +73,10 @@ class Switching {
 
   /// The topology as it now is.
   Topology Now() const;
+  /// What all runs since Begin have done together.
+  Effect EffectSoFar() const;
+  /// The events, for one run by the same rules, that bring all components back into the states that they had at Begin.
+  std::vector<SwitchEvent> WayBack() const;
   /// What differs from a full run, which is made on a copy; nothing, unless the rules are kAsIs.
   std::vector<Difference> CompareWithFullRun() const;
 
@@ -88,6 +97,7 @@ class Switching {
 struct WhatIf {
   Outcome outcome;
   Topology topology;                ///< as it would be
+  Effect effect;                    ///< on the supply
   std::vector<Difference> changes;  ///< `here` without, `there` with the events
 };
 

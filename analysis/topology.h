@@ -89,7 +89,9 @@ struct Topology {
   std::vector<std::string> leftOut;  ///< zero-impedance branches that were taken as out of service
 };
 
-/// Why a branch is left out, for people.
+/// The code of the message on a branch that is left out; FindMessage has the texts.
+inline constexpr const char* kLeftOutCode = "TOPOLOGY_ZBR_LEFT_OUT";
+/// Its English text.
 inline constexpr const char* kWhyLeftOut =
     "taken as out of service: with its to end alone open the rules give no topology";
 
@@ -112,8 +114,8 @@ struct Difference {
 };
 
 /// What differs between the topologies of two models that should have the same records. Another number of records is a
-/// difference without identity. The numbers of sections and islands don't count: a node's state is the first node of its
-/// section, whether it is live, and, where it is live in both, the first such node of its island.
+/// difference without identity. The numbers of sections and islands don't count: a node's state is the first node of
+/// its section, whether it is live, and, where it is live in both, the first such node of its island.
 std::vector<Difference> CompareTopology(DTSDB& here, DTSDB& there);
 
 }  // namespace dtsdb::analysis

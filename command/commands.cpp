@@ -146,6 +146,10 @@ void AddExitCodes(CommandLine& command, const std::string& good, const std::stri
   command.AddToFooter("\n\nExit codes: 0 " + good + second + ", 2 wrong usage, 3 a file can't be read or written.");
 }
 
+void AddPathOption(CommandLine& command, const std::string& name, std::string& path, const std::string& what) {
+  RequirePath(command.Add(name, path, what).Shown("FILE"));
+}
+
 Parameter AddOutputOption(CommandLine& command, ModelName& output, const std::string& what) {
   return RequirePath(AddModel(command, output, "-o,--output", what).Shown("OUT"));
 }

@@ -58,6 +58,8 @@ void AddSheetOption(CommandLine& command, std::string& sheet, const std::string&
 void AddLogOption(CommandLine& command, const std::string& what);
 /// Ends the help of `command` with its exit codes: what 0 and, for a command that has it, 1 mean.
 void AddExitCodes(CommandLine& command, const std::string& good, const std::string& faults = "");
+/// An option that takes the path of a FILE to be written.
+void AddPathOption(CommandLine& command, const std::string& name, std::string& path, const std::string& what);
 /// The option -o OUT, a model to be written.
 Parameter AddOutputOption(CommandLine& command, ModelName& output, const std::string& what);
 /// The argument OUT.

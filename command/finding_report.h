@@ -1,5 +1,5 @@
 /// \file
-/// The messages of the validation and of the editing as a person or a program gets them.
+/// The messages of the validation, of the topology and of the editing as a person or a program gets them.
 #pragma once
 
 #include <QList>

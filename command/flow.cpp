@@ -3,7 +3,9 @@
 #include "analysis/flows.h"
 #include "command/analysis_result.h"
 #include "command/commands.h"
+#include "command/finding_report.h"
 #include "command/flow_report.h"
+#include "command/place_filter.h"
 #include "formats/failure.h"
 #include "formats/realtime.h"
 #include "rtdb/volma_rtdb.h"
@@ -14,6 +16,7 @@ namespace {
 struct FlowOptions {
   ModelName model;
   std::string sheet;
+  Place place;
   FlowSettings settings;
   bool store = false;
   Format format = Format::kText;
@@ -30,6 +33,8 @@ constexpr const char* kFooter =
     "  dtsdb flow rtdb:grid --delta 0.5 --store";
 
 Flows ComputeInDatabase(const FlowOptions& options) {
+  DTSDB model = options.place.IsEmpty() ? DTSDB() : LoadModel(options.model);
+  const PlaceFilter filter(options.place, model);
   RealtimeDatabase database(options.model.Path(), options.store ? dbDatabase::dbAllAccess : dbDatabase::dbReadOnly);
   const int sections = dbCursor<bs>(database.Db()).select();
   database.Check();
@@ -41,13 +46,18 @@ Flows ComputeInDatabase(const FlowOptions& options) {
   database.Check();
   if (options.store) StoreFlows(database.Db(), flows);
   database.Check();
+  filter.Restrict(flows);
   return flows;
 }
 
 Flows ComputeInTables(const FlowOptions& options) {
   if (options.store) throw Failure(kExitUsage, "--store needs a realtime database, as in rtdb:grid");
   analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
-  return Take(analysis::WorkOutFlows(model, options.settings));
+  const PlaceFilter filter(options.place, model.Tables());
+  Take(model.RequireGood(LocaleLanguage()));
+  Flows flows = Take(analysis::WorkOutFlows(model, options.settings));
+  filter.Restrict(flows);
+  return flows;
 }
 
 int Flow(const FlowOptions& options) {
@@ -66,6 +76,7 @@ void AddFlow(CommandLine& app, Action& action) {
         command.Add("--delta", options.settings.tolerance, "Tolerance of a set's balance, MW and Mvar (0.01)")
             .Shown("MW");
         command.AddFlag("--store", options.store, "Write the flows into the realtime database");
+        AddPlaceOptions(command, options.place);
         AddSheetOption(command, options.sheet, "sets or breakers");
         AddLogOption(command, "the breaker flow and, where the model needs one, the validation");
         AddFormatOption(command, options.format);

@@ -4,19 +4,12 @@
 
 #include <cmath>
 
+#include "command/power_cell.h"
 #include "formats/field_text.h"
 #include "formats/text_layout.h"
 
 namespace dtsdb::tools {
 namespace {
-
-/// A power in MW or Mvar, rounded to what the data are good for. Never -0, and no sign before nan.
-Cell PowerCell(float power) {
-  if (std::isnan(power)) return Number{"nan"};
-  if (!std::isfinite(power)) return Number{NumberText(power)};
-  const double rounded = std::round(static_cast<double>(power) * 1000) / 1000;
-  return Number{NumberText(rounded == 0 ? 0.0 : rounded)};
-}
 
 const char* StateText(FlowSetState state) {
   switch (state) {

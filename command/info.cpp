@@ -33,7 +33,7 @@ std::string TimeText(u32 seconds) {
 std::string Verdict(DTSDB& database) {
   if (database.m_globalTable->GetCount() == 0) return "not validated";
   if (IsMarkedGood(database)) return "good";
-  const int errors = ErrorCount(database);
+  const int errors = (*database.m_globalTable)[0].errors;
   return errors == 0 ? "not validated" : fmt::format("not good, {} errors at the last validation", errors);
 }
 

@@ -6,6 +6,8 @@
 #include "analysis/switching.h"
 #include "command/analysis_result.h"
 #include "command/commands.h"
+#include "command/effect_report.h"
+#include "command/finding_report.h"
 #include "command/topology_report.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
@@ -23,9 +25,11 @@ struct SwitchOptions {
   std::vector<std::string> words;
   std::string script;
   ModelName output;
+  std::string undo;
   std::string sheet;
   bool asIs = false;
   bool verify = false;
+  Language language = LocaleLanguage();
   Format format = Format::kText;
 };
 
@@ -45,7 +49,8 @@ Cell SectionCell(int section) { return section >= 0 ? NumberCell(section) : Cell
 /// The switching of a model, run by run, and the report on it.
 class SwitchingReport {
  public:
-  SwitchingReport(analysis::Switching& session, bool verify) : m_session(session), m_verify(verify) {
+  SwitchingReport(analysis::Switching& session, const SwitchOptions& options)
+      : m_session(session), m_verify(options.verify), m_language(options.language) {
     m_events.GroupBy(1);
     m_findings.GroupBy(1).HideWhenEmpty();
     m_log.GroupBy(1).HideWhenEmpty();
@@ -59,6 +64,7 @@ class SwitchingReport {
     ++m_run;
     for (const SwitchEvent& event : events) Request(event);
     const analysis::Result<analysis::Outcome> outcome = m_session.Run();
+    m_hasTopology = outcome.has_value();
     if (outcome) {
       NoteOutcome(*outcome);
     } else {
@@ -82,6 +88,11 @@ class SwitchingReport {
     }
     for (const Sheet& sheet : {m_events, m_runs, m_findings, m_log, m_moved, m_islands}) report.Add(sheet);
     if (m_verify) report.Add(m_differences);
+    if (m_hasTopology) {
+      AddEffect(report, m_session.EffectSoFar());
+    } else {
+      report.Line("The last run failed: what has lost and regained supply isn't known.");
+    }
     return report;
   }
 
@@ -125,9 +136,9 @@ class SwitchingReport {
   /// Notes what the run has found that the one before hadn't.
   void NoteFindings(const analysis::RunReport& run) {
     std::set<std::string> texts;
-    const Sheet found = RunFindingSheet(run.findings, run.leftOut);
+    const Sheet found = RunFindingSheet(run.findings, run.leftOut, m_language);
     for (std::vector<Cell> row : found.Rows()) {
-      const std::string text = CellText(row[1]) + CellText(row[2]);
+      const std::string text = CellText(row[2]) + CellText(row[4]);  // identity and text
       texts.insert(text);
       row.insert(row.begin(), NumberCell(m_run));
       if (!m_known.contains(text)) m_findings.Add(std::move(row));
@@ -162,17 +173,26 @@ class SwitchingReport {
 
   analysis::Switching& m_session;
   bool m_verify;
+  Language m_language;
   int m_run = 0;
   int m_failed = 0;
+  bool m_hasTopology = true;
   Sheet m_events{"events", "Events", {"run", "event", "result", "effect"}};
   Sheet m_runs{"runs", "Runs", {"run", "kind", "levels", "moved_nodes", "log_rows", "live_islands"}};
   Sheet m_log{"log", "Log", {"run", "table", "identity", "event", "status", "old_section", "new_section"}};
   Sheet m_moved{"moved", "Moved nodes", {"run", "node", "voltage_level", "old_section", "new_section"}};
   Sheet m_islands{"islands", "Live islands before (run 0) and after", WithRun(IslandSheet({}))};
-  Sheet m_findings{"findings", "Findings", WithRun(RunFindingSheet({}, {}))};
+  Sheet m_findings{"findings", "Findings", WithRun(RunFindingSheet({}, {}, Language::kEnglish))};
   std::set<std::string> m_known;  // what the last run has found
   Sheet m_differences{"differences", "Differences", {"run", "table", "identity", "here", "full_run"}};
 };
+
+/// Writes the script that leads back from what `session` has switched.
+void WriteUndo(const analysis::Switching& session, const SwitchOptions& options) {
+  const std::string script = Take(analysis::ScriptOf(session.WayBack()));
+  const char* const rules = options.asIs ? "with --as-is" : "without --as-is";
+  WriteFile(options.undo, fmt::format("# The way back, for 'dtsdb switch MODEL --script', {}.\n{}", rules, script));
+}
 
 int Switch(const SwitchOptions& options) {
   const std::vector<SwitchRun> runs = ReadRuns(options);
@@ -183,8 +203,9 @@ int Switch(const SwitchOptions& options) {
   }
   const analysis::Rules rules = options.asIs ? analysis::Rules::kAsIs : analysis::Rules::kCareful;
   analysis::Switching session = Take(analysis::Switching::Begin(model, rules));
-  SwitchingReport report(session, options.verify);
+  SwitchingReport report(session, options);
   for (const SwitchRun& events : runs) report.Do(events);
+  if (!options.undo.empty()) WriteUndo(session, options);
   if (!options.output.IsEmpty()) Take(model.Save(options.output.Text()));
   WriteReport(report.MakeReport(), options.format, options.sheet);
   return report.IsGood() ? kExitGood : kExitFaults;
@@ -200,9 +221,12 @@ void AddSwitch(CommandLine& app, Action& action) {
         command.Add("EVENT", options.words, "What is switched, in the words below").Shown("...");
         command.Add("--script", options.script, "Take events from FILE first").Shown("FILE");
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
+        AddPathOption(command, "--undo", options.undo, "Write a script that switches everything back to FILE");
         command.AddFlag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
         command.AddFlag("--verify", options.verify, "Compare each run with a full one on a copy");
-        AddSheetOption(command, options.sheet, "events, runs, findings, log, moved, islands or differences");
+        AddSheetOption(command, options.sheet,
+                       "events, runs, findings, log, moved, islands, differences, effect or island_changes");
+        AddLanguageOption(command, options.language);
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
         command.Footer(std::string("Events:\n") + kSwitchEventHelp +

@@ -1,6 +1,8 @@
 #include "analysis/topology.h"
 #include "command/analysis_result.h"
 #include "command/commands.h"
+#include "command/finding_report.h"
+#include "command/place_filter.h"
 #include "command/topology_report.h"
 
 namespace dtsdb::tools {
@@ -9,7 +11,9 @@ namespace {
 struct TopologyOptions {
   ModelName model;
   ModelName output;
+  Place place;
   std::string sheet;
+  Language language = LocaleLanguage();
   Format format = Format::kText;
 };
 
@@ -25,9 +29,11 @@ constexpr const char* kFooter =
 
 int Topology(const TopologyOptions& options) {
   analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
-  const analysis::Topology topology = Take(analysis::WorkOutTopology(model));
+  const PlaceFilter filter(options.place, model.Tables());
+  analysis::Topology topology = Take(analysis::WorkOutTopology(model));
   if (!options.output.IsEmpty()) Take(model.Save(options.output.Text()));
-  WriteReport(TopologyReport(topology), options.format, options.sheet);
+  filter.Restrict(topology);
+  WriteReport(TopologyReport(topology, options.language), options.format, options.sheet);
   return kExitGood;
 }
 
@@ -39,7 +45,9 @@ void AddTopology(CommandLine& app, Action& action) {
       [](CommandLine& command, TopologyOptions& options) {
         AddModelArgument(command, options.model).Required();
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
+        AddPlaceOptions(command, options.place);
         AddSheetOption(command, options.sheet, "islands, sections, contents, dead or findings");
+        AddLanguageOption(command, options.language);
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
         command.Footer(kFooter);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "command/finding_report.h"
 #include "formats/field_text.h"
 #include "model/table_info.h"
 
@@ -85,19 +86,22 @@ Sheet IslandSheet(const std::vector<analysis::Island>& islands) {
   return sheet;
 }
 
-Sheet RunFindingSheet(const QList<Finding>& findings, const std::vector<std::string>& leftOut) {
-  Sheet sheet("findings", "Findings", {"table", "identity", "text"});
-  sheet.HideWhenEmpty();
+Sheet RunFindingSheet(const QList<Finding>& findings, const std::vector<std::string>& leftOut, Language language) {
+  constexpr std::size_t kFieldColumn = 3;
+  Sheet sheet("findings", "Findings", {"code", "table", "identity", "field", "text", "what_to_do"});
+  sheet.HideWhenEmpty().HideColumn(kFieldColumn);  // text and what to do name what they are about
+  const auto add = [&](const MessageInfo& message, const std::string& identity, const std::string& text) {
+    sheet.Add({message.code, TableName(message.table), identity, message.field, text, RemedyOf(message, language)});
+  };
   for (const Finding& finding : findings) {
-    sheet.Add({TableName(finding.table), IdText(finding.id), finding.text.toStdString()});
+    add(*FindMessage(finding.code), IdText(finding.id), TextOf(finding, language).toStdString());
   }
-  for (const std::string& branch : leftOut) {
-    sheet.Add({ZBR::kTableName, branch, analysis::kWhyLeftOut});
-  }
+  const MessageInfo& message = *FindMessage(analysis::kLeftOutCode);
+  for (const std::string& branch : leftOut) add(message, branch, TextOf(message, language));
   return sheet;
 }
 
-Report TopologyReport(const Topology& topology) {
+Report TopologyReport(const Topology& topology, Language language) {
   const auto all = static_cast<long long>(topology.sections.size());
   const auto live =
       std::count_if(topology.sections.begin(), topology.sections.end(), [](const Section& s) { return s.IsLive(); });
@@ -112,7 +116,7 @@ Report TopologyReport(const Topology& topology) {
   report.Add(SectionSheet(topology));
   report.Add(ContentSheet(topology));
   report.Add(DeadSheet(topology));
-  report.Add(RunFindingSheet(topology.findings, topology.leftOut));
+  report.Add(RunFindingSheet(topology.findings, topology.leftOut, language));
   return report;
 }
 

@@ -8,13 +8,10 @@
 namespace dtsdb::tools {
 
 /// True when the model bears the mark of a validation that found no error.
-bool IsMarkedGood(DTSDB& database);
-
-/// Number of errors that the last validation counted.
-int ErrorCount(DTSDB& database);
+bool IsMarkedGood(const DTSDB& database);
 
 /// Validates the model unless it is marked good. A Failure with exit code kExitFaults, that
 /// describes how to see the faults of `model` when it isn't good.
-void RequireGood(DTSDB& database, const ModelName& model);
+void RequireGood(const DTSDB& database, const ModelName& model);
 
 }  // namespace dtsdb::tools

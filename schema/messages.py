@@ -1,4 +1,4 @@
-"""The messages of the validation and of the editing, from messages.json: texts with their words filled in, checked."""
+"""The messages of the validation, of the topology and of the editing, from messages.json: texts with their words filled in, checked."""
 
 import re
 
@@ -94,6 +94,8 @@ class Messages:
         edits = description["edits"]
         self.findings = [Group(group["about"], [Message(each) for each in group["messages"]])
                          for group in description["findings"]]
+        self.topology = [Group(group["about"], [Message(each) for each in group["messages"]])
+                         for group in description["topology"]]
         self.reasons = [Group(group["about"], [Message(each) for each in group["messages"]])
                         for group in description["reasons"]]
         self.edits = [Group(group["about"], [Edits(each, edits, by_child.get(each["record"]))
@@ -103,7 +105,7 @@ class Messages:
     @property
     def rows(self):
         """All rows, in the order of their codes."""
-        constants = [message for group in (*self.findings, *self.reasons) for message in group.members]
+        constants = [message for group in (*self.findings, *self.topology, *self.reasons) for message in group.members]
         rows = [row for message in constants for row in message.rows]
         rows += [row for group in self.edits for record in group.members for row in record.rows]
         return sorted(rows, key=lambda row: row.code)

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "formats/files.h"
+#include "formats/text_layout.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -67,6 +68,16 @@ std::vector<std::string> SplitWords(std::string_view line) {
   std::vector<std::string> words;
   for (WordReader reader(line); reader.GoOn();) words.push_back(reader.Take());
   return words;
+}
+
+std::string ScriptWord(const std::string& text) {
+  if (text.find('\n') != std::string::npos) {
+    throw Failure(kExitUsage, Quoted(text) + " has a line feed, and can't stand in a script");
+  }
+  if (!text.empty() && text.find_first_of(" \t\r\"'#") == std::string::npos) return text;
+  std::string word = "\"";
+  for (const char c : text) word += c == '"' ? "\"\"" : std::string(1, c);
+  return word + "\"";
 }
 
 void ForEachLine(const std::string& file, std::string_view bytes, ExitCode code,

@@ -19,6 +19,10 @@ namespace dtsdb::tools {
 /// usage when a quote isn't closed.
 std::vector<std::string> SplitWords(std::string_view line);
 
+/// `text` as one word of a line, in quotes where it needs them. A Failure of usage when no line can hold it: it has a
+/// line feed.
+std::string ScriptWord(const std::string& text);
+
 /// Calls `visit(number, line)` with each line of the script `bytes`, numbered from 1, without its line feed. A byte
 /// order mark in front of the first is passed over. A Failure in `visit` becomes one with the exit code `code` that
 /// names `file` and the line.

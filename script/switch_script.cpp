@@ -2,6 +2,7 @@
 
 #include "formats/failure.h"
 #include "formats/field_text.h"
+#include "model/text.h"
 #include "script/script_lines.h"
 
 namespace dtsdb::tools {
@@ -25,6 +26,17 @@ void TakeSwitchRuns(const std::vector<std::string>& words, std::vector<SwitchRun
 void TakeSwitchScript(const std::string& file, std::string_view bytes, std::vector<SwitchRun>& runs) {
   ForEachLine(file, bytes, kExitUsage,
               [&runs](int, std::string_view line) { TakeSwitchRuns(SplitWords(UserText(std::string(line))), runs); });
+}
+
+std::string SwitchScriptText(const SwitchRun& events) {
+  std::string script;
+  for (const SwitchEvent& event : events) {
+    if (!IdFromText(QString::fromStdString(event.id))) {
+      throw Failure(kExitUsage, "the identity " + Quoted(event.id) + " is no valid GBK, and can't stand in a script");
+    }
+    script += SwitchEventText({event.type, event.on, ScriptWord(event.id)}) + "\n";
+  }
+  return script;
 }
 
 }  // namespace dtsdb::tools

@@ -21,4 +21,7 @@ void TakeSwitchRuns(const std::vector<std::string>& words, std::vector<SwitchRun
 /// are in UTF-8, or in GBK.
 void TakeSwitchScript(const std::string& file, std::string_view bytes, std::vector<SwitchRun>& runs);
 
+/// The events of one run as a script, one a line, in UTF-8. A Failure of usage when an identity can't stand in one.
+std::string SwitchScriptText(const SwitchRun& events);
+
 }  // namespace dtsdb::tools

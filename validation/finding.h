@@ -1,5 +1,5 @@
 /// \file
-/// What a validation run finds.
+/// What a validation or a topology run finds.
 #pragma once
 
 #include <QString>
@@ -11,7 +11,7 @@ namespace dtsdb {
 /// How much a finding weighs. Only errors count: a model without errors is good.
 enum class Severity { kError, kWarning, kNotice };
 
-/// One finding of a validation run. The line in "nmd.log" is its `text`, stamped, in GBK.
+/// One finding of a run. Of a validation the line in "nmd.log" is its `text`, stamped, in GBK.
 struct Finding {
   Severity severity = Severity::kNotice;
   TableKind table = KIND_NONE;  ///< table of the record concerned; none for what concerns the run as a whole
@@ -19,6 +19,7 @@ struct Finding {
   const char* field = nullptr;  ///< name of the field concerned, a literal; null for the record as a whole
   QString text;                 ///< the whole message as real text, without stamp
   const char* code = nullptr;   ///< stable name of the message, a literal; FindMessage has the texts
+  QString other = QString();    ///< a second record that the texts name, raw bytes; empty for none
 };
 
 }  // namespace dtsdb

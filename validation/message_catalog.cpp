@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "model/text.h"
+
 namespace dtsdb {
 namespace {
 
@@ -18,6 +20,11 @@ const MessageInfo* FindMessage(std::string_view code) {
       std::lower_bound(std::begin(kMessages), std::end(kMessages), code,
                        [](const MessageInfo& message, std::string_view wanted) { return message.code < wanted; });
   return found != std::end(kMessages) && found->code == code ? found : nullptr;
+}
+
+QString TextOf(const Finding& finding, Language language) {
+  const QString text = QString::fromUtf8(FindMessage(finding.code)->Text(language));
+  return finding.other.isEmpty() ? text : text.arg(TextFromId(finding.other), TextFromId(finding.id));
 }
 
 }  // namespace dtsdb

@@ -1,5 +1,6 @@
 /// \file
-/// The messages of the validation and of the editing as a list: codes, texts in two languages, what to do.
+/// The messages of the validation, of the topology and of the editing as a list: codes, texts in two languages, what to
+/// do.
 #pragma once
 
 #include <span>
@@ -31,5 +32,8 @@ std::span<const MessageInfo> AllMessages();
 
 /// The message with code `code`; null when there is none.
 const MessageInfo* FindMessage(std::string_view code);
+
+/// The text of the finding's message with the identities that it names filled in; the catalog must have its code.
+QString TextOf(const Finding& finding, Language language);
 
 }  // namespace dtsdb

@@ -67,6 +67,17 @@ bool IsSectionPoint(DTSDB& database, int nd) {
   return ends > 1 || (ends == 1 && (flags & (ND_HAS_UN | ND_HAS_LD | ND_HAS_CP)) != 0);
 }
 
+std::vector<int> IslandsOfNodes(DTSDB& database) {
+  tTable<ND>& nodes = *database.m_ndTable;
+  std::vector<int> islands;
+  for (int i = 0; i < nodes.GetCount(); ++i) {
+    const int section = nodes[i].ibs;
+    const bool known = section > 0 && section < database.m_bsTable->GetSize();
+    islands.push_back(known ? database.m_bsTable->GetPh(section).island : -1);
+  }
+  return islands;
+}
+
 std::string CrowdedSection(DTSDB& database) {
   std::vector<int> counts(SectionCount(database));
   CountNeighbours<LN>(database, counts);

@@ -1,8 +1,10 @@
 /// \file
-/// Electrical points, worked out from the nodes and the states of the breakers alone, and the branches on a node.
+/// Electrical points, worked out from the nodes and the states of the breakers alone; the branches on
+/// a node; the islands that the last run has put nodes into.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "include/chain.h"
 #include "model/dtsdb.h"
@@ -23,6 +25,9 @@ void ForEachEndOn(DTSDB& database, int nd, Visit visit) {
 
 /// True when the point of node `nd` is a bus section: it has two branch ends, or one and a unit, load or shunt device.
 bool IsSectionPoint(DTSDB& database, int nd);
+
+/// The live island of each node, by logical number; -1 for none.
+std::vector<int> IslandsOfNodes(DTSDB& database);
 
 /// The section with 100 or more branch ends that lead somewhere, on which a full run has just failed: its station,
 /// voltage level and first node, for people. Empty when there is none.

@@ -1,10 +1,9 @@
 #include "analysis/internal/zero_impedance.h"
 
-#include <fmt/format.h>
-
 #include "analysis/internal/points.h"
 #include "formats/field_text.h"
 #include "model/record_bits.h"
+#include "validation/message_catalog.h"
 
 namespace dtsdb::analysis::internal {
 namespace {
@@ -16,25 +15,23 @@ bool HasBreaker(DTSDB& database, const ZBR& branch) {
   return branch.icb >= 0 && branch.icb < database.m_cbTable->GetSize();
 }
 
-/// Why a branch joins nothing, empty when it joins its nodes.
-std::string WhyParted(const ZBR& branch) {
-  if (branch.status & Kind::kOut) return "is out of service";
-  return branch.status & (Kind::kOpen1 | Kind::kOpen2) ? "has an open end" : "";
+bool JoinsItsNodes(const ZBR& branch) { return (branch.status & (Kind::kOut | Kind::kOpen1 | Kind::kOpen2)) == 0; }
+
+const char* DisagreementCode(const ZBR& branch) {
+  if (JoinsItsNodes(branch)) return "TOPOLOGY_ZBR_JOINS_AT_OPEN_BREAKER";
+  return branch.status & Kind::kOut ? "TOPOLOGY_ZBR_OUT_AT_CLOSED_BREAKER" : "TOPOLOGY_ZBR_OPEN_AT_CLOSED_BREAKER";
 }
 
 Finding Disagreement(const CB& breaker, const ZBR& branch) {
-  const std::string parted = WhyParted(branch);
-  const std::string text = parted.empty()
-                               ? fmt::format("CB {} is open, but ZBR {} on it is in service and joins its nodes",
-                                             IdText(breaker.id), IdText(branch.id))
-                               : fmt::format("CB {} is closed, but ZBR {} on it {} and parts its nodes",
-                                             IdText(breaker.id), IdText(branch.id), parted);
+  const MessageInfo& message = *FindMessage(DisagreementCode(branch));
   Finding finding;
-  finding.severity = Severity::kWarning;
-  finding.table = KIND_ZBR;
+  finding.severity = message.severity;
+  finding.table = message.table;
   finding.id = branch.id;
-  finding.field = "status";
-  finding.text = QString::fromStdString(text);
+  finding.field = message.field;
+  finding.code = message.code;
+  finding.other = breaker.id;
+  finding.text = TextOf(finding, Language::kEnglish);
   return finding;
 }
 
@@ -66,7 +63,7 @@ QList<Finding> Disagreements(DTSDB& database) {
     if (!HasBreaker(database, branch)) continue;
     const CB& breaker = database.m_cbTable->GetPh(branch.icb);
     const bool isOpen = (breaker.flags & CB_OPEN) != 0;
-    if (isOpen == WhyParted(branch).empty()) findings.push_back(Disagreement(breaker, branch));
+    if (isOpen == JoinsItsNodes(branch)) findings.push_back(Disagreement(breaker, branch));
   }
   return findings;
 }

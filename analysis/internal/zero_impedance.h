@@ -15,7 +15,7 @@ namespace dtsdb::analysis::internal {
 std::vector<int> BranchesOn(DTSDB& database, int cb);
 
 /// A warning for each zero-impedance branch whose state isn't that of its breaker: the one joins the nodes, the other
-/// parts them.
+/// parts them. Their texts are English.
 QList<Finding> Disagreements(DTSDB& database);
 
 /// Takes the zero-impedance branches on which the rules make a full run fail out of service for as long as it lives:

@@ -195,7 +195,7 @@ constexpr FieldInfo kZbrFields[] = {
     {"q", FieldType::kF32, offsetof(ZBR, q), KIND_NONE, "Mvar", "input", "Q value"},
     {"i", FieldType::kF32, offsetof(ZBR, i), KIND_NONE, "A", "input", "I value"},
     {"status", FieldType::kU32, offsetof(ZBR, status), KIND_NONE, "", "input, topology", "bit 1 out of service, 4 from end open, 16 to end open"},
-    {"tp_status", FieldType::kU32, offsetof(ZBR, tp_status), KIND_NONE, "", "topology", "bit 1 from end isolated, 2 to end isolated, 4 both dead"},
+    {"tp_status", FieldType::kU32, offsetof(ZBR, tp_status), KIND_NONE, "", "topology", "bit 1 from end isolated, 2 to end isolated, 4 both dead; bit 256: out of service together with its breaker, by the careful switching"},
     {"r_kv_zbr", FieldType::kI32, offsetof(ZBR, r_kv_zbr), KIND_R_KV_ZBR, "", "validation", "R_KV_ZBR row"},
 };
 

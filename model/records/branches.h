@@ -263,7 +263,8 @@ class ZBR {
   f32 q = 0;          ///< Q value, in Mvar
   f32 i = 0;          ///< I value, in A
   u32 status = 0;     ///< bit 1 out of service, 4 from end open, 16 to end open (topology)
-  u32 tp_status = 0;  ///< bit 1 from end isolated, 2 to end isolated, 4 both dead (topology)
+  u32 tp_status = 0;  ///< bit 1 from end isolated, 2 to end isolated, 4 both dead; bit 256: out of service together
+                      ///< with its breaker, by the careful switching (topology)
   i32 r_kv_zbr = 0;   ///< R_KV_ZBR row (validation)
 
   ZBR() = default;

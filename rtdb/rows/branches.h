@@ -276,7 +276,8 @@ class zbr {
   real4 q{};            ///< Q value, in Mvar
   real4 i{};            ///< I value, in A
   nat4 status{};        ///< bit 1 out of service, 4 from end open, 16 to end open (topology)
-  nat4 tp_status{};     ///< bit 1 from end isolated, 2 to end isolated, 4 both dead (topology)
+  nat4 tp_status{};     ///< bit 1 from end isolated, 2 to end isolated, 4 both dead; bit 256: out of service together
+                        ///< with its breaker, by the careful switching (topology)
   int4 r_kv_zbr{};      ///< R_KV_ZBR row (validation)
 
   static constexpr const char* kTableName = "zbr";

@@ -120,6 +120,24 @@ TEST(CarefulSwitching, ManyRunsAreIncremental) {
   EXPECT_GT(runs[RunReason::kZeroImpedance], 100);
 }
 
+RC_GTEST_PROP(CarefulSwitching, WayBackLeadsToWhatWasBefore, (unsigned seed, bool withZbrs)) {
+  const MessageCatcher catcher;
+  RandomNetwork network(seed, withZbrs);
+  SwitchAtRandom(network, 20, [](const Model&, const RunReport&) {});
+  const Model model = Model::Of(network.Model().Db());
+  Switching session = std::move(*Switching::Begin(model));
+  const Model before = *model.Copy();
+  for (int left = network.Number(1, 30); left > 0; --left) {
+    const SwitchEvent event = RandomEvent(network);
+    if (event.type != 0) RC_ASSERT(session.Apply({event}).has_value());
+  }
+  RC_ASSERT(session.Apply(session.WayBack()).has_value());
+  RC_ASSERT(session.WayBack().empty());
+  RC_ASSERT(CompareTopology(before.Tables(), model.Tables()).empty());
+  const Effect effect = session.EffectSoFar();
+  RC_ASSERT(effect.lost.empty() && effect.regained.empty() && effect.islands.empty());
+}
+
 // A breaker that was opened takes its zero-impedance branch along, and brings back what it has taken.
 RC_GTEST_PROP(CarefulSwitching, OpenedBreakersPartTheirNodes, (unsigned seed)) {
   const MessageCatcher catcher;

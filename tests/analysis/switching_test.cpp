@@ -5,6 +5,7 @@
 
 #include "tests/support/messages.h"
 #include "tests/support/model_builder.h"
+#include "validation/message_catalog.h"
 
 namespace dtsdb::analysis {
 namespace {
@@ -110,6 +111,7 @@ TEST_F(SwitchingTest, FullTopologyNamesBreakerAndBranchThatDisagree) {
   ASSERT_EQ(topology->findings.size(), 1);
   EXPECT_EQ(topology->findings[0].severity, Severity::kWarning);
   EXPECT_EQ(topology->findings[0].table, KIND_ZBR);
+  EXPECT_STREQ(topology->findings[0].code, "TOPOLOGY_ZBR_JOINS_AT_OPEN_BREAKER");
   EXPECT_EQ(topology->findings[0].text.toStdString(),
             "CB Q is open, but ZBR Z on it is in service and joins its nodes");
 }
@@ -121,6 +123,7 @@ TEST_F(SwitchingTest, BranchWithItsToEndAloneOpenIsLeftOut) {
   const Result<Outcome> outcome = session.Apply("break ZBR Z to");
   ASSERT_TRUE(outcome.has_value()) << outcome.error().message;
   EXPECT_EQ(outcome->run.leftOut, std::vector<std::string>{"Z"});
+  EXPECT_STREQ(FindMessage(kLeftOutCode)->english, kWhyLeftOut);
   EXPECT_EQ(m.Of<ZBR>("Z").status, BranchKind<ZBR>::kOpen2) << "as the user has put it";
   EXPECT_FALSE(IsLive(session.Now(), "b"));
   EXPECT_TRUE(test::MessageCatcher::Lines().isEmpty());

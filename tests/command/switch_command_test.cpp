@@ -187,6 +187,77 @@ TEST_F(SwitchCommand, FindingNamesBreakerAndBranchThatDisagree) {
   EXPECT_TRUE(Json("topology m")["findings"].empty());
 }
 
+TEST_F(SwitchCommand, FindingsAreInTheLanguageAskedFor) {
+  here.Write("m/ZBR.csv", "id,cb\n甲阻,甲开关\n");
+  const auto english = Json("switch m out ZBR 甲阻")["findings"][0];
+  EXPECT_EQ(english["code"], "TOPOLOGY_ZBR_OUT_AT_CLOSED_BREAKER");
+  EXPECT_EQ(english["field"], "status");
+  EXPECT_EQ(english["what_to_do"], "return the branch to service, or open the breaker");
+  const auto chinese = Json("switch m out ZBR 甲阻 --lang zh")["findings"][0];
+  EXPECT_EQ(chinese["code"], english["code"]);
+  EXPECT_EQ(chinese["text"], "开关甲开关已合上，但其上的零阻抗支路甲阻已退出运行，断开两端结点.");
+  EXPECT_EQ(chinese["what_to_do"], "将该支路投入运行，或断开该开关");
+}
+
+TEST_F(SwitchCommand, TopologyNamesBranchesThatAreLeftOut) {
+  here.Write("m/ZBR.csv", "id,cb,status\n甲阻,甲开关,16\n");
+  const auto english = Json("topology m")["findings"];
+  ASSERT_EQ(english.size(), 2U);
+  EXPECT_EQ(english[0]["code"], "TOPOLOGY_ZBR_OPEN_AT_CLOSED_BREAKER");
+  EXPECT_EQ(english[1]["code"], "TOPOLOGY_ZBR_LEFT_OUT");
+  EXPECT_EQ(english[1]["identity"], "甲阻");
+  const auto chinese = Json("topology m --lang zh")["findings"];
+  EXPECT_EQ(chinese[1]["text"], "按退出运行处理：仅末端断开时无法得出拓扑.");
+  EXPECT_EQ(chinese[1]["what_to_do"], "将该支路退出运行，或合上其末端");
+}
+
+TEST_F(SwitchCommand, EndsWithWhatLostAndRegainedSupply) {
+  here.Write("m/LD.csv", "id,kv,nd,p,q\n乙荷,乙站220,乙2,120,22\n");
+  const auto opened = Json("switch m open CB 甲开关 -o switched.obj");
+  EXPECT_EQ(opened["lost_stations"], 2);
+  EXPECT_EQ(opened["lost_loads"], 1);
+  EXPECT_EQ(opened["lost_load_p"], 120);
+  EXPECT_EQ(opened["lost_load_q"], 22);
+  EXPECT_EQ(opened["regained_loads"], 0);
+  const auto load = opened["effect"].back();
+  EXPECT_EQ(load["change"], "lost");
+  EXPECT_EQ(load["identity"], "乙荷");
+  EXPECT_EQ(load["station"], "乙站");
+  EXPECT_EQ(load["p"], 120);
+  EXPECT_EQ(opened["island_changes"][0]["change"], "died");
+  const std::string closed = here.Run("switch switched.obj close CB 甲开关").out;
+  EXPECT_TRUE(
+      closed.ends_with("Lost supply: nothing.\n"
+                       "Regained supply: 2 stations, 2 buses, 1 unit, 1 load (120 MW, 22 Mvar).\n"))
+      << closed;
+}
+
+TEST_F(SwitchCommand, UndoLeadsBack) {
+  here.Write("m/ZBR.csv", "id,cb\n甲阻,甲开关\n");
+  EXPECT_EQ(here.Run("topology m -o first.obj").code, 0);
+  EXPECT_EQ(here.Run("topology first.obj -o before.obj").code, 0) << "its reference is no longer a newly chosen one";
+  EXPECT_EQ(
+      here.Run("switch before.obj open CB 甲开关 off UN 甲机 break LN 甲乙线 to -o after.obj --undo back.txt").code, 0);
+  EXPECT_TRUE(here.Read("back.txt").ends_with("\nclose CB 甲开关\non UN 甲机\njoin LN 甲乙线 to\n"))
+      << here.Read("back.txt");
+  EXPECT_EQ(here.Run("diff before.obj after.obj").code, 1);
+  EXPECT_EQ(here.Run("switch after.obj --script back.txt -o back.obj").code, 0);
+  for (const char* table : {"CB", "UN", "LD", "LN", "ZBR", "ND"}) {
+    const std::string arguments = std::string(" ") + table + " --format csv";
+    EXPECT_EQ(here.Run(("dump back.obj" + arguments).c_str()).out,
+              here.Run(("dump before.obj" + arguments).c_str()).out);
+  }
+}
+
+TEST_F(SwitchCommand, UndoNamesTheRulesAndIsWrittenInFrontOfTheModel) {
+  EXPECT_EQ(here.Run("switch m open CB 甲开关 --as-is --undo back.txt").code, 0);
+  EXPECT_TRUE(Contains(here.Read("back.txt"), "with --as-is"));
+  const CommandResult failed = here.Run("switch m open CB 甲开关 --undo none/back.txt -o x.obj");
+  EXPECT_EQ(failed.code, 3);
+  EXPECT_TRUE(IsOneLine(failed.err)) << failed.err;
+  EXPECT_FALSE(here.Exists("x.obj"));
+}
+
 TEST_F(SwitchCommand, FaultyModelIsRefused) {
   here.Write("m/CB.csv", here.Read("m/CB.csv") + "坏开关,甲站220,,甲9,5\n");
   const CommandResult result = here.Run("switch m open CB 甲开关");

@@ -27,6 +27,14 @@ TEST(SwitchScript, TheWordRunBeginsAnotherRun) {
   EXPECT_EQ(Text(runs), "open CB B 1;\nout LN #1;close CB B 1;\nin LN #1;\n");
 }
 
+TEST(SwitchScript, TextOfEventsReadsBackToThem) {
+  const SwitchRun events = {{1, false, "B 1"}, {5, true, "#"},        {9, false, "a\"b"}, {10, true, "'x'"},
+                            {2, true, ""},     {3, false, "甲\t荷 "}, {4, true, "#1"}};
+  std::vector<SwitchRun> runs(1);
+  TakeSwitchScript("s.txt", SwitchScriptText(events), runs);
+  EXPECT_EQ(Text(runs), Text({events}));
+}
+
 TEST(SwitchScript, LinesInGbkAreReadToo) {
   std::vector<SwitchRun> runs(1);
   const QString id = IdFromLiteral("甲开关");

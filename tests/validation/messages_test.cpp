@@ -149,7 +149,8 @@ const std::set<std::string> kNotInARun = {"UN_LEVEL_EMPTY",         "LD_LEVEL_EM
 
 bool IsOfACheck(const MessageInfo& message) {
   const std::string_view code = message.code;
-  return message.table != KIND_NONE && !code.starts_with("ADD_") && !code.starts_with("REMOVE_");
+  return message.table != KIND_NONE && !code.starts_with("ADD_") && !code.starts_with("REMOVE_") &&
+         !code.starts_with("TOPOLOGY_");
 }
 
 TEST(Findings, OfEveryKindBearTheirCode) {
