@@ -7,6 +7,7 @@
 #include "command/flow_report.h"
 #include "command/place_filter.h"
 #include "formats/failure.h"
+#include "formats/model_io.h"
 #include "formats/realtime.h"
 #include "rtdb/volma_rtdb.h"
 

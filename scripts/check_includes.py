@@ -15,7 +15,7 @@ LIBRARY = ["include", "rtdb", "model", "validation", "topology", "breakerflow"]
 FOLDERS = LIBRARY + ["formats", "script", "analysis", "generate", "command"]
 
 # These stand on all the others and see what is internal too.
-OUTER = {"bench", "examples", "fuzz", "tests"}
+OUTER = {"bench", "cmake", "examples", "fuzz", "tests"}
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
 
