@@ -2,7 +2,31 @@
 
 #include <CLI/CLI.hpp>
 
+#include "formats/failure.h"
+#include "formats/nearest.h"
+#include "formats/text_layout.h"
+
 namespace dtsdb::tools {
+namespace {
+
+constexpr const char* kSeeHelp = "; 'dtsdb --help' describes how to call it";
+constexpr std::size_t kHelpColumn = 28;
+
+/// Refuses a first word that is no subcommand of `app`, and behind one that has subcommands a second one likewise.
+void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
+  const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
+  const std::string word = argc > 1 ? argv[1] : "";
+  if (commands.empty() || word.empty() || word.front() == '-') return;
+  std::vector<std::string> known;
+  for (CLI::App* command : commands) {
+    if (command->get_name() == word) return CheckSubcommand(*command, argc - 1, argv + 1);
+    known.push_back(command->get_name());
+  }
+  const std::string meant = DidYouMean(word, known);
+  throw Failure(kExitUsage, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
+}
+
+}  // namespace
 
 Parameter Parameter::Required() const {
   m_option->required();
@@ -81,5 +105,37 @@ CommandLine CommandLine::AddSubcommand(const std::string& name, const std::strin
 }
 
 void CommandLine::RequireSubcommand() { m_app->require_subcommand(1); }
+
+Program::Program(const std::string& name, const std::string& purpose, const std::string& footer,
+                 const std::string& version)
+    : m_app(std::make_unique<CLI::App>(purpose, name)) {
+  m_app->footer(footer);
+  m_app->require_subcommand(1);
+  m_app->set_version_flag("--version", version);
+  m_app->get_formatter()->column_width(kHelpColumn);
+}
+
+Program::~Program() = default;
+
+std::string Program::Help() const { return m_app->help(); }
+
+void Program::Read(int argc, const char* const* argv) {
+  CheckSubcommand(*m_app, argc, argv);
+  try {
+    m_app->parse(argc, argv);
+  } catch (const CLI::Success& wanted) {
+    m_app->exit(wanted);  // prints help or version
+  } catch (const CLI::ParseError& error) {
+    throw Failure(kExitUsage, error.what() + std::string(kSeeHelp));
+  }
+}
+
+std::string Program::ValueOf(const std::string& name) const {
+  for (const CLI::App* command : m_app->get_subcommands()) {
+    const CLI::Option* const option = command->get_option_no_throw(name);
+    if (option != nullptr && !option->empty()) return option->as<std::string>();
+  }
+  return "";
+}
 
 }  // namespace dtsdb::tools

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -67,6 +68,27 @@ class CommandLine {
 
  private:
   CLI::App* m_app;
+};
+
+/// The whole command line of a program.
+class Program {
+ public:
+  Program(const std::string& name, const std::string& purpose, const std::string& footer, const std::string& version);
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+  ~Program();
+
+  /// Where its subcommands are added.
+  CommandLine Commands() { return CommandLine(*m_app); }
+  std::string Help() const;
+  /// Reads the words that the program was started with. Help and version are printed. Throws Failure where the words
+  /// can't be understood; an unknown subcommand gets the nearest known one.
+  void Read(int argc, const char* const* argv);
+  /// What option `name` of the subcommand got; empty without it.
+  std::string ValueOf(const std::string& name) const;
+
+ private:
+  std::unique_ptr<CLI::App> m_app;
 };
 
 }  // namespace dtsdb::tools

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <QString>
 #include <QStringList>
 #include <algorithm>
@@ -8,7 +7,6 @@
 #include "command/log_file.h"
 #include "formats/failure.h"
 #include "formats/messages.h"
-#include "formats/nearest.h"
 #include "formats/text_layout.h"
 
 namespace dtsdb::tools {
@@ -25,55 +23,11 @@ constexpr const char* kFooter =
     "written.\n"
     "'dtsdb COMMAND --help' prints more about a command.";
 
-constexpr const char* kSeeHelp = "; 'dtsdb --help' describes how to call it";
-
-void Describe(CLI::App& app, Action& action) {
-  app.footer(kFooter);
-  app.require_subcommand(1);
-  app.set_version_flag("--version", "dtsdb " DTSDB_VERSION);
-  app.get_formatter()->column_width(28);
-  CommandLine line(app);
+void AddCommands(CommandLine commands, Action& action) {
   for (const auto add : {AddValidate, AddTopology, AddSwitch, AddRun, AddFlow, AddEdit, AddConvert, AddGenerate,
                          AddInfo, AddDump, AddDiff, AddRtdb}) {
-    add(line, action);
+    add(commands, action);
   }
-}
-
-/// Refuses a first word that is no subcommand of `app`, and behind one that has subcommands a second one likewise.
-void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
-  const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
-  const std::string word = argc > 1 ? argv[1] : "";
-  if (commands.empty() || word.empty() || word.front() == '-') return;
-  std::vector<std::string> known;
-  for (CLI::App* command : commands) {
-    if (command->get_name() == word) return CheckSubcommand(*command, argc - 1, argv + 1);
-    known.push_back(command->get_name());
-  }
-  const std::string meant = DidYouMean(word, known);
-  throw Failure(kExitUsage, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
-}
-
-/// Runs `app` on the command line. Help and version are printed as CLI11 does it.
-int ReadCommandLine(CLI::App& app, int argc, const char* const* argv) {
-  CheckSubcommand(app, argc, argv);
-  try {
-    app.parse(argc, argv);
-    return kExitGood;
-  } catch (const CLI::Success& wanted) {
-    app.exit(wanted);
-    return kExitGood;
-  } catch (const CLI::ParseError& error) {
-    throw Failure(kExitUsage, error.what() + std::string(kSeeHelp));
-  }
-}
-
-/// The file named by --log; empty without one.
-std::string LogPath(const CLI::App& app) {
-  for (const CLI::App* command : app.get_subcommands()) {
-    const CLI::Option* const log = command->get_option_no_throw("--log");
-    if (log != nullptr && !log->empty()) return log->as<std::string>();
-  }
-  return "";
 }
 
 /// Writes what the library warns of like the command's own messages, a line each.
@@ -161,16 +115,16 @@ Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::
 int RunCommand(int argc, const char* const* argv) {
   qInstallMessageHandler(WriteLibraryMessage);
   try {
-    CLI::App app(kPurpose, "dtsdb");
+    Program program("dtsdb", kPurpose, kFooter, "dtsdb " DTSDB_VERSION);
     Action action;
-    Describe(app, action);
+    AddCommands(program.Commands(), action);
     if (argc <= 1) {
-      WriteResult(Format::kText, app.help());
+      WriteResult(Format::kText, program.Help());
       return kExitGood;
     }
-    const int code = ReadCommandLine(app, argc, argv);
-    if (!action) return code;
-    LogFile log(LogPath(app));
+    program.Read(argc, argv);
+    if (!action) return kExitGood;  // help or version
+    LogFile log(program.ValueOf("--log"));
     const int result = action();
     log.Close();
     return result;
