@@ -1,9 +1,7 @@
 // The three public grids, switched by the command: every breaker, every branch and every end, out and back, each
 // followed up by a run of its own and compared with a full run.
 //
-// The data lie beside the checkout, or where the environment variable DTSDB_DATA_DIR points. Without them the program
-// reports it and ends with the code by which CTest knows a skipped test. Of the largest grid each 25th component is
-// switched, and all of them when DTSDB_SWITCH_ALL is set.
+// Of the largest grid each 25th component is switched, and all of them when DTSDB_SWITCH_ALL is set in the environment.
 
 #include <gtest/gtest.h>
 
@@ -16,16 +14,10 @@
 #include "formats/field_text.h"
 #include "tests/analysis/public_grid.h"
 #include "tests/support/command_runner.h"
+#include "tests/support/places.h"
 
 namespace dtsdb::test {
 namespace {
-
-constexpr int kSkipped = 77;
-
-QString DataFolder() {
-  const char* const wish = std::getenv("DTSDB_DATA_DIR");
-  return QString::fromLocal8Bit(wish != nullptr ? wish : DTSDB_DATA_DIR) + QLatin1String("/relicapgrid");
-}
 
 constexpr int kPerCall = 200;
 
@@ -85,8 +77,7 @@ struct Totals {
 };
 
 void ExpectNoDifference(const char* name, int step) {
-  const QString folder = DataFolder() + QLatin1Char('/') + QLatin1String(name);
-  if (!QDir(folder).exists()) GTEST_SKIP() << "there is no folder " << folder.toStdString();
+  const QString folder = QString::fromStdString(DataPath(std::string("relicapgrid/") + name));
   PublicGrid grid(folder);
   ASSERT_EQ(grid.Error().toStdString(), "");
   ModelBuilder& model = grid.Model();
@@ -116,10 +107,3 @@ TEST(PublicGrids, EspheimIsSwitchedAsFullRunsHaveIt) { ExpectNoDifference("esphe
 
 }  // namespace
 }  // namespace dtsdb::test
-
-int main(int argc, char** argv) {
-  ::testing::InitGoogleTest(&argc, argv);
-  const int result = RUN_ALL_TESTS();
-  const bool skipped = ::testing::UnitTest::GetInstance()->skipped_test_count() > 0;
-  return result == 0 && skipped ? dtsdb::test::kSkipped : result;
-}

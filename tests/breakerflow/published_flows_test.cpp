@@ -1,31 +1,22 @@
 // Two published national grids: the flows through their switches against the published ones.
-//
-// The data lie beside the checkout, or where the environment variable DTSDB_DATA_DIR points. Without them the program
-// reports it and ends with the code by which CTest knows a skipped test.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "breakerflow/cbflow.h"
 #include "model/record_bits.h"
 #include "tests/breakerflow/both_sources.h"
 #include "tests/breakerflow/cgmes_model.h"
+#include "tests/support/places.h"
 #include "tests/support/realtime_store.h"
 
 namespace dtsdb::test {
 namespace {
 
-constexpr int kSkipped = 77;
 constexpr double kNear = 0.005;  // MW, Mvar; the published flows have four digits behind the point
-
-QString DataFolder() {
-  const char* const wish = std::getenv("DTSDB_DATA_DIR");
-  return QString::fromLocal8Bit(wish != nullptr ? wish : DTSDB_DATA_DIR) + QLatin1String("/relicapgrid");
-}
 
 /// A CGMES state put into a realtime database, as far as the breaker flow looks at it.
 class PublishedGrid {
@@ -164,9 +155,7 @@ class PublishedGrid {
 };
 
 void ExpectPublishedFlows(const char* name, qsizetype switches) {
-  const QString folder = DataFolder() + QLatin1Char('/') + QLatin1String(name);
-  if (!QDir(folder).exists()) GTEST_SKIP() << "there is no folder " << folder.toStdString();
-
+  const QString folder = QString::fromStdString(DataPath(std::string("relicapgrid/") + name));
   PublishedGrid grid(folder);
   ASSERT_EQ(grid.Error().toStdString(), "");
   ASSERT_EQ(grid.Switches().size(), switches);
@@ -206,10 +195,3 @@ TEST(PublishedFlows, OfEspheimAreMet) { ExpectPublishedFlows("espheim", 1218); }
 
 }  // namespace
 }  // namespace dtsdb::test
-
-int main(int argc, char** argv) {
-  ::testing::InitGoogleTest(&argc, argv);
-  const int result = RUN_ALL_TESTS();
-  const bool skipped = ::testing::UnitTest::GetInstance()->skipped_test_count() > 0;
-  return result == 0 && skipped ? dtsdb::test::kSkipped : result;
-}

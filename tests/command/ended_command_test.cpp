@@ -27,7 +27,7 @@ Files FilesIn(const fs::path& folder) {
   Files files;
   std::error_code error;
   for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-    files[entry.path().filename().string()] = Workplace::ReadBytes(entry.path());
+    files[entry.path().filename().string()] = dtsdb::test::ReadBytes(entry.path());
   }
   return files;
 }

@@ -66,10 +66,10 @@ TEST_P(GoldenOutput, IsAsKept) {
   EXPECT_EQ(result.err, "");
   const std::string path = dtsdb::test::SourcePath("tests/command/golden/") + GetParam().file;
   if (std::getenv("DTSDB_UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(path, std::ios::binary) << result.out;
+    dtsdb::test::WriteBytes(path, result.out);
     return;
   }
-  EXPECT_EQ(result.out, Workplace::ReadBytes(path));
+  EXPECT_EQ(result.out, dtsdb::test::ReadBytes(path));
 }
 
 constexpr Golden kGolden[] = {

@@ -55,7 +55,7 @@ TEST(TextTables, WritingWhatWasReadGivesTheSameFiles) {
   int files = 0;
   for (const auto& entry : std::filesystem::directory_iterator(here / "a")) {
     const std::filesystem::path twin = here / "b" / entry.path().filename();
-    EXPECT_EQ(Workplace::ReadBytes(entry.path()), Workplace::ReadBytes(twin)) << twin;
+    EXPECT_EQ(dtsdb::test::ReadBytes(entry.path()), dtsdb::test::ReadBytes(twin)) << twin;
     ++files;
   }
   EXPECT_GT(files, 40);

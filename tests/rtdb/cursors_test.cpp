@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "samples.h"
+#include "tests/support/bytes.h"
 
 using dtsdb::test::AddEntry;
 using dtsdb::test::EntryIds;
 using dtsdb::test::OpenStore;
+using dtsdb::test::ReadBytes;
 using sample::entry;
 using sample::item;
 using sample::note;
@@ -165,20 +164,15 @@ TEST_F(Cursors, UpdateOfEveryKeyMeetsEachRowOnce) {
   EXPECT_EQ(EntryIds(store.db), (std::vector<int>{3, 4, 5}));
 }
 
-std::string Bytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 TEST_F(Cursors, UpdateThatChangesNothingWritesNothing) {
-  const std::string before = Bytes(store.folder.File());
+  const std::string before = ReadBytes(store.folder.File());
   dbCursor<entry> cursor(&store.db, dbCursorForUpdate);
   for (cursor.select(); cursor.get() != nullptr;) {
     cursor.update();
     if (cursor.next() == nullptr) break;
   }
   store.db.commit();
-  EXPECT_EQ(Bytes(store.folder.File()), before);
+  EXPECT_EQ(ReadBytes(store.folder.File()), before);
 }
 
 TEST_F(Cursors, ViewOnlyCursorRefusesUpdateAndRemove) {

@@ -2,37 +2,28 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <random>
 
 #include "damage.h"
 #include "samples.h"
+#include "tests/support/bytes.h"
 
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;
 using dtsdb::test::Folder;
 using dtsdb::test::PlaceFinder;
+using dtsdb::test::ReadBytes;
 using dtsdb::test::RunTrials;
 using dtsdb::test::StorePlaces;
 using dtsdb::test::TrialCounts;
+using dtsdb::test::WriteBytes;
 using sample::entry;
 using sample::item;
 using sample::note;
 using sample::relation;
 
 namespace {
-
-std::string Read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void Write(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
 
 /// A small store with several tables, a branch page, values too large for a page and a list of free pages.
 void Fill(const std::string& path) {
@@ -114,7 +105,7 @@ std::string Flipped(std::string bytes, const std::vector<std::size_t>& bits) {
 struct Damage : ::testing::Test {
   void SetUp() override {
     Fill(path);
-    whole = Read(path);
+    whole = ReadBytes(path);
     Database db;
     ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
     rows = Rows(db);
@@ -131,7 +122,7 @@ struct Damage : ::testing::Test {
   /// Uses a store of these bytes. Returns what went wrong: rows that differ though no error was reported, or a store
   /// that can't be opened again.
   std::string Use(const std::string& bytes, TrialCounts& counts) const {
-    Write(path, bytes);
+    WriteBytes(path, bytes);
     Database db;
     if (!db.open("store", path.c_str())) {
       const std::string reported = db.Reported();

@@ -2,11 +2,10 @@
 #include <lmdb.h>
 #include <sys/stat.h>
 
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include "samples.h"
+#include "tests/support/bytes.h"
 #include "tests/support/process.h"
 
 using dtsdb::test::AddEntry;
@@ -14,21 +13,13 @@ using dtsdb::test::Database;
 using dtsdb::test::EntryIds;
 using dtsdb::test::Folder;
 using dtsdb::test::Helper;
+using dtsdb::test::ReadBytes;
 using dtsdb::test::RunHelper;
+using dtsdb::test::WriteBytes;
 using sample::entry;
 using sample::item;
 
 namespace {
-
-std::string Read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void Write(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
 
 /// A store with rows on many pages, some of them too large for one.
 void Fill(const std::string& path, int rows = 400) {
@@ -99,7 +90,7 @@ TEST(Files, OpenTwiceByOneDatabaseIsRefused) {
 TEST(Files, FileThatMayNotBeWrittenIsRefused) {
   Folder folder;
   Fill(folder.File());
-  const std::string before = Read(folder.File());
+  const std::string before = ReadBytes(folder.File());
   std::filesystem::permissions(std::filesystem::path(folder.File()).parent_path(), std::filesystem::perms(0755));
   ::chmod(folder.File().c_str(), 0444);
   ::chmod((folder.File() + "-lock").c_str(), 0666);
@@ -107,12 +98,12 @@ TEST(Files, FileThatMayNotBeWrittenIsRefused) {
   Helper helper({"readonly", folder.File()});
   EXPECT_EQ(helper.Line(), "realtime store: open: " + folder.File() + ": Permission denied");
   EXPECT_EQ(helper.Line(), "unreadable");
-  EXPECT_EQ(Read(folder.File()), before);
+  EXPECT_EQ(ReadBytes(folder.File()), before);
 }
 
 TEST(Files, EmptyFileBecomesAStore) {
   Folder folder;
-  Write(folder.File(), "");
+  WriteBytes(folder.File(), "");
   Database db;
   EXPECT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_NE(AddEntry(db, 1).getOid(), 0U);
@@ -122,9 +113,9 @@ TEST(Files, ForeignFilesAreRefusedAndLeftAlone) {
   Folder folder;
   for (const std::string& bytes : {std::string("a text\n"), std::string(20000, '\0'),
                                    std::string("SQLite format 3\0", 16), std::string(20000, 'x')}) {
-    Write(folder.File(), bytes);
+    WriteBytes(folder.File(), bytes);
     ExpectRefused(folder.File(), "not a store of the realtime database");
-    EXPECT_EQ(Read(folder.File()), bytes);
+    EXPECT_EQ(ReadBytes(folder.File()), bytes);
   }
   std::filesystem::create_directory(folder.File("folder.fdb"));
   ExpectRefused(folder.File("folder.fdb"), "not a store of the realtime database");
@@ -143,20 +134,20 @@ TEST(Files, StoreOfAnotherProgramIsRefusedAndLeftAlone) {
   ASSERT_EQ(mdb_put(txn, table, &key, &key, 0), 0);
   ASSERT_EQ(mdb_txn_commit(txn), 0);
   mdb_env_close(env);
-  const std::string before = Read(folder.File());
+  const std::string before = ReadBytes(folder.File());
   ExpectRefused(folder.File(), "not a store of the realtime database");
-  EXPECT_EQ(Read(folder.File()), before);
+  EXPECT_EQ(ReadBytes(folder.File()), before);
 }
 
 TEST(Files, TruncatedFileIsRefused) {
   Folder folder;
   Fill(folder.File());
-  const std::string whole = Read(folder.File());
+  const std::string whole = ReadBytes(folder.File());
   for (const std::size_t size : {whole.size() / 2, std::size_t{3 * 4096}, std::size_t{2 * 4096}, std::size_t{5000}}) {
-    Write(folder.File(), whole.substr(0, size));
+    WriteBytes(folder.File(), whole.substr(0, size));
     ExpectRefused(folder.File(), "damaged");
   }
-  Write(folder.File(), whole.substr(0, 100));
+  WriteBytes(folder.File(), whole.substr(0, 100));
   ExpectRefused(folder.File(), "not a store");
 }
 
@@ -188,7 +179,7 @@ void UseStore(const std::string& path) {
 TEST(Files, DamagedBytesNeverBringTheProcessDown) {
   Folder folder;
   Fill(folder.File());
-  const std::string whole = Read(folder.File());
+  const std::string whole = ReadBytes(folder.File());
   std::mt19937 random(7);
   for (int round = 0; round < 300; ++round) {
     std::string bytes = whole;
@@ -200,11 +191,11 @@ TEST(Files, DamagedBytesNeverBringTheProcessDown) {
       if (place < bytes.size()) bytes[place] = static_cast<char>(random());
     }
     std::filesystem::remove(folder.File() + "-lock");
-    Write(folder.File(), bytes);
+    WriteBytes(folder.File(), bytes);
     UseStore(folder.File());
   }
   std::filesystem::remove(folder.File() + "-lock");
-  Write(folder.File(), whole);
+  WriteBytes(folder.File(), whole);
   Database db;
   ASSERT_TRUE(db.open("store", folder.File().c_str())) << db.Reported();
   EXPECT_EQ(EntryIds(db).size(), 300U);

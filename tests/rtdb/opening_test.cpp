@@ -4,12 +4,11 @@
 #include <lmdb.h>
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 #include "rtdb/internal/file_check.h"
 #include "rtdb/internal/file_format.h"
 #include "samples.h"
+#include "tests/support/bytes.h"
 #include "tests/support/process.h"
 
 using dtsdb::internal::rtdb::format::Head;
@@ -18,22 +17,14 @@ using dtsdb::test::Database;
 using dtsdb::test::EntryIds;
 using dtsdb::test::Folder;
 using dtsdb::test::Helper;
+using dtsdb::test::ReadBytes;
 using dtsdb::test::RunHelper;
+using dtsdb::test::WriteBytes;
 using sample::entry;
 
 namespace {
 
 constexpr std::size_t kPage = 4096;
-
-std::string Read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void Write(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
 
 struct Opening : ::testing::Test {
   /// Commits one row after the other, until the newest transaction is this one.
@@ -48,14 +39,14 @@ struct Opening : ::testing::Test {
   }
   Head HeadAt(std::size_t index) const {
     Head head{};
-    std::memcpy(&head, Read(path).data() + index * kPage, sizeof(head));
+    std::memcpy(&head, ReadBytes(path).data() + index * kPage, sizeof(head));
     return head;
   }
   std::uint64_t NewestNumber() const { return std::max(HeadAt(0).transaction, HeadAt(1).transaction); }
   void SetNumber(std::size_t index, std::uint64_t transaction) const {
-    std::string bytes = Read(path);
+    std::string bytes = ReadBytes(path);
     std::memcpy(bytes.data() + index * kPage + offsetof(Head, transaction), &transaction, sizeof(transaction));
-    Write(path, bytes);
+    WriteBytes(path, bytes);
   }
   std::string Refusal() const {
     Database db;
@@ -75,10 +66,10 @@ struct Opening : ::testing::Test {
 TEST_F(Opening, NewestHeadWhoseNumberWasLoweredIsNotTakenForTheOlder) {
   for (std::uint64_t newest = 2; newest < 8; ++newest) {
     CommitUpTo(newest);
-    const std::string whole = Read(path);
+    const std::string whole = ReadBytes(path);
     SetNumber(newest % 2, newest - 2);
     ExpectDamaged();
-    Write(path, whole);
+    WriteBytes(path, whole);
   }
 }
 
@@ -91,33 +82,33 @@ TEST_F(Opening, FirstCommitWhoseNumberWasClearedIsNotLost) {
 TEST_F(Opening, OlderHeadWhoseNumberWasRaisedIsNotTakenForTheNewest) {
   for (std::uint64_t newest = 2; newest < 8; ++newest) {
     CommitUpTo(newest);
-    const std::string whole = Read(path);
+    const std::string whole = ReadBytes(path);
     SetNumber((newest - 1) % 2, newest + 1);
     ExpectDamaged();
-    Write(path, whole);
+    WriteBytes(path, whole);
   }
 }
 
 TEST_F(Opening, HeadsOfTransactionsThatDoNotFollowEachOtherAreRefused) {
   CommitUpTo(6);
-  const std::string whole = Read(path);
+  const std::string whole = ReadBytes(path);
   for (const std::uint64_t other : {0U, 1U, 3U, 4U, 6U, 9U, 1U << 20}) {
     SetNumber(1, other);
     ExpectDamaged();
-    Write(path, whole);
+    WriteBytes(path, whole);
   }
   SetNumber(0, 5);
   SetNumber(1, 6);
   ExpectDamaged();
-  Write(path, whole);
+  WriteBytes(path, whole);
   EXPECT_NE(Ids(), std::vector{-1});
 }
 
 TEST_F(Opening, FirstHeadWithoutItsMarkIsDamage) {
   CommitUpTo(2);
-  std::string bytes = Read(path);
+  std::string bytes = ReadBytes(path);
   bytes[offsetof(Head, magic)] ^= 1;
-  Write(path, bytes);
+  WriteBytes(path, bytes);
   ExpectDamaged();
 }
 
@@ -169,14 +160,14 @@ TEST_F(Opening, PowerFailureLosesTheLastCommitOnly) {
     cursor.select(round % 3 == 0 ? "id < 200" : "id >= 350");
     cursor.removeAllSelected();
     db.commit();
-    images.push_back(Read(path));
+    images.push_back(ReadBytes(path));
     states.push_back(EntryIds(db));
     db.commit();
   }
   db.close();
   for (std::size_t round = 0; round + 2 < images.size(); ++round) {
     for (const std::size_t later : {round + 1, round + 2}) {
-      Write(path, images[round].substr(0, 2 * kPage) + images[later].substr(2 * kPage));
+      WriteBytes(path, images[round].substr(0, 2 * kPage) + images[later].substr(2 * kPage));
       Database after;
       ASSERT_TRUE(after.open("store", path.c_str())) << after.Reported() << "heads " << round << ", pages " << later;
       ASSERT_EQ(EntryIds(after), states[round]);

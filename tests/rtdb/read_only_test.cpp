@@ -83,12 +83,11 @@ TEST_F(ReadOnlyStore, IsShownAsItWasAtTheOpeningWhereTheLockFileMayNotBeWritten)
   EXPECT_EQ(reader.Line(), "whole 999999");
 }
 
+/// CMake leaves this one out where the user may not mount.
 TEST_F(ReadOnlyStore, IsReadOnAMediumThatCannotBeWritten) {
   for (const bool withLock : {true, false}) {
     if (!withLock) fs::remove(Lock());
-    const std::string output = Helper({"medium", folder.File()}).Line();
-    if (output == "no mount") GTEST_SKIP() << "this user may not mount";
-    EXPECT_EQ(output, "whole 7") << withLock;
+    EXPECT_EQ(Helper({"medium", folder.File()}).Line(), "whole 7") << withLock;
   }
 }
 

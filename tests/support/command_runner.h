@@ -9,10 +9,9 @@
 #include <QTemporaryDir>
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
+#include "tests/support/bytes.h"
 #include "tests/support/places.h"
 
 namespace dtsdb::tools::test {
@@ -59,15 +58,10 @@ class Workplace {
 
   void Write(const std::string& name, const std::string& bytes) const {
     std::filesystem::create_directories((Path() / name).parent_path());
-    std::ofstream(Path() / name, std::ios::binary) << bytes;
+    dtsdb::test::WriteBytes(Path() / name, bytes);
   }
 
-  std::string Read(const std::string& name) const { return ReadBytes(Path() / name); }
-
-  static std::string ReadBytes(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
+  std::string Read(const std::string& name) const { return dtsdb::test::ReadBytes(Path() / name); }
 
   bool Exists(const std::string& name) const { return std::filesystem::exists(Path() / name); }
 

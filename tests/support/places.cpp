@@ -4,4 +4,6 @@ namespace dtsdb::test {
 
 std::string SourcePath(const std::string& path) { return DTSDB_SOURCE_DIR "/" + path; }
 
+std::string DataPath(const std::string& path) { return DTSDB_DATA_DIR "/" + path; }
+
 }  // namespace dtsdb::test

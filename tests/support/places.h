@@ -9,6 +9,9 @@ namespace dtsdb::test {
 /// A path of the source tree, for fixtures and golden files.
 std::string SourcePath(const std::string& path);
 
+/// A path among the public grid models; CMake builds the tests that read them only where there are any.
+std::string DataPath(const std::string& path);
+
 /// The program that the test runs beside itself: the PROGRAM of its dtsdb_test.
 const char* TestProgram();
 

@@ -3,11 +3,10 @@
 // With DTSDB_UPDATE_GOLDEN=1 in the environment the files in tests/validation/golden are written anew instead of
 // compared.
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 
+#include "tests/support/bytes.h"
 #include "tests/support/places.h"
 #include "tests/validation/edit.h"
 #include "validation/message_catalog.h"
@@ -18,11 +17,10 @@ namespace {
 void ExpectGolden(const std::string& file, const std::string& text) {
   const std::string path = SourcePath("tests/validation/golden/") + file;
   if (std::getenv("DTSDB_UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(path, std::ios::binary) << text;
+    WriteBytes(path, text);
     return;
   }
-  std::ifstream kept(path, std::ios::binary);
-  EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(kept), {})) << path;
+  EXPECT_EQ(text, ReadBytes(path)) << path;
 }
 
 std::string Shown(const char* text) {
