@@ -116,13 +116,13 @@ constexpr Golden kGolden[] = {
     {"diff.csv", "diff m changed --format csv", 1},
 };
 
-std::string TestName(const testing::TestParamInfo<Golden>& test) {
+std::string GoldenName(const testing::TestParamInfo<Golden>& test) {
   std::string name = test.param.file;
   std::replace(name.begin(), name.end(), '.', '_');
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Command, GoldenOutput, testing::ValuesIn(kGolden), TestName);
+INSTANTIATE_TEST_SUITE_P(Command, GoldenOutput, testing::ValuesIn(kGolden), GoldenName);
 
 }  // namespace
 }  // namespace dtsdb::tools

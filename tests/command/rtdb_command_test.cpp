@@ -15,9 +15,8 @@ namespace {
 using test::CommandResult;
 using test::Contains;
 using test::IsOneLine;
+using test::kSample;
 using test::Workplace;
-
-constexpr const char* kSample = "examples/ieee14";
 
 /// The outcome of a call that must succeed.
 std::string Good(const Workplace& here, const char* arguments) {

@@ -9,9 +9,8 @@ namespace {
 
 using test::CommandResult;
 using test::Contains;
+using test::kSample;
 using test::Workplace;
-
-constexpr const char* kSample = "examples/ieee14";
 
 TEST(Sample, IsGood) {
   const Workplace here;

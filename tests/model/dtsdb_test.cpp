@@ -14,8 +14,6 @@
 namespace dtsdb::test {
 namespace {
 
-QString Text(const char* text) { return QString::fromLatin1(text); }
-
 TEST(Container, StartsWithFortySixEmptyTables) {
   DTSDB database;
   int tables = 0;

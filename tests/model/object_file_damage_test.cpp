@@ -15,8 +15,6 @@
 namespace dtsdb::test {
 namespace {
 
-QString Text(const char* text) { return QString::fromLatin1(text); }
-
 /// A model of few bytes: one table of each kind of key, with free slots, the others empty.
 QByteArray SmallImage() {
   DTSDB database;

@@ -21,8 +21,6 @@ namespace {
 
 const std::string kCanNotOpen = "can not open file.\n";
 
-QString Text(const char* text) { return QString::fromLatin1(text); }
-
 /// What `call` writes on the standard output; its result goes to `ok`.
 template <class Call>
 std::string Printed(bool* ok, Call call) {

@@ -13,7 +13,6 @@ namespace dtsdb::test {
 namespace {
 
 QByteArray Hex(const char* digits) { return QByteArray::fromHex(digits); }
-QString Text(const char* text) { return QString::fromLatin1(text); }
 
 /// The image of `database` without the images of the empty tables before and behind that of `T`.
 template <class T>

@@ -13,6 +13,8 @@
 
 namespace dtsdb::test {
 
+inline QString Text(const char* text) { return QString::fromLatin1(text); }
+
 /// Gives every field of `record` a value of its own, made from `seed`: no two fields of a record are alike.
 template <class T>
 void FillFields(T& record, int seed) {

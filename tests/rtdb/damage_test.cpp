@@ -26,7 +26,7 @@ using sample::relation;
 namespace {
 
 /// A small store with several tables, a branch page, values too large for a page and a list of free pages.
-void Fill(const std::string& path) {
+void FillEveryKindOfPage(const std::string& path) {
   Database db;
   ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
   for (int id = 0; id < 80; ++id) AddEntry(db, id, id, std::string(100 + static_cast<std::size_t>(id), 't').c_str());
@@ -104,7 +104,7 @@ std::string Flipped(std::string bytes, const std::vector<std::size_t>& bits) {
 
 struct Damage : ::testing::Test {
   void SetUp() override {
-    Fill(path);
+    FillEveryKindOfPage(path);
     whole = ReadBytes(path);
     Database db;
     ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();

@@ -22,7 +22,7 @@ using sample::item;
 namespace {
 
 /// A store with rows on many pages, some of them too large for one.
-void Fill(const std::string& path, int rows = 400) {
+void FillPages(const std::string& path, int rows = 400) {
   Database db;
   ASSERT_TRUE(db.open("store", path.c_str())) << db.Reported();
   for (int id = 0; id < rows; ++id) AddEntry(db, id, 0, std::string(static_cast<std::size_t>(id), 't').c_str());
@@ -89,7 +89,7 @@ TEST(Files, OpenTwiceByOneDatabaseIsRefused) {
 
 TEST(Files, FileThatMayNotBeWrittenIsRefused) {
   Folder folder;
-  Fill(folder.File());
+  FillPages(folder.File());
   const std::string before = ReadBytes(folder.File());
   std::filesystem::permissions(std::filesystem::path(folder.File()).parent_path(), std::filesystem::perms(0755));
   ::chmod(folder.File().c_str(), 0444);
@@ -141,7 +141,7 @@ TEST(Files, StoreOfAnotherProgramIsRefusedAndLeftAlone) {
 
 TEST(Files, TruncatedFileIsRefused) {
   Folder folder;
-  Fill(folder.File());
+  FillPages(folder.File());
   const std::string whole = ReadBytes(folder.File());
   for (const std::size_t size : {whole.size() / 2, std::size_t{3 * 4096}, std::size_t{2 * 4096}, std::size_t{5000}}) {
     WriteBytes(folder.File(), whole.substr(0, size));
@@ -178,7 +178,7 @@ void UseStore(const std::string& path) {
 
 TEST(Files, DamagedBytesNeverBringTheProcessDown) {
   Folder folder;
-  Fill(folder.File());
+  FillPages(folder.File());
   const std::string whole = ReadBytes(folder.File());
   std::mt19937 random(7);
   for (int round = 0; round < 300; ++round) {

@@ -20,6 +20,9 @@ inline bool IsOneLine(const std::string& text) { return std::count(text.begin(),
 
 inline bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
+/// The sample network, as a folder of the source tree.
+inline constexpr const char* kSample = "examples/ieee14";
+
 struct CommandResult {
   int code = -1;
   std::string out;

@@ -11,7 +11,7 @@
 namespace dtsdb::test {
 namespace {
 
-ModelBuilder TwoStations() {
+ModelBuilder StationsWithLoads() {
   ModelBuilder m;
   m.Station("S1").Kv("K1", 220).Kv("K2", 110).Station("S2").Kv("K3", 220);
   m.Breaker("B1", "K1", "N1", "N2").Breaker("B2", "K3", "N4", "N5");
@@ -46,7 +46,7 @@ class RemoveTest : public testing::Test {
     return model.Table<Row>().GetPh(model.Of<typename R::Child>(child).*R::kOwn);
   }
 
-  ModelBuilder model = TwoStations();
+  ModelBuilder model = StationsWithLoads();
   Editing edit{model};
 };
 
@@ -123,7 +123,7 @@ TEST_F(RemoveTest, OfANodesOnlyLoadTakesTheNodeThoughABusStandsThere) {
 // A node N9 with a device of each kind: each leaves out its own mark, and the bus counts for none.
 template <class Shunt>
 void TestCountedMarks(u32 flags, bool keepsNode) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = StationsWithLoads();
   Editing edit(m);
   Shunt shunt = NewShunt<Shunt>("X", "K2", "N9");
   ASSERT_EQ(edit.Add(shunt), "");
@@ -157,7 +157,7 @@ template <class Shunt>
 void TestStuckShunt(const char* levelLess, const char* unrelated) {
   using Row = ParentRow<Shunt>;
   for (const bool hasRow : {false, true}) {
-    ModelBuilder m = TwoStations();
+    ModelBuilder m = StationsWithLoads();
     Editing edit(m);
     Shunt shunt = NewShunt<Shunt>("X", "K2", "N9");
     Shunt other = NewShunt<Shunt>("Y", "K1", "N1");
@@ -210,10 +210,10 @@ TEST_F(RemoveTest, OfALineWhoseEndsStayKeepsItsNameTakenUntilTheNextRun) {
 
 // Branch X alone between nodes N8 and N9.
 
-ModelBuilder WithBreakerX() { return TwoStations().Breaker("X", "K2", "N8", "N9"); }
-ModelBuilder WithWindingX() { return TwoStations().Winding("X", "S1", "K1", "K2", "N8", "N9"); }
-ModelBuilder WithLineX() { return TwoStations().Line("X", "DV", "S1", "S2", "K1", "K3", "N8", "N9"); }
-ModelBuilder WithDcLineX() { return TwoStations().DcLine("X", "DV", "S1", "S2", "K1", "K3", "N8", "N9"); }
+ModelBuilder WithBreakerX() { return StationsWithLoads().Breaker("X", "K2", "N8", "N9"); }
+ModelBuilder WithWindingX() { return StationsWithLoads().Winding("X", "S1", "K1", "K2", "N8", "N9"); }
+ModelBuilder WithLineX() { return StationsWithLoads().Line("X", "DV", "S1", "S2", "K1", "K3", "N8", "N9"); }
+ModelBuilder WithDcLineX() { return StationsWithLoads().DcLine("X", "DV", "S1", "S2", "K1", "K3", "N8", "N9"); }
 
 template <class T>
 bool IsThere(ModelBuilder& m, const char* id) {

@@ -14,7 +14,7 @@
 namespace dtsdb::test {
 namespace {
 
-ModelBuilder TwoStations() {
+ModelBuilder StationsWithEveryKind() {
   ModelBuilder m;
   m.District("D1").District("D2").District("D3");
   m.Station("S1", "D1").Kv("K1", 220).Kv("K2", 110).Station("S2", "D2").Kv("K3", 220);
@@ -33,7 +33,7 @@ class IsValidTest : public testing::Test {
     EXPECT_EQ(edit.Why(record), reason) << Utf8(record.id);
   }
 
-  ModelBuilder model = TwoStations();
+  ModelBuilder model = StationsWithEveryKind();
   Editing edit{model};
 };
 
@@ -329,7 +329,7 @@ TEST(IsValidLine, LooksUpAStationInTheRowWithTheLevelsNumber) {
 // On any model
 
 TEST(IsValidOnAnyModel, DoesntLookAtTheVerdict) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = StationsWithEveryKind();
   m.Of<CB>("B2").flags = 0;
   Editing edit(m);
   EXPECT_FALSE(edit.IsGood());
@@ -337,7 +337,7 @@ TEST(IsValidOnAnyModel, DoesntLookAtTheVerdict) {
 }
 
 TEST(IsValidOnAnyModel, ChangesNothingAndWritesNoLog) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = StationsWithEveryKind();
   Editing edit(m);
   const QString before = QStringLiteral("before");
   const QString after = QStringLiteral("after");
