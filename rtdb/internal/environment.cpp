@@ -24,7 +24,6 @@ constexpr MDB_dbi kMaxTables = 512;
 constexpr unsigned kMaxReaders = 1000;
 constexpr std::size_t kLargestMap = sizeof(void*) > 4 ? std::size_t{1} << 36 : std::size_t{1} << 30;
 constexpr std::size_t kSmallestMap = std::size_t{1} << 26;
-constexpr mode_t kFileMode = 0664;
 constexpr int kAttempts = 10;
 
 /// On a memory file system there is nothing to wait for. On a disk a commit waits for its rows but not for the head

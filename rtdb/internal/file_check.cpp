@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "rtdb/internal/page_walk.h"
+#include "rtdb/internal/store_file.h"
 
 namespace dtsdb::internal::rtdb {
 namespace {
@@ -32,20 +33,6 @@ constexpr int kLooks = 2;
 constexpr int kPatientLooks = 100;
 
 void Pause() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
-
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : m_fd(fd) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (m_fd >= 0) ::close(m_fd);
-  }
-  int Get() const { return m_fd; }
-
- private:
-  int m_fd;
-};
 
 /// The file in memory, for reading.
 class Mapping {
@@ -180,7 +167,7 @@ std::string CheckFileHead(const std::string& path) {
   for (int look = 0; look < (wrong == kUnfinished ? kPatientLooks : kLooks); ++look) {
     if (look > 0) Pause();
     struct stat about {};
-    if (file.Get() < 0 || ::fstat(file.Get(), &about) != 0) return std::strerror(errno);
+    if (!file.IsOpen() || ::fstat(file.Get(), &about) != 0) return std::strerror(errno);
     if (!S_ISREG(about.st_mode)) return kForeign;
     if (about.st_size == 0) return {};
     wrong = LookAtHeads(file.Get(), static_cast<std::uint64_t>(about.st_size));

@@ -12,8 +12,6 @@
 namespace dtsdb::internal::rtdb {
 namespace {
 
-constexpr mode_t kFileMode = 0664;
-
 /// What stands at the end of a lock file. Smaller than one of LMDB's records of a reader, so that LMDB, which takes
 /// as many readers as the file has room for, leaves it alone.
 struct Owner {

@@ -17,7 +17,6 @@
 namespace dtsdb::internal::rtdb {
 namespace {
 
-constexpr mode_t kFileMode = 0664;
 /// Where the mark lies: a byte that no store reaches.
 constexpr off_t kMarkOffset = off_t{1} << 62;
 

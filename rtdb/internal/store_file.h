@@ -20,6 +20,9 @@ struct FileId {
   auto operator<=>(const FileId&) const = default;
 };
 
+/// The permissions of the files that are made, before the user's mask.
+inline constexpr mode_t kFileMode = 0664;
+
 /// The file that a path leads to, or nothing.
 std::optional<FileId> IdOf(const std::string& path);
 std::optional<FileId> IdOf(int descriptor);
