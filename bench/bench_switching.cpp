@@ -1,5 +1,5 @@
 // One switching operation at a time on networks of 100, 1,000 and 10,000 stations: an incremental run beside a full
-// one and beside the connected components of the whole node-breaker graph, found by Boost.Graph.
+// one and beside the connected components of the whole node-breaker graph, found over plain arrays.
 //
 //     bench_switching [FOLDER]
 //
@@ -9,8 +9,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <boost/graph/adjacency_list.hpp>
-#include <boost/graph/connected_components.hpp>
 #include <cstdio>
 #include <exception>
 #include <map>
@@ -18,13 +16,12 @@
 #include <string>
 #include <vector>
 
+#include "bench/compressed_rows.h"
 #include "bench/growth_reporter.h"
+#include "bench/operations.h"
 #include "bench/sample_network.h"
 #include "bench/store.h"
 #include "bench/timing.h"
-#include "include/chain.h"
-#include "model/record_bits.h"
-#include "model/text.h"
 #include "topology/tp.h"
 
 namespace dtsdb::bench {
@@ -33,100 +30,12 @@ namespace {
 constexpr int kRounds = 20;
 constexpr int kFullRounds = 5;
 
-/// A component that is switched off and on again.
-struct Operation {
-  const char* name;
-  int type;  ///< type code of tpSetCompStatus
-  QByteArray id;
-};
-
 /// The fastest of `rounds` rounds of `job`, in milliseconds.
 template <class Job>
 double Fastest(int rounds, Job job) {
   double fastest = Milliseconds(job);
   for (int i = 1; i < rounds; ++i) fastest = std::min(fastest, Milliseconds(job));
   return fastest;
-}
-
-/// True when a run has to follow the opening of the breaker: nothing else joins its nodes. Leaves it closed.
-bool PartsNodes(TP& topology, const QByteArray& id) {
-  const bool parts = topology.tpSetCompStatus(id.constData(), 1, false) == 1;
-  topology.tpSetCompStatus(id.constData(), 1, true);
-  if (topology.tpChange() != 1) throw std::runtime_error("an incremental run failed");
-  return parts;
-}
-
-/// A closed breaker that `accepts` takes and whose opening parts its nodes.
-template <class Accepts>
-QByteArray ChooseBreaker(DTSDB& network, TP& topology, Accepts accepts) {
-  auto& breakers = *network.m_cbTable;
-  for (int i = breakers.GetCount() / 2; i < breakers.GetCount(); ++i) {
-    const CB& breaker = breakers[i];
-    const QByteArray id = IdToBytes(breaker.id);
-    if ((breaker.flags & CB_OPEN) == 0 && accepts(breaker) && PartsNodes(topology, id)) return id;
-  }
-  throw std::runtime_error("the network has no such breaker");
-}
-
-QByteArray ChooseCoupler(DTSDB& network, TP& topology) {
-  return ChooseBreaker(network, topology, [](const CB& breaker) { return breaker.id.endsWith(QLatin1String("-CQ0")); });
-}
-
-/// The breaker of a bay whose circuit is a line in service.
-QByteArray ChooseFeeder(DTSDB& network, TP& topology) {
-  return ChooseBreaker(network, topology, [&](const CB& breaker) {
-    if (!breaker.id.endsWith(QLatin1String("Q0"))) return false;
-    const ND& circuit = network.m_ndTable->GetPh(breaker.iznd);
-    if (circuit.r_nd_ln2 == -1) return false;
-    const LN2& end = network.m_ln2Table->GetPh(network.m_rNdLn2Table->GetPh(circuit.r_nd_ln2).iln2);
-    return network.m_lnTable->GetPh(end.iln).status == 0;
-  });
-}
-
-/// A line in service without which its island falls in two: the only one of a station.
-QByteArray ChooseSplittingLine(DTSDB& network) {
-  auto& lines = *network.m_lnTable;
-  std::map<QString, int> linesOf;
-  for (int i = 0; i < lines.GetCount(); ++i) {
-    if (lines[i].status & BranchKind<LN>::kOut) continue;
-    ++linesOf[lines[i].st];
-    ++linesOf[lines[i].zst];
-  }
-  for (int i = lines.GetCount() / 2; i < lines.GetCount(); ++i) {
-    const LN& line = lines[i];
-    const bool joins = line.status == 0 && network.m_bsTable->GetPh(line.ibs).island >= 0 &&
-                       network.m_bsTable->GetPh(line.izbs).island >= 0;
-    if (joins && (linesOf[line.st] == 1 || linesOf[line.zst] == 1)) return IdToBytes(line.id);
-  }
-  throw std::runtime_error("the network has no such line");
-}
-
-using Graph = boost::adjacency_list<boost::vecS, boost::vecS, boost::undirectedS>;
-
-template <class Branch>
-void AddBranches(Graph& graph, tTable<Branch>& branches) {
-  using Kind = BranchKind<Branch>;
-  for (int i = 0; i < branches.GetCount(); ++i) {
-    const Branch& branch = branches[i];
-    if (branch.status & (Kind::kOut | Kind::kOpen1 | Kind::kOpen2)) continue;
-    boost::add_edge(static_cast<std::size_t>(branch.ind), static_cast<std::size_t>(branch.iznd), graph);
-  }
-}
-
-/// The nodes, joined by closed breakers and branches in service.
-Graph GraphOf(DTSDB& network) {
-  Graph graph(static_cast<std::size_t>(network.m_ndTable->GetCount()));
-  auto& breakers = *network.m_cbTable;
-  for (int i = 0; i < breakers.GetCount(); ++i) {
-    const CB& breaker = breakers[i];
-    if (breaker.flags & CB_OPEN) continue;
-    boost::add_edge(static_cast<std::size_t>(breaker.ind), static_cast<std::size_t>(breaker.iznd), graph);
-  }
-  AddBranches(graph, *network.m_lnTable);
-  AddBranches(graph, *network.m_dlnTable);
-  AddBranches(graph, *network.m_xfTable);
-  AddBranches(graph, *network.m_zbrTable);
-  return graph;
 }
 
 /// Times by number of stations, in the order in which they were first taken.
@@ -189,21 +98,16 @@ void Measure(const QString& folder, int stations, Results& results) {
   if (!network.ReadObject(SampleNetwork::Of(stations).ReadyFile())) throw std::runtime_error("no network");
   TP topology(&network);
   results.Add(Results::kFullRun, stations, Fastest(kFullRounds, [&] { topology.tpAllnew(); }));
-  const Graph graph = GraphOf(network);
-  std::vector<int> component(boost::num_vertices(graph));
-  results.Add("Boost.Graph connected_components", stations,
-              Fastest(kFullRounds, [&] { boost::connected_components(graph, component.data()); }));
-  results.Add("Boost.Graph, the graph made first", stations, Fastest(kFullRounds, [&] {
-                const Graph made = GraphOf(network);
-                boost::connected_components(made, component.data());
-              }));
+  const CompressedRows rows = RowsOf(network);
+  std::vector<int> component;
+  results.Add("components on compressed rows", stations,
+              Fastest(kFullRounds, [&] { FindComponents(rows, component); }));
+  results.Add("components, the rows made first", stations,
+              Fastest(kFullRounds, [&] { FindComponents(RowsOf(network), component); }));
 
   Store store(folder + QStringLiteral("/switching.fdb"));
   network.WriteFastdb(store.Db());
-  const Operation operations[] = {{"bus coupler", 1, ChooseCoupler(network, topology)},
-                                  {"feeder", 1, ChooseFeeder(network, topology)},
-                                  {"splitting line", 5, ChooseSplittingLine(network)}};
-  for (const Operation& operation : operations) {
+  for (const Operation& operation : ChooseOperations(network, topology)) {
     MeasureOperation(topology, store.Db(), operation, stations, results);
   }
 }

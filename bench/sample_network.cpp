@@ -29,15 +29,20 @@ const SampleNetwork& SampleNetwork::Of(int stations) {
 }
 
 SampleNetwork::SampleNetwork(int stations) {
-  Require(m_directory.isValid() && QDir::setCurrent(m_directory.path()), "no temporary directory for the network");
+  Require(m_directory.isValid(), "no temporary directory for the network");
+  Make(stations, m_directory.path());
+}
+
+void SampleNetwork::Make(int stations, const QString& folder) {
+  Require(QDir::setCurrent(folder), "the folder of the network isn't there");
   DTSDB network;
   tools::GenerateUtility(network, {stations, 1});
-  Require(network.WriteObject(InputFile()), "the network can't be written");
+  Require(network.WriteObject(folder + QLatin1String(kInput)), "the network can't be written");
 
   NMD validation(&network);
   Require(validation.DetectAll() && network.m_globalTable->GetPh(0).valid == 1, "the network is not good");
   Require(TP(&network).tpAllnew() == 1, "the network has no topology");
-  Require(network.WriteObject(ReadyFile()), "the network can't be written");
+  Require(network.WriteObject(folder + QLatin1String(kReady)), "the network can't be written");
 }
 
 }  // namespace dtsdb::bench

@@ -13,13 +13,19 @@ namespace dtsdb::bench {
 /// loading one of them, so that each finds the same state, whatever the one before has left.
 class SampleNetwork {
  public:
+  static constexpr const char* kInput = "/input.obj";
+  static constexpr const char* kReady = "/ready.obj";
+
   /// The network of `stations` stations. It is made at the first call and kept until another size is asked for.
   static const SampleNetwork& Of(int stations);
 
+  /// Makes the files input.obj and ready.obj of a network in a folder, which becomes the current one.
+  static void Make(int stations, const QString& folder);
+
   /// As it was generated: input tables only.
-  QString InputFile() const { return m_directory.filePath(QStringLiteral("input.obj")); }
+  QString InputFile() const { return m_directory.path() + QLatin1String(kInput); }
   /// Validated, and with its topology worked out.
-  QString ReadyFile() const { return m_directory.filePath(QStringLiteral("ready.obj")); }
+  QString ReadyFile() const { return m_directory.path() + QLatin1String(kReady); }
   /// Free for what a benchmark writes.
   QString OutputFile() const { return m_directory.filePath(QStringLiteral("output.obj")); }
 

@@ -9,7 +9,7 @@ packages=(
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev
   python3-jinja2
-  libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libboost-dev
+  libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev
 )
 
 heading() { printf '\n== %s\n' "$*"; }
