@@ -91,9 +91,6 @@ struct Topology {
 
 /// The code of the message on a branch that is left out; FindMessage has the texts.
 inline constexpr const char* kLeftOutCode = "TOPOLOGY_ZBR_LEFT_OUT";
-/// Its English text.
-inline constexpr const char* kWhyLeftOut =
-    "taken as out of service: with its to end alone open the rules give no topology";
 
 /// Works out the topology of a model from nothing, with a reference for each live island; validates it first where it
 /// isn't good. Zero-impedance branches on which the rules make a run fail are taken as out of service for the run, and

@@ -14,6 +14,7 @@
 #include "formats/field_text.h"
 #include "script/switch_events.h"
 #include "topology/component_types.h"
+#include "validation/message_catalog.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -194,8 +195,8 @@ void TopologyTask::ReportRun(const analysis::Result<analysis::RunReport>& run, i
 void TopologyTask::ReportFindings(const analysis::RunReport& run) {
   for (const analysis::FollowedBranch& followed : run.followed) m_log.Followed(m_run, followed);
   std::set<std::string> texts;
-  for (const std::string& branch : run.leftOut)
-    texts.insert(fmt::format("ZBR {} is {}", branch, analysis::kWhyLeftOut));
+  const char* const why = FindMessage(analysis::kLeftOutCode)->english;
+  for (const std::string& branch : run.leftOut) texts.insert(fmt::format("ZBR {} is {}", branch, why));
   for (const Finding& finding : run.findings) texts.insert(finding.text.toStdString());
   for (const std::string& text : texts) {
     if (!m_known.contains(text)) m_log.Message(text, m_run);

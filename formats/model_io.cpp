@@ -8,6 +8,7 @@
 #include "formats/files.h"
 #include "formats/realtime.h"
 #include "formats/text_tables.h"
+#include "model/exchange.h"
 #include "model/objectfile.h"
 
 namespace fs = std::filesystem;
@@ -26,8 +27,11 @@ void ReadRealtime(const std::string& name, DTSDB& model) {
   database.Check();
 }
 
+/// A model that was never validated has no GLOBAL row. One that the database has from another model would mark it as
+/// good: it goes in the same transaction.
 void WriteRealtime(DTSDB& model, const std::string& name) {
   RealtimeDatabase database(name, dbDatabase::dbAllAccess);
+  if (model.m_globalTable->GetCount() == 0) TwinWriter<GLOBAL>(database.Db()).RemoveAll();
   model.WriteFastdb(database.Db());
   database.Check();
 }

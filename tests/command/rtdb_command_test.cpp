@@ -58,6 +58,19 @@ TEST(RealtimeModel, CarriesTheSampleToAnObjectFile) {
   EXPECT_EQ(Good(here, "validate x.obj --format json"), Good(here, "validate m --format json"));
 }
 
+TEST(RealtimeModel, ThatWasNotValidatedIsNotMarkedGoodInThePlaceOfAGoodOne) {
+  const Workplace here;
+  here.CopyModel("m", kSample);
+  std::filesystem::remove(here / "m/ANALOG.csv");
+  Good(here, "validate m -o good.obj");
+  Good(here, "convert good.obj rtdb:x");
+  EXPECT_EQ(here.Run("diff m rtdb:x").code, 1);
+  Good(here, "convert m rtdb:x");
+  const std::string rows = Good(here, "rtdb show x GLOBAL --format csv");
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 1) << "the header alone: " << rows;
+  EXPECT_FALSE(Contains(Good(here, "diff m rtdb:x --sheet tables --format csv"), "GLOBAL"));
+}
+
 TEST(RealtimeModel, NewAnalogPointsBearTheirNameAsIdentity) {
   const Workplace here;
   here.CopyModel("m", kSample);
