@@ -76,9 +76,13 @@ Pruned RemoveAllBut(dbDatabase* db, int keep) {
   std::vector<bool> goes(times.size(), false);
   for (int i = 0; i < surplus; ++i) goes[places[static_cast<std::size_t>(i)]] = true;
   if (surplus == 0) return {0, all};
-  std::size_t place = 0;
-  for (const Row* row = cursor.first(); row != nullptr; row = cursor.nextAvailable()) {
-    if (goes[place++]) cursor.remove();
+  cursor.first();
+  for (const bool go : goes) {
+    if (go) {
+      cursor.remove();  // the following row becomes the current one
+    } else {
+      cursor.next();
+    }
   }
   return {surplus, keep};
 }
