@@ -16,6 +16,8 @@ set(left_out_with_fastdb
     Transactions.DatabaseClosedByAnotherThreadIsGoneForThisOne
     Transactions.DetachWithoutCommitRollsBack
     Transactions.ThreadThatEndsWithoutDetachLetsTheNextWriterIn
+    # A program that was killed leaves a file that no other may open for reading before one has opened it for writing.
+    RunService.TaskThatWasKilledKeepsNobodyOut
     # A full disk or map.
     ExchangeFailures.FullStoreIsReportedAndTheWholeOldModelStays
     ExchangeProcesses.FullDiskIsReportedAndTheWholeOldModelStays
