@@ -157,7 +157,7 @@ RunReport CarefulRunner::Report(RunKind kind, RunReason reason, const std::strin
 
 /// A run that works out the islands leaves them without references.
 void CarefulRunner::ChooseReferences() {
-  if (m_database.m_islandTable->GetCount() > 0) m_tp.tpSetRefUN();
+  if (m_choosesReferences && m_database.m_islandTable->GetCount() > 0) m_tp.tpSetRefUN();
 }
 
 std::vector<Difference> CompareWithFullRun(DTSDB& database, Rules rules) {

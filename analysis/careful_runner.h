@@ -98,6 +98,10 @@ class CarefulRunner {
   /// states stand in the model.
   Result<RunReport> Run();
 
+  /// Further runs choose no references (TP::tpSetRefUN). For callers with many runs, who seldom need them: the choice
+  /// goes over all units and loads.
+  void LeaveReferences() { m_choosesReferences = false; }
+
   Rules WhichRules() const { return m_rules; }
 
  private:
@@ -114,6 +118,7 @@ class CarefulRunner {
   TP& m_tp;
   Rules m_rules;
   bool m_needsFullRun = true;
+  bool m_choosesReferences = true;
   std::vector<ComponentChange> m_untraced;  // since the last run
   std::vector<FollowedBranch> m_followed;   // likewise
   std::vector<std::string> m_leftOut;       // by the last full run
