@@ -98,9 +98,9 @@ class CarefulRunner {
   /// states stand in the model.
   Result<RunReport> Run();
 
-  /// Further runs choose no references (TP::tpSetRefUN). For callers with many runs, who seldom need them: the choice
-  /// goes over all units and loads.
-  void LeaveReferences() { m_choosesReferences = false; }
+  /// Further runs choose no references (TP::tpSetRefUN) and report no findings. Both go over the whole network, and who
+  /// makes many runs seldom needs them.
+  void LeaveReferencesAndFindings() { m_isBrief = true; }
 
   Rules WhichRules() const { return m_rules; }
 
@@ -118,7 +118,7 @@ class CarefulRunner {
   TP& m_tp;
   Rules m_rules;
   bool m_needsFullRun = true;
-  bool m_choosesReferences = true;
+  bool m_isBrief = false;
   std::vector<ComponentChange> m_untraced;  // since the last run
   std::vector<FollowedBranch> m_followed;   // likewise
   std::vector<std::string> m_leftOut;       // by the last full run

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <utility>
 
 #include "analysis/internal/points.h"
 #include "analysis/internal/supply_record.h"
@@ -79,7 +80,12 @@ Effect EffectOf(const Supply& before, const Supply& after) {
     if (was.IsLive() && !is.IsLive()) effect.lost.push_back(is);
     if (!was.IsLive() && is.IsLive()) effect.regained.push_back(was);
   }
-  effect.islands = internal::IslandChanges(before.islands, after.islands);
+  std::vector<internal::IslandPair> pairs;
+  for (std::size_t i = 0; i < std::min(before.islands.size(), after.islands.size()); ++i) {
+    const internal::IslandPair pair(before.islands[i], after.islands[i]);
+    if (pairs.empty() || pairs.back() != pair) pairs.push_back(pair);
+  }
+  effect.islands = internal::IslandChanges(std::move(pairs));
   return effect;
 }
 

@@ -43,8 +43,8 @@ constexpr const char* kFooter =
     "DC lines and zero-impedance branches. Of a bus every breaker on its node is opened. What is out already is left\n"
     "out.\n"
     "LIST names outages, such as 'LN L1 CB B1 BUS I'; as @FILE they stand in FILE, one or several a line.\n"
-    "The result has four sheets: outages, lost, islands and findings. CSV holds one, outages unless --sheet names\n"
-    "another.\n\n"
+    "The result has five sheets: outages, stations, islands, lost and findings. Text shows lost, all that loses supply,\n"
+    "with --sheet lost only. CSV holds one, outages unless --sheet names another.\n\n"
     "Examples:\n"
     "  dtsdb screen examples/ieee14\n"
     "  dtsdb screen grid.obj --kinds LN,XF --jobs 2 --top 100\n"
@@ -136,7 +136,7 @@ void AddScreen(CommandLine& app, Action& action) {
         command.Add("--top", options.top, "Only the N outages that cost most; in text 20 by default")
             .Within(1, kAny)
             .Shown("N");
-        AddSheetOption(command, options.sheet, "outages, lost, islands or findings");
+        AddSheetOption(command, options.sheet, "outages, stations, islands, lost or findings");
         AddLanguageOption(command, options.language);
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);

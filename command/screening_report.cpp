@@ -3,6 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
 
 #include "command/power_cell.h"
 #include "command/topology_report.h"
@@ -87,10 +90,28 @@ void HideForPeople(Sheet& sheet) {
   sheet.HideDefaults(defaults);
 }
 
+/// What the outages cost in each station, so that few lines show much.
+Sheet StationSheet(const Screening& screening, std::size_t shown) {
+  Sheet sheet("stations", "Where supply is lost",
+              {"rank", "outage", "station", "state", "load_p", "load_q", "loads", "buses", "units"});
+  sheet.GroupBy(2).HideWhenEmpty();
+  for (std::size_t i = 0; i < shown; ++i) {
+    std::map<std::string, std::vector<Supplied>> lostIn;
+    for (const Supplied& thing : screening.outages[i].lost) lostIn[thing.station].push_back(thing);
+    for (const auto& [station, things] : lostIn) {
+      const analysis::SupplyTotals totals = analysis::TotalsOf(things);
+      sheet.Add({CountCell(i + 1), analysis::OutageText(screening.outages[i].outage), station,
+                 totals.stations > 0 ? "dead" : "partly", PowerCell(totals.p), PowerCell(totals.q),
+                 NumberCell(totals.loads), NumberCell(totals.buses), NumberCell(totals.units)});
+    }
+  }
+  return sheet;
+}
+
 Sheet LostSheet(const Screening& screening, std::size_t shown) {
   Sheet sheet("lost", "What loses supply",
               {"rank", "outage", "table", "identity", "station", "voltage_level", "state", "p", "q"});
-  sheet.GroupBy(2).HideWhenEmpty();
+  sheet.GroupBy(2).HideUnlessNamed();
   for (std::size_t i = 0; i < shown; ++i) {
     const OutageResult& result = screening.outages[i];
     for (const Supplied& thing : result.lost) {
@@ -137,7 +158,7 @@ void AddFacts(Report& report, const Screening& screening, std::size_t shown) {
   const std::size_t died = OutagesWith(screening, HasDied);
   const std::size_t references = OutagesWith(screening, HasLostReference);
   const std::size_t full = CountOf(outages, [](const OutageResult& result) { return result.fullRun; });
-  report.Fact("outages", CountCell(outages.size()));
+  report.Fact("screened", CountCell(outages.size()));
   report.Fact("shown", CountCell(shown));
   report.Fact("with_effect", CountCell(costing));
   report.Fact("with_loads_lost", CountCell(loads));
@@ -152,6 +173,17 @@ void AddFacts(Report& report, const Screening& screening, std::size_t shown) {
   if (failed > 0) report.Line(fmt::format("{} have no topology.", Counted(static_cast<long long>(failed), "outage")));
 }
 
+/// The line that names how many outages aren't shown.
+void AddRest(Report& report, const Screening& screening, std::size_t shown) {
+  const auto& outages = screening.outages;
+  if (shown == outages.size()) return;
+  const auto costing = std::count_if(outages.begin() + static_cast<std::ptrdiff_t>(shown), outages.end(),
+                                     [](const OutageResult& result) { return result.HasEffect(); });
+  report.Line("");
+  report.Line(fmt::format("{}, {} of them with an effect; --top N shows N.",
+                          Counted(static_cast<long long>(outages.size() - shown), "more outage"), costing));
+}
+
 }  // namespace
 
 Report ScreeningReport(const Screening& screening, std::size_t most, Language language) {
@@ -159,15 +191,11 @@ Report ScreeningReport(const Screening& screening, std::size_t most, Language la
   Report report;
   AddFacts(report, screening, shown);
   HideForPeople(report.Add(OutageSheet(screening, shown)));
-  report.Add(LostSheet(screening, shown));
+  report.Add(StationSheet(screening, shown));
   report.Add(IslandLossSheet(screening, shown));
+  report.Add(LostSheet(screening, shown));
   report.Add(RunFindingSheet(screening.findings, screening.leftOut, language));
-  const std::size_t more = screening.outages.size() - shown;
-  if (more > 0) {
-    report.Line("");
-    report.Line(fmt::format("{} more not shown; --top N shows N of them.",
-                            Counted(static_cast<long long>(more), "outage")));
-  }
+  AddRest(report, screening, shown);
   return report;
 }
 

@@ -32,7 +32,7 @@ Result<std::unique_ptr<Screener>> Screener::Make(const Model& model) {
     return tl::unexpected(run.error());
   }
   screener->m_first = std::move(*run);
-  screener->m_runner.LeaveReferences();
+  screener->m_runner.LeaveReferencesAndFindings();
   screener->m_start = std::make_unique<SupplyRecord>(screener->Tables());
   screener->m_references = std::make_unique<References>(screener->Tables());
   return screener;
@@ -139,6 +139,7 @@ std::vector<int> Screener::LevelsOf(const RunReport& run) const {
   if (run.kind == RunKind::kNothing) return {};
   std::vector<int> levels(static_cast<std::size_t>(m_tp.getChangedKVCount()));
   m_tp.getChangedKVs(levels.data(), static_cast<int>(levels.size()));
+  std::erase_if(levels, [](int level) { return level < 0; });
   SortOnce(levels);
   return levels;
 }

@@ -10,17 +10,24 @@
 namespace dtsdb::analysis::internal {
 namespace {
 
-/// Live islands, each with the live islands in which its nodes are in the other state.
-using Meetings = std::map<int, std::set<int>>;
+void SortOnce(auto& values) {
+  std::sort(values.begin(), values.end());
+  values.erase(std::unique(values.begin(), values.end()), values.end());
+}
 
-Meetings MeetingsOf(const std::vector<int>& islands, const std::vector<int>& others) {
-  Meetings meetings;
-  for (std::size_t i = 0; i < std::min(islands.size(), others.size()); ++i) {
-    if (islands[i] < 0) continue;
-    std::set<int>& met = meetings[islands[i]];
-    if (others[i] >= 0) met.insert(others[i]);
+/// Adds one for each island of `pairs`, which are sorted, that didn't stay one island on the other side. `gone` and
+/// `parted` are what that means for it.
+void AddChanges(const std::vector<IslandPair>& pairs, IslandChangeKind gone, IslandChangeKind parted,
+                std::vector<IslandChange>& changes) {
+  for (auto pair = pairs.begin(); pair != pairs.end();) {
+    const int island = pair->first;
+    std::vector<int> met;
+    for (; pair != pairs.end() && pair->first == island; ++pair) {
+      if (pair->second >= 0) met.push_back(pair->second);
+    }
+    if (island < 0 || met.size() == 1) continue;
+    changes.push_back({met.empty() ? gone : parted, {island}, std::move(met)});
   }
-  return meetings;
 }
 
 std::vector<int> LevelsOfNodes(DTSDB& tables) {
@@ -63,18 +70,15 @@ Supplied DescribeStation(const ST& station, bool isLive) {
   return {ST::kTableName, id, id, "", isLive ? kLive : "dead"};
 }
 
-std::vector<IslandChange> IslandChanges(const std::vector<int>& before, const std::vector<int>& after) {
+std::vector<IslandChange> IslandChanges(std::vector<IslandPair> pairs) {
   std::vector<IslandChange> changes;
-  for (const auto& [island, met] : MeetingsOf(before, after)) {
-    if (met.size() == 1) continue;
-    const IslandChangeKind kind = met.empty() ? IslandChangeKind::kDied : IslandChangeKind::kSplit;
-    changes.push_back({kind, {island}, {met.begin(), met.end()}});
-  }
-  for (const auto& [island, met] : MeetingsOf(after, before)) {
-    if (met.size() == 1) continue;
-    const IslandChangeKind kind = met.empty() ? IslandChangeKind::kArose : IslandChangeKind::kJoined;
-    changes.push_back({kind, {met.begin(), met.end()}, {island}});
-  }
+  SortOnce(pairs);
+  AddChanges(pairs, IslandChangeKind::kDied, IslandChangeKind::kSplit, changes);
+  const std::size_t lost = changes.size();
+  for (auto& [before, after] : pairs) std::swap(before, after);
+  SortOnce(pairs);
+  AddChanges(pairs, IslandChangeKind::kArose, IslandChangeKind::kJoined, changes);
+  for (std::size_t i = lost; i < changes.size(); ++i) std::swap(changes[i].before, changes[i].after);
   return changes;
 }
 
@@ -117,6 +121,26 @@ SupplyRecord::SupplyRecord(DTSDB& tables)
     const int station = m_stationOf[static_cast<std::size_t>(m_levelOf[i])];
     if (m_islands[i] >= 0 && station >= 0) ++m_liveNodes[static_cast<std::size_t>(station)];
   }
+  NoteFragments<LN>();
+  NoteFragments<XF>();
+  NoteFragments<DLN>();
+  NoteFragments<ZBR>();
+}
+
+/// Notes where the nodes at one end of a branch stand on a fragment.
+template <class Branch>
+void SupplyRecord::NoteFragments() {
+  const tTable<Branch>& branches = TableOf<Branch>(m_tables);
+  const auto note = [&](int nd, int otherNd) {
+    const int section = m_tables.m_ndTable->GetPh(nd).ibs;
+    if (section <= 0 || (m_tables.m_bsTable->GetPh(section).status & BS_ISOLATED) == 0) return;
+    if (LevelOf(nd) != LevelOf(otherNd)) m_fragmentLevels[LevelOf(otherNd)].push_back(LevelOf(nd));
+  };
+  for (int i = 0; i < branches.GetCount(); ++i) {
+    const Branch& branch = branches.GetPh(i);
+    note(branch.ind, branch.iznd);
+    note(branch.iznd, branch.ind);
+  }
 }
 
 std::vector<int> SupplyRecord::AllLevels() const {
@@ -131,40 +155,55 @@ int SupplyRecord::IslandOf(int nd) const {
   return known ? m_tables.m_bsTable->GetPh(section).island : -1;
 }
 
-Effect SupplyRecord::EffectOn(const std::vector<int>& levels) const {
+Effect SupplyRecord::EffectOn(std::vector<int> levels) const {
   Effect effect;
-  AddStations(levels, effect);
+  AddLevelsOfFragments(levels);
+  AddNodes(levels, effect);
   AddDevices(levels, m_buses, effect);
   AddDevices(levels, m_units, effect);
   AddDevices(levels, m_loads, effect);
-  std::vector<int> before;
-  std::vector<int> after;
-  for (const int level : levels) {
-    m_nodes.ForEachOn(level, [&](int nd) {
-      before.push_back(m_islands[static_cast<std::size_t>(nd)]);
-      after.push_back(IslandOf(nd));
-    });
-  }
-  effect.islands = IslandChanges(before, after);
   return effect;
 }
 
-/// A station is live when one of its nodes is: the nodes that are counted at the start, and those that turned since.
-void SupplyRecord::AddStations(const std::vector<int>& levels, Effect& effect) const {
-  std::map<int, int> turned;  // by station: nodes that became live, less those that became dead
+/// A section that turns draws its level into a run; a fragment turns with the section at the other end of its branch.
+void SupplyRecord::AddLevelsOfFragments(std::vector<int>& levels) const {
+  const std::size_t count = levels.size();
+  for (std::size_t i = 0; i < count && !m_fragmentLevels.empty(); ++i) {
+    const auto found = m_fragmentLevels.find(levels[i]);
+    if (found != m_fragmentLevels.end()) levels.insert(levels.end(), found->second.begin(), found->second.end());
+  }
+  SortOnce(levels);
+}
+
+/// Stations and islands. A station is live when one of its nodes is: those that were live at the start, and those that
+/// have turned since.
+void SupplyRecord::AddNodes(const std::vector<int>& levels, Effect& effect) const {
+  std::vector<std::pair<int, int>> turned;  // station, nodes that became live less those that became dead
+  std::vector<IslandPair> pairs;
   for (const int level : levels) {
-    const int station = m_stationOf[static_cast<std::size_t>(level)];
-    if (station < 0) continue;
+    int nodes = 0;
     m_nodes.ForEachOn(level, [&](int nd) {
-      turned[station] += (IslandOf(nd) >= 0) - (m_islands[static_cast<std::size_t>(nd)] >= 0);
+      const IslandPair pair(m_islands[static_cast<std::size_t>(nd)], IslandOf(nd));
+      nodes += (pair.second >= 0) - (pair.first >= 0);
+      if (pairs.empty() || pairs.back() != pair) pairs.push_back(pair);
     });
+    if (nodes != 0) turned.emplace_back(m_stationOf[static_cast<std::size_t>(level)], nodes);
   }
-  for (const auto& [station, nodes] : turned) {
-    const int before = m_liveNodes[static_cast<std::size_t>(station)];
-    if ((before > 0) == (before + nodes > 0)) continue;
-    auto& things = before > 0 ? effect.lost : effect.regained;
-    things.push_back(DescribeStation(m_tables.m_stTable->GetPh(station), false));
+  std::sort(turned.begin(), turned.end());
+  for (std::size_t i = 0; i < turned.size();) {
+    const int station = turned[i].first;
+    int nodes = 0;
+    for (; i < turned.size() && turned[i].first == station; ++i) nodes += turned[i].second;
+    if (station >= 0) AddStation(station, nodes, effect);
   }
+  effect.islands = IslandChanges(std::move(pairs));
+}
+
+void SupplyRecord::AddStation(int station, int turned, Effect& effect) const {
+  const int before = m_liveNodes[static_cast<std::size_t>(station)];
+  if ((before > 0) == (before + turned > 0)) return;
+  auto& things = before > 0 ? effect.lost : effect.regained;
+  things.push_back(DescribeStation(m_tables.m_stTable->GetPh(station), false));
 }
 
 template <class T>

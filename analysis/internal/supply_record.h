@@ -3,7 +3,9 @@
 #pragma once
 
 #include <map>
+#include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "analysis/effect.h"
@@ -35,8 +37,11 @@ Supplied DescribeDevice(DTSDB& tables, const T& device) {
 /// A station.
 Supplied DescribeStation(const ST& station, bool isLive);
 
-/// What became of live islands: `before` and `after` hold the live island of each of some nodes, -1 for none.
-std::vector<IslandChange> IslandChanges(const std::vector<int>& before, const std::vector<int>& after);
+/// The live island of some node before and after, -1 for none.
+using IslandPair = std::pair<int, int>;
+
+/// What became of live islands, by the islands of some nodes.
+std::vector<IslandChange> IslandChanges(std::vector<IslandPair> pairs);
 
 /// What stands on each voltage level: numbers of a table's records, level by level.
 class LevelContents {
@@ -61,16 +66,17 @@ using IslandParts = std::map<int, std::map<int, int>>;
 
 /// Who was supplied at the start, and what has changed since.
 ///
-/// Made once for a model, it finds the effect of each run on the voltage levels that the run has processed: nothing
-/// else can have changed, so that the time follows the change and not the network. The records must stay as they are,
-/// but for their states.
+/// Made once for a model, it finds the effect of each run on the voltage levels that the run has processed, and on the
+/// fragments that hang on branches from there: nothing else can have changed, so that the time follows the change and
+/// not the network. The records must stay as they are, but for their states.
 class SupplyRecord {
  public:
   /// Takes the tables, which must outlive it, as they are after a run on a validated model.
   explicit SupplyRecord(DTSDB& tables);
 
-  /// What EffectOf gives for the start and now, when nothing has changed but on `levels` (KV numbers, ascending).
-  Effect EffectOn(const std::vector<int>& levels) const;
+  /// What EffectOf gives for the start and now, when all runs since have processed no other levels than `levels` (KV
+  /// numbers).
+  Effect EffectOn(std::vector<int> levels) const;
 
   /// What became of the live islands at the start that have nodes on `levels`.
   IslandParts PartsOn(const std::vector<int>& levels) const;
@@ -79,8 +85,6 @@ class SupplyRecord {
   int LevelOf(int nd) const { return m_levelOf[static_cast<std::size_t>(nd)]; }
   /// The numbers of all voltage levels.
   std::vector<int> AllLevels() const;
-  /// The live island in which node `nd` is now, -1 for none.
-  int IslandOf(int nd) const;
 
  private:
   template <class T>
@@ -91,16 +95,22 @@ class SupplyRecord {
     std::map<int, std::string> states;  // likewise, of those that weren't live
   };
 
-  void AddStations(const std::vector<int>& levels, Effect& effect) const;
+  template <class Branch>
+  void NoteFragments();
+  void AddLevelsOfFragments(std::vector<int>& levels) const;
+  int IslandOf(int nd) const;
+  void AddNodes(const std::vector<int>& levels, Effect& effect) const;
+  void AddStation(int station, int turned, Effect& effect) const;
   template <class T>
   void AddDevices(const std::vector<int>& levels, const Devices<T>& devices, Effect& effect) const;
 
   DTSDB& m_tables;
-  std::vector<int> m_levelOf;         // of each node
-  std::vector<int> m_stationOf;       // of each level
+  std::vector<int> m_levelOf;    // of each node
+  std::vector<int> m_stationOf;  // of each level
   LevelContents m_nodes;
-  std::vector<int> m_islands;         // of each node, at the start
-  std::vector<int> m_liveNodes;       // of each station, at the start
+  std::vector<int> m_islands;                         // of each node, at the start
+  std::vector<int> m_liveNodes;                       // of each station, at the start
+  std::map<int, std::vector<int>> m_fragmentLevels;  // by level: those of the fragments of branches from there
   Devices<BUS> m_buses;
   Devices<UN> m_units;
   Devices<LD> m_loads;
