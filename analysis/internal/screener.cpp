@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "formats/field_text.h"
+#include "model/table_info.h"
 #include "script/switch_events.h"
 #include "topology/component_types.h"
 
@@ -26,16 +28,46 @@ Result<std::unique_ptr<Screener>> Screener::Make(const Model& model) {
   Result<Model> copy = model.Copy();
   if (!copy) return tl::unexpected(copy.error());
   std::unique_ptr<Screener> screener(new Screener(std::move(*copy)));
-  Result<RunReport> run = screener->m_runner.RunFull();
-  if (!run) {
-    run.error().message = model.Name() + ": " + run.error().message;
-    return tl::unexpected(run.error());
+  if (Result<void> begun = screener->Begin(); !begun) {
+    begun.error().message = model.Name() + ": " + begun.error().message;
+    return tl::unexpected(begun.error());
   }
-  screener->m_first = std::move(*run);
-  screener->m_runner.LeaveReferencesAndFindings();
-  screener->m_start = std::make_unique<SupplyRecord>(screener->Tables());
-  screener->m_references = std::make_unique<References>(screener->Tables());
   return screener;
+}
+
+Result<void> Screener::Begin() {
+  Result<RunReport> run = m_runner.RunFull();
+  if (!run) return tl::unexpected(run.error());
+  m_first = std::move(*run);
+  m_start = std::make_unique<SupplyRecord>(Tables());
+  m_references = std::make_unique<References>(Tables());
+  m_runner.LeaveReferencesAndFindings();
+  SetOpenEndedOut<LN>(true);
+  SetOpenEndedOut<XF>(true);
+  SetOpenEndedOut<DLN>(true);
+  if (m_openEnded.empty() || (m_runner.RunFull() && IsNothing(m_start->EffectOn(m_start->AllLevels())))) return {};
+  SetOpenEndedOut<LN>(false);
+  SetOpenEndedOut<XF>(false);
+  SetOpenEndedOut<DLN>(false);
+  m_openEnded.clear();
+  run = m_runner.RunFull();
+  if (!run) return tl::unexpected(run.error());
+  return {};
+}
+
+/// A branch with an open end supplies nothing, yet no run over its levels can be incremental. In the copy it counts as
+/// out of service.
+template <class Branch>
+void Screener::SetOpenEndedOut(bool out) {
+  using Kind = BranchKind<Branch>;
+  tTable<Branch>& branches = TableOf<Branch>(Tables());
+  for (int i = 0; i < branches.GetCount(); ++i) {
+    Branch& branch = branches.GetPh(i);
+    if (!out && m_openEnded.contains({Branch::kKind, i})) branch.status &= ~Kind::kOut;
+    if (!out || (branch.status & Kind::kOut) != 0 || (branch.status & (Kind::kOpen1 | Kind::kOpen2)) == 0) continue;
+    branch.status |= Kind::kOut;
+    m_openEnded.emplace(Branch::kKind, i);
+  }
 }
 
 Result<OutageResult> Screener::Try(const Outage& outage) {
@@ -52,7 +84,7 @@ Result<OutageResult> Screener::Try(const Outage& outage) {
   } else {
     result.failure = run.error().message;
   }
-  result.note = NoteOn(result, !events.empty());
+  if (events.empty()) result.note = WhyNothing(outage.front());
   const Result<void> back = GoBack(events, std::move(levels));
   if (!back) return tl::unexpected(back.error());
   return result;
@@ -128,10 +160,15 @@ std::vector<IslandPart> Screener::PartsIn(const std::map<int, int>& firstNodes, 
   return parts;
 }
 
-std::string Screener::NoteOn(const OutageResult& result, bool hasEvents) {
-  const OutageComponent& first = result.outage.front();
-  if (hasEvents) return "";
-  return first.table == BUS::kTableName ? "no closed breaker on it" : "out already";
+/// What a reader should know of an outage with nothing to switch.
+std::string Screener::WhyNothing(const OutageComponent& component) {
+  if (component.table == BUS::kTableName) return "no closed breaker on it";
+  const int number = NumberOf(Tables(), component);
+  const auto isIt = [&](const auto& branch) {
+    return TableName(branch.first) == component.table && branch.second == number;
+  };
+  const bool isOpenEnded = std::any_of(m_openEnded.begin(), m_openEnded.end(), isIt);
+  return isOpenEnded ? "an end is open already" : "out already";
 }
 
 /// The voltage levels that the run has processed, ascending.

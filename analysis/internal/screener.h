@@ -2,7 +2,11 @@
 /// Outages tried out one after the other on one copy of a model.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/careful_runner.h"
@@ -32,13 +36,16 @@ class Screener {
  private:
   explicit Screener(Model copy);
 
+  Result<void> Begin();
+  template <class Branch>
+  void SetOpenEndedOut(bool out);
   Result<RunReport> Switch(const std::vector<NumberedEvent>& events, bool on);
   Result<void> GoBack(const std::vector<NumberedEvent>& events, std::vector<int> levels);
   bool IsBack(const std::vector<NumberedEvent>& events, const std::vector<int>& levels);
   void Describe(const std::vector<NumberedEvent>& events, const std::vector<int>& levels, OutageResult& result);
   void DescribeIslands(const IslandParts& parts, OutageResult& result);
   std::vector<IslandPart> PartsIn(const std::map<int, int>& firstNodes, const std::vector<Reference>& chosen);
-  static std::string NoteOn(const OutageResult& result, bool hasEvents);
+  std::string WhyNothing(const OutageComponent& component);
   std::vector<int> LevelsOf(const RunReport& run) const;
   std::vector<int> LevelsOf(const std::vector<NumberedEvent>& events);
 
@@ -46,6 +53,7 @@ class Screener {
   TP m_tp{&m_model.Tables()};
   CarefulRunner m_runner{m_model.Tables(), m_tp};
   RunReport m_first;
+  std::set<std::pair<TableKind, int>> m_openEnded;  // branches that are taken as out, by table and number
   std::unique_ptr<SupplyRecord> m_start;
   std::unique_ptr<References> m_references;
 };
