@@ -24,8 +24,8 @@ struct OutageComponent {
   bool operator==(const OutageComponent&) const = default;
 };
 
-/// What goes out at once: one component or several. A breaker is opened, a branch or unit taken out of service, and of a
-/// bus every breaker on its node is opened.
+/// What goes out at once: one component or several. A breaker is opened, a branch or unit taken out of service, and of
+/// a bus every breaker on its node is opened.
 using Outage = std::vector<OutageComponent>;
 
 /// Such as "LN L1", "LN L1 + CB B1".
@@ -34,9 +34,9 @@ std::string OutageText(const Outage& outage);
 /// The tables whose components can go out.
 const std::vector<std::string>& OutageTables();
 
-/// The outage of each component of `tables` that is in service: branches and units that aren't out, closed breakers, and
-/// all buses; table by table, in their order. The model is validated where it isn't good. An Error when one of `tables`
-/// isn't of OutageTables(), and when the model has errors.
+/// The outage of each component of `tables` that is in service: branches and units that aren't out, closed breakers,
+/// and all buses; table by table, in their order. The model is validated where it isn't good. An Error when one of
+/// `tables` isn't of OutageTables(), and when the model has errors.
 Result<std::vector<Outage>> SingleOutages(const Model& model, const std::vector<std::string>& tables);
 
 /// All pairs of two of `outages`, which are all different, in their order: the first with each behind it, and so on.

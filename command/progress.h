@@ -8,8 +8,8 @@
 
 namespace dtsdb::tools {
 
-/// A line on the standard error that is written anew as the work goes on, at most ten times a second, and removed at the
-/// end. Nothing is written where the standard error is no terminal.
+/// A line on the standard error that is written anew as the work goes on, at most ten times a second, and removed at
+/// the end. Nothing is written where the standard error is no terminal.
 class Progress {
  public:
   /// `what` is the noun of what is counted, in the plural.

@@ -43,7 +43,8 @@ constexpr const char* kFooter =
     "DC lines and zero-impedance branches. Of a bus every breaker on its node is opened. What is out already is left\n"
     "out.\n"
     "LIST names outages, such as 'LN L1 CB B1 BUS I'; as @FILE they stand in FILE, one or several a line.\n"
-    "The result has five sheets: outages, stations, islands, lost and findings. Text shows lost, all that loses supply,\n"
+    "The result has five sheets: outages, stations, islands, lost and findings. Text shows lost, all that loses "
+    "supply,\n"
     "with --sheet lost only. CSV holds one, outages unless --sheet names another.\n\n"
     "Examples:\n"
     "  dtsdb screen examples/ieee14\n"
@@ -51,19 +52,22 @@ constexpr const char* kFooter =
     "  dtsdb screen grid.obj --pairs 'LN L1 LN L2 XF T1'\n"
     "  dtsdb screen grid.obj --kinds LN --sample 1000 --format csv";
 
+/// The kinds in a list that is parted by commas, each once.
 std::vector<std::string> Kinds(const std::string& list) {
   std::vector<std::string> kinds;
   std::string_view rest = list;
   while (true) {
     const std::size_t comma = rest.find(',');
-    kinds.emplace_back(rest.substr(0, comma));
+    const std::string kind(rest.substr(0, comma));
+    if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) kinds.push_back(kind);
     if (comma == std::string_view::npos) break;
     rest.remove_prefix(comma + 1);
   }
   return kinds;
 }
 
-/// Takes the outages of one line: table and identity, one behind the other. One that is there already isn't taken again.
+/// Takes the outages of one line: table and identity, one behind the other. One that is there already isn't taken
+/// again.
 void TakeOutages(std::string_view line, std::vector<Outage>& outages) {
   const std::vector<std::string> words = SplitWords(line);
   for (std::size_t i = 0; i < words.size(); i += 2) {

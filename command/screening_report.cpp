@@ -90,16 +90,33 @@ void HideForPeople(Sheet& sheet) {
   sheet.HideDefaults(defaults);
 }
 
-/// What the outages cost in each station, so that few lines show much.
+/// What is lost in a station.
+struct StationLoss {
+  std::string station;
+  analysis::SupplyTotals totals;
+};
+
+/// The stations that lose something, those that lose most MW of loads first.
+std::vector<StationLoss> LossesByStation(const std::vector<Supplied>& lost) {
+  std::vector<std::string> stations;
+  std::map<std::string, std::vector<Supplied>> things;
+  for (const Supplied& thing : lost) {
+    if (!things.contains(thing.station)) stations.push_back(thing.station);
+    things[thing.station].push_back(thing);
+  }
+  std::vector<StationLoss> losses;
+  for (const std::string& station : stations) losses.push_back({station, analysis::TotalsOf(things[station])});
+  std::stable_sort(losses.begin(), losses.end(),
+                   [](const StationLoss& a, const StationLoss& b) { return a.totals.p > b.totals.p; });
+  return losses;
+}
+
 Sheet StationSheet(const Screening& screening, std::size_t shown) {
   Sheet sheet("stations", "Where supply is lost",
               {"rank", "outage", "station", "state", "load_p", "load_q", "loads", "buses", "units"});
   sheet.GroupBy(2).HideWhenEmpty();
   for (std::size_t i = 0; i < shown; ++i) {
-    std::map<std::string, std::vector<Supplied>> lostIn;
-    for (const Supplied& thing : screening.outages[i].lost) lostIn[thing.station].push_back(thing);
-    for (const auto& [station, things] : lostIn) {
-      const analysis::SupplyTotals totals = analysis::TotalsOf(things);
+    for (const auto& [station, totals] : LossesByStation(screening.outages[i].lost)) {
       sheet.Add({CountCell(i + 1), analysis::OutageText(screening.outages[i].outage), station,
                  totals.stations > 0 ? "dead" : "partly", PowerCell(totals.p), PowerCell(totals.q),
                  NumberCell(totals.loads), NumberCell(totals.buses), NumberCell(totals.units)});
@@ -136,8 +153,8 @@ Sheet IslandLossSheet(const Screening& screening, std::size_t shown) {
   for (std::size_t i = 0; i < shown; ++i) {
     const OutageResult& result = screening.outages[i];
     for (const IslandLoss& loss : result.islands) {
-      const std::vector<Cell> island = {CountCell(i + 1), analysis::OutageText(result.outage),
-                                        NumberCell(loss.island), ChangeText(loss), TextOrNothing(loss.reference)};
+      const std::vector<Cell> island = {CountCell(i + 1), analysis::OutageText(result.outage), NumberCell(loss.island),
+                                        ChangeText(loss), TextOrNothing(loss.reference)};
       if (HasDied(loss)) sheet.Add(island);
       for (const IslandPart& part : loss.parts) {
         std::vector<Cell> row = island;
@@ -167,9 +184,9 @@ void AddFacts(Report& report, const Screening& screening, std::size_t shown) {
   report.Fact("with_references_lost", CountCell(references));
   report.Fact("full_runs", CountCell(full));
   report.Fact("failed", CountCell(failed));
-  report.Line(fmt::format("{} screened: {} cost loads their supply, {} split an island, {} end one, {} take a "
-                          "reference.",
-                          Counted(static_cast<long long>(outages.size()), "outage"), loads, split, died, references));
+  report.Line(
+      fmt::format("Of {} {} cost loads their supply, {} split an island, {} leave one dead, {} take a reference.",
+                  Counted(static_cast<long long>(outages.size()), "outage"), loads, split, died, references));
   if (failed > 0) report.Line(fmt::format("{} have no topology.", Counted(static_cast<long long>(failed), "outage")));
 }
 

@@ -19,9 +19,12 @@ constexpr int kBreakerType = 1;
 
 /// The type code by which a component of `table` goes out as a whole; 0 for none.
 int TypeOf(const std::string& table) {
-  constexpr std::tuple kTypes{std::pair{LN::kTableName, 5}, std::pair{XF::kTableName, 6},
-                              std::pair{DLN::kTableName, 8}, std::pair{ZBR::kTableName, 7},
-                              std::pair{CB::kTableName, kBreakerType}, std::pair{UN::kTableName, 2}};
+  constexpr std::tuple kTypes{std::pair{LN::kTableName, 5},
+                              std::pair{XF::kTableName, 6},
+                              std::pair{DLN::kTableName, 8},
+                              std::pair{ZBR::kTableName, 7},
+                              std::pair{CB::kTableName, kBreakerType},
+                              std::pair{UN::kTableName, 2}};
   int code = 0;
   const auto take = [&](const auto& type) {
     if (table == type.first) code = type.second;

@@ -42,6 +42,12 @@ Result<void> Screener::Begin() {
   m_start = std::make_unique<SupplyRecord>(Tables());
   m_references = std::make_unique<References>(Tables());
   m_runner.LeaveReferencesAndFindings();
+  return TakeOpenEndedOut();
+}
+
+/// A branch with an open end supplies nothing, yet no run over its levels is certain to be incremental. So in the copy
+/// it counts as out of service; unless, against all expectation, something then has another supply.
+Result<void> Screener::TakeOpenEndedOut() {
   SetOpenEndedOut<LN>(true);
   SetOpenEndedOut<XF>(true);
   SetOpenEndedOut<DLN>(true);
@@ -50,13 +56,11 @@ Result<void> Screener::Begin() {
   SetOpenEndedOut<XF>(false);
   SetOpenEndedOut<DLN>(false);
   m_openEnded.clear();
-  run = m_runner.RunFull();
+  const Result<RunReport> run = m_runner.RunFull();
   if (!run) return tl::unexpected(run.error());
   return {};
 }
 
-/// A branch with an open end supplies nothing, yet no run over its levels can be incremental. In the copy it counts as
-/// out of service.
 template <class Branch>
 void Screener::SetOpenEndedOut(bool out) {
   using Kind = BranchKind<Branch>;

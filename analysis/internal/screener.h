@@ -25,7 +25,8 @@ class Screener {
   /// Copies the model, which must be good, and works out its topology.
   static Result<std::unique_ptr<Screener>> Make(const Model& model);
 
-  /// What an outage of known components costs. Afterwards the copy is as it was; an Error when it can't be brought back.
+  /// What an outage of known components costs. Afterwards the copy is as it was; an Error when it can't be brought
+  /// back.
   Result<OutageResult> Try(const Outage& outage);
 
   /// The run before all outages.
@@ -37,6 +38,7 @@ class Screener {
   explicit Screener(Model copy);
 
   Result<void> Begin();
+  Result<void> TakeOpenEndedOut();
   template <class Branch>
   void SetOpenEndedOut(bool out);
   Result<RunReport> Switch(const std::vector<NumberedEvent>& events, bool on);
@@ -53,7 +55,7 @@ class Screener {
   TP m_tp{&m_model.Tables()};
   CarefulRunner m_runner{m_model.Tables(), m_tp};
   RunReport m_first;
-  std::set<std::pair<TableKind, int>> m_openEnded;  // branches that are taken as out, by table and number
+  std::set<std::pair<TableKind, int>> m_openEnded;  // branches that count as out, by table and number
   std::unique_ptr<SupplyRecord> m_start;
   std::unique_ptr<References> m_references;
 };

@@ -108,8 +108,8 @@ class SupplyRecord {
   std::vector<int> m_levelOf;    // of each node
   std::vector<int> m_stationOf;  // of each level
   LevelContents m_nodes;
-  std::vector<int> m_islands;                         // of each node, at the start
-  std::vector<int> m_liveNodes;                       // of each station, at the start
+  std::vector<int> m_islands;                        // of each node, at the start
+  std::vector<int> m_liveNodes;                      // of each station, at the start
   std::map<int, std::vector<int>> m_fragmentLevels;  // by level: those of the fragments of branches from there
   Devices<BUS> m_buses;
   Devices<UN> m_units;

@@ -22,6 +22,7 @@ namespace dtsdb::analysis {
 namespace {
 
 using test::MessageCatcher;
+using test::ModelBuilder;
 using test::RandomNetwork;
 
 /// Such as "BUS B dead; LD D dead".
@@ -39,7 +40,8 @@ std::string Text(const OutageResult& result) {
   std::string text = OutageText(result.outage) + ": " + Text(result.lost);
   for (const IslandLoss& loss : result.islands) {
     text += fmt::format(" | island {} of {} {}", loss.island, loss.reference, loss.lostReference);
-    for (const IslandPart& part : loss.parts) text += fmt::format(", {} {} {}", part.station, part.node, part.reference);
+    for (const IslandPart& part : loss.parts)
+      text += fmt::format(", {} {} {}", part.station, part.node, part.reference);
   }
   return text + " " + result.run + " " + result.note + " " + result.failure;
 }
@@ -96,7 +98,8 @@ class Judge {
   DTSDB& Tables() { return m_copy.Tables(); }
 
   void TakeOut(CarefulRunner& runner, const OutageComponent& component) {
-    static const std::map<std::string, int> types = {{"CB", 1}, {"UN", 2}, {"LN", 5}, {"XF", 6}, {"ZBR", 7}, {"DLN", 8}};
+    static const std::map<std::string, int> types = {{"CB", 1}, {"UN", 2},  {"LN", 5},
+                                                     {"XF", 6}, {"ZBR", 7}, {"DLN", 8}};
     if (component.table == "BUS") {
       const BUS& bus = Tables().m_busTable->GetPh(Tables().m_busTable->Find(BUS(IdOf(component))));
       for (int i = 0; i < Tables().m_cbTable->GetCount(); ++i) {
@@ -110,7 +113,9 @@ class Judge {
     if (!tools::Stands(Tables(), event, number)) runner.Put(event, number);
   }
 
-  static QString IdOf(const OutageComponent& component) { return *IdFromText(QString::fromStdString(component.identity)); }
+  static QString IdOf(const OutageComponent& component) {
+    return *IdFromText(QString::fromStdString(component.identity));
+  }
 
   /// The reference of each live island as text.
   std::map<int, std::string> References() {
@@ -141,7 +146,8 @@ class Judge {
 
   /// True when the device that is the reference stands, in service, in live island `island`.
   bool KeepsReference(int island, const std::string& reference) {
-    const QString id = *IdFromText(QString::fromStdString(reference.substr(std::min<std::size_t>(3, reference.size()))));
+    const QString id =
+        *IdFromText(QString::fromStdString(reference.substr(std::min<std::size_t>(3, reference.size()))));
     const auto stands = [&](const auto& device) {
       return (device.status & (SHUNT_OFF | SHUNT_ISOLATED)) == 0 &&
              Tables().m_bsTable->GetPh(device.ibs).island == island;
@@ -205,7 +211,8 @@ std::string FirstDifference(DTSDB& a, DTSDB& b) {
         const std::string here = tools::FieldText(field, tables[i][row]);
         const std::string there = tools::FieldText(field, others[i][row]);
         if (here != there) {
-          return fmt::format("{} {} {}: {} / {}", info.name, tools::KeyText(info, tables[i][row]), field.name, here, there);
+          return fmt::format("{} {} {}: {} / {}", info.name, tools::KeyText(info, tables[i][row]), field.name, here,
+                             there);
         }
       }
     }
@@ -229,6 +236,158 @@ void TryEach(const Model& model, const std::vector<Outage>& outages, Check check
   const Model before = WithFullRun(start.Tables());
   const Model after = WithFullRun((*screener)->Tables());
   EXPECT_EQ(FirstDifference(before.Tables(), after.Tables()), "");
+}
+
+/// Station A with two units, B with two loads, and C with a unit and a load, joined in a row by lines; at B another
+/// line that is open at its to end.
+///
+///     U, W a ---[Q]--- c ====L==== b D, E ====M==== d V, F
+class SmallScreening : public testing::Test {
+ protected:
+  SmallScreening() {
+    m.Station("A").Kv("KA").Unit("U", "KA", "a").Unit("W", "KA", "a").Bus("BA", "KA", "a").Breaker("Q", "KA", "a", "c");
+    m.Station("B").Kv("KB").Bus("BB", "KB", "b").Load("D", "KB", "b").Load("E", "KB", "b");
+    m.Station("C").Kv("KC").Bus("BC", "KC", "d").Unit("V", "KC", "d").Load("F", "KC", "d");
+    m.Line("L", "DV", "A", "B", "KA", "KB", "c", "b").Line("M", "DV", "B", "C", "KB", "KC", "b", "d");
+    m.Line("N", "DV", "A", "B", "KA", "KB", "c", "b");
+    m.Of<LN>("N").status = BranchKind<LN>::kOpen2;
+    m.Of<LD>("D").p = 120;
+    m.Of<LD>("E").p = 30.5F;
+    m.Of<LD>("F").p = 70;
+    EXPECT_TRUE(m.Validate());
+  }
+
+  std::vector<OutageResult> Screened(const std::vector<Outage>& outages, ScreeningOptions options = {}) {
+    const Result<Screening> screening = Screen(Model::Of(m.Db()), outages, options);
+    EXPECT_TRUE(screening.has_value());
+    return screening->outages;
+  }
+  OutageResult Tried(const Outage& outage) { return Screened(std::vector<Outage>(1, outage)).front(); }
+
+  ModelBuilder m;
+};
+
+TEST_F(SmallScreening, NamesWhatIsLostAndWhereIslandsPart) {
+  const OutageResult result = Tried({{"LN", "L"}, {"LN", "M"}});
+  EXPECT_EQ(Text(result.lost),
+            "ST B at B/ dead 0 0; BUS BB at B/KB dead 0 0; LD D at B/KB dead 120 0; "
+            "LD E at B/KB dead 30.5 0");
+  EXPECT_DOUBLE_EQ(result.totals.p, 150.5);
+  ASSERT_EQ(result.islands.size(), 1U);
+  const IslandLoss& loss = result.islands[0];
+  EXPECT_EQ(loss.reference, "UN W");
+  EXPECT_TRUE(loss.lostReference) << "by the part without it";
+  ASSERT_EQ(loss.parts.size(), 2U);
+  EXPECT_EQ(loss.parts[0].station + " " + loss.parts[0].node + " " + loss.parts[0].reference, "A a UN W");
+  EXPECT_EQ(loss.parts[1].station + " " + loss.parts[1].node + " " + loss.parts[1].reference, "C d UN V");
+}
+
+TEST_F(SmallScreening, NamesTheReferenceThatTakesOver) {
+  EXPECT_TRUE(Tried({{"UN", "V"}}).islands.empty()) << "the reference is W";
+  const OutageResult result = Tried({{"UN", "W"}});
+  EXPECT_EQ(Text(result.lost), "UN W at A/KA switched off 0 0");
+  ASSERT_EQ(result.islands.size(), 1U);
+  EXPECT_EQ(result.islands[0].reference, "UN W");
+  EXPECT_EQ(result.islands[0].parts.at(0).reference, "UN V");
+}
+
+TEST_F(SmallScreening, NamesIslandsThatDie) {
+  const OutageResult result = Tried({{"UN", "U"}, {"UN", "V"}, {"UN", "W"}});
+  ASSERT_EQ(result.islands.size(), 1U);
+  EXPECT_TRUE(result.islands[0].parts.empty());
+  EXPECT_EQ(result.totals.stations, 3);
+}
+
+TEST_F(SmallScreening, BusOpensTheBreakersOnIt) {
+  EXPECT_EQ(Tried({{"BUS", "BA"}}).totals.units, 2);
+  EXPECT_EQ(Tried({{"BUS", "BA"}}).totals.buses, 1);
+  const OutageResult bare = Tried({{"BUS", "BB"}});
+  EXPECT_FALSE(bare.HasEffect());
+  EXPECT_EQ(bare.note, "no closed breaker on it");
+}
+
+TEST_F(SmallScreening, NothingIsLostWithWhatCarriesNothing) {
+  EXPECT_EQ(Tried({{"LN", "N"}}).note, "an end is open already");
+  m.Of<LN>("M").status = BranchKind<LN>::kOut;
+  EXPECT_EQ(Tried({{"LN", "M"}}).note, "out already");
+}
+
+TEST_F(SmallScreening, WorstComesFirst) {
+  std::string order;
+  for (const OutageResult& result : Screened({{{"UN", "U"}},
+                                              {{"LN", "M"}, {"UN", "V"}},
+                                              {{"LN", "L"}, {"LN", "M"}},
+                                              {{"BUS", "BC"}},
+                                              {{"LN", "L"}, {"CB", "Q"}},
+                                              {{"BUS", "BA"}}})) {
+    order += OutageText(result.outage) + ", ";
+  }
+  EXPECT_EQ(order, "LN L + LN M, LN M + UN V, BUS BA, LN L + CB Q, BUS BC, UN U, ");
+}
+
+TEST_F(SmallScreening, LeavesTheModelAlone) {
+  const Model before = *Model::Of(m.Db()).Copy();
+  Screened(*SingleOutages(Model::Of(m.Db()), OutageTables()));
+  EXPECT_EQ(FirstDifference(before.Tables(), m.Db()), "");
+}
+
+TEST_F(SmallScreening, ReportsHowFarItHasCome) {
+  std::vector<std::size_t> done;
+  ScreeningOptions options;
+  options.progress = [&](std::size_t count) { done.push_back(count); };
+  Screened({{{"LN", "L"}}, {{"LN", "M"}}, {{"UN", "U"}}}, options);
+  EXPECT_EQ(done, (std::vector<std::size_t>{1, 2, 3}));
+}
+
+TEST_F(SmallScreening, RefusesWhatIsUnknown) {
+  const Model model = Model::Of(m.Db());
+  const auto component = Screen(model, {{{"LN", "L"}}, {{"BUS", "BX"}}});
+  ASSERT_FALSE(component.has_value());
+  EXPECT_EQ(component.error().code, ErrorCode::kUnknownComponent);
+  EXPECT_EQ(component.error().message, "table BUS has no record 'BX'; did you mean BA, BB or BC?");
+  const auto table = SingleOutages(model, {"LN", "LD"});
+  ASSERT_FALSE(table.has_value());
+  EXPECT_EQ(table.error().code, ErrorCode::kUsage);
+  EXPECT_EQ(table.error().message, "'LD' is no table of outages; these are LN, XF, DLN, ZBR, CB, BUS, UN");
+}
+
+TEST_F(SmallScreening, NeedsAModelWithoutErrors) {
+  m.Of<CB>("Q").nd = QString();
+  m.Db().m_globalTable->Clear();
+  const auto screening = Screen(Model::Of(m.Db()), {});
+  const auto outages = SingleOutages(Model::Of(m.Db()), {"LN"});
+  ASSERT_FALSE(screening.has_value() || outages.has_value());
+  EXPECT_EQ(screening.error().code, ErrorCode::kFaultyModel);
+  EXPECT_EQ(outages.error().code, ErrorCode::kFaultyModel);
+}
+
+TEST_F(SmallScreening, TakesWhatIsInService) {
+  m.Of<CB>("Q").flags |= CB_OPEN;
+  m.Of<UN>("U").status = SHUNT_OFF;
+  std::string text;
+  const std::vector<Outage> outages = *SingleOutages(Model::Of(m.Db()), {"UN", "CB", "BUS", "LN"});
+  for (const Outage& outage : outages) text += OutageText(outage) + ", ";
+  EXPECT_EQ(text, "UN V, UN W, BUS BA, BUS BB, BUS BC, LN L, LN M, LN N, ");
+}
+
+TEST(Pairs, AreAllOfTwoDifferentOutages) {
+  std::string text;
+  for (const Outage& pair : AllPairs({{{"LN", "1"}}, {{"LN", "2"}}, {{"CB", "3"}}})) text += OutageText(pair) + ", ";
+  EXPECT_EQ(text, "LN 1 + LN 2, LN 1 + CB 3, LN 2 + CB 3, ");
+  EXPECT_TRUE(AllPairs({{{"LN", "1"}}}).empty());
+}
+
+TEST(Pairs, OfASampleFollowFromTheSeed) {
+  std::vector<Outage> outages;
+  for (int i = 0; i < 100; ++i) outages.push_back({{"LN", std::to_string(i)}});
+  const std::vector<Outage> sample = SamplePairs(outages, 50, 1);
+  EXPECT_EQ(sample.size(), 50U);
+  EXPECT_EQ(sample, SamplePairs(outages, 50, 1));
+  EXPECT_NE(sample, SamplePairs(outages, 50, 2));
+  std::set<std::string> texts;
+  for (const Outage& pair : sample) texts.insert(OutageText(pair));
+  EXPECT_EQ(texts.size(), 50U) << "each once";
+  EXPECT_EQ(SamplePairs(outages, 5000, 1), AllPairs(outages)) << "there are 4950";
 }
 
 TEST(Screening, EqualsTwoFullRunsOnTheSample) {
