@@ -30,7 +30,7 @@ enum class RunKind {
 /// Why a run was of its kind.
 enum class RunReason {
   kNothingWaiting,
-  kCertain,            ///< incremental: no open end and no zero-impedance branch on the levels that it reaches
+  kCertain,            ///< incremental: nothing that it reaches makes it differ from a full one
   kAsIs,               ///< incremental: as the rules of TP have it
   kAsked,              ///< full: the first one, or one that was asked for
   kOpenEnd,            ///< full: a branch with an open end stands on a level that the changes reach

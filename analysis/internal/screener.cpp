@@ -46,7 +46,7 @@ Result<void> Screener::Begin() {
 }
 
 /// A branch with an open end supplies nothing, yet no run over its levels is certain to be incremental. So in the copy
-/// it counts as out of service; unless, against all expectation, something then has another supply.
+/// it counts as out of service. Where anything had another supply then, all would stay as it is.
 Result<void> Screener::TakeOpenEndedOut() {
   SetOpenEndedOut<LN>(true);
   SetOpenEndedOut<XF>(true);
