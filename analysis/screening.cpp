@@ -108,6 +108,10 @@ void SortByLoss(std::vector<OutageResult>& results) {
   for (std::size_t i = 0; i < named.size(); ++i) results[i] = std::move(named[i].second);
 }
 
+std::size_t PairCount(const std::vector<Outage>& outages) {
+  return outages.empty() ? 0 : outages.size() * (outages.size() - 1) / 2;
+}
+
 Outage PairOf(const std::vector<Outage>& outages, std::size_t first, std::size_t second) {
   Outage pair = outages[first];
   pair.insert(pair.end(), outages[second].begin(), outages[second].end());
@@ -148,6 +152,7 @@ Result<std::vector<Outage>> SingleOutages(const Model& model, const std::vector<
 
 std::vector<Outage> AllPairs(const std::vector<Outage>& outages) {
   std::vector<Outage> pairs;
+  pairs.reserve(PairCount(outages));
   for (std::size_t i = 0; i < outages.size(); ++i) {
     for (std::size_t j = i + 1; j < outages.size(); ++j) pairs.push_back(PairOf(outages, i, j));
   }
@@ -156,7 +161,7 @@ std::vector<Outage> AllPairs(const std::vector<Outage>& outages) {
 
 std::vector<Outage> SamplePairs(const std::vector<Outage>& outages, std::size_t count, std::uint64_t seed) {
   const std::size_t n = outages.size();
-  if (n < 2 || count >= n * (n - 1) / 2) return AllPairs(outages);
+  if (count >= PairCount(outages)) return AllPairs(outages);
   // The engine is the same everywhere, the distributions of the standard library aren't.
   std::mt19937_64 engine(seed);
   std::set<std::pair<std::size_t, std::size_t>> chosen;
@@ -166,6 +171,7 @@ std::vector<Outage> SamplePairs(const std::vector<Outage>& outages, std::size_t 
     if (i != j) chosen.emplace(std::min(i, j), std::max(i, j));
   }
   std::vector<Outage> pairs;
+  pairs.reserve(chosen.size());
   for (const auto& [i, j] : chosen) pairs.push_back(PairOf(outages, i, j));
   return pairs;
 }

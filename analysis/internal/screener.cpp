@@ -153,6 +153,7 @@ void Screener::DescribeIslands(const IslandParts& parts, OutageResult& result) {
 /// The live parts, by island, of an island; in the order of their first nodes.
 std::vector<IslandPart> Screener::PartsIn(const std::map<int, int>& firstNodes, const std::vector<Reference>& chosen) {
   std::vector<std::pair<int, int>> byNode;
+  byNode.reserve(firstNodes.size());
   for (const auto& [island, nd] : firstNodes) byNode.emplace_back(nd, island);
   std::sort(byNode.begin(), byNode.end());
   std::vector<IslandPart> parts;

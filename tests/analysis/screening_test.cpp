@@ -370,6 +370,21 @@ TEST_F(SmallScreening, TakesWhatIsInService) {
   EXPECT_EQ(text, "UN V, UN W, BUS BA, BUS BB, BUS BC, LN L, LN M, LN N, ");
 }
 
+// docs/kept-behaviour.md, K15: each of the two names the ends of the other, and an incremental run goes wrong there.
+TEST(Screening, IsByFullRunsWhereAnIdentityBeginsAnother) {
+  ModelBuilder m;
+  m.Station("A").Kv("KA").Unit("U", "KA", "a").Breaker("P", "KA", "a", "c").Breaker("Q", "KA", "a", "c");
+  m.Zbr("Z8", "P").Zbr("Z81", "Q");
+  m.Station("B").Kv("KB").Load("D", "KB", "b");
+  m.Line("L", "DV", "A", "B", "KA", "KB", "c", "b").Line("M", "DV", "A", "B", "KA", "KB", "c", "b");
+  ASSERT_TRUE(m.Validate());
+  const Model model = Model::Of(m.Db());
+  TryEach(model, *SingleOutages(model, {"LN", "CB", "ZBR"}), [&](const OutageResult& result) {
+    EXPECT_EQ(Fault(model, result), "") << Text(result);
+    EXPECT_TRUE(result.fullRun) << Text(result);
+  });
+}
+
 TEST(Pairs, AreAllOfTwoDifferentOutages) {
   std::string text;
   for (const Outage& pair : AllPairs({{{"LN", "1"}}, {{"LN", "2"}}, {{"CB", "3"}}})) text += OutageText(pair) + ", ";
