@@ -105,6 +105,7 @@ std::vector<StationLoss> LossesByStation(const std::vector<Supplied>& lost) {
     things[thing.station].push_back(thing);
   }
   std::vector<StationLoss> losses;
+  losses.reserve(stations.size());
   for (const std::string& station : stations) losses.push_back({station, analysis::TotalsOf(things[station])});
   std::stable_sort(losses.begin(), losses.end(),
                    [](const StationLoss& a, const StationLoss& b) { return a.totals.p > b.totals.p; });
