@@ -151,13 +151,13 @@ RunReport CarefulRunner::Report(RunKind kind, RunReason reason, const std::strin
   report.cause = cause;
   report.followed = std::exchange(m_followed, {});
   report.leftOut = m_leftOut;
-  if (m_rules == Rules::kCareful) report.findings = internal::Disagreements(m_database);
+  if (m_rules == Rules::kCareful && !m_isBrief) report.findings = internal::Disagreements(m_database);
   return report;
 }
 
 /// A run that works out the islands leaves them without references.
 void CarefulRunner::ChooseReferences() {
-  if (m_database.m_islandTable->GetCount() > 0) m_tp.tpSetRefUN();
+  if (!m_isBrief && m_database.m_islandTable->GetCount() > 0) m_tp.tpSetRefUN();
 }
 
 std::vector<Difference> CompareWithFullRun(DTSDB& database, Rules rules) {

@@ -30,7 +30,7 @@ enum class RunKind {
 /// Why a run was of its kind.
 enum class RunReason {
   kNothingWaiting,
-  kCertain,            ///< incremental: no open end and no zero-impedance branch on the levels that it reaches
+  kCertain,            ///< incremental: nothing that it reaches makes it differ from a full one
   kAsIs,               ///< incremental: as the rules of TP have it
   kAsked,              ///< full: the first one, or one that was asked for
   kOpenEnd,            ///< full: a branch with an open end stands on a level that the changes reach
@@ -98,6 +98,10 @@ class CarefulRunner {
   /// states stand in the model.
   Result<RunReport> Run();
 
+  /// Further runs choose no references (TP::tpSetRefUN) and report no findings. Both go over the whole network, and who
+  /// makes many runs seldom needs them.
+  void LeaveReferencesAndFindings() { m_isBrief = true; }
+
   Rules WhichRules() const { return m_rules; }
 
  private:
@@ -114,6 +118,7 @@ class CarefulRunner {
   TP& m_tp;
   Rules m_rules;
   bool m_needsFullRun = true;
+  bool m_isBrief = false;
   std::vector<ComponentChange> m_untraced;  // since the last run
   std::vector<FollowedBranch> m_followed;   // likewise
   std::vector<std::string> m_leftOut;       // by the last full run

@@ -69,5 +69,5 @@ endforeach()
 # The layer above the core.
 if(DTSDB_BUILD_ANALYSIS)
   list(APPEND public_headers analysis/careful_runner.h analysis/effect.h analysis/error.h analysis/flows.h analysis/model.h
-                             analysis/switching.h analysis/topology.h)
+                             analysis/screening.h analysis/switching.h analysis/topology.h)
 endif()

@@ -121,6 +121,11 @@ Sheet& Sheet::HideWhenEmpty() {
   return *this;
 }
 
+Sheet& Sheet::HideUnlessNamed() {
+  m_hideUnlessNamed = true;
+  return *this;
+}
+
 void Sheet::Add(std::vector<Cell> row) {
   row.resize(m_columns.size());
   m_rows.push_back(std::move(row));

@@ -28,6 +28,9 @@ class Sheet {
   /// In text, nothing is printed of the sheet while it has no rows.
   Sheet& HideWhenEmpty();
 
+  /// In text, the sheet is printed only when it is asked for by name.
+  Sheet& HideUnlessNamed();
+
   /// Appends a row, a cell for each column.
   void Add(std::vector<Cell> row);
 
@@ -35,8 +38,8 @@ class Sheet {
   const std::vector<std::string>& Columns() const { return m_columns; }
   const std::vector<std::vector<Cell>>& Rows() const { return m_rows; }
 
-  /// True when text prints nothing of the sheet.
-  bool IsHidden() const { return m_hideWhenEmpty && m_rows.empty(); }
+  /// True when the text of a whole report leaves the sheet out.
+  bool IsHidden() const { return m_hideUnlessNamed || (m_hideWhenEmpty && m_rows.empty()); }
   std::string Text(bool colour) const;
   std::string Json() const;
   std::string Csv() const;
@@ -53,6 +56,7 @@ class Sheet {
   std::size_t m_groupBy = 0;
   std::vector<bool> m_hidden;
   bool m_hideWhenEmpty = false;
+  bool m_hideUnlessNamed = false;
 };
 
 /// All that a command has to print: facts, lines and sheets, in the order in which they were added.

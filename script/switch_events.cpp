@@ -5,8 +5,6 @@
 #include <algorithm>
 
 #include "formats/failure.h"
-#include "formats/field_text.h"
-#include "formats/nearest.h"
 #include "model/text.h"
 #include "topology/component_types.h"
 
@@ -141,13 +139,7 @@ int ComponentNumber(DTSDB& database, int type, const QString& id) {
 std::string WhyUnknown(DTSDB& database, const SwitchEvent& event) {
   if (ComponentNumber(database, event) != -1) return "";
   std::string why = fmt::format("there is no component type {}", event.type);
-  WithTable(database, event.type, [&](const auto&, auto& table) {
-    using Record = std::remove_cvref_t<decltype(table.GetPh(0))>;
-    std::vector<std::string> known;
-    known.reserve(static_cast<std::size_t>(table.GetCount()));
-    for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
-    why = fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(event.id), DidYouMean(event.id, known));
-  });
+  WithTable(database, event.type, [&](const auto&, auto& table) { why = WhyUnknownRecord(table, event.id); });
   return why;
 }
 

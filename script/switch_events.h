@@ -2,10 +2,14 @@
 /// Switching operations in the words of a user: "open CB B1", "break LN L1 from".
 #pragma once
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <string>
 #include <vector>
 
+#include "formats/field_text.h"
+#include "formats/nearest.h"
 #include "model/dtsdb.h"
 #include "topology/switch_event.h"
 
@@ -29,6 +33,15 @@ std::string SwitchEventText(const SwitchEvent& event);
 int ComponentNumber(DTSDB& database, const SwitchEvent& event);
 /// The same by the type code and the identity as records have it.
 int ComponentNumber(DTSDB& database, int type, const QString& id);
+
+/// That `table` has no record `id`, with the nearest identities.
+template <class Record>
+std::string WhyUnknownRecord(const tTable<Record>& table, const std::string& id) {
+  std::vector<std::string> known;
+  known.reserve(static_cast<std::size_t>(table.GetCount()));
+  for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
+  return fmt::format("table {} has no record {}{}", Record::kTableName, Quoted(id), DidYouMean(id, known));
+}
 
 /// That the component isn't there, with the nearest identities; empty when it is.
 std::string WhyUnknown(DTSDB& database, const SwitchEvent& event);

@@ -23,7 +23,12 @@ struct Doubt {
 /// It does when no open end and no zero-impedance branch is among the changes or on the levels that the run reaches:
 /// those of the changed components, which it sorts anew, and those beyond a branch from there that ends in no section,
 /// whose fragment it may make or remove. What it computes elsewhere, the islands and what is dead, it computes from the
-/// sections as a full run has left them. The rule is held by tests/analysis/careful_property_test.cpp.
+/// sections as a full run has left them.
+///
+/// Where nothing changes but units, loads, shunt devices and whole branches between proper sections, no node moves and
+/// no fragment comes or goes. Zero-impedance branches in service between proper sections then don't count.
+///
+/// The rule is held by tests/analysis/careful_property_test.cpp and screening_test.cpp.
 std::optional<Doubt> DoubtAbout(const std::vector<ComponentChange>& changes, DTSDB& database);
 
 }  // namespace dtsdb::analysis::internal

@@ -48,6 +48,7 @@ bool FailsFullRun(DTSDB& database, const ZBR& branch, int number) {
 
 std::vector<int> BranchesOn(DTSDB& database, int cb) {
   std::vector<int> numbers;
+  if ((database.m_cbTable->GetPh(cb).flags & CB_ZBR) == 0) return numbers;
   tTable<ZBR>& branches = *database.m_zbrTable;
   for (int i = 0; i < branches.GetCount(); ++i) {
     if (branches[i].icb == cb) numbers.push_back(branches.LgToPh(i));

@@ -134,9 +134,14 @@ TEST_F(SwitchingTest, RunNamesWhyItIsAFullOne) {
   Switching session = Begin();
   EXPECT_EQ(session.First().run.Text(), "full");
   EXPECT_EQ(session.Apply("off LD D")->run.Text(), "incremental") << "level KB has neither";
-  EXPECT_EQ(session.Apply("out LN L")->run.Text(), "full, beside ZBR Z");
+  EXPECT_EQ(session.Apply("out LN L")->run.Text(), "incremental") << "no node moves at ZBR Z, which is in service";
   EXPECT_EQ(session.Apply("break LN L to")->run.Text(), "full, for the open end of LN L");
-  EXPECT_EQ(session.Apply("on LD D")->run.Text(), "full, for the open end of LN L");
+  EXPECT_EQ(session.Apply("on LD D")->run.Text(), "incremental") << "LN L is out";
+  EXPECT_EQ(session.Apply("in LN L")->run.Text(), "full, for the open end of LN L");
+  EXPECT_EQ(session.Apply("off LD D")->run.Text(), "full, for the open end of LN L");
+  EXPECT_EQ(session.Apply("join LN L to")->run.Text(), "full, for the open end of LN L");
+  EXPECT_EQ(session.Apply("open CB Q")->run.Text(), "full, beside ZBR Z");
+  EXPECT_EQ(session.Apply("out LN M")->run.Text(), "full, beside ZBR Z") << "it is out with its breaker";
 }
 
 TEST_F(SwitchingTest, UnknownComponentIsAnErrorAndNothingIsSwitched) {

@@ -99,8 +99,8 @@ TEST(Command, ByItselfPrintsItsHelp) {
 
 TEST(Command, EveryHelpDescribesTheExitCodes) {
   const Workplace here;
-  for (const char* command : {"validate", "topology", "switch", "run", "flow", "edit", "convert", "generate", "info",
-                              "dump", "diff", "rtdb ls", "rtdb show", "rtdb put", "rtdb check", "rtdb prune"}) {
+  for (const char* command : {"validate", "topology", "switch", "screen", "run", "flow", "edit", "convert", "generate",
+                              "info", "dump", "diff", "rtdb ls", "rtdb show", "rtdb put", "rtdb check", "rtdb prune"}) {
     const std::string help = here.Run((std::string(command) + " --help").c_str()).out;
     EXPECT_TRUE(Contains(help, "Exit codes: 0 ")) << command;
     EXPECT_TRUE(Contains(help, ", 2 wrong usage, 3 ")) << command;

@@ -1,0 +1,32 @@
+/// \file
+/// How far a long work has come, on a terminal.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+namespace dtsdb::tools {
+
+/// A line on the standard error that is written anew as the work goes on, at most ten times a second, and removed at
+/// the end. Nothing is written where the standard error is no terminal.
+class Progress {
+ public:
+  /// `what` is the noun of what is counted, in the plural.
+  Progress(std::size_t total, std::string what);
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress();
+
+  void Show(std::size_t done);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  std::size_t m_total;
+  std::string m_what;
+  bool m_isShown;
+  Clock::time_point m_next = Clock::now();
+};
+
+}  // namespace dtsdb::tools
