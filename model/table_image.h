@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "include/template.h"
+#include "model/archive_bytes.h"
 #include "model/basic_types.h"
-#include "model/internal/archive_bytes.h"
 #include "model/qarchive.h"
 
 namespace dtsdb {

@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "include/table_filler.h"
+#include "include/internal/table_filler.h"
 #include "validation/internal/device_kinds.h"
 #include "validation/internal/logical_numbers.h"
 #include "validation/internal/name_order.h"

@@ -1,4 +1,4 @@
-#include "model/internal/archive_bytes.h"
+#include "model/archive_bytes.h"
 
 #include <QString>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "model/internal/field_runs.h"
+#include "model/field_runs.h"
 
 #include <QtEndian>
 #include <cstring>

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "model/basic_types.h"
-#include "model/internal/field_runs.h"
+#include "model/field_runs.h"
 #include "model/qarchive.h"
 
 namespace dtsdb::internal {
