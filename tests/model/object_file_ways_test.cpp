@@ -119,7 +119,7 @@ TEST(ObjectFileWays, DamagedFilesAreRefusedAlikeAtTheSamePlace) {
   FillCompact(model, 5, 3);
   const QByteArray image = ImageOf(model);
   RandomRecords random(17);
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < 600; ++i) {
     QByteArray bytes = image;
     const int at = random.Number(0, static_cast<int>(bytes.size()) - 1);
     if (i % 2 == 0) {

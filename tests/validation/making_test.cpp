@@ -32,18 +32,15 @@ void Load(DTSDB& model, QByteArray image) {
 }
 
 /// What lies in the slots of all tables, the free ones included. A null text and an empty one differ.
-std::vector<std::string> SlotsOf(DTSDB& model) {
-  std::vector<std::string> contents;
-  ForEachTable(model, [&contents]<class T>(tTable<T>& table) {
-    for (int i = 0; i < table.GetSize(); ++i) {
-      QBuffer buffer;
-      buffer.open(QIODevice::WriteOnly);
-      QArchive ar(&buffer, false);
-      table.GetPh(i).Serialize(ar);
-      contents.push_back(T::kTableName + std::to_string(i) + ":" + buffer.data().toHex().toStdString());
-    }
+QByteArray SlotsOf(DTSDB& model) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  QArchive ar(&buffer, false);
+  ForEachTable(model, [&ar](auto& table) {
+    ar << i32{table.GetSize()};
+    for (int i = 0; i < table.GetSize(); ++i) table.GetPh(i).Serialize(ar);
   });
-  return contents;
+  return buffer.data();
 }
 
 /// One of two models that go through the same runs, each in its own way.
@@ -157,7 +154,7 @@ TEST(RunMadeAtOnce, IsMadeAnewForABranchOnABreakerWithoutNodes) {
   Side atOnce(ImageOf(m.Db()), Making::kAtOnce);
   Side oneByOne(ImageOf(m.Db()), Making::kOneByOne);
   EXPECT_EQ(atOnce.Run(), oneByOne.Run());
-  EXPECT_EQ(SlotsOf(atOnce.model), SlotsOf(oneByOne.model));
+  EXPECT_TRUE(SlotsOf(atOnce.model) == SlotsOf(oneByOne.model));
   EXPECT_EQ(atOnce.model.m_zbr2Table->GetCount(), 2);
 }
 
