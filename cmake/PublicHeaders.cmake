@@ -23,11 +23,13 @@ set(public_headers
     rtdb/volma_rtdb.h
     # The model.
     model/any_table.h
+    model/archive_bytes.h
     model/basic_types.h
     model/branch_kinds.h
     model/dtsdb.h
     model/exchange.h
     model/field_info.h
+    model/field_runs.h
     model/objectfile.h
     model/qarchive.h
     model/record_bits.h

@@ -18,6 +18,8 @@ namespace dtsdb {
 class QArchive;
 template <class T>
 class TableImage;
+template <class T>
+class TableFiller;
 
 /// A table of records kept sorted by `T::operator<`, each under two numbers.
 ///
@@ -145,6 +147,7 @@ class tTable {
 
  private:
   friend class TableImage<T>;
+  friend class TableFiller<T>;
   static constexpr int kDefaultGrowBy = 10;
   /// So many records are renumbered at once; more behind the place of change, and numbering is put off.
   static constexpr int kRenumberAtOnce = 512;

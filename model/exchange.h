@@ -7,6 +7,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <cstddef>
+#include <deque>
 #include <span>
 #include <vector>
 
@@ -23,14 +25,21 @@ class RowTexts {
   /// Forgets the texts of the row before. `table` is named in warnings.
   void Begin(const char* table) {
     m_table = table;
-    m_texts.clear();
+    m_used = 0;
+    m_large.clear();
   }
   /// The bytes of `text`. They end at a zero byte, which no column can hold: then there is a warning.
   char const* Keep(const QString& text);
 
  private:
+  static constexpr std::size_t kRoom = 4096;
+
+  char* Room(std::size_t n);
+
   const char* m_table = "";
-  std::vector<QByteArray> m_texts;  // moving a QByteArray leaves its bytes where they are
+  std::vector<char> m_bytes = std::vector<char>(kRoom);  // never moves
+  std::size_t m_used = 0;
+  std::deque<std::vector<char>> m_large;  // what m_bytes has no room for
 };
 
 /// Takes over all fields of a record from its row. Of a one-byte field the column's low byte counts.
@@ -46,6 +55,15 @@ void StoreFields(const void* record, std::span<const FieldInfo> fields, void* ro
 /// Puts the field of a column into it.
 void StoreField(const void* record, void* row, std::span<const FieldInfo> fields, const ColumnInfo& column,
                 RowTexts& texts);
+
+/// Whether a row has in all columns what StoreFields would put there. One with a text that a row can't hold as it is (a
+/// zero byte, a character above 0xFF) never has.
+bool HoldsFields(const void* row, std::span<const ColumnInfo> columns, const void* record,
+                 std::span<const FieldInfo> fields);
+
+/// Compares the identity of a row with that of a record: below, equal to or above 0. For tables that have `id`.
+int CompareIdentity(const void* row, std::span<const ColumnInfo> columns, const void* record,
+                    std::span<const FieldInfo> fields);
 
 /// The column of the field that lies at `offset` in a record.
 const ColumnInfo& ColumnAt(std::size_t offset, std::span<const FieldInfo> fields, std::span<const ColumnInfo> columns);
@@ -219,18 +237,72 @@ void InsertRows(TwinWriter<T>& writer, tTable<T>& table) {
   for (int i = 0; i < table.GetCount(); ++i) writer.Insert(table[i]);
 }
 
-/// Writes `table` as a whole, in the way of its rows. Always true.
+/// Whether the rows of `table`'s twin are those that a writing of the table into an empty one would make. `db` must not
+/// be null.
+template <class T>
+bool HoldsTable(dbDatabase* db, tTable<T>& table) {
+  using Row = typename Twin<T>::Row;
+  const auto columns = Row::Columns();
+  for (const ColumnInfo& column : columns) {
+    if (column.field == ColumnInfo::kNoField) return false;  // what others keep there would be emptied
+  }
+  dbCursor<Row> cursor(db, dbCursorForUpdate);
+  if (cursor.select() != table.GetCount()) return false;
+  int i = 0;
+  for (const Row* row = cursor.get(); row != nullptr && i < table.GetCount(); row = cursor.next()) {
+    if (!HoldsFields(row, columns, &table[i++], T::Fields())) return false;
+  }
+  return i == table.GetCount();
+}
+
+/// For each record of `table` whether merging it would change nothing: one row has its identity, and holds it. `db`
+/// must not be null. A record that isn't looked at, since rows or records stand in another order, counts as one that
+/// would.
+template <class T>
+std::vector<bool> HeldRecords(dbDatabase* db, tTable<T>& table) {
+  using Row = typename Twin<T>::Row;
+  std::vector<bool> held(static_cast<std::size_t>(table.GetCount()), false);
+  dbCursor<Row> cursor(db, dbCursorForUpdate);
+  if (cursor.select("order by id") <= 0) return held;
+  const Row* row = cursor.get();
+  int found = -1;  // the last record that a row was found for
+  for (int i = 0; row != nullptr && i < table.GetCount();) {
+    const int order = CompareIdentity(row, Row::Columns(), &table[i], T::Fields());
+    if (order > 0) {
+      ++i;
+      continue;
+    }
+    if (order == 0) {  // a second row with this identity gives way when the record is merged
+      held[static_cast<std::size_t>(i)] = found != i && HoldsFields(row, Row::Columns(), &table[i], T::Fields());
+      found = i;
+    }
+    row = cursor.next();
+  }
+  return held;
+}
+
+/// Merges the records of `table` that their rows don't hold already.
+template <class T>
+void MergeChangedRows(dbDatabase* db, TwinWriter<T>& writer, tTable<T>& table) {
+  const std::vector<bool> held = HeldRecords(db, table);
+  for (int i = 0; i < table.GetCount(); ++i) {
+    if (!held[static_cast<std::size_t>(i)]) writer.Merge(table[i]);
+  }
+}
+
+/// Writes `table` as a whole, in the way of its rows. Rows that hold their records already are left alone. Always true.
 template <class T>
 bool WriteTable(dbDatabase* db, tTable<T>& table) {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return true;
   TwinWriter<T> writer(db);
   if constexpr (Twin<T>::kWriter == Writer::kReplacing) {
+    if (HoldsTable(db, table)) return true;
     writer.RemoveAll();
     InsertRows(writer, table);
   } else if (writer.IsEmpty()) {
     InsertRows(writer, table);
   } else {
-    MergeRows(writer, table);
+    MergeChangedRows(db, writer, table);
   }
   // Of all numbered tables only the section list is cut to the model's length. Kept: K05.
   if constexpr (kKindOf<T> == KIND_BSL) writer.RemoveFrom(table.GetCount());

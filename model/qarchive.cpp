@@ -26,4 +26,6 @@ void QArchive::Refuse(const QString& what) {
 
 qint64 QArchive::BytesLeft() const { return m_pDevice != nullptr ? m_pDevice->size() - m_pDevice->pos() : 0; }
 
+bool QArchive::HasPositions() const { return m_pDevice != nullptr && !m_pDevice->isSequential(); }
+
 }  // namespace dtsdb

@@ -29,6 +29,8 @@ class QArchive : public QDataStream {
   const QString& Refusal() const { return m_refusal; }
   /// Bytes between here and the end of the device.
   qint64 BytesLeft() const;
+  /// True when the device has positions, so that one can read ahead of the archive and come back.
+  bool HasPositions() const;
 
  private:
   QIODevice* m_pDevice;

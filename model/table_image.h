@@ -3,9 +3,13 @@
 #pragma once
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "include/template.h"
+#include "model/archive_bytes.h"
 #include "model/basic_types.h"
 #include "model/qarchive.h"
 
@@ -19,14 +23,15 @@ class TableImage {
  public:
   static void Store(tTable<T>& table, QArchive& ar) {
     table.Settle();
-    for (const int head :
-         {table.m_size, table.m_head, table.m_tail, table.m_first, table.m_last, table.m_count, table.m_bOrdered}) {
-      ar << i32{head};
-    }
+    internal::ArchiveWriter writer(ar);
+    const i32 head[] = {table.m_size, table.m_head,  table.m_tail,    table.m_first,
+                        table.m_last, table.m_count, table.m_bOrdered};
+    writer.PutNumbers(head, sizeof(i32), std::size(head));
     for (int i = 0; i < table.m_size; ++i) {
-      ar << i32{table.m_pPhToLg[i]} << i32{table.m_pLgToPh[i]} << i32{table.m_pNext[i]} << i32{table.m_pPrev[i]};
+      const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
+      writer.PutNumbers(slot, sizeof(i32), std::size(slot));
     }
-    for (int i = table.m_head; i != -1; i = table.m_pNext[i]) table.m_pData[i].Serialize(ar);
+    for (int i = table.m_head; i != -1; i = table.m_pNext[i]) writer.PutRecord(&table.m_pData[i], Runs());
   }
 
   static void Load(tTable<T>& table, QArchive& ar) {
@@ -40,6 +45,11 @@ class TableImage {
 
  private:
   static constexpr int kBytesPerSlot = 16;
+
+  static std::span<const internal::FieldRun> Runs() {
+    static const std::vector<internal::FieldRun> runs = internal::FieldRunsOf(T::Fields());
+    return runs;
+  }
 
   static bool Refuse(QArchive& ar, const char* what) {
     ar.Refuse(QString::fromLatin1(what));
@@ -81,10 +91,32 @@ class TableImage {
     ar >> numbers.head >> numbers.tail >> numbers.first >> numbers.last >> numbers.count >> numbers.ordered;
     const auto size = static_cast<std::size_t>(numbers.size);
     for (auto* array : {&numbers.phToLg, &numbers.lgToPh, &numbers.next, &numbers.prev}) array->resize(size);
-    for (std::size_t i = 0; i < size; ++i) {
-      ar >> numbers.phToLg[i] >> numbers.lgToPh[i] >> numbers.next[i] >> numbers.prev[i];
+    if (!ReadSlots(numbers, ar)) {
+      for (std::size_t i = 0; i < size; ++i) {
+        ar >> numbers.phToLg[i] >> numbers.lgToPh[i] >> numbers.next[i] >> numbers.prev[i];
+      }
     }
     return ar.status() == QDataStream::Ok || Refuse(ar, "the file ends among the numbers");
+  }
+
+  /// Reads the slots in larger pieces; false, and nothing read, where they must be read number by number.
+  static bool ReadSlots(Numbers& numbers, QArchive& ar) {
+    if (ar.status() != QDataStream::Ok || !ar.HasPositions()) return false;
+    internal::ArchiveReader reader(*ar.device());
+    const qint64 begin = reader.Position();
+    for (std::size_t i = 0; i < numbers.phToLg.size(); ++i) {
+      i32 slot[4];
+      if (!reader.TakeNumbers(slot, sizeof(i32), std::size(slot))) {
+        reader.LeaveAt(begin);
+        return false;
+      }
+      numbers.phToLg[i] = slot[0];
+      numbers.lgToPh[i] = slot[1];
+      numbers.next[i] = slot[2];
+      numbers.prev[i] = slot[3];
+    }
+    reader.LeaveAt(reader.Position());
+    return true;
   }
 
   static bool CheckNumbers(const Numbers& numbers, QArchive& ar) {
@@ -138,17 +170,31 @@ class TableImage {
   }
 
   static bool LoadRecords(tTable<T>& table, QArchive& ar) {
+    std::optional<internal::ArchiveReader> reader;
+    if (ar.HasPositions() && table.m_count > 0) reader.emplace(*ar.device());
     int row = 0;
     const T* before = nullptr;
     for (int i = table.m_head; i != -1; i = table.m_pNext[i]) {
-      ar.SetPlace(T::kTableName, row++);
       T& record = table.m_pData[i];
-      record.Serialize(ar);
-      if (ar.IsRefused()) return false;
+      if (!LoadRecord(record, row++, reader, ar)) return false;
       if (before != nullptr && !(*before < record)) table.m_bStrict = false;
       before = &record;
     }
+    if (reader) reader->LeaveAt(reader->Position());
     return true;
+  }
+
+  /// Loads a record through `reader`; where there is none, or it can't, field by field.
+  static bool LoadRecord(T& record, int row, std::optional<internal::ArchiveReader>& reader, QArchive& ar) {
+    if (reader) {
+      const qint64 begin = reader->Position();
+      if (reader->TakeRecord(&record, Runs())) return true;
+      reader->LeaveAt(begin);
+      reader.reset();
+    }
+    ar.SetPlace(T::kTableName, row);
+    record.Serialize(ar);
+    return !ar.IsRefused();
   }
 };
 

@@ -65,17 +65,17 @@ bool NMD::DetectDV_LN() { return internal::CheckLines(m_parts->checks); }
 // Building the graph
 
 int NMD::NodeInsert(const QString& nd, int* pNd, const QString& kv, int mask) {
-  return internal::InsertNode(m_parts->model, nd, pNd, kv, mask);
+  return m_parts->checks.graph.InsertNode(nd, pNd, kv, mask);
 }
 
 int NMD::Branch2Insert(const QString& nd, const QString& znd, int* pNd, int* pZnd, int* pTerm, int* pZterm, int kind,
                        int branch, const QString& id) {
-  return internal::InsertBranch(m_parts->model, kind, {branch, id, {nd, pNd, pTerm}, {znd, pZnd, pZterm}});
+  return m_parts->checks.graph.InsertBranch(kind, {branch, id, {nd, pNd, pTerm}, {znd, pZnd, pZterm}});
 }
 
 int NMD::BranchInsert(const QString& st, const QString& zst, const QString& nd, const QString& znd, int* pNd, int* pZnd,
                       int* pTerm, int* pZterm, int kind, int branch, const QString& id) {
-  return internal::InsertLine(m_parts->model, kind, st, zst, {branch, id, {nd, pNd, pTerm}, {znd, pZnd, pZterm}});
+  return m_parts->checks.graph.InsertLine(kind, st, zst, {branch, id, {nd, pNd, pTerm}, {znd, pZnd, pZterm}});
 }
 
 // Editing

@@ -21,6 +21,7 @@ namespace dtsdb {
 struct NmdAccess {
   static void StartDetect(NMD& nmd) { nmd.StartDetect(); }
   static bool RunChecks(NMD& nmd) { return internal::RunChecks(nmd.m_parts->checks); }
+  static bool Run(NMD& nmd, internal::Making making) { return internal::RunValidation(nmd.m_parts->checks, making); }
   static int NodeInsert(NMD& nmd, const char* nd, int* pNd, const char* kv, int mask) {
     return nmd.NodeInsert(IdFromLiteral(nd), pNd, IdFromLiteral(kv), mask);
   }

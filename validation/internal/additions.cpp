@@ -37,7 +37,8 @@ bool Additions::Tie(int number) {
 /// Turns the names of measurements into numbers, -1 without a word for those that don't exist.
 template <class Record>
 void Additions::ResolveMeasurements(Record& record) {
-  for (const Measurement<Record>& measurement : kMeasurements<Record>) FindMeasurement(m_model, record, measurement);
+  RunGraph graph(m_model);
+  for (const Measurement<Record>& measurement : kMeasurements<Record>) FindMeasurement(graph, record, measurement);
 }
 
 /// Finds or makes the two nodes of a branch in levels `kv` and `zkv`.

@@ -37,7 +37,7 @@ constexpr Required<XF> kWindingRequired[] = {{&XF::nd, message::kNoHighNode},
 /// Makes the two ends of a branch and reports what is wrong with them.
 template <class Branch>
 Outcome InsertEnds(RowChecks& checks, const Branch& branch, const BranchEnds& ends, const Reason& full) {
-  const int result = InsertBranch(checks.model, kKindOf<typename BranchKind<Branch>::End>, ends);
+  const int result = checks.graph.InsertBranch(kKindOf<typename BranchKind<Branch>::End>, ends);
   return checks.Judge(branch, result, {full, kEndsFaults<Branch>});
 }
 
@@ -46,7 +46,7 @@ bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
   if (!checks.IsNamed(cb) || !checks.IsLinked(cb) || !checks.IsFilled(cb, kBreakerRequired)) return true;
   // The message speaks of several types; it comes for none as well. Kept: K06.
   if (std::popcount(cb.flags & CB_TYPES) != 1) checks.log.Report(cb, message::kBadBreakerType);
-  cb.istatus = NumberOf<STATUS>(model, cb.status_id);
+  cb.istatus = checks.graph.NumberOf<STATUS>(cb.status_id);
   if (cb.istatus == -1) checks.log.Report(cb, message::kNoStatusPoint);
 
   Outcome outcome = checks.InsertNodes(cb, cb.kv, cb.kv, kFromNode<CB>, kBreakerToNode);
@@ -54,7 +54,7 @@ bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
     outcome = InsertEnds(checks, cb, EndsOf(cb, number, cb.nd, cb.znd), reason::kBreakerEndsFull);
   }
   if (outcome == Outcome::kGoOn) {
-    MarkStation(model, StationOfLevel(model, model.m_rKvCbTable->GetPh(cb.r_kv_cb).ikv), ST_HAS_CB);
+    MarkStation(model, checks.graph.StationOfLevel(checks.graph.ParentOf<R_KV_CB>(number)), ST_HAS_CB);
   }
   return outcome != Outcome::kTableFull;
 }
@@ -64,7 +64,7 @@ bool CheckBreaker(RowChecks& checks, CB& cb, int number) {
 bool CheckZbr(RowChecks& checks, ZBR& zbr, int number) {
   DTSDB& model = checks.model;
   if (zbr.id.isEmpty()) return true;
-  zbr.icb = NumberOf<CB>(model, zbr.cb);
+  zbr.icb = checks.graph.NumberOf<CB>(zbr.cb);
   if (zbr.icb == -1) {
     checks.log.Report(zbr, message::kUnknownBreaker);
     return true;
@@ -74,10 +74,8 @@ bool CheckZbr(RowChecks& checks, ZBR& zbr, int number) {
   zbr.iznd = cb.iznd;
   if (cb.r_kv_cb == -1) return true;
 
-  const int level = model.m_rKvCbTable->GetPh(cb.r_kv_cb).ikv;
-  if (!Relate<R_KV_ZBR>(model, level, model.m_kvTable->GetPh(level).id, number, zbr.id)) {
-    return checks.TableFull(reason::kKvZbrFull);
-  }
+  const int level = checks.graph.ParentOf<R_KV_CB>(zbr.icb);
+  if (!checks.graph.RelateZbr(level, number)) return checks.TableFull(reason::kKvZbrFull);
   checks.FindMeasurements(zbr);
   const Outcome outcome = InsertEnds(checks, zbr, EndsOf(zbr, number, cb.nd, cb.znd), reason::kZbrEndsFull);
   if (outcome == Outcome::kGoOn) cb.flags |= CB_ZBR;  // no run clears it. Kept: K08.
@@ -98,7 +96,7 @@ bool CheckWinding(RowChecks& checks, XF& xf, int number) {
   if (outcome == Outcome::kGoOn) {
     outcome = InsertEnds(checks, xf, EndsOf(xf, number, xf.nd, xf.znd), reason::kWindingEndsFull);
   }
-  if (outcome == Outcome::kGoOn) MarkStation(model, model.m_rStXfTable->GetPh(xf.r_st_xf).ist, ST_HAS_XF);
+  if (outcome == Outcome::kGoOn) MarkStation(model, checks.graph.ParentOf<R_ST_XF>(number), ST_HAS_XF);
   return outcome != Outcome::kTableFull;
 }
 

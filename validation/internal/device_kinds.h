@@ -3,8 +3,8 @@
 #pragma once
 
 #include "model/record_bits.h"
-#include "validation/internal/hierarchy.h"
 #include "validation/internal/messages.h"
+#include "validation/internal/run_graph.h"
 
 namespace dtsdb::internal {
 
@@ -64,8 +64,8 @@ inline constexpr Measurement<BUS> kMeasurements<BUS>[] = {{&BUS::ana_v, &BUS::ia
 
 /// Turns the name of one measurement of a record into its number; false, with number -1, when there is no such point.
 template <class Record>
-bool FindMeasurement(DTSDB& model, Record& record, const Measurement<Record>& measurement) {
-  const int number = NumberOf<ANALOG>(model, record.*measurement.name);
+bool FindMeasurement(RunGraph& graph, Record& record, const Measurement<Record>& measurement) {
+  const int number = graph.NumberOf<ANALOG>(record.*measurement.name);
   record.*measurement.number = number;
   return number != -1;
 }

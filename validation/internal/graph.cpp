@@ -41,14 +41,7 @@ template <class Branch>
 bool InsertEnd(DTSDB& model, const BranchEnds& ends, bool isTo) {
   using Kind = BranchKind<Branch>;
   const BranchEnds::End& place = isTo ? ends.to : ends.from;
-  typename Kind::End end(ends.id + QLatin1Char(isTo ? 'z' : 'i'));
-  end.*Kind::kOwner = ends.branch;
-  if constexpr (Kind::kMeasured) {  // copied, so that a walk from a node needn't visit the branch
-    const Branch& source = TableOf<Branch>(model).GetPh(ends.branch);
-    end.iana_p = source.*(isTo ? Kind::kToP : Kind::kFromP);
-    end.iana_q = source.*(isTo ? Kind::kToQ : Kind::kFromQ);
-    end.flags = isTo ? END_IS_TO : 0;
-  }
+  const typename Kind::End end = EndOf(TableOf<Branch>(model).GetPh(ends.branch), ends.branch, ends.id, isTo);
   const int number = TableOf<typename Kind::End>(model).Add(end);
   *place.number = number;
   return number != -1 && Relate<typename Kind::Row>(model, *place.nodeNumber, place.node, number, end.id);
@@ -67,26 +60,6 @@ int InsertBranch(DTSDB& model, int kind, const BranchEnds& ends) {
     result = made ? INSERT_DONE : INSERT_TABLE_FULL;
   });
   return result;
-}
-
-int InsertLine(DTSDB& model, int kind, const QString& st, const QString& zst, const BranchEnds& ends) {
-  for (const BranchEnds::End& end : {ends.from, ends.to}) {
-    *end.nodeNumber = -1;
-    *end.number = -1;
-  }
-  struct Place {
-    const BranchEnds::End& end;
-    const QString& station;
-    int missing;
-  };
-  for (const Place& place : {Place{ends.from, st, INSERT_NO_FROM_NODE}, Place{ends.to, zst, INSERT_NO_TO_NODE}}) {
-    const int node = NumberOf<ND>(model, place.end.node);
-    if (node == -1) return place.missing;
-    *place.end.nodeNumber = node;
-    const int station = StationOfLevel(model, LevelOfNode(model, node));
-    if (station == -1 || station != NumberOf<ST>(model, place.station)) return INSERT_OTHER_STATION;
-  }
-  return InsertBranch(model, kind, ends);
 }
 
 int DeviceCount(DTSDB& model, const ND& node, u32 marks) {

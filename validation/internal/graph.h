@@ -26,6 +26,9 @@ inline constexpr int INSERT_OTHER_STATION = 9;  ///< a node's station is not the
 /// The `mask` of a device that leaves no mark on its node.
 inline constexpr int NO_MARK = -1;
 
+/// The marks that devices leave on their node.
+inline constexpr u32 kDeviceMarks = ND_HAS_UN | ND_HAS_LD | ND_HAS_CP | ND_HAS_BUS;
+
 /// Finds or makes node `nd` of level `kv`, its number in *pNd; a `mask` above 0 is added to its flags.
 int InsertNode(DTSDB& model, const QString& nd, int* pNd, const QString& kv, int mask);
 
@@ -52,12 +55,26 @@ BranchEnds EndsOf(Branch& branch, int number, const QString& nd, const QString& 
       number, branch.id, {nd, &branch.ind, &(branch.*Kind::kFromEnd)}, {znd, &branch.iznd, &(branch.*Kind::kToEnd)}};
 }
 
+/// The letter that stands behind a branch's identity in that of its end.
+constexpr char16_t EndLetter(bool isTo) { return isTo ? u'z' : u'i'; }
+
+/// One end of a branch, the one with number `number` and identity `id`. It stands on no node yet.
+template <class Branch>
+typename BranchKind<Branch>::End EndOf(const Branch& branch, int number, const QString& id, bool isTo) {
+  using Kind = BranchKind<Branch>;
+  typename Kind::End end(id + QChar(EndLetter(isTo)));
+  end.*Kind::kOwner = number;
+  if constexpr (Kind::kMeasured) {  // copied, so that a walk from a node needn't visit the branch
+    end.iana_p = branch.*(isTo ? Kind::kToP : Kind::kFromP);
+    end.iana_q = branch.*(isTo ? Kind::kToQ : Kind::kFromQ);
+    end.flags = isTo ? END_IS_TO : 0;
+  }
+  return end;
+}
+
 /// Makes the two ends of a branch whose nodes have numbers. `kind` is the kind code of the table of ends; with any
 /// other nothing is made.
 int InsertBranch(DTSDB& model, int kind, const BranchEnds& ends);
-
-/// The same for a line, after a test that its nodes exist and lie in the stations that it names.
-int InsertLine(DTSDB& model, int kind, const QString& st, const QString& zst, const BranchEnds& ends);
 
 /// How many branch ends stand on a node, and for how many of `marks` devices do: devices of one kind count once. Counts
 /// to 2 at most: nobody asks for more, and a node may have many.

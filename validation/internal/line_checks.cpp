@@ -34,15 +34,15 @@ constexpr Faults kEnds = {kLineKind<Line>.endsFull, kEndsFaults<Line>};
 /// Reports what the stations and levels at the two ends of a line in `district` mean for it.
 template <class Line>
 void CheckLineEnds(RowChecks& checks, Line& line, int district) {
-  DTSDB& model = checks.model;
-  const int fromDistrict = DistrictOfStation(model, NumberOf<ST>(model, line.st));
-  const int toDistrict = DistrictOfStation(model, NumberOf<ST>(model, line.zst));
+  RunGraph& graph = checks.graph;
+  const int fromDistrict = graph.DistrictOfStation(graph.NumberOf<ST>(line.st));
+  const int toDistrict = graph.DistrictOfStation(graph.NumberOf<ST>(line.zst));
   if (district != fromDistrict && district != toDistrict) checks.log.Report(line, message::kLineInOtherDistrict<Line>);
   MarkDistrict(line, district, fromDistrict, toDistrict);
 
   if constexpr (kLineKind<Line>.hasOneVoltage) {  // a level whose base voltage is 0 isn't compared
-    const f32 from = model.m_kvTable->GetPh(LevelOfNode(model, line.ind)).vbase;
-    const f32 to = model.m_kvTable->GetPh(LevelOfNode(model, line.iznd)).vbase;
+    const f32 from = checks.model.m_kvTable->GetPh(graph.LevelOfNode(line.ind)).vbase;
+    const f32 to = checks.model.m_kvTable->GetPh(graph.LevelOfNode(line.iznd)).vbase;
     if (from != to && std::fabs(from) > 0.0F && std::fabs(to) > 0.0F) {
       checks.log.Report(line, message::kLineOfTwoVoltages);
     }
@@ -53,17 +53,16 @@ void CheckLineEnds(RowChecks& checks, Line& line, int district) {
 template <class Line>
 bool CheckLine(RowChecks& checks, Line& line, int number) {
   using Row = ParentRow<Line>;
-  DTSDB& model = checks.model;
   if (!checks.IsNamed(line) || !checks.IsFilled(line, kRequired<Line>)) return true;
   checks.FindMeasurements(line);
 
   Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kFromNode<Line>, kToNode<Line>);
   if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
   if (!checks.IsLinked(line)) return true;
-  const int district = TableOf<Row>(model).GetPh(line.*Relation<Row>::kOwn).idv;
+  const int district = checks.graph.ParentOf<Row>(number);
 
-  const int result = InsertLine(model, kKindOf<typename BranchKind<Line>::End>, line.st, line.zst,
-                                EndsOf(line, number, line.nd, line.znd));
+  const int result = checks.graph.InsertLine(kKindOf<typename BranchKind<Line>::End>, line.st, line.zst,
+                                             EndsOf(line, number, line.nd, line.znd));
   outcome = checks.Judge(line, result, kEnds<Line>);
   if (outcome == Outcome::kGoOn) CheckLineEnds(checks, line, district);
   return outcome != Outcome::kTableFull;

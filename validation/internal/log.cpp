@@ -41,6 +41,16 @@ void ValidationLog::Flush() {
   if (m_file.isOpen()) m_stream.flush();
 }
 
+void ValidationLog::Release() {
+  m_isHolding = false;
+  for (const Held& held : std::exchange(m_held, {})) Report(held.table, held.tableName, held.id, held.message);
+}
+
+void ValidationLog::Drop() {
+  m_isHolding = false;
+  m_held.clear();
+}
+
 void ValidationLog::Report(const Message& message, int number) {
   LogText line = m_texts.Line(nullptr, QString(), message);
   for (QString* const text : {&line.real, &line.bytes}) {
@@ -50,6 +60,10 @@ void ValidationLog::Report(const Message& message, int number) {
 }
 
 void ValidationLog::Report(TableKind table, const char* tableName, const QString& id, const Message& message) {
+  if (m_isHolding) {
+    m_held.push_back({table, tableName, id, message});
+    return;
+  }
   const LogText line = m_texts.Line(tableName, id, message);
   Write({message.severity, table, id, message.field, line.real, message.code}, line.bytes);
 }

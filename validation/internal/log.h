@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <QTextStream>
+#include <vector>
 
 #include "include/log_sink.h"
 #include "model/dtsdb.h"
@@ -34,6 +35,13 @@ class ValidationLog {
   void Continue(const ValidationLog& other);
   void Flush();
 
+  /// From here on reports wait: they are kept as they are, neither written nor counted.
+  void Hold() { m_isHolding = true; }
+  /// Reports what has waited, in its order, and lets none wait any more.
+  void Release();
+  /// Forgets what has waited, and lets none wait any more.
+  void Drop();
+
   /// Reports about a record.
   template <class Record>
   void Report(const Record& record, const Message& message) {
@@ -48,6 +56,14 @@ class ValidationLog {
   void ForgetFindings() { m_findings.clear(); }
 
  private:
+  /// A report that waits.
+  struct Held {
+    TableKind table;
+    const char* tableName;
+    QString id;
+    Message message;
+  };
+
   void Open(QIODevice::OpenMode mode);
   void Close();
   void Report(TableKind table, const char* tableName, const QString& id, const Message& message);
@@ -63,6 +79,8 @@ class ValidationLog {
   QString m_stamp;
   LogTexts m_texts;
   QList<Finding> m_findings;
+  bool m_isHolding = false;
+  std::vector<Held> m_held;
 };
 
 }  // namespace dtsdb::internal

@@ -5,12 +5,10 @@
 #include <span>
 
 #include "validation/internal/device_kinds.h"
-#include "validation/internal/graph.h"
-#include "validation/internal/hierarchy.h"
 #include "validation/internal/last_error.h"
 #include "validation/internal/log.h"
 #include "validation/internal/messages.h"
-#include "validation/internal/relations.h"
+#include "validation/internal/run_graph.h"
 
 namespace dtsdb::internal {
 
@@ -47,15 +45,16 @@ enum class Outcome {
 class RowChecks {
  public:
   RowChecks(DTSDB& tables, ValidationLog& validationLog, LastError& lastError)
-      : model(tables), log(validationLog), m_lastError(lastError) {}
+      : model(tables), graph(tables), log(validationLog), m_lastError(lastError) {}
 
   DTSDB& model;
+  RunGraph graph;  ///< what stands in for the tables that a run makes
   ValidationLog& log;
 
   /// Ties the children of a relation to the parents that they name; false when the relation takes no more rows.
   template <class Row>
   bool Link() {
-    return LinkPass<Row>(model) || TableFull(kParentName<Row>.full);
+    return graph.Link<Row>() || TableFull(kParentName<Row>.full);
   }
 
   /// Calls `check` with every row in logical order and its physical number, until it returns false; then false.
@@ -101,7 +100,7 @@ class RowChecks {
   template <class Record>
   void FindMeasurements(Record& record) {
     for (const Measurement<Record>& measurement : kMeasurements<Record>) {
-      if (!FindMeasurement(model, record, measurement)) log.Report(record, measurement.missing);
+      if (!FindMeasurement(graph, record, measurement)) log.Report(record, measurement.missing);
     }
   }
 
@@ -123,13 +122,13 @@ class RowChecks {
   /// Finds or makes the two nodes of a branch in levels `kv` and `zkv`.
   template <class Branch>
   Outcome InsertNodes(Branch& branch, const QString& kv, const QString& zkv, const Faults& from, const Faults& to) {
-    const Outcome outcome = Judge(branch, InsertNode(model, branch.nd, &branch.ind, kv, NO_MARK), from);
+    const Outcome outcome = Judge(branch, graph.InsertNode(branch.nd, &branch.ind, kv, NO_MARK), from);
     if (outcome != Outcome::kGoOn) return outcome;
-    return Judge(branch, InsertNode(model, branch.znd, &branch.iznd, zkv, NO_MARK), to);
+    return Judge(branch, graph.InsertNode(branch.znd, &branch.iznd, zkv, NO_MARK), to);
   }
 
-  /// Sets the last error. Always returns false.
-  bool TableFull(const Reason& reason) { return m_lastError.Set(reason); }
+  /// Sets the last error, unless the run will be made anew. Always returns false.
+  bool TableFull(const Reason& reason) { return !graph.HasGivenUp() && m_lastError.Set(reason); }
 
  private:
   LastError& m_lastError;

@@ -25,17 +25,49 @@ void SetNone(tTable<Record>& table, i32 Record::*link) {
   for (int i = 0; i < table.GetCount(); ++i) table[i].*link = -1;
 }
 
+/// Takes all records off the relations, and the marks off the stations.
+void ResetLinks(DTSDB& model) {
+  ForEachRelation([&model]<class Row>() {
+    using R = Relation<Row>;
+    SetNone(TableOf<typename R::Parent>(model), R::kHead);
+    SetNone(TableOf<typename R::Child>(model), R::kOwn);
+  });
+  for (int i = 0; i < model.m_stTable->GetCount(); ++i) (*model.m_stTable)[i].flag = 0;
+}
+
+/// Checks and end of a run with what it makes put into the tables at once. False, and nothing but links set, when that
+/// can't be done; then the reports are forgotten.
+bool RunAtOnce(RowChecks& checks) {
+  if (!BulkGraph::Takes(checks.model)) return false;
+  checks.log.Hold();
+  checks.graph.BeginAtOnce();
+  const bool went = RunChecks(checks);
+  if (went) {
+    checks.log.Release();
+    checks.graph.AtOnce()->Finish(checks.log);
+    EndVerdict((*checks.model.m_globalTable)[0], checks.log);
+  } else {
+    checks.log.Drop();
+    ResetLinks(checks.model);
+  }
+  checks.graph.EndAtOnce();
+  return went;
+}
+
+bool RunOneByOne(RowChecks& checks) {
+  if (!RunChecks(checks)) return false;
+  EndRun(checks);
+  return true;
+}
+
 }  // namespace
 
-bool RunValidation(RowChecks& checks) {
+bool RunValidation(RowChecks& checks, Making making) {
   checks.log.ForgetFindings();
   checks.log.Report(message::kRunBegins);
   StartRun(checks.model);
-  const bool went = RunChecks(checks);
-  if (went) {
-    EndRun(checks);
-    checks.log.Report(message::kRunEnds);
-  }
+  const bool went = (making == Making::kAtOnce && RunAtOnce(checks)) || RunOneByOne(checks);
+  if (went) checks.log.Report(message::kRunEnds);
   checks.log.Flush();
   return went;
 }
@@ -54,12 +86,7 @@ void StartRun(DTSDB& model) {
   model.m_ndTable->Clear();
 
   StartVerdict(*model.m_globalTable);
-  ForEachRelation([&model]<class Row>() {
-    using R = Relation<Row>;
-    SetNone(TableOf<typename R::Parent>(model), R::kHead);
-    SetNone(TableOf<typename R::Child>(model), R::kOwn);
-  });
-  for (int i = 0; i < model.m_stTable->GetCount(); ++i) (*model.m_stTable)[i].flag = 0;
+  ResetLinks(model);
 }
 
 /// The order matters: zero-impedance branches need their breakers' nodes, devices need the link of their level to a

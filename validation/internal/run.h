@@ -6,8 +6,14 @@
 
 namespace dtsdb::internal {
 
+/// How a run puts what it makes into the tables. The results are the same.
+enum class Making {
+  kAtOnce,    ///< in the end, where the model allows it: BulkGraph
+  kOneByOne,  ///< addition by addition
+};
+
 /// A whole run. False when a table took no more rows.
-bool RunValidation(RowChecks& checks);
+bool RunValidation(RowChecks& checks, Making making = Making::kAtOnce);
 
 /// Puts the tables in order for a run: compacts the input, empties and sizes what is derived, makes a new GLOBAL
 /// record, resets the links of the input.

@@ -17,12 +17,12 @@ constexpr Faults kNode = {reason::kShuntNodesFull, kNodeFaults<Shunt>};
 
 /// A device with a fault in its node isn't dropped: its station is marked all the same. Kept: K10.
 template <class Shunt>
-bool CheckShunt(RowChecks& checks, Shunt& shunt) {
+bool CheckShunt(RowChecks& checks, Shunt& shunt, int number) {
   using Row = ParentRow<Shunt>;
   constexpr ShuntKind kKind = kShuntKind<Shunt>;
   DTSDB& model = checks.model;
   if (!checks.IsNamed(shunt) || !checks.IsLinked(shunt)) return true;
-  const int level = TableOf<Row>(model).GetPh(shunt.*Relation<Row>::kOwn).ikv;
+  const int level = checks.graph.ParentOf<Row>(number);
   if constexpr (kKind.takesLimits) {
     // Before the node is looked at: a bus without one has limits as well. Kept: K09.
     const KV& kv = model.m_kvTable->GetPh(level);
@@ -32,16 +32,16 @@ bool CheckShunt(RowChecks& checks, Shunt& shunt) {
   if (!checks.IsFilled(shunt, kRequired<Shunt>)) return true;
   checks.FindMeasurements(shunt);
 
-  const int result = InsertNode(model, shunt.nd, &shunt.ind, shunt.kv, kKind.nodeMark);
+  const int result = checks.graph.InsertNode(shunt.nd, &shunt.ind, shunt.kv, kKind.nodeMark);
   if (checks.Judge(shunt, result, kNode<Shunt>) == Outcome::kTableFull) return false;
-  if constexpr (kKind.stationMark != 0) MarkStation(model, StationOfLevel(model, level), kKind.stationMark);
+  if constexpr (kKind.stationMark != 0) MarkStation(model, checks.graph.StationOfLevel(level), kKind.stationMark);
   return true;
 }
 
 template <class Shunt>
 bool CheckTable(RowChecks& checks) {
   return checks.Link<ParentRow<Shunt>>() &&
-         checks.ForEachRow<Shunt>([&checks](Shunt& shunt, int /*number*/) { return CheckShunt(checks, shunt); });
+         checks.ForEachRow<Shunt>([&checks](Shunt& shunt, int number) { return CheckShunt(checks, shunt, number); });
 }
 
 }  // namespace

@@ -29,10 +29,9 @@ void StartVerdict(tTable<GLOBAL>& global) {
 }
 
 void WarnOfIdleNodes(DTSDB& model, ValidationLog& log) {
-  constexpr u32 kMarks = ND_HAS_UN | ND_HAS_LD | ND_HAS_CP | ND_HAS_BUS;
   for (int i = 0; i < model.m_ndTable->GetCount(); ++i) {
     const ND& nd = (*model.m_ndTable)[i];
-    if (DeviceCount(model, nd, kMarks) <= 1) log.Report(nd, message::kFewDevices);
+    if (DeviceCount(model, nd, kDeviceMarks) <= 1) log.Report(nd, message::kFewDevices);
   }
 }
 
