@@ -21,6 +21,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/screening.h"
 #include "bench/compressed_rows.h"
 #include "bench/operations.h"
 #include "bench/own_process.h"
@@ -299,6 +300,23 @@ Result MeasureFlow(const Files& files) {
   return result;
 }
 
+Result MeasureScreening(const Files& files) {
+  analysis::Result<analysis::Model> model = analysis::Model::Open(files.ready.toStdString());
+  Require(model.has_value(), "the network can't be read");
+  const auto all = analysis::SingleOutages(*model, {"LN", "XF"});
+  Require(all.has_value(), "the outages can't be named");
+  constexpr std::size_t kMost = 1000;
+  const std::vector<analysis::Outage> outages(all->begin(), all->begin() + std::min(all->size(), kMost));
+  Result result;
+  std::vector<int> component;
+  for (int round = 0; round < 2; ++round) {
+    result.Time([&] { Require(analysis::Screen(*model, outages).has_value(), "the screening failed"); });
+    result.Stick([&] { FindComponents(RowsOf(model->Tables()), component); });
+  }
+  result.count = static_cast<long>(outages.size());
+  return result;
+}
+
 constexpr const char* kComponents = "components on arrays";
 
 /// An operation, its measuring stick, and what its Result counts.
@@ -317,6 +335,7 @@ constexpr Row kRows[] = {
     {"splitting line: tpSetCompStatus and tpChange", kComponents, "levels", MeasureSplittingLine},
     {"one event from tptrace to the store", "one row put into LMDB", "events", MeasureCycle},
     {"breaker flow", kComponents, "breakers", MeasureFlow},
+    {"screening of up to 1,000 lines and windings", kComponents, "outages", MeasureScreening},
     {"WriteObject", "memcpy of the file", "bytes", MeasureWriteObject},
     {"ReadObject", "memcpy of the file", "bytes", MeasureReadObject},
     {"WriteFastdb", "LMDB, the same rows", "rows", MeasureWriteStore},
