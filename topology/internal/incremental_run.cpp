@@ -33,20 +33,24 @@ bool IncrementalRun::Run() const {
   if (!ChangedLevels(m_state).Find()) return FailedIn("tpChange");
   m_state.allnew = false;
   if (!RunStages()) return false;
-  if (!SectionStore(m_state).NameAndStore()) return FailedIn("tpChange");
   network.Global().u1 = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
   return true;
 }
 
+/// The last two stages go by the record of changes, and over everything where that isn't to be trusted.
 bool IncrementalRun::RunStages() const {
+  Changes& changes = m_state.arrays->changes;
+  changes.Begin(m_state.network);
   if (!NodePass(m_state).Sort(false)) return FailedIn("tpChange");
   bool islandChanged = false;
   if (!ComponentChange(m_state).FollowAll(&islandChanged)) return FailedIn("tpChange");
   if (!SectionList(m_state).Build(false)) return FailedIn("tpChange");
   if (islandChanged && !Islands(m_state).Sort(&islandChanged)) return FailedIn("tpChange");
   m_state.Sections().GiveBackHeld();
-  if (!EquipmentStatus(m_state).Update()) return FailedIn("tpChange");
-  return true;
+  const EquipmentStatus status(m_state);
+  if (!(changes.all ? status.Update() : status.UpdateChanged())) return FailedIn("tpChange");
+  const SectionStore store(m_state);
+  return (changes.all ? store.NameAndStore() : store.NameAndStoreChanged()) || FailedIn("tpChange");
 }
 
 }  // namespace dtsdb::internal

@@ -10,11 +10,10 @@ bool Islands::Sort(bool* changed) {
   auto& islands = m_network.Table<ISLAND>();
   islands.Clear();
   const int dead = m_sections.Dead();
-  m_sections[dead].island = ISLAND_DEAD;
+  if (m_sections[dead].island != ISLAND_DEAD) m_sections.Edit(dead).island = ISLAND_DEAD;
   IslandRing ring(m_sections.List(), dead);
   if (!ring.IsWhole()) return FailedIn("tpBsSort");
 
-  NoteListedLevels();
   while (!ring.IsEmpty()) {
     const int seed = ring.Seed(islands.GetCount());
     // Fragments are left that nothing leads to. Kept: K51.
@@ -25,14 +24,6 @@ bool Islands::Sort(bool* changed) {
     if (!done) return FailedIn("tpBsSort");
   }
   return true;
-}
-
-void Islands::NoteListedLevels() {
-  m_listed.assign(static_cast<std::size_t>(m_network.Table<KV>().GetSize()), false);
-  for (int k = 0; m_log.IsOn() && k < m_levels.ChangedCount(); ++k) {
-    const int kv = m_levels.Changed(k);
-    if (m_network.HasLevel(kv)) m_listed[static_cast<std::size_t>(kv)] = true;
-  }
 }
 
 /// Collects in a ring all sections that branches in service join to `seed`, and notes a unit among them, -1 for none.
@@ -90,10 +81,7 @@ bool Islands::LogSwitch(int bs, const char* word) {
   const BS& section = m_sections[bs];
   if (!m_log.IsOn() || (section.status & BS_ISOLATED)) return true;
   if (!m_log.Record({KIND_BS, bs, section.status, bs, bs, word})) return false;
-  if (m_network.HasLevel(section.ikv) && !m_listed[static_cast<std::size_t>(section.ikv)]) {
-    m_listed[static_cast<std::size_t>(section.ikv)] = true;
-    m_levels.AddChanged(section.ikv);
-  }
+  if (m_network.HasLevel(section.ikv)) m_levels.AddChangedOnce(section.ikv);
   return true;
 }
 

@@ -2,8 +2,6 @@
 /// Islands: which sections hang together, and which of them are live.
 #pragma once
 
-#include <vector>
-
 #include "topology/internal/island_ring.h"
 #include "topology/internal/state.h"
 
@@ -28,7 +26,6 @@ class Islands {
   bool Sort(bool* changed);
 
  private:
-  void NoteListedLevels();
   bool Gather(IslandRing& ring, int seed, int* un) const;
   bool MakeLive(const IslandRing& ring, int seed, bool* changed);
   bool MakeDead(const IslandRing& ring, int seed);
@@ -39,7 +36,6 @@ class Islands {
   Entries m_entries;
   Levels m_levels;
   ChangeLog m_log;
-  std::vector<bool> m_listed;  ///< by KV number: the level is one of the run
 };
 
 }  // namespace dtsdb::internal

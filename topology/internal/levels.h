@@ -49,7 +49,7 @@ class Levels {
   void EmptyChanged() const { m_lists.changedCount = 0; }
   /// Adds `kv` to the levels of the run, whether it stands there or not.
   void AddChanged(int kv) const;
-  /// The same unless it stands there.
+  /// The same unless it stands there. At a cost that doesn't grow with the list.
   void AddChangedOnce(int kv) const;
   /// The same, where an entry that bears a minus sign counts as well and loses it.
   void AddChangedPlain(int kv) const;
@@ -58,6 +58,8 @@ class Levels {
   void AddChangedPair(int kv, int otherKv) const;
 
  private:
+  bool IsChanged(int kv) const;
+  void NotePlace(int k) const;
   int* ChangedEnd() const { return m_lists.changed + m_lists.changedCount; }
   bool IsNew(int kv) const;
 
