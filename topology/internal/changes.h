@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "topology/internal/island_memory.h"
 #include "topology/internal/network.h"
 #include "topology/internal/number_set.h"
 
@@ -33,6 +34,7 @@ struct Changes {
   std::vector<int> unnamed;
   /// The highest number in the section ring when it was stored last.
   int highest = 0;
+  IslandMemory islands;
 
   /// Lets everything count as changed until the next full run, which begins on arrays of its own: a run has failed or
   /// another TP has run, a table that runs read was filled anew, or the list has come to stand as the sets can't

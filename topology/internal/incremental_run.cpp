@@ -6,6 +6,7 @@
 #include "topology/internal/component_change.h"
 #include "topology/internal/failure.h"
 #include "topology/internal/full_run.h"
+#include "topology/internal/island_update.h"
 #include "topology/internal/islands.h"
 #include "topology/internal/node_pass.h"
 #include "topology/internal/section_list.h"
@@ -41,12 +42,18 @@ bool IncrementalRun::Run() const {
 bool IncrementalRun::RunStages() const {
   Changes& changes = m_state.arrays->changes;
   changes.Begin(m_state.network);
+  const IslandUpdate islands(m_state);
+  islands.Prepare();
   if (!NodePass(m_state).Sort(false)) return FailedIn("tpChange");
   bool islandChanged = false;
   if (!ComponentChange(m_state).FollowAll(&islandChanged)) return FailedIn("tpChange");
   if (!SectionList(m_state).Build(false)) return FailedIn("tpChange");
-  if (islandChanged && !Islands(m_state).Sort(&islandChanged)) return FailedIn("tpChange");
+  if (islandChanged && !islands.Follow()) {
+    bool renumbered = false;
+    if (!Islands(m_state).Sort(&renumbered)) return FailedIn("tpChange");
+  }
   m_state.Sections().GiveBackHeld();
+  islands.Close(islandChanged);
   const EquipmentStatus status(m_state);
   if (!(changes.all ? status.Update() : status.UpdateChanged())) return FailedIn("tpChange");
   const SectionStore store(m_state);

@@ -1,11 +1,24 @@
 #include "topology/internal/islands.h"
 
+#include <utility>
+
 #include "topology/internal/failure.h"
 #include "topology/internal/neighbours.h"
 
 namespace dtsdb::internal {
 
 bool Islands::Sort(bool* changed) {
+  std::vector<int> unitAt;
+  const bool done = SortAll(changed, &unitAt);
+  if (m_memory == nullptr) return done;
+  m_memory->state = done ? IslandMemory::State::kFound : IslandMemory::State::kUnknown;
+  m_memory->unitAt = std::move(unitAt);
+  m_memory->rows = m_network.Table<ISLAND>().ChangeCount();
+  return done;
+}
+
+/// Notes for each island a section with a unit in service.
+bool Islands::SortAll(bool* changed, std::vector<int>* unitAt) {
   *changed = false;
   auto& islands = m_network.Table<ISLAND>();
   islands.Clear();
@@ -18,23 +31,24 @@ bool Islands::Sort(bool* changed) {
     const int seed = ring.Seed(islands.GetCount());
     // Fragments are left that nothing leads to. Kept: K51.
     if (seed == -1) return FailedIn("tpBsSort", "infinite loop-failed");
-    int un = -1;
-    if (!Gather(ring, seed, &un)) return FailedIn("tpBsNeighbor");
-    const bool done = un >= 0 ? MakeLive(ring, seed, changed) : MakeDead(ring, seed);
+    int unit = -1;
+    if (!Gather(ring, seed, &unit)) return FailedIn("tpBsNeighbor");
+    const bool done = unit != -1 ? MakeLive(ring, seed, changed) : MakeDead(ring, seed);
     if (!done) return FailedIn("tpBsSort");
+    if (unit != -1) unitAt->push_back(unit);
   }
   return true;
 }
 
-/// Collects in a ring all sections that branches in service join to `seed`, and notes a unit among them, -1 for none.
+/// Collects in a ring all sections that branches in service join to `seed`, and notes one with a unit, -1 for none.
 /// Loads and shunt devices alone make no island live.
-bool Islands::Gather(IslandRing& ring, int seed, int* un) const {
+bool Islands::Gather(IslandRing& ring, int seed, int* unitAt) const {
   ring.Begin(seed);
   int bs = seed;
   do {
     Neighbours found;
     if (!FindNeighbours(m_network, m_sections, m_entries, bs, &found)) return false;
-    if (found.unit >= 0) *un = found.unit;
+    if (found.unit >= 0) *unitAt = bs;
     for (int i = 0; i < found.count; ++i) {
       if (ring.IsFree(found.sections[i])) ring.Join(found.sections[i], bs);
     }
@@ -43,14 +57,18 @@ bool Islands::Gather(IslandRing& ring, int seed, int* un) const {
   return true;
 }
 
+ISLAND Islands::Record(int number) {
+  ISLAND record;
+  record.id = number;
+  record.ref_ibs = record.ref_un = -1;
+  record.ref_id = record.name = QStringLiteral("");
+  return record;
+}
+
 /// Adds an island record and gives its number to the sections of the ring.
 bool Islands::MakeLive(const IslandRing& ring, int seed, bool* changed) {
   auto& islands = m_network.Table<ISLAND>();
-  ISLAND record;
-  record.id = islands.GetCount();
-  record.ref_ibs = record.ref_un = -1;
-  record.ref_id = record.name = QStringLiteral("");
-  const int number = islands.Add(record);
+  const int number = islands.Add(Record(islands.GetCount()));
   if (number == -1) return false;
 
   int bs = seed;

@@ -2,6 +2,8 @@
 /// Islands: which sections hang together, and which of them are live.
 #pragma once
 
+#include <vector>
+
 #include "topology/internal/island_ring.h"
 #include "topology/internal/state.h"
 
@@ -19,14 +21,19 @@ class Islands {
         m_sections(state.Sections()),
         m_entries(state.Entries()),
         m_levels(state.levels),
-        m_log(state.Log()) {}
+        m_log(state.Log()),
+        m_memory(state.arrays ? &state.arrays->changes.islands : nullptr) {}
 
   /// Works out the islands. The island that bore a number last time gets it again where it is found when that number is
   /// due. `*changed`: a section with an island number got another one.
   bool Sort(bool* changed);
 
+  /// The row of an island with this number.
+  static ISLAND Record(int number);
+
  private:
-  bool Gather(IslandRing& ring, int seed, int* un) const;
+  bool SortAll(bool* changed, std::vector<int>* unitAt);
+  bool Gather(IslandRing& ring, int seed, int* unitAt) const;
   bool MakeLive(const IslandRing& ring, int seed, bool* changed);
   bool MakeDead(const IslandRing& ring, int seed);
   bool LogSwitch(int bs, const char* word);
@@ -36,6 +43,7 @@ class Islands {
   Entries m_entries;
   Levels m_levels;
   ChangeLog m_log;
+  IslandMemory* m_memory;
 };
 
 }  // namespace dtsdb::internal

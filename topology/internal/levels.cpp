@@ -66,7 +66,7 @@ void Levels::NotePlace(int k) const {
   }
 }
 
-/// True when `kv` stands in the list of the run. A place that was noted for a list before this one is of no meaning,
+/// A place that was noted for a list before this one is of no meaning,
 /// which shows in the list itself.
 bool Levels::IsChanged(int kv) const {
   if (!m_arrays || kv < 0 || static_cast<std::size_t>(kv) >= m_arrays->placeInRun.size()) {

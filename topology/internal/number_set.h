@@ -22,6 +22,9 @@ class NumberSet {
     m_has[static_cast<std::size_t>(n)] = true;
     m_numbers.push_back(n);
   }
+  bool Has(int n) const {
+    return n >= 0 && static_cast<std::size_t>(n) < m_has.size() && m_has[static_cast<std::size_t>(n)];
+  }
   const std::vector<int>& Numbers() const { return m_numbers; }
 
  private:

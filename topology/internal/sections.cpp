@@ -25,9 +25,21 @@ bool Sections::MakeFragment(int kv, u32 bits, int* bs) const {
   return true;
 }
 
+/// An open end can name a proper section all the same, which is then in no island of which anything is known.
+/// Kept: K49.
+void Sections::CopyIsland(int from, int to) const {
+  const int island = m_list[from].island;
+  Edit(to).island = island;
+  if (m_changes != nullptr && !(m_list[to].status & BS_ISOLATED))
+    m_changes->islands.state = IslandMemory::State::kUnknown;
+}
+
 void Sections::Blank(int bs) const {
   BS& section = Edit(bs);
-  if (m_changes != nullptr) m_changes->levels.Add(section.ikv);
+  if (m_changes != nullptr) {
+    m_changes->levels.Add(section.ikv);
+    if (!(section.status & BS_ISOLATED)) m_changes->islands.lost.Add(section.island);
+  }
   section.island = ISLAND_NOT_PLACED;
   section.ikv = -1;
   section.status = 0;

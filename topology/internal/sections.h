@@ -62,11 +62,8 @@ class Sections {
     section.island = ISLAND_DEAD;
     section.status |= BS_DEAD;
   }
-  /// Gives section `to` the island of section `from`.
-  void CopyIsland(int from, int to) const {
-    const int island = m_list[from].island;
-    Edit(to).island = island;
-  }
+  /// Gives section `to`, a fragment, the island of section `from`.
+  void CopyIsland(int from, int to) const;
 
   /// Makes a section with the marks `bits` the last one of level `kv`, with the number `*bs`. False, and nothing
   /// changed, when the level isn't listed or the sections have run out.
