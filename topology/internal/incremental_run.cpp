@@ -19,6 +19,14 @@ namespace {
 /// From so many waiting changes on a full run is preferred, after which they still wait. Kept: K48.
 constexpr int kMaxChanges = 50;
 
+/// Follows up what has become of the islands, or works all of them out.
+bool SortIslands(const State& state, const IslandUpdate& update) {
+  const IslandOutcome outcome = update.Follow();
+  if (outcome == IslandOutcome::kFailed) return FailedIn("tpBsSort");
+  bool renumbered = false;
+  return outcome == IslandOutcome::kDone || Islands(state).Sort(&renumbered);
+}
+
 }  // namespace
 
 bool IncrementalRun::Run() const {
@@ -48,10 +56,7 @@ bool IncrementalRun::RunStages() const {
   bool islandChanged = false;
   if (!ComponentChange(m_state).FollowAll(&islandChanged)) return FailedIn("tpChange");
   if (!SectionList(m_state).Build(false)) return FailedIn("tpChange");
-  if (islandChanged && !islands.Follow()) {
-    bool renumbered = false;
-    if (!Islands(m_state).Sort(&renumbered)) return FailedIn("tpChange");
-  }
+  if (islandChanged && !SortIslands(m_state, islands)) return FailedIn("tpChange");
   m_state.Sections().GiveBackHeld();
   islands.Close(islandChanged);
   const EquipmentStatus status(m_state);

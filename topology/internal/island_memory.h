@@ -21,10 +21,14 @@ struct IslandMemory {
   NumberSet levels;         ///< where sections, branch ends or devices may have changed
   NumberSet lost;           ///< islands from which a section was taken out of use
   std::vector<int> unitAt;  ///< by island: one of its sections that has a unit in service
+  /// By island: a section that was the first of it in the section ring, or came early, -1 for none.
+  std::vector<int> firstAt;
   /// Change count of ISLAND when its rows were written.
   std::uint64_t rows = 0;
   /// By section, -1 between two searches: where the search for islands keeps what it has reached.
   std::vector<int> placeOf;
+  /// The same for a part of an island.
+  NumberSet gathered;
 
   /// Begins the record of changes, of so many levels and sections.
   void Follow(int levelCount, int sectionCount) {

@@ -1,22 +1,26 @@
 #include "topology/internal/island_search.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "topology/internal/islands.h"
 #include "topology/internal/neighbours.h"
 
 namespace dtsdb::internal {
 
-bool IslandSearch::Run() {
+IslandOutcome IslandSearch::Run() {
+  m_count = static_cast<int>(m_memory->unitAt.size());
+  if (!FindSets() || !PlanTurn()) return IslandOutcome::kLeft;
+  return Write() ? IslandOutcome::kDone : IslandOutcome::kFailed;
+}
+
+bool IslandSearch::FindSets() {
   for (const int kv : m_memory->levels.Numbers()) {
     if (!TouchSections(kv) || !TouchEnds(kv)) return false;
   }
   m_touched = m_sets.Count();
   if (!AreFragmentsHeld() || !JoinTouched()) return false;
   NoteBearers();
-  if (AreIslandsLost() || !JoinIslands() || !FindUnits() || !NumberSets()) return false;
-  Write();
-  return true;
+  return !AreIslandsLost() && JoinIslands() && FindUnits() && NumberSets() && !m_damaged;
 }
 
 void IslandSearch::Touch(int bs) {
@@ -98,14 +102,15 @@ bool IslandSearch::ReadFrom(int place) {
   return true;
 }
 
-/// Reaches the section that a set has waited for longest. False when none waits.
-bool IslandSearch::Advance(int set) {
-  const int bs = m_sets.TakeWaiting(set);
+/// Reaches the section that the set of a place has waited for longest. False when none waits: the set is complete.
+bool IslandSearch::Advance(int place) {
+  const int bs = m_sets.TakeWaiting(m_sets.SetOf(place));
   if (bs == -1) return false;
   const bool isNew = !m_sets.Has(bs);
-  const int place = m_sets.Reach(bs);
-  m_sets.Join(set, place);
-  return !isNew || ReadFrom(place);
+  const int reached = m_sets.Reach(bs);
+  m_sets.Join(place, reached);
+  if (isNew && !ReadFrom(reached)) m_damaged = true;
+  return true;
 }
 
 /// Notes which touched sections were in which live island.
@@ -132,7 +137,7 @@ bool IslandSearch::AreIslandsLost() const {
   });
 }
 
-/// Finds out what hangs together in each island of before. False when one has come apart.
+/// Finds out what hangs together in each island of before. False when more has come apart than can be followed.
 bool IslandSearch::JoinIslands() {
   const Bearer* const end = m_bearers.data() + m_bearers.size();
   for (const Bearer* first = m_bearers.data(); first != end;) {
@@ -144,78 +149,260 @@ bool IslandSearch::JoinIslands() {
   return true;
 }
 
-/// Searches from the sets of the bearers of one island, always from the smallest, until all are one.
+/// Searches from the sets of the bearers of one island, always from the smallest, until all are one or one of two is
+/// complete.
 bool IslandSearch::JoinIsland(const Bearer* first, const Bearer* last) {
+  int complete = -1;  // a place of the complete set
   for (;;) {
-    int smallest = m_sets.SetOf(first->place);
+    int open = -1;  // a place of a set that isn't complete, of the smallest one in the end
     bool several = false;
-    for (const Bearer* bearer = first + 1; bearer != last; ++bearer) {
+    for (const Bearer* bearer = first; bearer != last; ++bearer) {
       const int set = m_sets.SetOf(bearer->place);
-      if (set == m_sets.SetOf(first->place)) continue;
-      several = true;
-      if (m_sets.SizeOf(set) < m_sets.SizeOf(smallest)) smallest = set;
+      if (set == open || (complete != -1 && IsSame(set, complete))) continue;
+      several = several || open != -1;
+      if (open == -1 || m_sets.SizeOf(set) < m_sets.SizeOf(open)) open = set;
     }
-    if (!several) return true;
-    if (!Advance(smallest)) return false;
+    if (open == -1) return false;
+    if (!several) {
+      m_restPlace = complete != -1 ? open : m_restPlace;
+      return complete == -1 || SetTurn(Turn::kPartGoes, first->island, complete);
+    }
+    if (Advance(open)) continue;
+    if (complete != -1) return false;
+    complete = open;
   }
 }
 
-/// Makes sure that each touched island still has a unit in service.
+/// Notes what happens to island `island` of before, at the set of a place. False when something else does already.
+bool IslandSearch::SetTurn(Turn turn, int island, int place) {
+  if (m_turn != Turn::kNone) return false;
+  m_turn = turn;
+  m_turnIsland = island;
+  m_turnPlace = place;
+  return true;
+}
+
+/// Makes sure that each touched island still has a unit in service, or lets it die.
 bool IslandSearch::FindUnits() {
   int island = ISLAND_DEAD;
   for (const Bearer& bearer : m_bearers) {
     if (bearer.island == island) continue;
     island = bearer.island;
-    if (static_cast<std::size_t>(island) >= m_memory->unitAt.size()) return false;
-    if (IsUntouched(At(m_memory->unitAt, island), island)) continue;
-    while (m_sets.UnitOf(m_sets.SetOf(bearer.place)) == -1) {
-      if (!Advance(m_sets.SetOf(bearer.place))) return false;
+    if (island >= m_count) return false;
+    const bool isApart = m_turn == Turn::kPartGoes && m_turnIsland == island;
+    if (FindUnit(island, isApart ? m_restPlace : bearer.place)) continue;
+    if (!isApart) {
+      if (!SetTurn(Turn::kIslandDies, island, bearer.place)) return false;
+      continue;
     }
-    At(m_memory->unitAt, island) = m_sets.UnitOf(m_sets.SetOf(bearer.place));
+    std::swap(m_turnPlace, m_restPlace);  // the part that was taken for the rest is complete now, and goes
+    if (!FindUnit(island, m_restPlace)) return false;
   }
   return true;
 }
 
-/// True when nothing that stands on section `bs` of an island can have changed.
-bool IslandSearch::IsUntouched(int bs, int island) const {
-  const BS& section = m_sections[bs];
+/// Makes sure that the set of a place, of an island of before, has a unit in service.
+bool IslandSearch::FindUnit(int island, int place) {
+  if (HasOldUnit(island) && !(m_turn == Turn::kPartGoes && IsIn(At(m_memory->unitAt, island), m_turnPlace)))
+    return true;
+  while (m_sets.UnitOf(m_sets.SetOf(place)) == -1) {
+    if (!Advance(place)) return false;
+  }
+  At(m_memory->unitAt, island) = m_sets.UnitOf(m_sets.SetOf(place));
+  return true;
+}
+
+/// True when nothing that stands on the section known to have a unit can have changed.
+bool IslandSearch::HasOldUnit(int island) const {
+  const BS& section = m_sections[m_memory->unitAt[static_cast<std::size_t>(island)]];
   return section.island == island && section.ikv >= 0 && !m_memory->levels.Has(section.ikv);
 }
 
-/// Gives each set the number of its island. False when islands have joined, or when something dead has become live.
+/// Gives each set the number of its island, the lowest of several. False when that takes more than one turn.
 bool IslandSearch::NumberSets() {
   m_islands.assign(static_cast<std::size_t>(m_sets.Count()), ISLAND_DEAD);
   for (const Bearer& bearer : m_bearers) {
     int& island = At(m_islands, m_sets.SetOf(bearer.place));
-    if (island != ISLAND_DEAD && island != bearer.island) return false;
-    island = bearer.island;
+    if (island == bearer.island) continue;
+    // From the lowest number on: what is there is lower.
+    if (island != ISLAND_DEAD) {
+      const bool known = m_turn == Turn::kIslandsJoin && m_turnIsland == bearer.island;
+      if (!known && !SetTurn(Turn::kIslandsJoin, bearer.island, bearer.place)) return false;
+    } else {
+      island = bearer.island;
+    }
   }
   for (int place = 0; place < m_touched; ++place) {
     const int set = m_sets.SetOf(place);
     const BS& section = m_sections[m_sets.Section(place)];
-    const bool wasDead = section.island == ISLAND_DEAD && !(section.status & BS_ISOLATED);
-    if (At(m_islands, set) != ISLAND_DEAD ? wasDead : m_sets.UnitOf(set) != -1) return false;
+    if (section.status & BS_ISOLATED) continue;
+    const int island = At(m_islands, set);
+    if (island != ISLAND_DEAD && section.island == ISLAND_DEAD) {
+      const bool known = m_turn == Turn::kDeadJoins && IsSame(m_turnPlace, place);
+      if (!known && !SetTurn(Turn::kDeadJoins, island, place)) return false;
+    } else if (island == ISLAND_DEAD && m_sets.UnitOf(set) != -1) {
+      const bool known = m_turn == Turn::kDeadWakes && IsSame(m_turnPlace, place);
+      if (!known && !SetTurn(Turn::kDeadWakes, ISLAND_DEAD, place)) return false;
+    }
   }
   return true;
 }
 
-/// As Islands::Sort does.
-void IslandSearch::Write() {
-  const int dead = m_sections.Dead();
-  if (m_sections[dead].island != ISLAND_DEAD) m_sections.Edit(dead).island = ISLAND_DEAD;
-  for (int place = 0; place < m_touched; ++place) {
-    const int bs = m_sets.Section(place);
-    const int island = At(m_islands, m_sets.SetOf(place));
-    if (island != ISLAND_DEAD) {
-      m_sections.MakeLive(bs, island);
-    } else if (m_sections[bs].island != ISLAND_DEAD) {
-      m_sections.MakeDead(bs);
+bool IslandSearch::PlanTurn() {
+  switch (m_turn) {
+    case Turn::kNone:
+      return true;
+    case Turn::kPartGoes:
+      return PlanPart();
+    case Turn::kDeadJoins:
+      return PlanDeadJoining();
+    case Turn::kIslandsJoin:
+      return PlanIslandsJoining();
+    case Turn::kDeadWakes:
+      return PlanWaking();
+    case Turn::kIslandDies:
+      return PlanDying();
+  }
+  return false;
+}
+
+/// Finds the first sections, in the section ring, of the set of a place. False when one of them was in an island other
+/// than `island`.
+bool IslandSearch::FindFirst(int place, int island, Firsts* firsts) const {
+  const auto take = [&](int bs, int* first) {
+    if (*first == -1 || m_part.IsBefore(bs, *first)) *first = bs;
+  };
+  for (int other = 0; other < m_sets.Count(); ++other) {
+    const int bs = m_sets.Section(other);
+    if (!IsSame(other, place) || m_sections.IsIsolated(bs)) continue;
+    take(bs, &firsts->ofAll);
+    if (m_sections[bs].island == island) {
+      take(bs, &firsts->ofIsland);
+    } else if (m_sections[bs].island != ISLAND_NOT_PLACED) {
+      return false;
     }
   }
-  auto& islands = m_network.Table<ISLAND>();
-  for (int i = 0; i < islands.GetCount(); ++i) islands[i] = Islands::Record(i);
-  islands.NoteChange();
-  m_memory->rows = islands.ChangeCount();
+  return true;
+}
+
+/// Makes all that hangs together with `seed` the part, which comes to be in island `island`.
+bool IslandSearch::GatherWhole(int seed, int island) {
+  m_partIsland = island;
+  return seed != -1 && m_part.Gather(seed, [](int) { return true; });
+}
+
+/// A part with a unit becomes the last island, where the rest keeps the number: it has to come first. A part without
+/// one dies; a section that was in no island before is its first one only where the search comes to the part at the
+/// end.
+bool IslandSearch::PlanPart() {
+  Firsts firsts;
+  if (!FindFirst(m_turnPlace, m_turnIsland, &firsts)) return false;
+  const int set = m_sets.SetOf(m_turnPlace);
+  const int unitAt = m_sets.UnitOf(set);
+  const bool isClear = unitAt == -1 && firsts.ofAll == firsts.ofIsland;
+  if (!isClear && !IsKeptBefore(firsts.ofIsland)) return false;
+  At(m_islands, set) = unitAt != -1 ? m_count : ISLAND_DEAD;
+  if (!GatherWhole(firsts.ofAll, At(m_islands, set))) return false;
+  if (unitAt == -1) return true;
+  m_memory->unitAt.push_back(unitAt);
+  m_memory->firstAt.push_back(firsts.ofIsland);
+  ++m_count;
+  return true;
+}
+
+/// True when the rest of an island that has come apart is known to have a section in front of section `bs` of the part.
+bool IslandSearch::IsKeptBefore(int bs) const {
+  const auto isBefore = [&](int other) {
+    const BS& section = m_sections[other];
+    return section.island == m_turnIsland && section.ikv >= 0 && !(section.status & BS_ISOLATED) &&
+           m_part.IsBefore(other, bs);
+  };
+  const int early = m_memory->firstAt[static_cast<std::size_t>(m_turnIsland)];
+  if (early != -1 && !IsIn(early, m_turnPlace) && isBefore(early)) return true;
+  for (int place = 0; place < m_sets.Count(); ++place) {
+    if (IsSame(place, m_restPlace) && isBefore(m_sets.Section(place))) return true;
+  }
+  return false;
+}
+
+/// What joins has to hang on the island by one section: there the search for islands enters it, wherever it begins.
+bool IslandSearch::PlanDeadJoining() {
+  const auto isOutside = [&](int bs) { return m_sections.IsIsolated(bs) || m_sections[bs].island != m_turnIsland; };
+  if (!m_part.Gather(m_sets.Section(m_turnPlace), isOutside)) return false;
+  int entry = -1;
+  for (const int bs : m_part.Part()) {
+    Neighbours found;
+    if (!ReadNeighbours(m_network, m_sections, m_entries, bs, &found)) return false;
+    const bool leadsIn =
+        std::any_of(found.sections, found.sections + found.count, [&](int n) { return !isOutside(n); });
+    if (!leadsIn) continue;
+    if (entry != -1) return false;
+    entry = bs;
+  }
+  for (int place = 0; place < m_touched; ++place) {
+    const int bs = m_sets.Section(place);
+    const bool joins = IsSame(place, m_turnPlace) && !m_sections.IsIsolated(bs) && m_sections[bs].island == ISLAND_DEAD;
+    if (joins && !m_part.Has(bs)) return false;
+  }
+  m_partIsland = m_turnIsland;
+  return entry != -1 && m_part.Gather(entry, isOutside);
+}
+
+/// The later number goes, which has to be the last one.
+bool IslandSearch::PlanIslandsJoining() {
+  if (!IsLastIsland()) return false;
+  m_partIsland = At(m_islands, m_sets.SetOf(m_turnPlace));
+  const auto isInIsland = [&](int bs) { return m_sections.IsIsolated(bs) || m_sections[bs].island == m_turnIsland; };
+  bool isFirst = true;
+  for (const Bearer& bearer : m_bearers) {
+    if (bearer.island != m_turnIsland) continue;
+    const int bs = m_sets.Section(bearer.place);
+    if (!(isFirst ? m_part.Gather(bs, isInIsland) : m_part.Add(bs, isInIsland))) return false;
+    isFirst = false;
+  }
+  m_memory->unitAt.pop_back();
+  m_memory->firstAt.pop_back();
+  --m_count;
+  return true;
+}
+
+/// The new island is the last one.
+bool IslandSearch::PlanWaking() {
+  while (Advance(m_turnPlace)) {
+  }
+  Firsts firsts;
+  if (m_damaged || !FindFirst(m_turnPlace, ISLAND_DEAD, &firsts) || !GatherWhole(firsts.ofAll, m_count)) return false;
+  m_memory->unitAt.push_back(m_sets.UnitOf(m_sets.SetOf(m_turnPlace)));
+  m_memory->firstAt.push_back(firsts.ofAll);
+  At(m_islands, m_sets.SetOf(m_turnPlace)) = m_count++;
+  return true;
+}
+
+/// The number goes, which has to be the last one.
+bool IslandSearch::PlanDying() {
+  Firsts firsts;
+  if (!IsLastIsland() || !FindFirst(m_turnPlace, m_turnIsland, &firsts)) return false;
+  if (!GatherWhole(firsts.ofIsland, ISLAND_DEAD)) return false;
+  At(m_islands, m_sets.SetOf(m_turnPlace)) = ISLAND_DEAD;
+  m_memory->unitAt.pop_back();
+  m_memory->firstAt.pop_back();
+  --m_count;
+  return true;
+}
+
+/// Only the part can be logged: it goes first.
+bool IslandSearch::Write() {
+  const int dead = m_sections.Dead();
+  if (m_sections[dead].island != ISLAND_DEAD) m_sections.Edit(dead).island = ISLAND_DEAD;
+  for (const int bs : m_part.Part()) {
+    if (!m_islandWriter.Put(bs, m_partIsland)) return false;
+  }
+  for (int place = 0; place < m_touched; ++place) {
+    if (!m_islandWriter.Put(m_sets.Section(place), At(m_islands, m_sets.SetOf(place)))) return false;
+  }
+  const bool filled = m_islandWriter.FillRows(m_count);
+  m_memory->rows = m_network.Table<ISLAND>().ChangeCount();
+  return filled;
 }
 
 }  // namespace dtsdb::internal

@@ -13,7 +13,24 @@ void IslandUpdate::Prepare() const {
   if (trusted && memory.state == IslandMemory::State::kFollowable) return;
   const bool found = trusted && memory.state == IslandMemory::State::kFound;
   memory.state = IslandMemory::State::kUnknown;
-  if (found && AreLinksRegular()) Begin();
+  if (!found || !AreLinksRegular()) return;
+  NoteFirstSections();
+  Begin();
+}
+
+/// Notes the first section of each island in the section ring.
+void IslandUpdate::NoteFirstSections() const {
+  IslandMemory& memory = m_changes->islands;
+  memory.firstAt.assign(memory.unitAt.size(), -1);
+  const Sections sections = m_state.Sections();
+  const int head = sections.Dead();
+  sections.Walk(sections[head].next, head, [&](int bs) {
+    const int island = sections[bs].island;
+    if (island < 0 || sections.IsIsolated(bs) || static_cast<std::size_t>(island) >= memory.firstAt.size()) return true;
+    int& first = memory.firstAt[static_cast<std::size_t>(island)];
+    if (first == -1) first = bs;
+    return true;
+  });
 }
 
 /// Begins the record of what changes the islands.
@@ -41,11 +58,12 @@ bool IslandUpdate::AreLinksRegular() const {
          areRegular(network.Table<ZBR>());
 }
 
-bool IslandUpdate::Follow() const {
+IslandOutcome IslandUpdate::Follow() const {
   IslandMemory& memory = m_changes->islands;
   NoteLevels();
-  if (memory.state != IslandMemory::State::kFollowable || m_changes->all) return false;
-  if (memory.rows != m_state.network.Table<ISLAND>().ChangeCount()) return false;
+  const bool canFollow = memory.state == IslandMemory::State::kFollowable && !m_changes->all &&
+                         memory.rows == m_state.network.Table<ISLAND>().ChangeCount();
+  if (!canFollow) return IslandOutcome::kLeft;
   return IslandSearch(m_state, &memory).Run();
 }
 

@@ -57,26 +57,34 @@ bool Islands::Gather(IslandRing& ring, int seed, int* unitAt) const {
   return true;
 }
 
-ISLAND Islands::Record(int number) {
+/// Adds an island record. False when there is no room.
+bool Islands::AddRow() {
+  auto& islands = m_network.Table<ISLAND>();
   ISLAND record;
-  record.id = number;
+  record.id = islands.GetCount();
   record.ref_ibs = record.ref_un = -1;
   record.ref_id = record.name = QStringLiteral("");
-  return record;
+  return islands.Add(record) != -1;
+}
+
+bool Islands::FillRows(int count) {
+  m_network.Table<ISLAND>().Clear();
+  for (int i = 0; i < count; ++i) {
+    if (!AddRow()) return false;
+  }
+  return true;
 }
 
 /// Adds an island record and gives its number to the sections of the ring.
 bool Islands::MakeLive(const IslandRing& ring, int seed, bool* changed) {
-  auto& islands = m_network.Table<ISLAND>();
-  const int number = islands.Add(Record(islands.GetCount()));
-  if (number == -1) return false;
+  const int number = m_network.Table<ISLAND>().GetCount();
+  if (!AddRow()) return false;
 
   int bs = seed;
   do {
     const int old = m_sections[bs].island;
     if (old >= 0 && old != number) *changed = true;
-    if (old == ISLAND_DEAD && !LogSwitch(bs, "BSLIVE")) return false;
-    m_sections.MakeLive(bs, number);
+    if (!Put(bs, number)) return false;
     bs = ring.Next(bs);
   } while (bs != seed);
   return true;
@@ -85,11 +93,21 @@ bool Islands::MakeLive(const IslandRing& ring, int seed, bool* changed) {
 bool Islands::MakeDead(const IslandRing& ring, int seed) {
   int bs = seed;
   do {
-    const int old = m_sections[bs].island;
-    if (old >= 0 && !LogSwitch(bs, "BSDEAD")) return false;
-    if (old != ISLAND_DEAD) m_sections.MakeDead(bs);
+    if (!Put(bs, ISLAND_DEAD)) return false;
     bs = ring.Next(bs);
   } while (bs != seed);
+  return true;
+}
+
+bool Islands::Put(int bs, int island) {
+  const int old = m_sections[bs].island;
+  if (island != ISLAND_DEAD) {
+    if (old == ISLAND_DEAD && !LogSwitch(bs, "BSLIVE")) return false;
+    m_sections.MakeLive(bs, island);
+    return true;
+  }
+  if (old >= 0 && !LogSwitch(bs, "BSDEAD")) return false;
+  if (old != ISLAND_DEAD) m_sections.MakeDead(bs);
   return true;
 }
 

@@ -28,14 +28,17 @@ class Islands {
   /// due. `*changed`: a section with an island number got another one.
   bool Sort(bool* changed);
 
-  /// The row of an island with this number.
-  static ISLAND Record(int number);
+  /// Puts a section into an island, ISLAND_DEAD for none. False, with a line through qDebug, when the log has no room.
+  bool Put(int bs, int island);
+  /// Fills ISLAND with rows for so many islands, without references. False when there is no room.
+  bool FillRows(int count);
 
  private:
   bool SortAll(bool* changed, std::vector<int>* unitAt);
   bool Gather(IslandRing& ring, int seed, int* unitAt) const;
   bool MakeLive(const IslandRing& ring, int seed, bool* changed);
   bool MakeDead(const IslandRing& ring, int seed);
+  bool AddRow();
   bool LogSwitch(int bs, const char* word);
 
   Network m_network;
