@@ -19,7 +19,9 @@ class IslandPart {
         m_sections(state.Sections()),
         m_entries(state.Entries()),
         m_levels(state.levels),
-        m_gathered(gathered) {}
+        m_gathered(gathered) {
+    m_gathered->Reset(m_sections.Size());
+  }
 
   /// Makes the part those of the sections reached from `seed` that `accepts(bs)` takes, in the order in which
   /// Islands::Sort reaches them. False when the list is damaged.

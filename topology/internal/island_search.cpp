@@ -390,7 +390,7 @@ bool IslandSearch::PlanDying() {
   return true;
 }
 
-/// Only the part can be logged: it goes first.
+/// Only the part can be logged: it goes first. Of what is dead several sets can turn out to be in it.
 bool IslandSearch::Write() {
   const int dead = m_sections.Dead();
   if (m_sections[dead].island != ISLAND_DEAD) m_sections.Edit(dead).island = ISLAND_DEAD;
@@ -398,7 +398,8 @@ bool IslandSearch::Write() {
     if (!m_islandWriter.Put(bs, m_partIsland)) return false;
   }
   for (int place = 0; place < m_touched; ++place) {
-    if (!m_islandWriter.Put(m_sets.Section(place), At(m_islands, m_sets.SetOf(place)))) return false;
+    const int bs = m_sets.Section(place);
+    if (!m_part.Has(bs) && !m_islandWriter.Put(bs, At(m_islands, m_sets.SetOf(place)))) return false;
   }
   const bool filled = m_islandWriter.FillRows(m_count);
   m_memory->rows = m_network.Table<ISLAND>().ChangeCount();
