@@ -119,8 +119,8 @@ std::vector<Operation> ChooseOperations(DTSDB& network, TP& topology) {
   const Choice choice(network);
   return {{"bus coupler", 1, choice.Coupler(topology)},
           {"feeder", 1, choice.Feeder(topology)},
-          {"meshed line", 5, choice.MeshedLine()},
-          {"splitting line", 5, choice.SplittingLine()}};
+          {"splitting line", 5, choice.SplittingLine()},
+          {"meshed line", 5, choice.MeshedLine()}};
 }
 
 }  // namespace dtsdb::bench
