@@ -264,7 +264,7 @@ class Twins {
 /// How many runs each network lives through: DTSDB_JUDGED_RUNS sets another number.
 int RunsOfANetwork() {
   const char* const wish = std::getenv("DTSDB_JUDGED_RUNS");
-  return wish != nullptr ? std::atoi(wish) : 12;
+  return wish != nullptr ? std::atoi(wish) : 8;
 }
 
 RC_GTEST_PROP(RecordOfChanges, TablesAreThoseOfRunsThatLookAtEverything, ()) {
