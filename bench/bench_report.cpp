@@ -155,6 +155,7 @@ Result MeasureSwitching(const Files& files, std::size_t number) {
 Result MeasureCoupler(const Files& files) { return MeasureSwitching(files, 0); }
 Result MeasureFeeder(const Files& files) { return MeasureSwitching(files, 1); }
 Result MeasureSplittingLine(const Files& files) { return MeasureSwitching(files, 2); }
+Result MeasureMeshedLine(const Files& files) { return MeasureSwitching(files, 3); }
 
 /// The bytes of a file, copied: what no writer or reader can beat.
 void CopyBytes(const QByteArray& bytes) {
@@ -332,6 +333,7 @@ constexpr Row kRows[] = {
     {"tpAllnew", kComponents, "nodes", MeasureTpAllnew},
     {"coupler: tpSetCompStatus and tpChange", kComponents, "levels", MeasureCoupler},
     {"feeder: tpSetCompStatus and tpChange", kComponents, "levels", MeasureFeeder},
+    {"meshed line: tpSetCompStatus and tpChange", kComponents, "levels", MeasureMeshedLine},
     {"splitting line: tpSetCompStatus and tpChange", kComponents, "levels", MeasureSplittingLine},
     {"one event from tptrace to the store", "one row put into LMDB", "events", MeasureCycle},
     {"breaker flow", kComponents, "breakers", MeasureFlow},

@@ -16,7 +16,8 @@ struct Operation {
   QByteArray id;
 };
 
-/// A closed bus coupler, the breaker of a feeder, and the only line of a station, whose loss splits its island.
+/// A closed bus coupler, the breaker of a feeder, the only line of a station, whose loss splits its island, and a line
+/// in the meshes. None on a voltage level where a branch has an open end: beside one a run goes over everything.
 /// `network` has been validated and has the topology of `topology`; it is left as it was. Throws when there is none.
 std::vector<Operation> ChooseOperations(DTSDB& network, TP& topology);
 

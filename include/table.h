@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -53,6 +54,11 @@ class tTable {
   int GetSize() const { return m_size; }
   /// True when slot `nPh` holds a record.
   bool IsUsed(int nPh) const;
+
+  /// A number that grows with every Add and Remove that succeeds, every SetSize, SetData, Clear, Compact and load by
+  /// Serialize. What is written through a reference to a record leaves it as it is, unless NoteChange is called.
+  std::uint64_t ChangeCount() const { return m_changes; }
+  void NoteChange() { ++m_changes; }
 
   /// Writes the numbers that were put off. Needed only before a table is handed to others to read.
   void Settle() {
@@ -131,6 +137,10 @@ class tTable {
   /// Replaces the contents with copies of the `n` records at `p`, `n` at least 1. Unless `bSorted`, sorts the
   /// caller's array first. Doesn't look for equal records. Returns true, whatever the records (false without memory).
   bool SetData(T* p, int n, bool bSorted);
+
+  /// SetData(p, n, true) for a table that SetData(p, GetCount(), true) has filled, where these records at `p` are still
+  /// what they were: only the others are copied, and only their slots change. Returns what SetData would.
+  bool SetDataTail(const T* p, int n);
 
   /// Empties the table. The slots and what lies in them stay.
   void Clear();
@@ -213,6 +223,7 @@ class tTable {
 
   // Behind what the table shows.
   Slots m_slots;
+  std::uint64_t m_changes = 0;
   int m_made = 0;            // records that exist; the slots behind them were never reached
   int m_capacity = 0;        // slots that there is room for
   bool m_bStrict = true;     // the records are in order and no two are equal

@@ -79,6 +79,7 @@ void tTable<T>::ChainSlots(int nFrom, int nTo) {
 template <class T>
 void tTable<T>::SetSize(int nNewSize) {
   if (!DTSDB_TABLE_ASSERT(nNewSize >= 0, "nNewSize >= 0")) return;
+  NoteChange();
   if (nNewSize == 0) {
     m_order.Clear();
     m_used.clear();
@@ -182,6 +183,7 @@ void tTable<T>::NumberInOrder(int n) {
 
 template <class T>
 bool tTable<T>::SetData(T* p, int n, bool bSorted) {
+  NoteChange();
   if (m_count != 0) Clear();
   if (!DTSDB_TABLE_ASSERT(n >= 1, "n >= 1")) return true;
   if (m_size < n) SetSize(n);
@@ -210,7 +212,23 @@ void tTable<T>::QuickSort(T* p, int nLow, int nHigh) {
 }
 
 template <class T>
+bool tTable<T>::SetDataTail(const T* p, int n) {
+  if (!DTSDB_TABLE_ASSERT(n >= 1, "n >= 1")) return true;
+  NoteChange();
+  if (m_size < n) SetSize(n);
+  if (m_size < n) return false;
+  while (m_count > n) Unlink(m_tail);
+  while (m_count < n) {
+    const int slot = Link(m_tail, -1);
+    m_pData[slot] = p[slot];
+  }
+  m_bOrdered = 1;
+  return true;
+}
+
+template <class T>
 void tTable<T>::Clear() {
+  NoteChange();
   if (m_count == 0) return;
   m_order.Clear();
   m_used.clear();
@@ -238,6 +256,7 @@ bool tTable<T>::IsCompact() const {
 
 template <class T>
 void tTable<T>::Compact() {
+  NoteChange();
   m_bOrdered = 1;
   if (m_count == 0) return;
   const int n = m_count;
@@ -256,9 +275,11 @@ bool tTable<T>::CopyOut(T* p, int n) {
   return true;
 }
 
-/// Exchanges everything but the growth step with `other`.
+/// Exchanges everything but the growth step and the change counts with `other`, for both of which this is a change.
 template <class T>
 void tTable<T>::Swap(tTable& other) {
+  NoteChange();
+  other.NoteChange();
   std::swap(m_slots, other.m_slots);
   std::swap(m_made, other.m_made);
   PointIntoSlots();

@@ -120,6 +120,7 @@ int tTable<T>::Add(const T& rec) {
   if (nPh == -1) return -1;
   m_pData[nPh] = rec;
   m_bOrdered = 0;
+  NoteChange();
   return nPh;
 }
 
@@ -182,6 +183,7 @@ int tTable<T>::Remove(int nPh) {
   const int nLg = m_order.IsEmpty() ? m_pPhToLg[nPh] : RankWhilePutOff(nPh);
   Unlink(nPh);
   m_bOrdered = 0;
+  NoteChange();
   return nLg;
 }
 

@@ -22,6 +22,10 @@ struct WorkArrays;
 /// of nodes, buses, devices, branches and breakers; docs/topology.md describes them. Between runs a TP keeps its two
 /// work arrays.
 ///
+/// Between its runs the results belong to the TP: read them, but write none through a reference. A table that was
+/// filled anew (by Clear, Add, Remove, SetData, SetSize, Compact, Serialize) is noticed, and the next run goes over
+/// everything.
+///
 /// Copying or assigning a TP shares the tables and the work arrays; an array goes with the last TP that uses it.
 /// After a run that failed the results are as far as the run came: only another tpAllnew puts them right. No call
 /// throws. One thread at a time may use a TP and the DTSDB under it.

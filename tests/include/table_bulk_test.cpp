@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "tests/include/reference_table.h"
@@ -35,6 +37,76 @@ TEST(TableBulk, FewerRecordsThanSlotsKeepAllSlots) {
   EXPECT_EQ(state.next, (std::vector<int>{1, -1, 3, -1}));
   EXPECT_EQ(state.prev, (std::vector<int>{-1, 0, -1, 2}));
   EXPECT_EQ(state.ordered, 1);
+}
+
+// Whatever the number of records before and after, the slots are as if all data had been set anew.
+TEST(TableBulk, TailOfTheDataIsSetAsTheWholeWouldBe) {
+  Rec rows[] = {1, 2, 3, 4, 5, 6};
+  for (int before = 1; before <= 6; ++before) {
+    for (int after = 1; after <= 6; ++after) {
+      Table table;
+      Table whole;
+      for (Table* each : {&table, &whole}) {
+        each->SetSize(4);
+        each->SetData(rows, before, true);
+      }
+      EXPECT_TRUE(table.SetDataTail(rows, after));
+      whole.SetData(rows, after, true);
+      EXPECT_EQ(Probe::State(table), Probe::State(whole)) << before << " to " << after;
+    }
+  }
+}
+
+TEST(TableBulk, TailOfNoLengthIsPassedOverWithAWarning) {
+  Rec rows[] = {1, 2};
+  Table table;
+  table.SetData(rows, 2, true);
+  const TableState state = Probe::State(table);
+  const MessageCatcher catcher;
+  EXPECT_TRUE(table.SetDataTail(rows, 0));
+  EXPECT_EQ(MessageCatcher::Lines().size(), 1);
+  EXPECT_EQ(Probe::State(table), state);
+}
+
+TEST(TableBulk, EveryOperationThatChangesTheTableRaisesItsChangeCount) {
+  Rec rows[] = {1, 2, 3};
+  Table table;
+  std::uint64_t before = table.ChangeCount();
+  const auto raised = [&] {
+    const std::uint64_t last = std::exchange(before, table.ChangeCount());
+    return last != before;
+  };
+  EXPECT_FALSE(raised());
+  table.SetSize(4);
+  EXPECT_TRUE(raised());
+  table.SetData(rows, 3, true);
+  EXPECT_TRUE(raised());
+  table.SetDataTail(rows, 2);
+  EXPECT_TRUE(raised());
+  table.Add(Rec(7));
+  EXPECT_TRUE(raised());
+  table.Remove(0);
+  EXPECT_TRUE(raised());
+  table.Compact();
+  EXPECT_TRUE(raised());
+  table.Clear();
+  EXPECT_TRUE(raised());
+  table.NoteChange();
+  EXPECT_TRUE(raised());
+}
+
+TEST(TableBulk, ReadingAndRefusedOperationsLeaveTheChangeCount) {
+  Rec rows[] = {1, 2};
+  Table table;
+  table.SetSize(4);
+  table.SetData(rows, 2, true);
+  const std::uint64_t before = table.ChangeCount();
+  EXPECT_EQ(table.Add(Rec(2)), -1);
+  EXPECT_EQ(table.Remove(3), -1);
+  table.GetPh(0);
+  table.Find(Rec(1));
+  table.Settle();
+  EXPECT_EQ(table.ChangeCount(), before);
 }
 
 TEST(TableBulk, UnsortedDataSortsTheCallersArray) {

@@ -20,13 +20,21 @@ namespace dtsdb::test {
 /// `withZbrs`.
 class RandomNetwork {
  public:
-  explicit RandomNetwork(unsigned seed, bool withZbrs = true) : m_random(seed), m_withZbrs(withZbrs) {
-    const int stations = Number(1, 5);
+  explicit RandomNetwork(unsigned seed, bool withZbrs = true, int mostStations = 5)
+      : m_random(seed), m_withZbrs(withZbrs) {
+    const int stations = Number(1, mostStations);
     for (int i = 0; i < stations; ++i) AddStation();
     AddBranches();
   }
 
   ModelBuilder& Model() { return m_model; }
+  /// Closes all ends of branches.
+  void CloseEnds() {
+    CloseEndsOf<LN>();
+    CloseEndsOf<XF>();
+    CloseEndsOf<DLN>();
+    CloseEndsOf<ZBR>();
+  }
   /// A number from `low` to `high`.
   int Number(int low, int high) { return std::uniform_int_distribution(low, high)(m_random); }
   bool Chance(int percent) { return Number(1, 100) <= percent; }
@@ -40,6 +48,14 @@ class RandomNetwork {
       return nodes[static_cast<std::size_t>(network.Number(0, static_cast<int>(nodes.size()) - 1))];
     }
   };
+
+  template <class Branch>
+  void CloseEndsOf() {
+    auto& table = m_model.Table<Branch>();
+    for (int i = 0; i < table.GetCount(); ++i) {
+      table[i].status &= ~(BranchKind<Branch>::kOpen1 | BranchKind<Branch>::kOpen2);
+    }
+  }
 
   /// All of one length: a zero-impedance branch whose identity begins that of another gets the other's ends.
   std::string Name(const char* kind) {

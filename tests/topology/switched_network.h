@@ -29,7 +29,7 @@ class SwitchedNetwork {
         m_network(*rc::gen::arbitrary<unsigned>(), withZbrs),
         tp(&m_network.Model().Db()),
         probe(tp) {
-    if (switching == Switching::WithoutBreaks) CloseAllEnds();
+    if (switching == Switching::WithoutBreaks) m_network.CloseEnds();
     RC_ASSERT(Model().Validate());
     RC_ASSERT(tp.tpAllnew() == 1);
   }
@@ -92,20 +92,6 @@ class SwitchedNetwork {
   }
   bool IsAnEndAstray() {
     return IsAnEndOfAstray<LN>() || IsAnEndOfAstray<XF>() || IsAnEndOfAstray<DLN>() || IsAnEndOfAstray<ZBR>();
-  }
-
-  template <class Branch>
-  void CloseEnds() {
-    auto& table = Model().Table<Branch>();
-    for (int i = 0; i < table.GetCount(); ++i) {
-      table[i].status &= ~(BranchKind<Branch>::kOpen1 | BranchKind<Branch>::kOpen2);
-    }
-  }
-  void CloseAllEnds() {
-    CloseEnds<LN>();
-    CloseEnds<XF>();
-    CloseEnds<DLN>();
-    CloseEnds<ZBR>();
   }
 
   MessageCatcher m_catcher;

@@ -15,6 +15,7 @@ class TpProbe {
  public:
   explicit TpProbe(TP& tp) : m_tp(tp) {}
 
+  internal::State Lend() { return m_tp.Lend(); }
   void Clear() { m_tp.tpClear(); }
   int ListInsert(int kind, int* cursor) { return m_tp.tpListInsert(kind, cursor); }
   int ListDelete(int kind, int* cursor) { return m_tp.tpListDelete(kind, cursor); }

@@ -14,18 +14,27 @@ bool ChangeLog::RecordMove(int nd, int newBs, int oldBs, int kv) const {
   moved.ibs_new = newBs;
   moved.ibs_old = oldBs;
   moved.ikv = kv;
-  return moves.Add(moved) != -1;
+  if (moves.Add(moved) == -1) return false;
+  if (FirstMove(nd) == -1 && m_moveOfNode != nullptr && nd >= 0 && nd < static_cast<int>(m_moveOfNode->size())) {
+    (*m_moveOfNode)[static_cast<std::size_t>(nd)] = moved.id;
+  }
+  return true;
+}
+
+/// The logical number of the first row of CHND with node `nd`, -1 for none. A row that was noted in a run before this
+/// one is of no meaning, which shows in CHND itself.
+int ChangeLog::FirstMove(int nd) const {
+  if (m_moveOfNode == nullptr || nd < 0 || nd >= static_cast<int>(m_moveOfNode->size())) return -1;
+  auto& moves = m_network.Table<CHND>();
+  const int row = (*m_moveOfNode)[static_cast<std::size_t>(nd)];
+  return row >= 0 && row < moves.GetCount() && moves[row].ind == nd ? row : -1;
 }
 
 bool ChangeLog::RecordLastMove(int nd, int newBs, int oldBs, int kv) const {
-  auto& moves = m_network.Table<CHND>();
-  for (int i = 0; i < moves.GetCount(); ++i) {
-    CHND& moved = moves[i];
-    if (moved.ind != nd) continue;
-    moved.ibs_new = newBs;
-    return true;
-  }
-  return RecordMove(nd, newBs, oldBs, kv);
+  const int row = FirstMove(nd);
+  if (row == -1) return RecordMove(nd, newBs, oldBs, kv);
+  m_network.Table<CHND>()[row].ibs_new = newBs;
+  return true;
 }
 
 namespace {

@@ -2,6 +2,8 @@
 /// What a run records of its own work.
 #pragma once
 
+#include <vector>
+
 #include "topology/internal/network.h"
 
 namespace dtsdb::internal {
@@ -21,7 +23,9 @@ struct RunEvent {
 /// Writes CHND and TPL; reads the identities of the logged records. As cheap to copy as a pointer.
 class ChangeLog {
  public:
-  ChangeLog(const Network& network, bool on) : m_network(network), m_on(on) {}
+  /// `moveOfNode` has room for a number for each node, and keeps the rows of CHND; null where nodes don't move twice.
+  ChangeLog(const Network& network, bool on, std::vector<int>* moveOfNode)
+      : m_network(network), m_on(on), m_moveOfNode(moveOfNode) {}
 
   /// False in a full run, whose stages record nothing. The calls below record all the same: the stages ask first.
   bool IsOn() const { return m_on; }
@@ -36,8 +40,11 @@ class ChangeLog {
   bool Record(const RunEvent& event) const;
 
  private:
+  int FirstMove(int nd) const;
+
   Network m_network;
   bool m_on;
+  std::vector<int>* m_moveOfNode;
 };
 
 }  // namespace dtsdb::internal

@@ -16,7 +16,9 @@ class Entries {
 
   int Size() const { return m_list.Size(); }
   bool Has(int n) const { return m_list.Has(n); }
-  BSL& operator[](int n) const { return m_list[n]; }
+  const BSL& operator[](int n) const { return m_list[n]; }
+  /// The entry, to be changed.
+  BSL& Edit(int n) const { return m_list.Edit(n); }
   const WorkList<BSL>& List() const { return m_list; }
   int Head() const { return m_network.Global().bsl_head; }
 
@@ -32,8 +34,9 @@ class Entries {
   /// The same, for record `ref` of the table of kind `kind`.
   bool Insert(int* cursor, int kind, int ref) const {
     if (!Insert(cursor)) return false;
-    m_list[*cursor].kind = static_cast<u8>(kind);
-    m_list[*cursor].ref = ref;
+    BSL& entry = Edit(*cursor);
+    entry.kind = static_cast<u8>(kind);
+    entry.ref = ref;
     return true;
   }
   /// Gives entry `*cursor` back to the free list and moves the cursor to the one that followed.

@@ -25,6 +25,7 @@ bool FullRun::Run() const {
     return true;
   }
   const ChainLimit limit(StepsOfFullRun(network.Tables()));
+  network.Table<GLOBAL>().NoteChange();  // for the records of other TPs, whose arrays no longer count
   network.Table<BS>().Clear();
   network.Table<BSL>().Clear();
   m_state.Clear();
@@ -60,7 +61,7 @@ void PutBranchesOn(tTable<Branch>& table, int bs) {
 void FullRun::ResetSections() const {
   const Sections sections = m_state.Sections();
   for (int n = 0; n < sections.Size(); ++n) {
-    BS& section = sections[n];
+    BS& section = sections.Edit(n);
     ResetEntry(section, n, sections.Size());
     section.name = QStringLiteral("");
     section.ikv = -1;
@@ -83,12 +84,13 @@ void FullRun::ResetSections() const {
 void FullRun::ResetEntries() const {
   const Entries entries = m_state.Entries();
   for (int n = 0; n < entries.Size(); ++n) {
-    BSL& entry = entries[n];
+    BSL& entry = entries.Edit(n);
     ResetEntry(entry, n, entries.Size());
     entry.kind = KIND_NONE;
     entry.ref = -1;
   }
-  entries[0].next = entries[0].prev = 0;
+  BSL& head = entries.Edit(0);
+  head.next = head.prev = 0;
   GLOBAL& global = m_state.network.Global();
   global.bsl_head = 0;
   global.bsl_free = 1;

@@ -6,6 +6,7 @@
 #include "topology/internal/component_change.h"
 #include "topology/internal/failure.h"
 #include "topology/internal/full_run.h"
+#include "topology/internal/island_update.h"
 #include "topology/internal/islands.h"
 #include "topology/internal/node_pass.h"
 #include "topology/internal/section_list.h"
@@ -17,6 +18,14 @@ namespace {
 
 /// From so many waiting changes on a full run is preferred, after which they still wait. Kept: K48.
 constexpr int kMaxChanges = 50;
+
+/// Follows up what has become of the islands, or works all of them out.
+bool SortIslands(const State& state, const IslandUpdate& update) {
+  const IslandOutcome outcome = update.Follow();
+  if (outcome == IslandOutcome::kFailed) return FailedIn("tpBsSort");
+  bool renumbered = false;
+  return outcome == IslandOutcome::kDone || Islands(state).Sort(&renumbered);
+}
 
 }  // namespace
 
@@ -33,20 +42,27 @@ bool IncrementalRun::Run() const {
   if (!ChangedLevels(m_state).Find()) return FailedIn("tpChange");
   m_state.allnew = false;
   if (!RunStages()) return false;
-  if (!SectionStore(m_state).NameAndStore()) return FailedIn("tpChange");
   network.Global().u1 = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
   return true;
 }
 
+/// The last two stages go by the record of changes, and over everything where that isn't to be trusted.
 bool IncrementalRun::RunStages() const {
+  Changes& changes = m_state.arrays->changes;
+  changes.Begin(m_state.network);
+  const IslandUpdate islands(m_state);
+  islands.Prepare();
   if (!NodePass(m_state).Sort(false)) return FailedIn("tpChange");
   bool islandChanged = false;
   if (!ComponentChange(m_state).FollowAll(&islandChanged)) return FailedIn("tpChange");
   if (!SectionList(m_state).Build(false)) return FailedIn("tpChange");
-  if (islandChanged && !Islands(m_state).Sort(&islandChanged)) return FailedIn("tpChange");
+  if (islandChanged && !SortIslands(m_state, islands)) return FailedIn("tpChange");
   m_state.Sections().GiveBackHeld();
-  if (!EquipmentStatus(m_state).Update()) return FailedIn("tpChange");
-  return true;
+  islands.Close(islandChanged);
+  const EquipmentStatus status(m_state);
+  if (!(changes.all ? status.Update() : status.UpdateChanged())) return FailedIn("tpChange");
+  const SectionStore store(m_state);
+  return (changes.all ? store.NameAndStore() : store.NameAndStoreChanged()) || FailedIn("tpChange");
 }
 
 }  // namespace dtsdb::internal

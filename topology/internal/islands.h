@@ -21,17 +21,24 @@ class Islands {
         m_sections(state.Sections()),
         m_entries(state.Entries()),
         m_levels(state.levels),
-        m_log(state.Log()) {}
+        m_log(state.Log()),
+        m_memory(state.arrays ? &state.arrays->changes.islands : nullptr) {}
 
   /// Works out the islands. The island that bore a number last time gets it again where it is found when that number is
   /// due. `*changed`: a section with an island number got another one.
   bool Sort(bool* changed);
 
+  /// Puts a section into an island, ISLAND_DEAD for none. False, with a line through qDebug, when the log has no room.
+  bool Put(int bs, int island);
+  /// Fills ISLAND with rows for so many islands, without references. False when there is no room.
+  bool FillRows(int count);
+
  private:
-  void NoteListedLevels();
-  bool Gather(IslandRing& ring, int seed, int* un) const;
+  bool SortAll(bool* changed, std::vector<int>* unitAt);
+  bool Gather(IslandRing& ring, int seed, int* unitAt) const;
   bool MakeLive(const IslandRing& ring, int seed, bool* changed);
   bool MakeDead(const IslandRing& ring, int seed);
+  bool AddRow();
   bool LogSwitch(int bs, const char* word);
 
   Network m_network;
@@ -39,7 +46,7 @@ class Islands {
   Entries m_entries;
   Levels m_levels;
   ChangeLog m_log;
-  std::vector<bool> m_listed;  ///< by KV number: the level is one of the run
+  IslandMemory* m_memory;
 };
 
 }  // namespace dtsdb::internal

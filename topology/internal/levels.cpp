@@ -17,6 +17,7 @@ void Levels::Make(int levelCount) const {
   const auto count = static_cast<std::size_t>(levelCount);
   m_arrays->allKvs.resize(count + 1);
   m_arrays->placeOfKv.assign(count, -1);
+  m_arrays->placeInRun.assign(count, -1);
   m_lists.changedOwner = std::make_shared<std::vector<int>>(count + 1);
   m_lists.all = m_arrays->allKvs.data();
   m_lists.changed = m_lists.changedOwner->data();
@@ -50,16 +51,36 @@ void Levels::AddChanged(int kv) const {
     m_lists.changed = owner->data();
   }
   m_lists.changed[m_lists.changedCount++] = kv;
+  NotePlace(m_lists.changedCount - 1);
 }
 
 void Levels::AddChangedOnce(int kv) const {
-  if (std::find(m_lists.changed, ChangedEnd(), kv) == ChangedEnd()) AddChanged(kv);
+  if (!IsChanged(kv)) AddChanged(kv);
+}
+
+/// Notes where in the list of the run entry `k` stands.
+void Levels::NotePlace(int k) const {
+  const int kv = m_lists.changed[k];
+  if (m_arrays && kv >= 0 && static_cast<std::size_t>(kv) < m_arrays->placeInRun.size()) {
+    m_arrays->placeInRun[static_cast<std::size_t>(kv)] = k;
+  }
+}
+
+/// A place that was noted for a list before this one is of no meaning,
+/// which shows in the list itself.
+bool Levels::IsChanged(int kv) const {
+  if (!m_arrays || kv < 0 || static_cast<std::size_t>(kv) >= m_arrays->placeInRun.size()) {
+    return std::find(m_lists.changed, ChangedEnd(), kv) != ChangedEnd();
+  }
+  const int place = m_arrays->placeInRun[static_cast<std::size_t>(kv)];
+  return place >= 0 && place < m_lists.changedCount && m_lists.changed[place] == kv;
 }
 
 void Levels::AddChangedPlain(int kv) const {
   int* const found = std::find_if(m_lists.changed, ChangedEnd(), [&](int entry) { return Means(entry, kv); });
   if (found == ChangedEnd()) return AddChanged(kv);
   *found = kv;
+  NotePlace(static_cast<int>(found - m_lists.changed));
 }
 
 void Levels::AddChangedPair(int kv, int otherKv) const {

@@ -47,9 +47,11 @@ class Levels {
   int ChangedCount() const { return m_lists.changedCount; }
   int Changed(int k) const { return m_lists.changed[k]; }
   void EmptyChanged() const { m_lists.changedCount = 0; }
+  /// True when `kv` stands in the list of the run.
+  bool IsChanged(int kv) const;
   /// Adds `kv` to the levels of the run, whether it stands there or not.
   void AddChanged(int kv) const;
-  /// The same unless it stands there.
+  /// The same unless it stands there. At a cost that doesn't grow with the list.
   void AddChangedOnce(int kv) const;
   /// The same, where an entry that bears a minus sign counts as well and loses it.
   void AddChangedPlain(int kv) const;
@@ -58,6 +60,7 @@ class Levels {
   void AddChangedPair(int kv, int otherKv) const;
 
  private:
+  void NotePlace(int k) const;
   int* ChangedEnd() const { return m_lists.changed + m_lists.changedCount; }
   bool IsNew(int kv) const;
 

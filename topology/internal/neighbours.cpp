@@ -68,6 +68,11 @@ class Reader {
 
 bool FindNeighbours(const Network& network, const Sections& sections, const Entries& entries, int bs,
                     Neighbours* found) {
+  return ReadNeighbours(network, sections, entries, bs, found) || FailedIn("tpBsNeighbor");
+}
+
+bool ReadNeighbours(const Network& network, const Sections& sections, const Entries& entries, int bs,
+                    Neighbours* found) {
   const int own = sections[bs].ibsl;
   if (own == -1) return true;
   Reader reader(network, bs, sections.Dead(), found);
@@ -76,8 +81,7 @@ bool FindNeighbours(const Network& network, const Sections& sections, const Entr
     stopped = !reader.Take(entries[n]);
     return !stopped;
   });
-  if ((!stopped && !around) || found->count >= kMaxNeighbours) return FailedIn("tpBsNeighbor");
-  return true;
+  return (stopped || around) && found->count < kMaxNeighbours;
 }
 
 }  // namespace dtsdb::internal

@@ -25,5 +25,8 @@ struct Neighbours {
 /// nothing.
 bool FindNeighbours(const Network& network, const Sections& sections, const Entries& entries, int bs,
                     Neighbours* found);
+/// The same without the line.
+bool ReadNeighbours(const Network& network, const Sections& sections, const Entries& entries, int bs,
+                    Neighbours* found);
 
 }  // namespace dtsdb::internal

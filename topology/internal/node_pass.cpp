@@ -19,11 +19,11 @@ bool Merges(const CB& cb) { return !(cb.flags & (CB_ZBR | CB_OPEN)); }
 
 bool NodePass::LayBaseSections() {
   const GLOBAL& global = m_network.Global();
-  BS& dead = m_sections[global.bs_dead];
+  BS& dead = m_sections.Edit(global.bs_dead);
   dead.next = dead.prev = global.bs_dead;
   dead.island = ISLAND_DEAD;
   dead.status |= BS_ISOLATED | BS_DEAD;
-  BS& live = m_sections[global.bs_live];
+  BS& live = m_sections.Edit(global.bs_live);
   live.next = live.prev = global.bs_live;
 
   auto& nodes = m_network.Table<ND>();
@@ -40,8 +40,9 @@ bool NodePass::LayBaseSections() {
     const bool placed = m_network.ForEachNode(kv, [&](int first) {
       if (!(m_network.Node(first).flags & ND_MARK)) return true;
       if (!m_sections.Insert(&section)) return false;
-      m_sections[section].flags |= BS_BASE;
-      m_sections[section].ikv = kv;
+      BS& base = m_sections.Edit(section);
+      base.flags |= BS_BASE;
+      base.ikv = kv;
       m_network.GrowGroup(first, CanMerge, [&](int nd) { m_network.Node(nd).ibs = m_network.Node(nd).ibs0 = section; });
       return true;
     });
@@ -65,7 +66,7 @@ bool NodePass::Sort(bool allnew) {
     const int kv = m_levels.Changed(k);
     if (kv >= 0 && !SortLevel(kv, &givenBack, allnew)) return FailedIn("tpNodeSort");
   }
-  m_sections[tail].next = global.bs_free;
+  m_sections.Edit(tail).next = global.bs_free;
   global.bs_free = givenBack;
   return true;
 }
@@ -127,10 +128,10 @@ bool NodePass::SetSectionsAside(int kv, int end, int* givenBack) {
   const auto& list = m_sections.List();
   const int live = m_sections.Live();
   return list.Walk(m_network.Level(kv).ibs, end, [&](int bs) {
-    BS& section = list[bs];
+    BS& section = list.Edit(bs);
     if (section.status & BS_ISOLATED) {
       list.Unlink(bs);
-      m_sections.Retire(section);
+      m_sections.Retire(bs);
       section.next = *givenBack;
       *givenBack = bs;
       return true;
@@ -175,7 +176,7 @@ int NodePass::UnlinkSectionFor(int nd) {
   const int taken = global.bs_free;
   if (!list.Has(taken) || list[taken].next == -1) return -1;
   global.bs_free = list[taken].next;
-  list[taken].ibsl = -1;
+  list.Edit(taken).ibsl = -1;
   return taken;
 }
 
@@ -187,7 +188,7 @@ bool NodePass::GiveSection(int nd, int kv, int end, bool allnew) {
   if (bs == -1 || !MoveToSection(nd, bs, kv, allnew)) return FailedIn("tpBslegal");
   if (!keepsBase) {
     m_sections.List().InsertBefore(bs, end);
-    m_sections[bs].ikv = kv;
+    m_sections.Edit(bs).ikv = kv;
   }
   Claim(bs);
   return true;
@@ -204,8 +205,9 @@ bool NodePass::TakeSection(int nd, int kv, bool allnew) {
 }
 
 void NodePass::Claim(int bs) {
-  m_sections[bs].flags &= ~BS_UNCLAIMED;
-  m_sections[bs].status &= ~BS_ISOLATED;
+  BS& section = m_sections.Edit(bs);
+  section.flags &= ~BS_UNCLAIMED;
+  section.status &= ~BS_ISOLATED;
 }
 
 int NodePass::SectionNear(int kv, int nd) const {

@@ -38,15 +38,18 @@ bool SectionList::ListSections(int kv) const {
   int cursor = level.ibsl;
   return end != -1 && m_sections.Walk(level.ibs, end, [&](int bs) {
     if (!m_entries.Insert(&cursor, KIND_BS, bs)) return false;
-    m_sections[bs].ibsl = cursor;
+    m_sections.Edit(bs).ibsl = cursor;
     return true;
   });
 }
 
 /// Lists an entry right behind that of section `bs`: what hangs on a section stands there newest first.
 bool SectionList::Hang(int bs, int kind, int ref) const {
-  int cursor = m_sections[bs].ibsl;
-  return cursor != -1 && m_entries.Insert(&cursor, kind, ref);
+  int cursor = m_sections.Edit(bs).ibsl;
+  if (cursor == -1) return false;
+  const bool own = m_entries.Has(cursor) && m_entries[cursor].kind == KIND_BS && m_entries[cursor].ref == bs;
+  if (!own) m_sections.GiveUpRecord();  // it hangs in the stretch of some other section. Kept: K50.
+  return m_entries.Insert(&cursor, kind, ref);
 }
 
 bool SectionList::ListShunts(int kv) const {

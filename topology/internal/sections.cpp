@@ -16,7 +16,7 @@ bool Sections::MakeFragment(int kv, u32 bits, int* bs) const {
   if (end == -1) return false;
   int made = m_list[end].prev;
   if (!Insert(&made)) return false;
-  BS& section = m_list[made];
+  BS& section = Edit(made);
   section.ikv = kv;
   section.island = ISLAND_NOT_PLACED;
   section.ibsl = -1;
@@ -25,19 +25,34 @@ bool Sections::MakeFragment(int kv, u32 bits, int* bs) const {
   return true;
 }
 
-void Sections::Blank(BS& section) {
+/// An open end can name a proper section all the same, which is then in no island of which anything is known.
+/// Kept: K49.
+void Sections::CopyIsland(int from, int to) const {
+  const int island = m_list[from].island;
+  Edit(to).island = island;
+  if (m_changes != nullptr && !(m_list[to].status & BS_ISOLATED))
+    m_changes->islands.state = IslandMemory::State::kUnknown;
+}
+
+void Sections::Blank(int bs) const {
+  BS& section = Edit(bs);
+  if (m_changes != nullptr) {
+    m_changes->levels.Add(section.ikv);
+    if (!(section.status & BS_ISOLATED)) m_changes->islands.lost.Add(section.island);
+  }
   section.island = ISLAND_NOT_PLACED;
   section.ikv = -1;
   section.status = 0;
 }
 
 void Sections::GiveBack(int bs) const {
-  Blank(m_list[bs]);
+  Blank(bs);
   Delete(&bs);
 }
 
-void Sections::Retire(BS& section) const {
-  Blank(section);
+void Sections::Retire(int bs) const {
+  Blank(bs);
+  BS& section = Edit(bs);
   section.flags &= ~BS_UNCLAIMED;
   section.prev = -1;
 }
@@ -49,12 +64,13 @@ void Sections::GiveBackHeld() const {
   const int last = m_list[head].prev;
   if (first == head) return;
   const bool whole = m_list.Walk(first, head, [&](int bs) {
-    Retire(m_list[bs]);
+    Retire(bs);
     return true;
   });
-  m_list[head].next = m_list[head].prev = head;
+  BS& holding = Edit(head);
+  holding.next = holding.prev = head;
   if (!whole) return;  // a damaged ring: its sections are lost to this run rather than the free list broken
-  m_list[last].next = global.bs_free;
+  Edit(last).next = global.bs_free;
   global.bs_free = first;
 }
 

@@ -2,6 +2,7 @@
 /// The bus sections: the section ring, the holding ring and the free list.
 #pragma once
 
+#include "topology/internal/changes.h"
 #include "topology/internal/levels.h"
 #include "topology/internal/network.h"
 #include "topology/internal/work_list.h"
@@ -11,16 +12,19 @@ namespace dtsdb::internal {
 /// The BS entries of the work arrays. In the section ring the sections of a voltage level stand next to each other, the
 /// levels in the order of Levels::All; the holding ring has what a run has set aside.
 ///
-/// Reads and writes the sections and GLOBAL `bs_free`; reads GLOBAL `bs_dead` and `bs_live`, KV `ibs` and the list of
-/// all levels. As cheap to copy as a few pointers.
+/// Reads and writes the sections, the record of changes and GLOBAL `bs_free`; reads GLOBAL `bs_dead` and `bs_live`, KV
+/// `ibs` and the list of all levels. As cheap to copy as a few pointers.
 class Sections {
  public:
-  Sections(const WorkList<BS>& list, const Network& network, const Levels& levels)
-      : m_list(list), m_network(network), m_levels(levels) {}
+  /// `changes` is null where there are no work arrays.
+  Sections(const WorkList<BS>& list, const Network& network, const Levels& levels, Changes* changes)
+      : m_list(list), m_network(network), m_levels(levels), m_changes(changes) {}
 
   int Size() const { return m_list.Size(); }
   bool Has(int bs) const { return m_list.Has(bs); }
-  BS& operator[](int bs) const { return m_list[bs]; }
+  const BS& operator[](int bs) const { return m_list[bs]; }
+  /// The section, to be changed.
+  BS& Edit(int bs) const { return m_list.Edit(bs); }
   const WorkList<BS>& List() const { return m_list; }
 
   /// The head of the section ring, on which nodes without a section stand.
@@ -48,15 +52,18 @@ class Sections {
   void Delete(int* cursor) const { m_list.Delete(&m_network.Global().bs_free, cursor); }
 
   void MakeLive(int bs, int island) const {
-    m_list[bs].island = island;
-    m_list[bs].status &= ~BS_DEAD;
+    if (m_list[bs].island == island && !(m_list[bs].status & BS_DEAD)) return;
+    BS& section = Edit(bs);
+    section.island = island;
+    section.status &= ~BS_DEAD;
   }
   void MakeDead(int bs) const {
-    m_list[bs].island = ISLAND_DEAD;
-    m_list[bs].status |= BS_DEAD;
+    BS& section = Edit(bs);
+    section.island = ISLAND_DEAD;
+    section.status |= BS_DEAD;
   }
-  /// Gives section `to` the island of section `from`.
-  void CopyIsland(int from, int to) const { m_list[to].island = m_list[from].island; }
+  /// Gives section `to`, a fragment, the island of section `from`.
+  void CopyIsland(int from, int to) const;
 
   /// Makes a section with the marks `bits` the last one of level `kv`, with the number `*bs`. False, and nothing
   /// changed, when the level isn't listed or the sections have run out.
@@ -64,16 +71,22 @@ class Sections {
   /// Takes a section out of use and gives it back to the free list.
   void GiveBack(int bs) const;
   /// Takes a section that no group has claimed out of use; its links are the caller's.
-  void Retire(BS& section) const;
+  void Retire(int bs) const;
   /// Gives the sections that wait in the holding ring back to the free list, in ring order in front of the others.
   void GiveBackHeld() const;
 
+  /// Gives the record of changes up.
+  void GiveUpRecord() const {
+    if (m_changes != nullptr) m_changes->GiveUp();
+  }
+
  private:
-  static void Blank(BS& section);
+  void Blank(int bs) const;
 
   WorkList<BS> m_list;
   Network m_network;
   Levels m_levels;
+  Changes* m_changes;
 };
 
 }  // namespace dtsdb::internal

@@ -22,6 +22,7 @@ void State::Make() const {
   arrays->sections.resize(static_cast<std::size_t>(SizeOf<BS>(network)));
   arrays->entries.resize(static_cast<std::size_t>(SizeOf<BSL>(network)));
   arrays->markedNodes.assign(arrays->sections.size(), 0);
+  arrays->moveOfNode.assign(static_cast<std::size_t>(SizeOf<ND>(network)), -1);
   bs = arrays->sections.data();
   bsl = arrays->entries.data();
   levels.Make(SizeOf<KV>(network));
@@ -36,12 +37,13 @@ void State::Clear() const {
 
 Sections State::Sections() const {
   const int size = arrays ? static_cast<int>(arrays->sections.size()) : 0;
-  return internal::Sections({bs, size}, network, levels);
+  Changes* const changes = arrays ? &arrays->changes : nullptr;
+  return internal::Sections({bs, size, changes != nullptr ? &changes->sections : nullptr}, network, levels, changes);
 }
 
 Entries State::Entries() const {
   const int size = arrays ? static_cast<int>(arrays->entries.size()) : 0;
-  return internal::Entries({bsl, size}, network);
+  return internal::Entries({bsl, size, arrays ? &arrays->changes.entries : nullptr}, network);
 }
 
 }  // namespace dtsdb::internal

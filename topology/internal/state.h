@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "topology/internal/change_log.h"
+#include "topology/internal/changes.h"
 #include "topology/internal/entries.h"
 #include "topology/internal/levels.h"
 #include "topology/internal/network.h"
@@ -19,7 +20,10 @@ struct WorkArrays {
   std::vector<BSL> entries;
   std::vector<int> allKvs;       ///< all voltage levels with nodes, in list order
   std::vector<int> placeOfKv;    ///< by KV number: the place in allKvs, -1 for none
+  std::vector<int> placeInRun;   ///< by KV number: the place in the list of the run that had it last
   std::vector<int> markedNodes;  ///< by base section: how many nodes of the KV being sorted still carry ND_MARK
+  std::vector<int> moveOfNode;   ///< by ND number: the row of CHND of the run that moved it last
+  internal::Changes changes;
 };
 
 /// Everything by reference; only the members below put new work arrays in the place of the old ones. A stage takes the
@@ -40,7 +44,7 @@ struct State {
 
   internal::Sections Sections() const;
   internal::Entries Entries() const;
-  ChangeLog Log() const { return ChangeLog(network, !allnew); }
+  ChangeLog Log() const { return {network, !allnew, arrays ? &arrays->moveOfNode : nullptr}; }
 };
 
 }  // namespace dtsdb::internal

@@ -2,6 +2,8 @@
 /// What the islands mean for the equipment.
 #pragma once
 
+#include <vector>
+
 #include "topology/internal/state.h"
 
 namespace dtsdb::internal {
@@ -10,26 +12,40 @@ namespace dtsdb::internal {
 ///
 /// Reads the sections and the nodes. Writes `ibs` of buses; `ibs` and `izbs` of breakers; `tp_status` of all six, but
 /// of branches only the bit of both ends: those of the single ends are the work of BranchEnds and stay. In an
-/// incremental run writes TPL.
+/// incremental run writes TPL. Notes in the record of changes which levels have to be looked at again.
 class EquipmentStatus {
  public:
   explicit EquipmentStatus(const State& state)
-      : m_network(state.network), m_sections(state.Sections()), m_log(state.Log()) {}
+      : m_network(state.network),
+        m_levels(state.levels),
+        m_sections(state.Sections()),
+        m_log(state.Log()),
+        m_changes(state.arrays ? &state.arrays->changes : nullptr) {}
 
-  /// False, with a line through qDebug, when the log has no room.
+  /// Goes over all equipment. False, with a line through qDebug, when the log has no room.
   bool Update() const;
+  /// The same, for the equipment alone that the record of changes leads to.
+  bool UpdateChanged() const;
 
  private:
-  bool UpdateBuses() const;
+  void CollectLevels() const;
+  bool UpdateLevel(int kv) const;
+  bool UpdateBus(int rank) const;
   template <class Device>
-  void UpdateShunts() const;
+  void UpdateShunt(Device& device) const;
   template <class Branch>
-  void UpdateBranches() const;
-  void UpdateBreakers() const;
+  void UpdateBranch(Branch& branch) const;
+  void UpdateBreaker(CB& cb) const;
+  template <class... Records, class Visit>
+  void ForAll(Visit visit) const;
+  bool IsAstray(int kv, int bs) const;
+  void FindAllAstray() const;
 
   Network m_network;
+  Levels m_levels;
   Sections m_sections;
   ChangeLog m_log;
+  Changes* m_changes;
 };
 
 }  // namespace dtsdb::internal

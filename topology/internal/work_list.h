@@ -4,6 +4,7 @@
 
 #include "include/check.h"
 #include "model/records.h"
+#include "topology/internal/number_set.h"
 
 namespace dtsdb::internal {
 
@@ -11,20 +12,25 @@ namespace dtsdb::internal {
 ///
 /// Every access by a number that came out of a record goes through here: a number outside the array reaches a
 /// spare default entry (fresh at each use, with a warning), and a walk never takes more steps than there are
-/// entries. The view owns nothing and is as cheap to copy as a pointer.
+/// entries. Entries are only written through Edit and the operations on links, which note them in the set of changed
+/// ones. The view owns nothing and is as cheap to copy as a pointer.
 template <class Entry>
 class WorkList {
  public:
-  WorkList(Entry* entries, int size) : m_entries(entries), m_size(size) {}
+  /// `changed` is null where nobody wants to know.
+  WorkList(Entry* entries, int size, NumberSet* changed) : m_entries(entries), m_size(size), m_changed(changed) {}
 
   int Size() const { return m_size; }
   /// The entries themselves, Size() of them.
   Entry* Data() const { return m_entries; }
   bool Has(int n) const { return n >= 0 && n < m_size; }
 
-  Entry& operator[](int n) const {
-    if (!DTSDB_ASSERT(Has(n), "n >= 0 && n < m_size")) return Spare();
-    return m_entries[n];
+  const Entry& operator[](int n) const { return At(n); }
+  /// The entry, to be changed.
+  Entry& Edit(int n) const {
+    Entry& entry = At(n);
+    Note(n);
+    return entry;
   }
 
   /// Takes the first entry of the free list and links it behind `*cursor`, which becomes the new entry. False, and
@@ -51,8 +57,9 @@ class WorkList {
     if (!Has(deleted)) return;
     *cursor = m_entries[deleted].next;
     Unlink(deleted);
-    m_entries[deleted].next = *free;
-    m_entries[deleted].prev = -1;
+    Entry& entry = Edit(deleted);
+    entry.next = *free;
+    entry.prev = -1;
     *free = deleted;
   }
 
@@ -60,8 +67,8 @@ class WorkList {
   void Unlink(int n) const {
     const int behind = (*this)[n].next;
     const int before = (*this)[n].prev;
-    if (Has(before)) m_entries[before].next = behind;
-    if (Has(behind)) m_entries[behind].prev = before;
+    if (Has(before)) Edit(before).next = behind;
+    if (Has(behind)) Edit(behind).prev = before;
   }
 
   /// Visits the entries from `first` up to, not including, `end` along `next`, until `visit(n)` returns false. The
@@ -81,10 +88,19 @@ class WorkList {
 
  private:
   void Link(int n, int before, int behind) const {
-    (*this)[before].next = n;
-    m_entries[n].next = behind;
-    m_entries[behind].prev = n;
-    m_entries[n].prev = before;
+    Edit(before).next = n;
+    Edit(behind).prev = n;
+    Entry& entry = Edit(n);
+    entry.next = behind;
+    entry.prev = before;
+  }
+
+  Entry& At(int n) const {
+    if (!DTSDB_ASSERT(Has(n), "n >= 0 && n < m_size")) return Spare();
+    return m_entries[n];
+  }
+  void Note(int n) const {
+    if (m_changed != nullptr) m_changed->Add(n);
   }
 
   static Entry& Spare() {
@@ -95,6 +111,7 @@ class WorkList {
 
   Entry* m_entries;
   int m_size;
+  NumberSet* m_changed;
 };
 
 }  // namespace dtsdb::internal
