@@ -35,6 +35,7 @@ class TableFiller {
   template <class Make>
   static void Fill(tTable<T>& table, int n, Make make) {
     if (n == 0) return table.Compact();
+    table.NoteChange();
     table.MakeRecords(n);
     for (int lg = 0; lg < n; ++lg) make(lg, table.m_pData[lg]);
     table.NumberInOrder(n);
