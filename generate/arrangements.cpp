@@ -76,9 +76,9 @@ constexpr std::array<ArrangementData, kArrangements> kData{{
 constexpr std::array<ArrangementShares, kTiers> kUsual{{
     {0, 0, 15, 70, 15},   // 500 kV
     {5, 10, 60, 15, 10},  // 220 kV
-    {25, 20, 35, 5, 15},  // 110 kV
-    {50, 50, 0, 0, 0},    // 35 kV
-    {50, 50, 0, 0, 0},    // 10 kV
+    {35, 20, 30, 5, 10},  // 110 kV
+    {60, 40, 0, 0, 0},    // 35 kV
+    {70, 30, 0, 0, 0},    // 10 kV
 }};
 
 }  // namespace

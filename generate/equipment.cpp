@@ -140,7 +140,7 @@ class StationPlanner {
   Device& AddLoad(int level) {
     Device& load = AddDevice(DeviceKind::kLoad, level);
     load.power.p = DrawPower(TierOf(level).load, m_random);
-    load.power.q = load.power.p * m_random.Between(15, 40) / 100;
+    load.power.q = load.power.p * m_random.Between(10, 30) / 100;
     return load;
   }
 

@@ -77,8 +77,8 @@ struct Branch {
   BranchState state = BranchState::kIn;
   int transformer = -1;  ///< of a winding; -1 for a line
   int parallel = 0;      ///< of a line: the number of those before it between the same stations
-  Power in{};              ///< into it at the from end
-  Power out{};             ///< out of it at the to end
+  Power in{};            ///< into it at the from end
+  Power out{};           ///< out of it at the to end
 };
 
 struct Transformer {

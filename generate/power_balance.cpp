@@ -8,10 +8,12 @@
 #include <span>
 #include <utility>
 
+#include "generate/export_plan.h"
+
 namespace dtsdb::tools {
 namespace {
 
-constexpr int64_t kLeastPercentOfUnit = 25;  ///< a unit in service gives this part of its size or more
+constexpr int64_t kLeastPercentOfUnit = 20;  ///< a unit in service gives this part of its size or more
 constexpr int64_t kReactivePercent = 50;     ///< of its size that a unit gives at most
 constexpr int64_t kAbsorbedPercent = 20;     ///< of its size that a unit takes in at most
 constexpr int64_t kReferenceReserve = 50 * kEighths;
@@ -22,7 +24,7 @@ int64_t Size(int64_t value) { return value < 0 ? -value : value; }
 
 /// What a line or winding that carries `p` loses.
 Power Loss(const Branch& branch, int64_t p) {
-  return branch.transformer == -1 ? Power{Size(p) / 64, Size(p) / 24} : Power{Size(p) / 200, Size(p) / 10};
+  return branch.transformer == -1 ? Power{Size(p) / 80, Size(p) / 100} : Power{Size(p) / 200, Size(p) / 20};
 }
 
 /// The first parts are larger by one where `whole` can't be divided.
@@ -74,6 +76,7 @@ class Balance {
       : m_plan(plan),
         m_random(random),
         m_need(plan.isLive.size()),
+        m_export(plan.isLive.size()),
         m_upward(plan.isLive.size(), -1),
         m_links(FindLinks(plan)),
         m_linksAt(plan.isLive.size(), static_cast<int>(m_links.size()),
@@ -92,6 +95,8 @@ class Balance {
     for (std::size_t i = 0; i < m_links.size(); ++i) {
       if (!m_inTree[i] && IsLive(m_links[i].from)) DrawTransit(m_links[i]);
     }
+    AddDevicesToNeeds();
+    PlanExportsOfAll();
     for (auto point = m_order.rbegin(); point != m_order.rend(); ++point) Settle(*point);
     SettleReference(*reference);
   }
@@ -168,9 +173,11 @@ class Balance {
 
   static int OtherEnd(const Link& link, int point) { return link.from == point ? link.to : link.from; }
 
+  /// The voltage at which a link leads to `point`; to a star point, that of the winding.
   int TierOf(const Link& link, int point) const {
     const Branch& branch = m_plan.branches[Index(link.branches.front())];
-    return static_cast<int>(LevelOf(link.from == point ? branch.from : branch.to).tier);
+    const bool leadsToStar = LevelOf(branch.to).isStar;
+    return static_cast<int>(LevelOf(link.from == point || leadsToStar ? branch.from : branch.to).tier);
   }
 
   // What stands on the points
@@ -193,34 +200,85 @@ class Balance {
     Carry(link, link.to, {p, p * m_random.Between(0, 30) / 100});
   }
 
-  /// Settles all that hangs on `point`, those behind it in the tree being settled: what its units can't give comes
+  void AddDevicesToNeeds() {
+    for (const Device& device : m_plan.devices) {
+      if (device.kind != DeviceKind::kUnit && m_plan.IsLive(device.at))
+        m_need[Index(m_plan.PointOf(device.at))] += device.power;
+    }
+  }
+
+  void PlanExportsOfAll() {
+    std::vector<int> parent(m_upward.size(), -1);
+    for (const int point : m_order) {
+      if (m_upward[Index(point)] != -1) parent[Index(point)] = OtherEnd(m_links[Index(m_upward[Index(point)])], point);
+    }
+    for (int64_t Power::*const part : {&Power::p, &Power::q}) {
+      TreeSupply supply{m_order, parent, {}, {}, {}};
+      for (std::size_t point = 0; point < m_need.size(); ++point) {
+        const Limits limits = LimitsOf(static_cast<int>(point));
+        supply.need.push_back(m_need[point].*part);
+        supply.leastGiven.push_back(limits.least.*part);
+        supply.mostGiven.push_back(limits.most.*part);
+      }
+      const std::vector<int64_t> exports = PlanExports(supply);
+      for (std::size_t point = 0; point < m_need.size(); ++point) m_export[point].*part = exports[point];
+    }
+  }
+
+  /// Settles all that hangs on `point`, those behind it in the tree being settled: what its units don't give comes
   /// through the tree.
   void Settle(int point) {
-    Power need = m_need[Index(point)];
-    for (const int number : m_devicesAt.Of(point)) {
-      const Device& device = m_plan.devices[Index(number)];
-      if (device.kind != DeviceKind::kUnit) need += device.power;
-    }
-    for (const int number : m_devicesAt.Of(point)) {
-      Device& device = m_plan.devices[Index(number)];
-      if (device.kind == DeviceKind::kUnit && !device.isOff && !device.isReference) need -= Dispatch(device, need);
-    }
-    m_need[Index(point)] = need;
+    const Limits limits = LimitsOf(point);
+    const Power wanted = m_need[Index(point)] + m_export[Index(point)];
+    Dispatch(point, {std::clamp(wanted.p, limits.least.p, limits.most.p),
+                     std::clamp(wanted.q, limits.least.q, limits.most.q)});
     if (m_upward[Index(point)] == -1) return;
     const Link& link = m_links[Index(m_upward[Index(point)])];
     if (point == link.to && LevelOf(m_plan.branches[Index(link.branches.front())].to).isStar) {
       CarryToStars(link);
     } else {
-      Carry(link, point, need);
+      Carry(link, point, m_need[Index(point)]);
     }
   }
 
-  static Power Dispatch(Device& unit, const Power& need) {
+  struct Limits {
+    Power least;
+    Power most;
+  };
+
+  static Limits LimitsOf(const Device& unit) {
+    if (unit.isOff) return {};
     const int64_t size = int64_t{unit.size} * kEighths;
-    unit.power.p = std::clamp(need.p, size * kLeastPercentOfUnit / 100, size);
-    unit.power.q = std::clamp(need.q, -size * kAbsorbedPercent / 100, size * kReactivePercent / 100);
-    return unit.power;
+    return {{size * kLeastPercentOfUnit / 100, -size * kAbsorbedPercent / 100}, {size, size * kReactivePercent / 100}};
   }
+
+  /// Of the units on `point` together.
+  Limits LimitsOf(int point) const {
+    Limits sum;
+    for (const int number : m_devicesAt.Of(point)) {
+      const Device& device = m_plan.devices[Index(number)];
+      if (device.kind != DeviceKind::kUnit) continue;
+      sum.least += LimitsOf(device).least;
+      sum.most += LimitsOf(device).most;
+    }
+    return sum;
+  }
+
+  /// The units on `point` give `power`, each in proportion to its size.
+  void Dispatch(int point, Power power) {
+    Limits rest = LimitsOf(point);
+    for (const int number : m_devicesAt.Of(point)) {
+      Device& device = m_plan.devices[Index(number)];
+      if (device.kind != DeviceKind::kUnit || device.isOff) continue;
+      const Limits own = LimitsOf(device);
+      device.power = {Part(power.p, own.most.p, rest.most.p), Part(power.q, own.most.q, rest.most.q)};
+      power -= device.power;
+      rest.most -= own.most;
+      m_need[Index(point)] -= device.power;
+    }
+  }
+
+  static int64_t Part(int64_t power, int64_t own, int64_t all) { return power * own / all; }
 
   /// `power` reaches `point` through the branches of `link`.
   void Carry(const Link& link, int point, const Power& power) {
@@ -254,19 +312,21 @@ class Balance {
     Power& need = m_need[Index(root)];
     for (const int number : m_devicesAt.Of(root)) {
       Device& device = m_plan.devices[Index(number)];
-      if (device.kind != DeviceKind::kLoad || device.isOff || need.p >= kReferenceReserve) continue;
-      device.power.p += kReferenceReserve - need.p;
-      need.p = kReferenceReserve;
+      if (device.kind != DeviceKind::kLoad || device.isOff || unit.power.p + need.p >= kReferenceReserve) continue;
+      const int64_t more = kReferenceReserve - unit.power.p - need.p;
+      device.power.p += more;
+      need.p += more;
     }
-    unit.power = need;
-    const int64_t p = need.p / kEighths;
+    unit.power += need;
+    const int64_t p = unit.power.p / kEighths;
     if (p >= unit.size) unit.size = static_cast<int>((p / 50 + 2) * 50);
   }
 
   Plan& m_plan;
   Random& m_random;
-  std::vector<Power> m_need;  ///< of each point: what must come to it
-  std::vector<int> m_upward;  ///< of each point: the link of the tree towards the root
+  std::vector<Power> m_need;    ///< of each point: what must come to it
+  std::vector<Power> m_export;  ///< of each point: what its part of the tree is to give towards the root
+  std::vector<int> m_upward;    ///< of each point: the link of the tree towards the root
   std::vector<Link> m_links;
   std::vector<char> m_inTree;  ///< of each link
   std::vector<int> m_order;    ///< live points, each behind the one that it is fed from
