@@ -281,7 +281,7 @@ class Balance {
   static int64_t Part(int64_t power, int64_t own, int64_t all) { return power * own / all; }
 
   /// `power` reaches `point` through the branches of `link`.
-  void Carry(const Link& link, int point, const Power& power) {
+  void Carry(const Link& link, int point, Power power) {
     const auto count = static_cast<int64_t>(link.branches.size());
     for (int64_t i = 0; i < count; ++i) {
       CarryOne(m_plan.branches[Index(link.branches[static_cast<std::size_t>(i)])], link.to == point,
