@@ -38,7 +38,7 @@ class StationPlanner {
     AddTransformers(kind);
     const int first = m_plan.stations.back().firstLevel;
     for (int i = 0; i < static_cast<int>(kind.levels.size()); ++i) {
-      AddDevices(first + i, kind.levels[static_cast<std::size_t>(i)]);
+      AddDevices(first + i, kind.levels[Index(i)]);
     }
     if (number == 0) AddReference(first);
   }
@@ -46,7 +46,7 @@ class StationPlanner {
  private:
   const StationKind& ChooseKind(int number) {
     const std::span<const StationKind> kinds = StationKinds();
-    if (number < kFirstFixedStations) return kinds[static_cast<std::size_t>(number)];
+    if (number < kFirstFixedStations) return kinds[Index(number)];
     int rest = m_random.Between(1, 100);
     std::size_t chosen = 0;
     while (rest > kinds[chosen].share) rest -= kinds[chosen++].share;
@@ -65,7 +65,7 @@ class StationPlanner {
     return LastOf(m_plan.levels);
   }
 
-  CircuitEnd NextCircuit(int level) { return {level, m_plan.levels[static_cast<std::size_t>(level)].circuits++}; }
+  CircuitEnd NextCircuit(int level) { return {level, m_plan.levels[Index(level)].circuits++}; }
 
   // Transformers
 
@@ -108,44 +108,44 @@ class StationPlanner {
 
   void AddDevices(int level, const LevelKind& kind) {
     for (int i = DrawCount(kind.units, m_random); i > 0; --i) AddUnit(level);
-    for (int i = DrawCount(kind.loads, m_random); i > 0; --i) AddLoad(level);
+    for (int i = DrawCount(kind.loads, m_random); i > 0; --i) AddLoadOn(NextCircuit(level));
     for (int i = DrawCount(kind.capacitors, m_random); i > 0; --i) AddCapacitor(level);
   }
 
-  /// The unit that takes what is left over, and a load beside it, so that it never has to take power in.
+  /// The unit that takes what is left over, and a load on the same circuit, so that it never has to take power in.
   void AddReference(int level) {
     Device& unit = AddUnit(level);
     unit.isOff = false;
     unit.isReference = true;
     unit.size = std::max(unit.size, kReferenceSize);
-    AddLoad(level).isOff = false;
+    const CircuitEnd at = unit.at;
+    AddLoadOn(at).isOff = false;
   }
 
-  Device& AddDevice(DeviceKind kind, int level) {
-    const CircuitEnd at = NextCircuit(level);
+  Device& AddDevice(DeviceKind kind, const CircuitEnd& at) {
     m_plan.devices.push_back({.kind = kind, .at = at, .isOff = m_random.Chance(kPercentOff)});
     return m_plan.devices.back();
   }
 
-  const TierData& TierOf(int level) const { return DataOf(m_plan.levels[static_cast<std::size_t>(level)].tier); }
+  const TierData& TierOf(int level) const { return DataOf(m_plan.levels[Index(level)].tier); }
 
   Device& AddUnit(int level) {
-    Device& unit = AddDevice(DeviceKind::kUnit, level);
+    Device& unit = AddDevice(DeviceKind::kUnit, NextCircuit(level));
     const Range size = TierOf(level).unitSize;
     unit.size = m_random.Between(size.low, size.high);
-    m_plan.levels[static_cast<std::size_t>(level)].isGrid = true;
+    m_plan.levels[Index(level)].isGrid = true;
     return unit;
   }
 
-  Device& AddLoad(int level) {
-    Device& load = AddDevice(DeviceKind::kLoad, level);
-    load.power.p = DrawPower(TierOf(level).load, m_random);
+  Device& AddLoadOn(const CircuitEnd& at) {
+    Device& load = AddDevice(DeviceKind::kLoad, at);
+    load.power.p = DrawPower(TierOf(at.level).load, m_random);
     load.power.q = load.power.p * m_random.Between(10, 30) / 100;
     return load;
   }
 
   void AddCapacitor(int level) {
-    Device& capacitor = AddDevice(DeviceKind::kCapacitor, level);
+    Device& capacitor = AddDevice(DeviceKind::kCapacitor, NextCircuit(level));
     capacitor.power.q = -DrawPower(TierOf(level).capacitor, m_random);
   }
 
@@ -175,9 +175,9 @@ class LinePlanner {
       if (second != -1 && m_random.Chance(1, 3)) AddLine(second, number, tier, first == second ? 1 : 0);
     }
     if (tier <= Tier::k220) AddDcLineOf(number, tier);
-    const Station& station = m_plan.stations[static_cast<std::size_t>(number)];
+    const Station& station = m_plan.stations[Index(number)];
     for (int i = 0; i < station.levels; ++i) {
-      const Level& level = m_plan.levels[static_cast<std::size_t>(station.firstLevel + i)];
+      const Level& level = m_plan.levels[Index(station.firstLevel + i)];
       if (!level.isStar) Members(level.tier).push_back(number);
     }
   }
@@ -185,9 +185,7 @@ class LinePlanner {
  private:
   std::vector<int>& Members(Tier tier) { return m_members[static_cast<std::size_t>(tier)]; }
 
-  Level& TopLevel(int station) {
-    return m_plan.levels[static_cast<std::size_t>(m_plan.stations[static_cast<std::size_t>(station)].firstLevel)];
-  }
+  Level& TopLevel(int station) { return m_plan.levels[Index(m_plan.stations[Index(station)].firstLevel)]; }
 
   /// The last station of voltage `tier` before `number`, -1 where there is none.
   int Before(Tier tier, int number) {
@@ -197,9 +195,9 @@ class LinePlanner {
   }
 
   CircuitEnd NextCircuit(int station, Tier tier) {
-    int level = m_plan.stations[static_cast<std::size_t>(station)].firstLevel;
-    while (m_plan.levels[static_cast<std::size_t>(level)].tier != tier) ++level;
-    Level& found = m_plan.levels[static_cast<std::size_t>(level)];
+    int level = m_plan.stations[Index(station)].firstLevel;
+    while (m_plan.levels[Index(level)].tier != tier) ++level;
+    Level& found = m_plan.levels[Index(level)];
     found.isGrid = true;
     return {level, found.circuits++};
   }
@@ -212,7 +210,7 @@ class LinePlanner {
 
   void AddDcLineOf(int number, Tier tier) {
     if (number > 0 && !m_converterSites.empty() && m_random.Chance(m_options.dcLines)) {
-      const int from = m_converterSites[static_cast<std::size_t>(m_random.Between(0, LastOf(m_converterSites)))];
+      const int from = m_converterSites[Index(m_random.Between(0, LastOf(m_converterSites)))];
       const int64_t power = m_random.Between(kEighths, DataOf(tier).transit * kEighths);
       const int fromConverter = AddConverter(from, TopLevel(from).tier, power);
       const int toConverter = AddConverter(number, tier, power / 50 - power);

@@ -5,8 +5,8 @@
 namespace dtsdb::tools {
 
 int Plan::PointOf(const CircuitEnd& end) const {
-  const Level& level = levels[static_cast<std::size_t>(end.level)];
-  const int first = firstPoint[static_cast<std::size_t>(end.level)];
+  const Level& level = levels[Index(end.level)];
+  const int first = firstPoint[Index(end.level)];
   if (level.isStar) return first + end.circuit;
   if (IsCutOff(level, end.circuit)) return -1;
   return IsSplit(level) ? first + end.circuit % 2 : first;
@@ -24,7 +24,7 @@ int Plan::ToPoint(const Branch& branch) const {
 
 bool Plan::IsLive(const CircuitEnd& end) const {
   const int point = PointOf(end);
-  return point != -1 && isLive[static_cast<std::size_t>(point)] != 0;
+  return point != -1 && isLive[Index(point)] != 0;
 }
 
 }  // namespace dtsdb::tools

@@ -5,6 +5,7 @@
 /// what balances here balances in the model to the last bit.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -14,6 +15,9 @@
 namespace dtsdb::tools {
 
 inline constexpr int kEighths = 8;
+
+/// Numbers of levels, points and the like, as the vectors take them.
+constexpr std::size_t Index(int number) { return static_cast<std::size_t>(number); }
 
 /// Eighths of a MW and of a Mvar.
 struct Power {
@@ -105,6 +109,8 @@ struct Plan {
   std::vector<int> firstPoint;
   /// Of each point: it is part of the network that the reference unit feeds.
   std::vector<char> isLive;
+
+  std::size_t PointCount() const { return isLive.size(); }
 
   /// A level's coupler is open, and so it has two points.
   static bool IsSplit(const Level& level) { return !level.isStar && level.couplerOpen; }

@@ -13,8 +13,6 @@ constexpr int kStationsInDistrict = 20;
 constexpr u8 kStationType = 8;
 constexpr u8 kHighWinding = 1;
 
-std::size_t Index(int number) { return static_cast<std::size_t>(number); }
-
 QString Text(const char* latin) { return QLatin1String(latin); }
 
 /// "S000042" for 42.

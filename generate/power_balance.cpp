@@ -3,12 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <map>
-#include <numeric>
-#include <span>
-#include <utility>
 
 #include "generate/export_plan.h"
+#include "generate/supply_tree.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -16,9 +13,7 @@ namespace {
 constexpr int64_t kLeastPercentOfUnit = 20;  ///< a unit in service gives this part of its size or more
 constexpr int64_t kReactivePercent = 50;     ///< of its size that a unit gives at most
 constexpr int64_t kAbsorbedPercent = 20;     ///< of its size that a unit takes in at most
-constexpr int64_t kReferenceReserve = 50 * kEighths;
-
-std::size_t Index(int number) { return static_cast<std::size_t>(number); }
+constexpr int64_t kReferenceReserve = int64_t{50} * kEighths;
 
 int64_t Size(int64_t value) { return value < 0 ? -value : value; }
 
@@ -33,153 +28,44 @@ int64_t Share(int64_t whole, int64_t parts, int64_t part) {
   return least + (part < whole - least * parts ? 1 : 0);
 }
 
-/// Lists of numbers by owner, in one block.
-class ListsByPoint {
- public:
-  /// `pointsOf(i)` are the owners of number i, -1 for none.
-  template <class PointsOf>
-  ListsByPoint(std::size_t points, int count, PointsOf pointsOf) : m_first(points + 1) {
-    const auto each = [&](auto use) {
-      for (int i = 0; i < count; ++i) {
-        for (const int point : pointsOf(i)) {
-          if (point != -1) use(Index(point), i);
-        }
-      }
-    };
-    each([this](std::size_t point, int) { ++m_first[point + 1]; });
-    for (std::size_t i = 0; i < points; ++i) m_first[i + 1] += m_first[i];
-    m_numbers.resize(m_first.back());
-    std::vector<std::size_t> next(m_first.begin(), m_first.end() - 1);
-    each([this, &next](std::size_t point, int number) { m_numbers[next[point]++] = number; });
-  }
-
-  std::span<const int> Of(int point) const {
-    return {m_numbers.data() + m_first[Index(point)], m_numbers.data() + m_first[Index(point) + 1]};
-  }
-
- private:
-  std::vector<std::size_t> m_first;
-  std::vector<int> m_numbers;
+/// What units can give.
+struct Limits {
+  Power least;
+  Power most;
 };
 
-/// Branches in service between the same two points share what they carry. Star points of transformers side by side
-/// count as the same; `from` and `to` are the first of them.
-struct Link {
-  int from = 0;
-  int to = 0;
-  std::vector<int> branches;
-};
+Limits LimitsOf(const Device& unit) {
+  if (unit.isOff) return {};
+  const int64_t size = int64_t{unit.size} * kEighths;
+  return {{size * kLeastPercentOfUnit / 100, -size * kAbsorbedPercent / 100}, {size, size * kReactivePercent / 100}};
+}
 
 class Balance {
  public:
-  Balance(Plan& plan, Random& random)
+  Balance(Plan& plan, Device& reference, Random& random)
       : m_plan(plan),
+        m_reference(reference),
         m_random(random),
-        m_need(plan.isLive.size()),
-        m_export(plan.isLive.size()),
-        m_upward(plan.isLive.size(), -1),
-        m_links(FindLinks(plan)),
-        m_linksAt(plan.isLive.size(), static_cast<int>(m_links.size()),
-                  [this](int i) {
-                    return std::array{m_links[Index(i)].from, m_links[Index(i)].to};
-                  }),
-        m_devicesAt(plan.isLive.size(), static_cast<int>(plan.devices.size()),
+        m_need(plan.PointCount()),
+        m_export(plan.PointCount()),
+        m_tree(GrowSupplyTree(plan, plan.PointOf(reference.at))),
+        m_devicesAt(plan.PointCount(), static_cast<int>(plan.devices.size()),
                     [&plan](int i) { return std::array{plan.PointOf(plan.devices[Index(i)].at)}; }) {}
 
   void Run() {
-    const auto reference = std::find_if(m_plan.devices.begin(), m_plan.devices.end(),
-                                        [](const Device& device) { return device.isReference; });
-    if (reference == m_plan.devices.end()) return;
-    GrowTree(m_plan.PointOf(reference->at));
+    for (const int point : m_tree.order) m_plan.isLive[Index(point)] = 1;
     ClearDeadDevices();
-    for (std::size_t i = 0; i < m_links.size(); ++i) {
-      if (!m_inTree[i] && IsLive(m_links[i].from)) DrawTransit(m_links[i]);
+    for (std::size_t i = 0; i < m_tree.links.size(); ++i) {
+      const Link& link = m_tree.links[i];
+      if (m_tree.inTree[i] == 0 && m_plan.isLive[Index(link.from)] != 0) DrawTransit(link);
     }
     AddDevicesToNeeds();
     PlanExportsOfAll();
-    for (auto point = m_order.rbegin(); point != m_order.rend(); ++point) Settle(*point);
-    SettleReference(*reference);
+    for (auto point = m_tree.order.rbegin(); point != m_tree.order.rend(); ++point) Settle(*point);
+    SettleReference();
   }
 
  private:
-  bool IsLive(int point) const { return m_plan.isLive[Index(point)] != 0; }
-  const Level& LevelOf(const CircuitEnd& end) const { return m_plan.levels[Index(end.level)]; }
-
-  static std::vector<Link> FindLinks(const Plan& plan) {
-    const std::vector<int> first = FirstOfStars(plan);
-    std::map<std::pair<int, int>, std::size_t> known;
-    std::vector<Link> links;
-    for (std::size_t i = 0; i < plan.branches.size(); ++i) {
-      const int from = plan.FromPoint(plan.branches[i]);
-      const int to = plan.ToPoint(plan.branches[i]);
-      if (from == -1 || to == -1) continue;
-      const auto [it, isNew] = known.try_emplace({from, first[Index(to)]}, links.size());
-      if (isNew) links.push_back({.from = from, .to = first[Index(to)], .branches = {}});
-      links[it->second].branches.push_back(static_cast<int>(i));
-    }
-    return links;
-  }
-
-  /// Of each star point: the first one of its station whose windings lead to the same points. Of others: themselves.
-  static std::vector<int> FirstOfStars(const Plan& plan) {
-    std::vector<int> first(plan.isLive.size());
-    std::iota(first.begin(), first.end(), 0);
-    for (std::size_t i = 1; i < plan.transformers.size(); ++i) {
-      const Transformer& one = plan.transformers[i - 1];
-      const Transformer& other = plan.transformers[i];
-      if (one.station != other.station || one.windings != 3 || other.windings != 3) continue;
-      bool isSame = true;
-      for (int w = 0; w < 3; ++w) {
-        isSame &= WindingPoint(plan, one.firstBranch + w) == WindingPoint(plan, other.firstBranch + w);
-      }
-      if (isSame) first[Index(StarOf(plan, other))] = first[Index(StarOf(plan, one))];
-    }
-    return first;
-  }
-
-  static int StarOf(const Plan& plan, const Transformer& transformer) {
-    return plan.PointOf(plan.branches[Index(transformer.firstBranch)].to);
-  }
-
-  /// Where a winding in service begins.
-  static int WindingPoint(const Plan& plan, int branch) {
-    return plan.ToPoint(plan.branches[Index(branch)]) == -1 ? -1 : plan.FromPoint(plan.branches[Index(branch)]);
-  }
-
-  // The tree
-
-  /// Reaches all points from `root`, the higher voltages first, so that power comes down from them.
-  void GrowTree(int root) {
-    m_inTree.assign(m_links.size(), 0);
-    std::array<std::vector<std::pair<int, int>>, kTiers> reached;  // points and the links that lead to them, by voltage
-    std::array<std::size_t, kTiers> taken{};
-    reached[0].emplace_back(root, -1);
-    for (;;) {
-      std::size_t tier = 0;
-      while (tier < reached.size() && taken[tier] == reached[tier].size()) ++tier;
-      if (tier == reached.size()) return;
-      const auto [point, link] = reached[tier][taken[tier]++];
-      if (IsLive(point)) continue;
-      m_plan.isLive[Index(point)] = 1;
-      m_order.push_back(point);
-      m_upward[Index(point)] = link;
-      if (link != -1) m_inTree[Index(link)] = 1;
-      for (const int next : m_linksAt.Of(point)) {
-        const int other = OtherEnd(m_links[Index(next)], point);
-        if (!IsLive(other)) reached[Index(TierOf(m_links[Index(next)], other))].emplace_back(other, next);
-      }
-    }
-  }
-
-  static int OtherEnd(const Link& link, int point) { return link.from == point ? link.to : link.from; }
-
-  /// The voltage at which a link leads to `point`; to a star point, that of the winding.
-  int TierOf(const Link& link, int point) const {
-    const Branch& branch = m_plan.branches[Index(link.branches.front())];
-    const bool leadsToStar = LevelOf(branch.to).isStar;
-    return static_cast<int>(LevelOf(link.from == point || leadsToStar ? branch.from : branch.to).tier);
-  }
-
   // What stands on the points
 
   void ClearDeadDevices() {
@@ -195,27 +81,24 @@ class Balance {
 
   /// A random power round a mesh.
   void DrawTransit(const Link& link) {
-    const int limit = kEighths * DataOf(LevelOf(m_plan.branches[Index(link.branches.front())].to).tier).transit;
+    const CircuitEnd& end = m_plan.branches[Index(link.branches.front())].from;
+    const int limit = kEighths * DataOf(m_plan.levels[Index(end.level)].tier).transit;
     const int64_t p = m_random.Between(-limit, limit);
     Carry(link, link.to, {p, p * m_random.Between(0, 30) / 100});
   }
 
   void AddDevicesToNeeds() {
     for (const Device& device : m_plan.devices) {
-      if (device.kind != DeviceKind::kUnit && m_plan.IsLive(device.at))
-        m_need[Index(m_plan.PointOf(device.at))] += device.power;
+      if (device.kind == DeviceKind::kUnit || !m_plan.IsLive(device.at)) continue;
+      m_need[Index(m_plan.PointOf(device.at))] += device.power;
     }
   }
 
   void PlanExportsOfAll() {
-    std::vector<int> parent(m_upward.size(), -1);
-    for (const int point : m_order) {
-      if (m_upward[Index(point)] != -1) parent[Index(point)] = OtherEnd(m_links[Index(m_upward[Index(point)])], point);
-    }
     for (int64_t Power::*const part : {&Power::p, &Power::q}) {
-      TreeSupply supply{m_order, parent, {}, {}, {}};
+      TreeSupply supply{m_tree.order, m_tree.parent, {}, {}, {}};
       for (std::size_t point = 0; point < m_need.size(); ++point) {
-        const Limits limits = LimitsOf(static_cast<int>(point));
+        const Limits limits = LimitsAt(static_cast<int>(point));
         supply.need.push_back(m_need[point].*part);
         supply.leastGiven.push_back(limits.least.*part);
         supply.mostGiven.push_back(limits.most.*part);
@@ -228,32 +111,21 @@ class Balance {
   /// Settles all that hangs on `point`, those behind it in the tree being settled: what its units don't give comes
   /// through the tree.
   void Settle(int point) {
-    const Limits limits = LimitsOf(point);
+    const Limits limits = LimitsAt(point);
     const Power wanted = m_need[Index(point)] + m_export[Index(point)];
     Dispatch(point, {std::clamp(wanted.p, limits.least.p, limits.most.p),
                      std::clamp(wanted.q, limits.least.q, limits.most.q)});
-    if (m_upward[Index(point)] == -1) return;
-    const Link& link = m_links[Index(m_upward[Index(point)])];
-    if (point == link.to && LevelOf(m_plan.branches[Index(link.branches.front())].to).isStar) {
+    if (m_tree.upward[Index(point)] == -1) return;
+    const Link& link = m_tree.links[Index(m_tree.upward[Index(point)])];
+    if (point == link.to && link.leadsToStar) {
       CarryToStars(link);
     } else {
       Carry(link, point, m_need[Index(point)]);
     }
   }
 
-  struct Limits {
-    Power least;
-    Power most;
-  };
-
-  static Limits LimitsOf(const Device& unit) {
-    if (unit.isOff) return {};
-    const int64_t size = int64_t{unit.size} * kEighths;
-    return {{size * kLeastPercentOfUnit / 100, -size * kAbsorbedPercent / 100}, {size, size * kReactivePercent / 100}};
-  }
-
   /// Of the units on `point` together.
-  Limits LimitsOf(int point) const {
+  Limits LimitsAt(int point) const {
     Limits sum;
     for (const int number : m_devicesAt.Of(point)) {
       const Device& device = m_plan.devices[Index(number)];
@@ -266,19 +138,17 @@ class Balance {
 
   /// The units on `point` give `power`, each in proportion to its size.
   void Dispatch(int point, Power power) {
-    Limits rest = LimitsOf(point);
+    Limits rest = LimitsAt(point);
     for (const int number : m_devicesAt.Of(point)) {
       Device& device = m_plan.devices[Index(number)];
       if (device.kind != DeviceKind::kUnit || device.isOff) continue;
       const Limits own = LimitsOf(device);
-      device.power = {Part(power.p, own.most.p, rest.most.p), Part(power.q, own.most.q, rest.most.q)};
+      device.power = {power.p * own.most.p / rest.most.p, power.q * own.most.q / rest.most.q};
       power -= device.power;
       rest.most -= own.most;
       m_need[Index(point)] -= device.power;
     }
   }
-
-  static int64_t Part(int64_t power, int64_t own, int64_t all) { return power * own / all; }
 
   /// `power` reaches `point` through the branches of `link`.
   void Carry(const Link& link, int point, Power power) {
@@ -306,36 +176,36 @@ class Balance {
     m_need[Index(m_plan.ToPoint(branch))] -= branch.out;
   }
 
-  /// The reference unit gives what remains. The loads beside it are raised where that would be too little.
-  void SettleReference(Device& unit) {
-    const int root = m_order.front();
-    Power& need = m_need[Index(root)];
+  /// The reference unit gives what remains, and the load beside it is raised where that would be too little.
+  void SettleReference() {
+    const int root = m_tree.order.front();
+    Power remains = m_reference.power + m_need[Index(root)];
     for (const int number : m_devicesAt.Of(root)) {
       Device& device = m_plan.devices[Index(number)];
-      if (device.kind != DeviceKind::kLoad || device.isOff || unit.power.p + need.p >= kReferenceReserve) continue;
-      const int64_t more = kReferenceReserve - unit.power.p - need.p;
-      device.power.p += more;
-      need.p += more;
+      if (device.kind != DeviceKind::kLoad || device.isOff || remains.p >= kReferenceReserve) continue;
+      device.power.p += kReferenceReserve - remains.p;
+      remains.p = kReferenceReserve;
     }
-    unit.power += need;
-    const int64_t p = unit.power.p / kEighths;
-    if (p >= unit.size) unit.size = static_cast<int>((p / 50 + 2) * 50);
+    m_reference.power = remains;
+    const int64_t p = remains.p / kEighths;
+    if (p >= m_reference.size) m_reference.size = static_cast<int>((p / 50 + 2) * 50);
   }
 
   Plan& m_plan;
+  Device& m_reference;
   Random& m_random;
   std::vector<Power> m_need;    ///< of each point: what must come to it
   std::vector<Power> m_export;  ///< of each point: what its part of the tree is to give towards the root
-  std::vector<int> m_upward;    ///< of each point: the link of the tree towards the root
-  std::vector<Link> m_links;
-  std::vector<char> m_inTree;  ///< of each link
-  std::vector<int> m_order;    ///< live points, each behind the one that it is fed from
-  ListsByPoint m_linksAt;
+  SupplyTree m_tree;
   ListsByPoint m_devicesAt;
 };
 
 }  // namespace
 
-void BalancePowers(Plan& plan, Random& random) { Balance(plan, random).Run(); }
+void BalancePowers(Plan& plan, Random& random) {
+  const auto reference =
+      std::find_if(plan.devices.begin(), plan.devices.end(), [](const Device& device) { return device.isReference; });
+  if (reference != plan.devices.end()) Balance(plan, *reference, random).Run();
+}
 
 }  // namespace dtsdb::tools

@@ -16,7 +16,7 @@ Arrangement ChooseArrangement(const Level& level, const GeneratorOptions& option
   for (int i = 0; i < kArrangements; ++i) {
     const ArrangementData& data = DataOf(static_cast<Arrangement>(i));
     if (level.circuits < data.leastCircuits || level.circuits > data.mostCircuits)
-      shares[static_cast<std::size_t>(i)] = 0;
+      shares[Index(i)] = 0;
   }
   const int sum = std::accumulate(shares.begin(), shares.end(), 0);
   if (sum == 0) return Arrangement::kSingleBus;
@@ -53,7 +53,7 @@ class Parts {
     const int oneRoot = Root(one);
     const int otherRoot = Root(other);
     if (oneRoot == otherRoot) return false;
-    m_parent[static_cast<std::size_t>(otherRoot)] = oneRoot;
+    m_parent[Index(otherRoot)] = oneRoot;
     return true;
   }
 
@@ -63,7 +63,7 @@ class Parts {
     return number;
   }
 
-  int& Parent(int number) { return m_parent[static_cast<std::size_t>(number)]; }
+  int& Parent(int number) { return m_parent[Index(number)]; }
 
   std::vector<int> m_parent;
 };
@@ -71,7 +71,7 @@ class Parts {
 /// What of the grid hangs together, and what has to be closed for it.
 class Keeper {
  public:
-  explicit Keeper(Plan& plan) : m_plan(plan), m_parts(plan.isLive.size()) {}
+  explicit Keeper(Plan& plan) : m_plan(plan), m_parts(plan.PointCount()) {}
 
   void Run() {
     for (std::size_t i = 0; i < m_plan.levels.size(); ++i) {
@@ -92,7 +92,7 @@ class Keeper {
   }
 
  private:
-  Level& LevelOf(const CircuitEnd& end) { return m_plan.levels[static_cast<std::size_t>(end.level)]; }
+  Level& LevelOf(const CircuitEnd& end) { return m_plan.levels[Index(end.level)]; }
 
   bool IsConnected(const Branch& branch) const {
     return m_plan.FromPoint(branch) != -1 && m_plan.ToPoint(branch) != -1;
@@ -100,7 +100,7 @@ class Keeper {
 
   /// The busbar of a circuit, whether its breaker is closed or not.
   int BusbarOf(const CircuitEnd& end) {
-    const int first = m_plan.firstPoint[static_cast<std::size_t>(end.level)];
+    const int first = m_plan.firstPoint[Index(end.level)];
     return first + (LevelOf(end).isStar ? end.circuit : end.circuit % 2);
   }
 
@@ -109,8 +109,7 @@ class Keeper {
 
   /// A transformer whose levels of the grid would be apart without it is connected to all of them.
   void CloseTransformer(const Transformer& transformer) {
-    const std::span<Branch> windings(&m_plan.branches[static_cast<std::size_t>(transformer.firstBranch)],
-                                     static_cast<std::size_t>(transformer.windings));
+    const std::span<Branch> windings(&m_plan.branches[Index(transformer.firstBranch)], Index(transformer.windings));
     const CircuitEnd& first = windings.front().from;
     bool wereApart = false;
     for (const Branch& winding : windings) {
@@ -155,12 +154,12 @@ void PlanSwitching(Plan& plan, const GeneratorOptions& options, Random& random) 
     points += level.isStar ? level.circuits : 2;
     if (!level.isStar) PlanSwitchyard(level, options, random);
   }
-  plan.isLive.assign(static_cast<std::size_t>(points), 0);
+  plan.isLive.assign(Index(points), 0);
 
   for (const Transformer& transformer : plan.transformers) {
     if (!random.Chance(kPercentTransformerOut)) continue;
     for (int i = 0; i < transformer.windings; ++i) {
-      plan.branches[static_cast<std::size_t>(transformer.firstBranch + i)].state = BranchState::kOut;
+      plan.branches[Index(transformer.firstBranch + i)].state = BranchState::kOut;
     }
   }
   for (Branch& branch : plan.branches) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <numeric>
 
 namespace dtsdb::tools {
 namespace {
