@@ -15,8 +15,7 @@ Arrangement ChooseArrangement(const Level& level, const GeneratorOptions& option
   ArrangementShares shares = options.arrangements.value_or(UsualShares(level.tier));
   for (int i = 0; i < kArrangements; ++i) {
     const ArrangementData& data = DataOf(static_cast<Arrangement>(i));
-    if (level.circuits < data.leastCircuits || level.circuits > data.mostCircuits)
-      shares[Index(i)] = 0;
+    if (level.circuits < data.leastCircuits || level.circuits > data.mostCircuits) shares[Index(i)] = 0;
   }
   const int sum = std::accumulate(shares.begin(), shares.end(), 0);
   if (sum == 0) return Arrangement::kSingleBus;

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-
 namespace dtsdb::tools {
 namespace {
 
