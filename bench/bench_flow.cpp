@@ -27,7 +27,7 @@ namespace dtsdb::bench {
 namespace {
 
 constexpr int kRounds = 3;
-constexpr float kAnyBalance = 1e9F;  // generated injections don't fit each other
+constexpr float kAnyBalance = 1e9F;  // every set is computed
 
 double Best(int rounds, const std::function<double()>& job) {
   double best = 1e300;

@@ -1,123 +1,85 @@
 #include "generate/switchyard.h"
 
-#include <algorithm>
-
 #include "model/record_bits.h"
 
 namespace dtsdb::tools {
 namespace {
 
-constexpr u32 kBreaker = 1;
-constexpr u32 kDisconnector = 4;
-static_assert((kBreaker | kDisconnector) == CB_TYPES);
+constexpr u32 kBreakerType = 1;
+constexpr u32 kDisconnectorType = 4;
+static_assert((kBreakerType | kDisconnectorType) == CB_TYPES);
 
 constexpr i8 kPointClosed = 1;
 constexpr i8 kPointOpen = 2;
 
 QString Join(const QString& text, const char* end) { return text + QLatin1String(end); }
 
-/// The bay of a circuit bears the name of its node.
-QString BayOf(const QString& level, int circuit) { return Switchyard::CircuitNode(level, circuit); }
-
 }  // namespace
 
-QString Switchyard::CircuitNode(const QString& level, int circuit) {
+QString CircuitNode(const QString& level, int circuit) {
   return level + QLatin1String(circuit < 9 ? "-0" : "-") + QString::number(circuit + 1);
 }
 
-int Switchyard::BusbarCount() const {
-  return m_arrangement == Arrangement::kDoubleBus || m_arrangement == Arrangement::kBreakerAndAHalf ? 2 : 1;
-}
-
 QString Switchyard::BusbarNode(int number) const {
-  if (m_arrangement == Arrangement::kRing) return CircuitNode(m_level, 0);
-  return Join(m_level, number == 0 ? "-I" : "-II");
+  if (m_data.busbars == 0) return CircuitNode(m_id, 0);
+  return Join(m_id, number == 0 ? "-I" : "-II");
 }
 
-void Switchyard::Build(const SwitchStates& states) {
-  switch (m_arrangement) {
-    case Arrangement::kSingleBus:
-    case Arrangement::kDoubleBus:
-      return BuildBays(states);
-    case Arrangement::kBreakerAndAHalf:
-      return BuildDiameters();
-    case Arrangement::kRing:
-      return BuildRing();
+void Switchyard::Build() {
+  const int rowLength = static_cast<int>(m_data.row.size());
+  QString firstOfRow;
+  for (int circuit = 0; circuit < m_level.circuits; ++circuit) {
+    const int place = circuit % rowLength;
+    const QString bay = CircuitNode(m_id, circuit);
+    if (place == 0) firstOfRow = bay;
+    BuildBay(m_data.row[static_cast<std::size_t>(place)], bay, circuit, circuit != m_level.openCircuit);
+    const bool isLast = place == rowLength - 1 || circuit == m_level.circuits - 1;
+    if (isLast) BuildBay(m_data.rowEnd, Join(firstOfRow, "Z"), circuit + 1, true);
+  }
+  BuildBay(m_data.coupler, Join(m_id, "-C"), 0, !m_level.couplerOpen);
+}
+
+void Switchyard::BuildBay(const Bay& bay, const QString& id, int circuit, bool breakerClosed) {
+  for (const BaySwitch& item : bay) {
+    const bool isBreaker = item.kind == SwitchKind::kBreaker;
+    const bool closed =
+        isBreaker ? breakerClosed : item.kind != SwitchKind::kSelector || IsOnOwnBus(item.from, circuit);
+    PutSwitch(Join(id, item.suffix), NodeOf(item.from, id, circuit), NodeOf(item.to, id, circuit), isBreaker, closed);
   }
 }
 
-// bus I  ----+------------        bus I  ----+---------+--------
-//            Q1                              Q1        CQ1
-//            |                   bus II ---- | --+---- | --+---
-//            Q0                              |   Q2    CQ0 |
-//            |                               +---+     |   |
-//          circuit                           Q0        +-CQ2
-//                                            |
-//                                          circuit    coupler
-void Switchyard::BuildBays(const SwitchStates& states) {
-  const bool isDouble = m_arrangement == Arrangement::kDoubleBus;
-  const QString bus1 = BusbarNode(0);
-  const QString bus2 = BusbarNode(1);
-  for (int circuit = 0; circuit < m_circuits; ++circuit) {
-    const QString bay = BayOf(m_level, circuit);
-    const QString inner = Join(bay, "a");
-    const bool onFirst = !isDouble || circuit % 2 == 0;
-    PutDisconnector(Join(bay, "Q1"), bus1, inner, onFirst);
-    if (isDouble) PutDisconnector(Join(bay, "Q2"), bus2, inner, !onFirst);
-    PutBreaker(Join(bay, "Q0"), inner, CircuitNode(m_level, circuit), circuit != states.openCircuit);
+bool Switchyard::IsOnOwnBus(Point bus, int circuit) const { return (bus == Point::kBus1) == (circuit % 2 == 0); }
+
+QString Switchyard::NodeOf(Point point, const QString& bay, int circuit) const {
+  switch (point) {
+    case Point::kBus1:
+      return BusbarNode(0);
+    case Point::kBus2:
+      return BusbarNode(1);
+    case Point::kOwnBus:
+      return BusbarNode(circuit % m_data.busbars);
+    case Point::kInner:
+      return Join(bay, "a");
+    case Point::kOuter:
+      return Join(bay, "b");
+    case Point::kCircuit:
+      return CircuitNode(m_id, circuit);
+    case Point::kPrevious:
+      return CircuitNode(m_id, circuit - 1);
+    case Point::kNext:
+      return CircuitNode(m_id, (circuit + 1) % m_level.circuits);
   }
-  if (!isDouble) return;
-  const QString coupler = Join(m_level, "-C");
-  PutDisconnector(Join(coupler, "Q1"), bus1, Join(coupler, "a"), true);
-  PutBreaker(CouplerBreaker(), Join(coupler, "a"), Join(coupler, "b"), states.coupler);
-  PutDisconnector(Join(coupler, "Q2"), Join(coupler, "b"), bus2, true);
+  return {};
 }
 
-// bus I --Q1-Q0--+--Q1-Q0--+--Q1-Q0-- bus II, a diameter; the last may have but one circuit and two breakers
-//                |         |
-//             circuit   circuit
-void Switchyard::BuildDiameters() {
-  for (int first = 0; first < m_circuits; first += 2) {
-    const int behind = std::min(first + 2, m_circuits);
-    QString from = BusbarNode(0);
-    for (int circuit = first; circuit <= behind; ++circuit) {
-      const bool last = circuit == behind;
-      const QString to = last ? BusbarNode(1) : CircuitNode(m_level, circuit);
-      const QString bay = last ? Join(BayOf(m_level, first), "Z") : BayOf(m_level, circuit);
-      PutDisconnector(Join(bay, "Q1"), from, Join(bay, "a"), true);
-      PutBreaker(Join(bay, "Q0"), Join(bay, "a"), to, true);
-      from = to;
-    }
-  }
-}
-
-// +--Q1-Q0--circuit--Q1-Q0--circuit--Q1-Q0--circuit--+
-// +--------------------------------------------------+
-void Switchyard::BuildRing() {
-  for (int circuit = 0; circuit < m_circuits; ++circuit) {
-    const QString bay = BayOf(m_level, circuit);
-    PutDisconnector(Join(bay, "Q1"), CircuitNode(m_level, circuit), Join(bay, "a"), true);
-    PutBreaker(Join(bay, "Q0"), Join(bay, "a"), CircuitNode(m_level, (circuit + 1) % m_circuits), true);
-  }
-}
-
-void Switchyard::PutBreaker(const QString& id, const QString& nd, const QString& znd, bool closed) {
-  PutSwitch(id, nd, znd, closed, kBreaker, " breaker");
-}
-
-void Switchyard::PutDisconnector(const QString& id, const QString& nd, const QString& znd, bool closed) {
-  PutSwitch(id, nd, znd, closed, kDisconnector, " disconnector");
-}
-
-void Switchyard::PutSwitch(const QString& id, const QString& nd, const QString& znd, bool closed, u32 type,
-                           const char* name) {
-  STATUS& point = m_rows->Put<STATUS>(Join(id, ".S"));
-  point.name = Join(id, name);
+void Switchyard::PutSwitch(const QString& id, const QString& nd, const QString& znd, bool isBreaker, bool closed) {
+  STATUS& point = m_rows.Put<STATUS>(Join(id, ".S"));
+  point.name = Join(id, isBreaker ? " breaker" : " disconnector");
   point.value = closed ? kPointClosed : kPointOpen;
 
-  CB& breaker = m_rows->Put<CB>(id);
-  breaker.kv = m_level;
-  breaker.flags = type | (closed ? 0 : CB_OPEN);
+  CB& breaker = m_rows.Put<CB>(id);
+  breaker.kv = m_id;
+  breaker.flags = (isBreaker ? kBreakerType : kDisconnectorType) | (closed ? 0 : CB_OPEN);
   breaker.status_id = point.id;
   breaker.nd = nd;
   breaker.znd = znd;

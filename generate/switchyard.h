@@ -1,63 +1,44 @@
 /// \file
-/// The switchgear of a voltage level: the arrangements of busbars, breakers and disconnectors found in stations.
+/// The switchgear of a voltage level, as rows.
 #pragma once
 
 #include <QString>
-#include <utility>
 
+#include "generate/arrangements.h"
 #include "generate/input_rows.h"
+#include "generate/plan.h"
 
 namespace dtsdb::tools {
 
-enum class Arrangement {
-  kSingleBus,        ///< every circuit through one bay on the one busbar
-  kDoubleBus,        ///< every circuit on one of two busbars, joined by a coupler
-  kBreakerAndAHalf,  ///< two circuits share three breakers in a row between two busbars
-  kRing,             ///< as many breakers as circuits, in a ring
-};
-
-/// Whether and where something of a switchyard is open.
-struct SwitchStates {
-  bool coupler = true;   ///< of a double bus: the coupler is closed
-  int openCircuit = -1;  ///< number of the circuit whose breaker is open, -1 for none; not in a ring or a row of three
-};
+/// The node on which circuit `circuit`, from 0, of level `level` ends, whatever the arrangement.
+QString CircuitNode(const QString& level, int circuit);
 
 /// Writes the breakers, disconnectors and their status points of one voltage level.
-///
-/// Circuits have the numbers from 0. A circuit's equipment stands on the node that CircuitNode names, whatever the
-/// arrangement.
 class Switchyard {
  public:
-  /// The switchyard of level `level`, for `circuits` circuits: at least one, in a ring at least three. `rows` must
-  /// outlive it.
-  Switchyard(InputRows& rows, QString level, Arrangement arrangement, int circuits)
-      : m_rows(&rows), m_level(std::move(level)), m_arrangement(arrangement), m_circuits(circuits) {}
+  /// The switchyard of `level`, whose identity is `id`. `rows` and `level` must outlive it.
+  Switchyard(InputRows& rows, const QString& id, const Level& level)
+      : m_rows(rows), m_id(id), m_level(level), m_data(DataOf(level.arrangement)) {}
 
-  /// The node on which circuit `circuit` of level `level` ends.
-  static QString CircuitNode(const QString& level, int circuit);
+  void Build();
 
-  /// Wires the circuits.
-  void Build(const SwitchStates& states);
-
-  /// Number of busbars; in a ring, the node of circuit 0 serves for one.
-  int BusbarCount() const;
+  /// Number of busbars, at least one.
+  int BusbarCount() const { return m_data.busbars == 0 ? 1 : m_data.busbars; }
   /// The node of busbar `number`, from 0.
   QString BusbarNode(int number) const;
-  /// The identity of the breaker that couples a double bus.
-  QString CouplerBreaker() const { return m_level + QLatin1String("-CQ0"); }
+  /// The identity of the breaker that couples two busbars.
+  QString CouplerBreaker() const { return m_id + QLatin1String("-CQ0"); }
 
  private:
-  void BuildBays(const SwitchStates& states);
-  void BuildDiameters();
-  void BuildRing();
-  void PutBreaker(const QString& id, const QString& nd, const QString& znd, bool closed);
-  void PutDisconnector(const QString& id, const QString& nd, const QString& znd, bool closed);
-  void PutSwitch(const QString& id, const QString& nd, const QString& znd, bool closed, u32 type, const char* name);
+  void BuildBay(const Bay& bay, const QString& id, int circuit, bool breakerClosed);
+  QString NodeOf(Point point, const QString& bay, int circuit) const;
+  bool IsOnOwnBus(Point bus, int circuit) const;
+  void PutSwitch(const QString& id, const QString& nd, const QString& znd, bool isBreaker, bool closed);
 
-  InputRows* m_rows;
-  QString m_level;
-  Arrangement m_arrangement;
-  int m_circuits;
+  InputRows& m_rows;
+  QString m_id;
+  const Level& m_level;
+  const ArrangementData& m_data;
 };
 
 }  // namespace dtsdb::tools

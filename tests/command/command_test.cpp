@@ -303,11 +303,35 @@ TEST(Generate, TakesItsOutputAsTheOtherCommandsDo) {
   UsageError("generate c.obj -o d.obj");
 }
 
+TEST(Generate, OrderOfItsOptionsMakesNoDifference) {
+  const Workplace here;
+  ASSERT_EQ(here.Run("generate --stations 9 --seed 2 --arrangements ring=1,double=2 --dc-lines 50 a.obj").code, 0);
+  ASSERT_EQ(here.Run("generate --dc-lines 50 --arrangements double=2,ring=1 -o b.obj --seed 2 --stations 9").code, 0);
+  ASSERT_EQ(here.Run("generate --stations 9 --seed 2 --dc-lines 50 c.obj").code, 0);
+  EXPECT_EQ(here.Read("a.obj"), here.Read("b.obj"));
+  EXPECT_NE(here.Read("a.obj"), here.Read("c.obj"));
+}
+
+TEST(Generate, NamesWhatIsWrongWithShares) {
+  EXPECT_EQ(UsageError("generate out --arrangements star=3"),
+            "dtsdb: --arrangements: there is no arrangement 'star'; there are single, sectioned, double, "
+            "breaker-and-a-half, ring\n");
+  EXPECT_EQ(UsageError("generate out --arrangements double=x"),
+            "dtsdb: --arrangements: the share of double is a number from 0 to 1000000, as in double=30\n");
+  UsageError("generate out --arrangements double");
+  UsageError("generate out --arrangements double=1,");
+  UsageError("generate out --arrangements double=-1");
+  UsageError("generate out --three-windings 101");
+  UsageError("generate out --dc-lines -1");
+  UsageError("generate out --zero-impedance many");
+}
+
 TEST(Generate, MakesAModelThatIsGood) {
   const Workplace here;
   ASSERT_EQ(here.Run("generate --stations 5 m").code, 0);
   EXPECT_EQ(here.Run("validate m").code, 0);
   EXPECT_EQ(here.Run("topology m").code, 0);
+  EXPECT_EQ(here.Run("flow m").code, 0) << "every set balances";
 }
 
 TEST(Diff, OfAModelWithItselfGivesZero) {
