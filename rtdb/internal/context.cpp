@@ -143,6 +143,8 @@ Status Context::NoteChanges(bool& any) {
 Status Context::ChangeNumber(const Table& table, std::uint64_t& number) {
   number = 0;
   if (Status status = BeginRead(); !status) return status;
+  std::shared_ptr<const RowPlan> plan;
+  if (Status status = PlanOf(table, plan); !status) return status;
   const auto& place = m_plans->tables[static_cast<std::size_t>(table.slot)].changePlace;
   if (!place) return {};
   if (m_write == nullptr || !Use(table).changed) return m_store->LastChange(Transaction(), *place, number);

@@ -169,6 +169,8 @@ TEST_F(Layouts, ProgramThatIsRunningWhenColumnsAreAddedStopsAtItsNextTransaction
   dbCursor<first::meter> cursor(&first::database, dbCursorForUpdate);
   EXPECT_EQ(cursor.select(), 0);
   EXPECT_EQ(first::database.insert(first::meter()).getOid(), 0U);
+  EXPECT_EQ(first::database.changeNumber(&first::meter::dbDescriptor), 0U);
+  EXPECT_EQ(first::database.errors.size(), 3U);
   EXPECT_NE(first::database.Reported().find("newer layout"), std::string::npos);
 }
 
