@@ -88,7 +88,10 @@ class StoredRows {
   }
 
   /// After the commit. A number above that of the last one is that of a transaction that was not committed.
-  void End(dbDatabase* db) { m_number = m_sealed <= dtsdb::rtdb::LastCommitNumber(db) ? m_sealed : 0; }
+  void End(dbDatabase* db) {
+    const bool committed = m_sealed != 0 && m_sealed <= dtsdb::rtdb::LastCommitNumber(db);
+    m_number = committed ? m_sealed : 0;
+  }
 
  private:
   using Row = typename Twin<Record>::Row;
