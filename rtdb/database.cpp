@@ -185,6 +185,20 @@ void dbDatabase::deleteTable(dbTableDescriptor* descriptor) {
   if (table != nullptr) Report(context->RemoveAll(*table));
 }
 
+std::uint64_t dbDatabase::changeNumber(dbTableDescriptor* descriptor) {
+  Context* context = Attached();
+  const Table* table = context == nullptr ? nullptr : TableOf(descriptor);
+  std::uint64_t number = 0;
+  return table != nullptr && Report(context->ChangeNumber(*table, number)) ? number : 0;
+}
+
+std::uint64_t dbDatabase::lastCommitNumber() {
+  const Context* context = Attached();
+  return context == nullptr ? 0 : context->LastCommit();
+}
+
+std::uint64_t dbDatabase::openingNumber() const { return m_store == nullptr ? 0 : m_store->OpeningNumber(); }
+
 dbDatabase::dbErrorHandler dbDatabase::setErrorHandler(dbErrorHandler handler, void* context) {
   m_errorContext = context;
   return std::exchange(m_errorHandler, handler);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -78,6 +79,19 @@ class dbDatabase {
   int select(dbAnyCursor* cursor);
   /// Removes all rows of a table.
   void deleteTable(dbTableDescriptor* table);
+
+  /// The number of the last transaction that changed rows of a table, whichever program committed it, as the calling
+  /// thread's transaction sees it; begins a read transaction where there is none. Where the running transaction has
+  /// itself changed the table, its own number, which holds if it is committed. Within one opening of the database two
+  /// equal numbers mean equal rows. 0: unknown, for a table that was not changed since its file keeps these numbers, in
+  /// a file that keeps none, and after a message where the table can't be read.
+  std::uint64_t changeNumber(dbTableDescriptor* table);
+  /// The number of the calling thread's last commit in this database that stored changed rows, 0 if there was none. A
+  /// commit that failed does not count.
+  std::uint64_t lastCommitNumber();
+
+  /// Which opening of a database in this program the present one is, counted from 1, or 0 while it is closed.
+  std::uint64_t openingNumber() const;
 
   /// Limits the size of the store file for the next open. 0, as at first, means 64 GiB or what the address space gives.
   void setFileSizeLimit(std::size_t bytes) { m_sizeLimit = bytes; }

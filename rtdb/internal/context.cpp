@@ -115,14 +115,41 @@ Status Context::Commit() {
 }
 
 Status Context::CommitWrite() {
+  const std::uint64_t number = mdb_txn_id(m_write);
+  bool changed = false;
   Status status = m_store->NoteRowNumbers(m_write, m_nextRow);
+  if (status) status = NoteChanges(changed);
   if (status) {
     status = m_store->File().Commit(m_write, true);
   } else {
     m_store->File().Abort(m_write, true);
   }
+  if (status && changed) m_lastCommit = number;
   ForgetWrite();
   return status;
+}
+
+Status Context::NoteChanges(bool& any) {
+  m_places.clear();
+  for (std::size_t slot = 0; slot < m_uses.size(); ++slot) {
+    if (!m_uses[slot].changed) continue;
+    any = true;
+    const auto& place = m_plans->tables[slot].changePlace;
+    if (place) m_places.push_back(*place);
+  }
+  return m_store->NoteChanges(m_write, m_places);
+}
+
+Status Context::ChangeNumber(const Table& table, std::uint64_t& number) {
+  number = 0;
+  if (Status status = BeginRead(); !status) return status;
+  std::shared_ptr<const RowPlan> plan;
+  if (Status status = PlanOf(table, plan); !status) return status;
+  const auto& place = m_plans->tables[static_cast<std::size_t>(table.slot)].changePlace;
+  if (!place) return {};
+  if (m_write == nullptr || !Use(table).changed) return m_store->LastChange(Transaction(), *place, number);
+  number = mdb_txn_id(m_write);
+  return {};
 }
 
 void Context::Rollback() {
@@ -146,6 +173,7 @@ void Context::ForgetWrite() {
   for (TableUse& use : m_uses) {
     use.writeCursor = use.orderCursor = nullptr;
     use.longKeys = false;
+    use.changed = false;
     use.highestKnown = false;
     use.moved.clear();
     ++use.changes;
@@ -283,7 +311,7 @@ Status Context::PutNew(const Table& table, std::string& key, std::string_view im
   if (result == MDB_KEYEXIST) result = mdb_cursor_put(cursor, &at, &data, MDB_NOOVERWRITE);
   if (result == MDB_SUCCESS && table.ordered) result = NoteOrder(table, key);
   if (result != MDB_SUCCESS) return GiveUp(result, "writing a row");
-  ++use.changes;
+  RowsChanged(use);
   return {};
 }
 
@@ -346,7 +374,7 @@ Status Context::Put(const Table& table, LoadedRow& row, bool& standsThere) {
     const int result = standsThere ? mdb_cursor_put(use.writeCursor, &key, &data, MDB_CURRENT)
                                    : mdb_put(m_write, table.handle, &key, &data, 0);
     if (result != MDB_SUCCESS) return GiveUp(result, "writing a row");
-    ++use.changes;
+    RowsChanged(use);
     return {};
   }
   const int result = mdb_del(m_write, table.handle, &key, nullptr);
@@ -367,19 +395,22 @@ Status Context::Remove(const Table& table, std::string key, bool& found) {
   int result = mdb_cursor_del(Use(table).writeCursor, 0);
   if (result == MDB_SUCCESS && table.ordered) result = DeleteOrder(m_write, table.order, key);
   if (result != MDB_SUCCESS) return GiveUp(result, "removing a row");
-  ++Use(table).changes;
+  RowsChanged(Use(table));
   return {};
 }
 
 Status Context::RemoveAll(const Table& table) {
   std::shared_ptr<const RowPlan> plan;
   if (Status status = BeginChange(table, plan); !status) return status;
-  int result = mdb_drop(m_write, table.handle, 0);
+  MDB_stat rows{};
+  int result = mdb_stat(m_write, table.handle, &rows);
+  if (result == MDB_SUCCESS && rows.ms_entries == 0) return {};
+  if (result == MDB_SUCCESS) result = mdb_drop(m_write, table.handle, 0);
   if (result == MDB_SUCCESS && table.ordered) result = mdb_drop(m_write, table.order, 0);
   if (result != MDB_SUCCESS) return GiveUp(result, "emptying a table");
   TableUse& use = Use(table);
   use.highestKnown = false;
-  ++use.changes;
+  RowsChanged(use);
   ++use.place;
   return {};
 }

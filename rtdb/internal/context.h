@@ -43,6 +43,7 @@ struct TableUse {
   MDB_cursor* orderCursor = nullptr;  ///< the same over the order of the rows
   std::uint64_t readSerial = 0;       ///< the read transaction that readCursor was last renewed for
   std::uint64_t changes = 0;          ///< rises with every change of the table by this thread
+  bool changed = false;               ///< rows have changed within this transaction
   std::uint64_t place = 0;            ///< rises whenever the table's cursor moves
   bool longKeys = false;              ///< a key has been shortened within this transaction
   bool highestKnown = false;
@@ -101,6 +102,11 @@ class Context {
   Status Remove(const Table& table, std::string key, bool& found);
   Status RemoveAll(const Table& table);
 
+  /// The number of the transaction that changed a table last as the thread's transaction sees it, 0 if it is unknown.
+  Status ChangeNumber(const Table& table, std::uint64_t& number);
+  /// The number of the thread's last commit that stored changed rows, or 0.
+  std::uint64_t LastCommit() const { return m_lastCommit; }
+
   /// Reports to `stream` from now on, until Unlink.
   void Link(RowStream* stream) { m_linked.push_back(stream); }
   void Unlink(RowStream* stream);
@@ -121,6 +127,12 @@ class Context {
   int NoteOrder(const Table& table, std::string_view key);
   /// Commits the write transaction.
   Status CommitWrite();
+  /// Notes in the store which tables the write transaction has changed. `any` reports whether there are any.
+  Status NoteChanges(bool& any);
+  static void RowsChanged(TableUse& use) {
+    ++use.changes;
+    use.changed = true;
+  }
   /// Writes m_image under m_key in the place of `row`.
   Status Put(const Table& table, LoadedRow& row, bool& standsThere);
   Status NoteLongKey(const Table& table, const RowPlan& plan);
@@ -136,11 +148,13 @@ class Context {
   std::uint64_t m_readSerial = 0;
   MDB_txn* m_write = nullptr;
   bool m_failed = false;
+  std::uint64_t m_lastCommit = 0;
   oid_t m_nextRow = 0;  ///< the number of the next row that this write transaction inserts
   std::vector<TableUse> m_uses;
   std::vector<RowStream*> m_linked;
   std::vector<RowStream*> m_open;
-  std::string m_key;  ///< working space
+  std::vector<std::uint32_t> m_places;  ///< working space
+  std::string m_key;
   std::string m_image;
 };
 

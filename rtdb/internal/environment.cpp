@@ -320,4 +320,17 @@ void Environment::CheckReaders() {
   mdb_reader_check(m_env, &dead);
 }
 
+bool Environment::IsSharedHere() const {
+  const std::lock_guard lock(Known().mutex);
+  return m_users > 1;
+}
+
+bool SoleUse::Take(const Environment& file) {
+  if (file.IsSharedHere()) return false;
+  // Programs that open the file mark it while they have the guard.
+  m_guard.emplace(file.m_file.Fd());
+  if (m_guard->Take(std::chrono::milliseconds(0)) != 0 || file.m_file.MarkedBy() != 0) m_guard.reset();
+  return Held();
+}
+
 }  // namespace dtsdb::internal::rtdb

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -53,6 +54,7 @@ class Environment {
   void Free(MDB_txn* transaction) const;
 
  private:
+  friend class SoleUse;
   class Beginning;
   struct Registry;
 
@@ -73,6 +75,8 @@ class Environment {
   Status BeginWith(Start start, Undo undo);
   void CheckReaders();
   void Ended();
+  /// Whether several databases of this program have the file open.
+  bool IsSharedHere() const;
 
   StoreFile m_file;
   MDB_env* m_env = nullptr;
@@ -85,6 +89,18 @@ class Environment {
   int m_active = 0;                         ///< transactions that run or begin
   std::atomic<std::thread::id> m_writer{};  ///< given up before LMDB's lock is
   std::atomic<std::chrono::steady_clock::rep> m_lastReaderCheck{0};
+};
+
+/// The use of a file by one program alone, and there by one database when it begins. As long as it is held no other
+/// program can open the file.
+class SoleUse {
+ public:
+  /// False, without waiting, where others have the file open or are opening it.
+  bool Take(const Environment& file);
+  bool Held() const { return m_guard.has_value(); }
+
+ private:
+  std::optional<OpeningGuard> m_guard;
 };
 
 }  // namespace dtsdb::internal::rtdb

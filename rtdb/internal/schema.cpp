@@ -13,6 +13,8 @@ namespace {
 constexpr std::array<const char*, 12> kTypeNames = {"bool", "int1", "nat1",  "int2",  "nat2", "int4",
                                                     "nat4", "int8", "real4", "real8", "text", "raw"};
 
+constexpr std::string_view kChanges = "changes ";
+
 std::optional<dbField::FieldTypes> TypeOf(std::string_view name) {
   const auto found = std::find(kTypeNames.begin(), kTypeNames.end(), name);
   if (found == kTypeNames.end()) return std::nullopt;
@@ -79,6 +81,7 @@ std::string Schema::ToText() const {
   std::ostringstream text;
   text << "table " << layout << '\n';
   if (longKeys) text << "long-keys\n";
+  if (changePlace) text << kChanges << *changePlace << '\n';
   for (const Column& column : columns) {
     text << column.name << ' ' << kTypeNames[column.type] << ' ' << column.rawSize << ' ' << column.since
          << (column.key ? " key" : "") << '\n';
@@ -95,6 +98,12 @@ std::optional<Schema> Schema::FromText(std::string_view text) {
   for (auto line = lines.begin() + 1; line != lines.end(); ++line) {
     if (*line == "long-keys") {
       schema.longKeys = true;
+      continue;
+    }
+    if (line->starts_with(kChanges) && std::count(line->begin(), line->end(), ' ') == 1) {
+      schema.changePlace.emplace();
+      if (!ReadNumber(line->substr(kChanges.size()), *schema.changePlace)) return std::nullopt;
+      if (*schema.changePlace >= Schema::kMostPlaces) return std::nullopt;
       continue;
     }
     auto column = ColumnFromLine(*line, schema.layout);

@@ -5,6 +5,7 @@
 ///
 ///     table 1            layouts so far, that is the newest one's number
 ///     long-keys          only where some row's key had to be shortened
+///     changes 17         only in a file with numbers of changes: the table's place among them
 ///     id text 0 1 key    name, type, size of raw bytes, first layout that has the column, "key"
 ///
 /// A layout has the columns whose first layout is not above its own number. Columns are only ever added at the end.
@@ -29,9 +30,13 @@ struct Column {
 };
 
 struct Schema {
+  static constexpr std::uint32_t kMostPlaces = 1U << 16;
+
   std::vector<Column> columns;
   std::uint32_t layout = 1;
   bool longKeys = false;
+  /// Below kMostPlaces, which is far beyond the tables that a file can have.
+  std::optional<std::uint32_t> changePlace;
 
   std::string ToText() const;
   /// Nothing for a damaged text.

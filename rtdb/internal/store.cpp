@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstring>
 
+#include "rtdb/internal/change_number.h"
 #include "rtdb/internal/lmdb_value.h"
 #include "rtdb/internal/row_order.h"
 
@@ -14,10 +15,14 @@ constexpr char kSchemaTree[] = "@schema";
 constexpr char kFormatKey[] = "@format";
 /// Under it stands the first row number that was not given, where a transaction has taken those of the next ones.
 constexpr char kRowNumbersKey[] = "@rows";
+/// Under it stands the first place for the number of a table's last change that was not given.
+constexpr char kPlacesKey[] = "@places";
 /// The file's format is this word and a number.
 constexpr std::string_view kFormatWord = "realtime-store ";
-constexpr int kFormat = 2;
-/// Without the order of rows and the count of their numbers.
+constexpr int kFormat = 3;
+/// Without the numbers of changes.
+constexpr int kFormatWithoutChanges = 2;
+/// Also without the order of rows and the count of their numbers.
 constexpr int kOldestFormat = 1;
 
 /// A transaction for opening tables, ended in any case.
@@ -48,6 +53,8 @@ std::shared_ptr<Store> Store::Open(const std::string& path, bool readOnly, std::
   std::shared_ptr<Store> store(new Store);
   store->m_file = Environment::Open(path, readOnly, sizeLimit, status);
   if (store->m_file == nullptr) return nullptr;
+  static std::atomic<std::uint64_t> openings{0};
+  store->m_opening = ++openings;
   store->m_readOnly = readOnly;
   for (const dbTableDescriptor* descriptor : tables) {
     store->m_tables.push_back(
@@ -63,76 +70,78 @@ Status Store::Refused(const std::string& why) const {
 
 Status Store::OpenTables() {
   const std::lock_guard lock(m_file->HandleMutex());
-  bool complete = false;
+  Found found;
   Status status;
   {
     Opening opening(*m_file, false, status);
-    if (status) status = FindTables(opening.Get(), complete);
+    if (status) status = FindTables(opening.Get(), found);
     if (status) status = opening.Commit();
   }
-  if (!status || complete || m_readOnly) return status;
+  if (!status || m_readOnly || (found.complete && found.format == kFormat)) return status;
+  // A program of before that has the file open would go on changing rows without a number.
+  SoleUse alone;
+  if (found.format != 0 && found.format < kFormat) alone.Take(*m_file);
+  if (found.complete && !alone.Held()) return status;
   Opening opening(*m_file, true, status);
-  if (status) status = MakeTables(opening.Get());
+  if (status) status = MakeTables(opening.Get(), alone.Held());
   if (status) status = opening.Commit();
   return status;
 }
 
-Status Store::FindTables(MDB_txn* transaction, bool& complete) {
-  complete = false;
-  int result = mdb_dbi_open(transaction, kSchemaTree, 0, &m_schemas);
+Status Store::FindTables(MDB_txn* transaction, Found& found) {
+  int result = mdb_dbi_open(transaction, nullptr, 0, &m_main);
+  if (result == MDB_SUCCESS) result = mdb_dbi_open(transaction, kSchemaTree, 0, &m_schemas);
   if (result == MDB_NOTFOUND) {
-    MDB_dbi root = 0;
     MDB_stat stat{};
-    result = mdb_dbi_open(transaction, nullptr, 0, &root);
-    if (result == MDB_SUCCESS) result = mdb_stat(transaction, root, &stat);
+    result = mdb_stat(transaction, m_main, &stat);
     if (result != MDB_SUCCESS) return Failed(result, "open");
     if (stat.ms_entries > 0) return Refused("not a store of the realtime database");
     return m_readOnly ? Refused("a store without tables") : Status();
   }
   if (result != MDB_SUCCESS) return Failed(result, "open");
-  int format = 0;
-  if (Status status = ReadFormat(transaction, format); !status) return status;
+  if (Status status = ReadFormat(transaction, found.format); !status) return status;
   // A store is made in one transaction: a list of schemas without a format is somebody else's.
-  if (format == 0) return Refused("not a store of the realtime database");
-  complete = format == kFormat;
+  if (found.format == 0) return Refused("not a store of the realtime database");
+  found.complete = found.format > kOldestFormat;
   for (Table& table : m_tables) {
     Schema schema;
-    bool found = false;
+    bool present = false;
     bool grown = false;
-    if (Status status = ReadSchema(transaction, table.name, schema, found); !status) return status;
-    if (!found) {
-      complete = false;
+    if (Status status = ReadSchema(transaction, table.name, schema, present); !status) return status;
+    if (!present) {
+      found.complete = false;
       continue;
     }
     const std::string refusal = Adopt(schema, *table.descriptor, grown);
     if (!refusal.empty()) return Refused(refusal);
-    if (grown) complete = false;
+    if (grown) found.complete = false;
     result = mdb_dbi_open(transaction, table.name.c_str(), 0, &table.handle);
     if (result != MDB_SUCCESS) return Failed(result, ("open of table " + table.name).c_str());
     table.present = true;
-    if (format < kFormat) continue;
+    if (found.format == kOldestFormat) continue;
     if (Status status = OpenOrder(transaction, table, schema, 0); !status) return status;
-    if (HasOrderTree(schema) && !table.ordered) complete = false;
+    if (HasOrderTree(schema) && !table.ordered) found.complete = false;
   }
   return {};
 }
 
-Status Store::MakeTables(MDB_txn* transaction) {
+Status Store::MakeTables(MDB_txn* transaction, bool alone) {
   const int result = mdb_dbi_open(transaction, kSchemaTree, MDB_CREATE, &m_schemas);
   if (result != MDB_SUCCESS) return Failed(result, "making of the store");
   int format = 0;
   if (Status status = ReadFormat(transaction, format); !status) return status;
-  if (format < kFormat) {
-    if (Status status = Upgrade(transaction); !status) return status;
+  const int target = format == 0 || alone ? kFormat : std::max(format, kFormatWithoutChanges);
+  bool changed = format != target;
+  if (changed) {
+    if (Status status = Upgrade(transaction, format, target); !status) return status;
   }
-  bool changed = false;
   for (Table& table : m_tables) {
-    if (Status status = MakeTable(transaction, table, changed); !status) return status;
+    if (Status status = MakeTable(transaction, table, target, changed); !status) return status;
   }
   return changed ? RaiseGeneration(transaction) : Status();
 }
 
-Status Store::MakeTable(MDB_txn* transaction, Table& table, bool& changed) {
+Status Store::MakeTable(MDB_txn* transaction, Table& table, int format, bool& changed) {
   Schema schema;
   bool found = false;
   bool grown = false;
@@ -140,6 +149,9 @@ Status Store::MakeTable(MDB_txn* transaction, Table& table, bool& changed) {
   if (!found) schema = SchemaOf(*table.descriptor);
   const std::string refusal = Adopt(schema, *table.descriptor, grown);
   if (!refusal.empty()) return Refused(refusal);
+  if (!found && format == kFormat) {
+    if (Status status = GiveChangePlace(transaction, schema); !status) return status;
+  }
   if (!found || grown) {
     changed = true;
     if (Status status = WriteSchema(transaction, table.name, schema); !status) return status;
@@ -180,17 +192,16 @@ Status Store::ReadFormat(MDB_txn* transaction, int& format) {
                  std::to_string(kFormat));
 }
 
-Status Store::WriteFormat(MDB_txn* transaction) {
+Status Store::WriteFormat(MDB_txn* transaction, int format) {
   std::string text(kFormatWord);
-  text += std::to_string(kFormat);
+  text += std::to_string(format);
   MDB_val key = Val(kFormatKey);
   MDB_val data = Val(text);
   const int result = mdb_put(transaction, m_schemas, &key, &data, 0);
   return result == MDB_SUCCESS ? Status() : Failed(result, "making of the store");
 }
 
-Status Store::Upgrade(MDB_txn* transaction) {
-  // All tables of the file, also those that this program does not have.
+Status Store::Upgrade(MDB_txn* transaction, int from, int to) {
   std::vector<std::string> tables;
   MDB_cursor* cursor = nullptr;
   int result = mdb_cursor_open(transaction, m_schemas, &cursor);
@@ -203,15 +214,33 @@ Status Store::Upgrade(MDB_txn* transaction) {
   mdb_cursor_close(cursor);
   if (result != MDB_NOTFOUND) return Failed(result, "open");
   for (const std::string& name : tables) {
-    Schema schema;
-    bool found = false;
-    if (Status status = ReadSchema(transaction, name, schema, found); !status) return status;
-    Table table{.name = name};
-    result = mdb_dbi_open(transaction, name.c_str(), 0, &table.handle);
+    if (Status status = Upgrade(transaction, name, from, to); !status) return status;
+  }
+  return WriteFormat(transaction, to);
+}
+
+Status Store::Upgrade(MDB_txn* transaction, const std::string& name, int from, int to) {
+  Schema schema;
+  bool found = false;
+  if (Status status = ReadSchema(transaction, name, schema, found); !status) return status;
+  if (from == kOldestFormat) {
+    Table table;
+    table.name = name;
+    const int result = mdb_dbi_open(transaction, name.c_str(), 0, &table.handle);
     if (result != MDB_SUCCESS) return Failed(result, ("open of table " + name).c_str());
     if (Status status = OpenOrder(transaction, table, schema, MDB_CREATE); !status) return status;
   }
-  return WriteFormat(transaction);
+  if (to != kFormat || schema.changePlace) return {};
+  if (Status status = GiveChangePlace(transaction, schema); !status) return status;
+  return WriteSchema(transaction, name, schema);
+}
+
+Status Store::GiveChangePlace(MDB_txn* transaction, Schema& schema) {
+  std::uint64_t next = 0;
+  if (Status status = ReadNumber(transaction, kPlacesKey, next); !status) return status;
+  if (next >= Schema::kMostPlaces) return {};
+  schema.changePlace = static_cast<std::uint32_t>(next);
+  return WriteNumber(transaction, kPlacesKey, next + 1);
 }
 
 Status Store::ReadSchema(MDB_txn* transaction, const std::string& table, Schema& schema, bool& found) {
@@ -271,6 +300,16 @@ Status Store::NoteRowNumbers(MDB_txn* transaction, oid_t end) {
   return WriteNumber(transaction, kRowNumbersKey, end);
 }
 
+Status Store::NoteChanges(MDB_txn* transaction, const std::vector<std::uint32_t>& places) {
+  const int result = PutChangeNumber(transaction, m_main, places);
+  return result == MDB_SUCCESS ? Status() : Failed(result, "noting which tables have changed");
+}
+
+Status Store::LastChange(MDB_txn* transaction, std::uint32_t place, std::uint64_t& number) {
+  const int result = GetChangeNumber(transaction, m_main, place, number);
+  return result == MDB_SUCCESS ? Status() : Failed(result, "looking which tables have changed");
+}
+
 Status Store::LoadPlan(MDB_txn* transaction, const Table& table, TablePlan& plan) {
   Schema schema;
   bool found = false;
@@ -281,6 +320,7 @@ Status Store::LoadPlan(MDB_txn* transaction, const Table& table, TablePlan& plan
     return {};
   }
   if (!found) schema = SchemaOf(*table.descriptor);
+  plan.changePlace = schema.changePlace;
   plan.refusal = Adopt(schema, *table.descriptor, grown);
   if (plan.refusal.empty() && grown && !m_readOnly) plan.refusal = "table " + table.name + " has lost columns";
   if (plan.refusal.empty()) plan.plan = std::make_shared<RowPlan>(std::move(schema), *table.descriptor);

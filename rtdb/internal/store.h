@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,8 @@ struct Table {
 struct TablePlan {
   std::shared_ptr<const RowPlan> plan;
   std::string refusal;  ///< why the table can't be used, else empty
+  /// Of the number of its last change, rtdb/internal/change_number.h; none in a file without such numbers.
+  std::optional<std::uint32_t> changePlace;
 };
 
 /// The correspondence for all tables by slot, as of a generation of schemas.
@@ -45,7 +48,7 @@ struct PlanSet {
 /// One database's view of a store file: its tables and how they fit the program's classes.
 ///
 /// In the file, each table is a named tree, some with a second one for the order of their rows; the tree "@schema"
-/// holds each table's columns under its name, the file's format and the generation of schemas, which rises with every
+/// holds each table's columns under its name, the file's format and the generation of both, which rises with every
 /// change of one.
 class Store {
  public:
@@ -58,6 +61,8 @@ class Store {
 
   Environment& File() { return *m_file; }
   bool ReadOnly() const { return m_readOnly; }
+  /// Rises with every Store that this program opens, from 1 on.
+  std::uint64_t OpeningNumber() const { return m_opening; }
   Table& At(int slot) { return m_tables[static_cast<std::size_t>(slot)]; }
   std::size_t TableCount() const { return m_tables.size(); }
 
@@ -74,6 +79,10 @@ class Store {
   Status FirstRowNumber(MDB_txn* transaction, oid_t& number);
   /// Notes within a write transaction that all numbers below `end` are given, where they aren't its own alone.
   Status NoteRowNumbers(MDB_txn* transaction, oid_t end);
+  /// Notes within a write transaction that it has changed rows of the tables of these places.
+  Status NoteChanges(MDB_txn* transaction, const std::vector<std::uint32_t>& places);
+  /// The number of the transaction that changed the table of a place last, 0 where it is unknown.
+  Status LastChange(MDB_txn* transaction, std::uint32_t place, std::uint64_t& number);
   /// For tests: as if each transaction had only so many row numbers. To be set before the first row is inserted.
   void SetRowsPerTransaction(std::uint64_t rows) { m_rowsPerTransaction = rows; }
 
@@ -81,15 +90,25 @@ class Store {
   Store() = default;
 
   Status OpenTables();
-  /// Opens what is there. `complete` reports whether nothing is missing.
-  Status FindTables(MDB_txn* transaction, bool& complete);
-  Status MakeTables(MDB_txn* transaction);
-  Status MakeTable(MDB_txn* transaction, Table& table, bool& changed);
+  /// What a file has.
+  struct Found {
+    int format = 0;         ///< 0 for a new file
+    bool complete = false;  ///< no table, column or tree is missing
+  };
+  /// Opens what is there.
+  Status FindTables(MDB_txn* transaction, Found& found);
+  /// Makes what is missing. `alone`: no other program has the file open.
+  Status MakeTables(MDB_txn* transaction, bool alone);
+  Status MakeTable(MDB_txn* transaction, Table& table, int format, bool& changed);
   /// The file's format, 0 where none is noted.
   Status ReadFormat(MDB_txn* transaction, int& format);
-  Status WriteFormat(MDB_txn* transaction);
-  /// Brings a file of an older format up to date.
-  Status Upgrade(MDB_txn* transaction);
+  Status WriteFormat(MDB_txn* transaction, int format);
+  /// Brings a file of an older format up to another one.
+  Status Upgrade(MDB_txn* transaction, int from, int to);
+  /// The same for a table, which the program may not have.
+  Status Upgrade(MDB_txn* transaction, const std::string& name, int from, int to);
+  /// Gives a table a place for the number of its last change.
+  Status GiveChangePlace(MDB_txn* transaction, Schema& schema);
   /// Opens the second tree of a table that is to have one. With MDB_CREATE it is made where it is missing or lacks
   /// rows.
   Status OpenOrder(MDB_txn* transaction, Table& table, const Schema& schema, unsigned flags);
@@ -110,7 +129,9 @@ class Store {
 
   std::shared_ptr<Environment> m_file;
   bool m_readOnly = false;
+  std::uint64_t m_opening = 0;
   std::uint64_t m_rowsPerTransaction = kRowsPerTransaction;
+  MDB_dbi m_main = 0;
   MDB_dbi m_schemas = 0;
   std::vector<Table> m_tables;
   std::atomic<bool> m_closed = false;

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -133,12 +132,12 @@ OpeningGuard::~OpeningGuard() {
   if (m_taken) ::flock(m_file, LOCK_UN);
 }
 
-int OpeningGuard::Take() {
-  using namespace std::chrono;
-  const auto patience = steady_clock::now() + seconds(10);
+int OpeningGuard::Take(std::chrono::milliseconds patience) {
+  using std::chrono::steady_clock;
+  const auto end = steady_clock::now() + patience;
   while (::flock(m_file, LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EINTR && (errno != EWOULDBLOCK || steady_clock::now() > patience)) return errno;
-    std::this_thread::sleep_for(milliseconds(1));
+    if (errno != EINTR && (errno != EWOULDBLOCK || steady_clock::now() > end)) return errno;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   m_taken = true;
   return 0;

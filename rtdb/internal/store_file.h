@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <compare>
 #include <optional>
 #include <string>
@@ -101,8 +102,8 @@ class OpeningGuard {
   OpeningGuard(const OpeningGuard&) = delete;
   OpeningGuard& operator=(const OpeningGuard&) = delete;
   ~OpeningGuard();
-  /// Waits for other programs that are opening the file, for some seconds. 0 or an error number.
-  int Take();
+  /// Waits for other programs that are opening the file, but no longer than `patience`. 0 or an error number.
+  int Take(std::chrono::milliseconds patience = std::chrono::seconds(10));
 
  private:
   int m_file;

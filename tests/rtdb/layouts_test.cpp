@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
-#include <lmdb.h>
 
+#include "file_change.h"
 #include "rtdb/internal/schema.h"
 #include "samples.h"
 
 using dtsdb::internal::rtdb::Schema;
 using dtsdb::test::Database;
+using dtsdb::test::FileChange;
 using dtsdb::test::Folder;
 
 // One table as several programs know it, each through a database of its own.
@@ -168,6 +169,8 @@ TEST_F(Layouts, ProgramThatIsRunningWhenColumnsAreAddedStopsAtItsNextTransaction
   dbCursor<first::meter> cursor(&first::database, dbCursorForUpdate);
   EXPECT_EQ(cursor.select(), 0);
   EXPECT_EQ(first::database.insert(first::meter()).getOid(), 0U);
+  EXPECT_EQ(first::database.changeNumber(&first::meter::dbDescriptor), 0U);
+  EXPECT_EQ(first::database.errors.size(), 3U);
   EXPECT_NE(first::database.Reported().find("newer layout"), std::string::npos);
 }
 
@@ -201,31 +204,20 @@ TEST_F(Layouts, ReadingAloneTakesAnOlderStoreAsItIs) {
 
 TEST_F(Layouts, NewerFileFormatIsRefusedByName) {
   first::database.close();
-  MDB_env* env = nullptr;
-  MDB_txn* txn = nullptr;
-  MDB_dbi schemas = 0;
-  ASSERT_EQ(mdb_env_create(&env), 0);
-  mdb_env_set_maxdbs(env, 8);
-  ASSERT_EQ(mdb_env_open(env, folder.File().c_str(), MDB_NOSUBDIR, 0664), 0);
-  ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
-  ASSERT_EQ(mdb_dbi_open(txn, "@schema", 0, &schemas), 0);
-  std::string format = "realtime-store 3";
-  MDB_val key{7, const_cast<char*>("@format")};
-  MDB_val data{format.size(), format.data()};
-  ASSERT_EQ(mdb_put(txn, schemas, &key, &data, 0), 0);
-  ASSERT_EQ(mdb_txn_commit(txn), 0);
-  mdb_env_close(env);
-  ExpectRefused(first::database, "written in the newer file format realtime-store 3; this program knows 2");
+  FileChange(folder.File()).SetFormat(4);
+  ExpectRefused(first::database, "written in the newer file format realtime-store 4; this program knows 3");
 }
 
 TEST(SchemaText, ComesBackAsItWas) {
   Schema schema = dtsdb::internal::rtdb::SchemaOf(grown::meter::dbDescriptor);
   schema.longKeys = true;
+  schema.changePlace = 17;
   const auto read = Schema::FromText(schema.ToText());
   ASSERT_TRUE(read.has_value());
   EXPECT_EQ(read->ToText(), schema.ToText());
   EXPECT_EQ(schema.ToText(),
-            "table 1\nlong-keys\nunit text 0 1\nid text 0 1 key\nscale real8 0 1\nvalue int4 0 1\nvalid bool 0 1\n"
+            "table 1\nlong-keys\nchanges 17\nunit text 0 1\nid text 0 1 key\nscale real8 0 1\nvalue int4 0 1\nvalid "
+            "bool 0 1\n"
             "spare raw 6 1\nplace text 0 1\n");
 }
 
@@ -233,7 +225,8 @@ TEST(SchemaText, DamagedTextIsRefused) {
   for (const char* text :
        {"", "table", "table x\n", "table 0\n", "table 4000000000\nid text 0 1\n", "id text 0 1\n", "table 1\nid\n",
         "table 1\nid text 0 2\n", "table 1\nid blob 0 1\n", "table 1\nid text 0 1 lock\n",
-        "table 1\nid text 0 1\nid text 0 1\n", "table 2\na int4 0 2\nb int4 0 1\n", "table 1\na raw 4294967295 1\n"}) {
+        "table 1\nid text 0 1\nid text 0 1\n", "table 2\na int4 0 2\nb int4 0 1\n", "table 1\na raw 4294967295 1\n",
+        "table 1\nchanges x\nid text 0 1\n", "table 1\nchanges 65536\nid text 0 1\n"}) {
     EXPECT_FALSE(Schema::FromText(text).has_value()) << text;
   }
 }

@@ -1,21 +1,23 @@
 // The order of insertion, in which rows come without "order by", and the numbers that it stands on.
 
 #include <gtest/gtest.h>
-#include <lmdb.h>
 
 #include <algorithm>
 #include <memory>
 
+#include "file_change.h"
 #include "rtdb/internal/context.h"
 #include "rtdb/internal/row_order.h"
 #include "samples.h"
 
 using dtsdb::internal::rtdb::Context;
+using dtsdb::internal::rtdb::OrderTreeName;
 using dtsdb::internal::rtdb::Status;
 using dtsdb::internal::rtdb::Store;
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;
 using dtsdb::test::EntryIds;
+using dtsdb::test::FileChange;
 using dtsdb::test::Folder;
 using dtsdb::test::OpenStore;
 using sample::entry;
@@ -41,38 +43,22 @@ std::string ItemIds(dbDatabase& db, char const* query) {
   return ids;
 }
 
-/// Changes a store without the library.
-template <class Change>
-void ChangeFile(const std::string& path, Change change) {
-  MDB_env* env = nullptr;
-  MDB_txn* txn = nullptr;
-  MDB_dbi schemas = 0;
-  MDB_dbi order = 0;
-  ASSERT_EQ(mdb_env_create(&env), 0);
-  mdb_env_set_maxdbs(env, 64);
-  ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR, 0664), 0);
-  ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
-  ASSERT_EQ(mdb_dbi_open(txn, "@schema", 0, &schemas), 0);
-  ASSERT_EQ(mdb_dbi_open(txn, dtsdb::internal::rtdb::OrderTreeName("entry").c_str(), 0, &order), 0);
-  change(txn, schemas, order);
-  ASSERT_EQ(mdb_txn_commit(txn), 0);
-  mdb_env_close(env);
+/// Removes the order of the entries, or with `keep` only what is in it.
+void DropOrder(FileChange& file, bool keep) {
+  EXPECT_EQ(mdb_drop(file.Transaction(), file.Tree(OrderTreeName("entry").c_str()), keep ? 0 : 1), 0);
 }
 
 /// Takes a store back to file format 1: without the order of rows.
 void MakeOld(const std::string& path) {
-  ChangeFile(path, [](MDB_txn* txn, MDB_dbi schemas, MDB_dbi order) {
-    std::string format = "realtime-store 1";
-    MDB_val key{7, const_cast<char*>("@format")};
-    MDB_val data{format.size(), format.data()};
-    EXPECT_EQ(mdb_put(txn, schemas, &key, &data, 0), 0);
-    EXPECT_EQ(mdb_drop(txn, order, 1), 0);
-  });
+  FileChange file(path);
+  file.SetFormat(1);
+  DropOrder(file, false);
 }
 
 /// Leaves a table's rows without an order, as a program that knows only format 1 does.
 void LoseOrder(const std::string& path) {
-  ChangeFile(path, [](MDB_txn* txn, MDB_dbi, MDB_dbi order) { EXPECT_EQ(mdb_drop(txn, order, 0), 0); });
+  FileChange file(path);
+  DropOrder(file, true);
 }
 
 TEST(RowOrder, TableFoundByANumber) {

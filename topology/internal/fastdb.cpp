@@ -1,8 +1,10 @@
 #include "topology/internal/fastdb.h"
 
+#include <tuple>
 #include <type_traits>
 
 #include "model/exchange.h"
+#include "topology/internal/stored_rows.h"
 
 namespace dtsdb::internal {
 namespace {
@@ -23,8 +25,29 @@ constexpr TableKind kWriters[] = {
     KIND_KV,  KIND_LN, KIND_LN2, KIND_ND,   KIND_XF, KIND_XF2, KIND_ZBR,  KIND_ZBR2,
 };
 
-/// What an incremental run writes as a whole besides the sections and the units.
-constexpr TableKind kChangeWriters[] = {KIND_BSL, KIND_ISLAND, KIND_CHND};
+/// Of rows that exist only these columns change, the rest belongs to others.
+constexpr std::tuple kSectionFields{&BS::name,  &BS::ikv,  &BS::f0,   &BS::island, &BS::status,
+                                    &BS::flags, &BS::next, &BS::prev, &BS::ibsl};
+constexpr std::tuple kUnitFields{&UN::ibs, &UN::ref, &UN::status, &UN::tp_status};
+
+/// Stores the given fields of `table`, or with none given all: where its rows stand as they were stored, those of the
+/// records that have changed since, else the whole table.
+template <class T, class... Values>
+void WriteChangedRows(dbDatabase* db, tTable<T>& table, StoredRows<T>& stored, Values T::*... fields) {
+  if (stored.Begin(db, table)) {
+    TwinWriter<T> writer(db);
+    for (int i = 0; i < table.GetCount(); ++i) {
+      if (stored.Note(i, table[i], fields...)) writer.Merge(table[i], fields...);
+    }
+    return;
+  }
+  if constexpr (sizeof...(fields) > 0) {
+    MergeRows(db, table, fields...);
+  } else {
+    WriteTable(db, table);
+  }
+  stored.NoteAll(db, table);
+}
 
 }  // namespace
 
@@ -46,7 +69,19 @@ void Exchange::WriteAll(dbDatabase* db) const {
   WriteBuses(db);
   WriteSections(db);
   WriteTables(m_model, db, kWriters);
-  db->commit();
+  const std::shared_ptr<StoredResults> stored = Stored();
+  stored->units.NoteAll(db, m_network.Table<UN>());
+  stored->sections.NoteAll(db, m_network.Table<BS>());
+  stored->entries.NoteAll(db, TableOf<BSL>(m_model));
+  stored->islands.NoteAll(db, TableOf<ISLAND>(m_model));
+  stored->Commit(db);
+}
+
+/// Without work arrays nothing is kept.
+std::shared_ptr<StoredResults> Exchange::Stored() const {
+  if (m_arrays == nullptr) return std::make_shared<StoredResults>();
+  if (m_arrays->stored == nullptr) m_arrays->stored = std::make_shared<StoredResults>();
+  return m_arrays->stored;
 }
 
 namespace {
@@ -73,14 +108,28 @@ struct Exchange::ChangedRows : TwinWriters<CB, LD, CP, LN, ND, BUS, LN2, XF, XF2
 void Exchange::WriteChanges(dbDatabase* db, LogNumbers* numbers) const {
   if (!DTSDB_ASSERT(db != nullptr, "db != NULL")) return;
   ChangedRows rows(db);
-  WriteUnits(db);
-  WriteSections(db);
-  WriteTables(m_model, db, kChangeWriters);
+  const std::shared_ptr<StoredResults> stored = Stored();
+  WriteChangedResults(db, *stored);
+  WriteTable(db, TableOf<CHND>(m_model));
   *numbers = WriteLog(db);
   for (int k = 0; k < m_levels.ChangedCount(); ++k) {
     if (m_levels.Changed(k) >= 0) WriteLevel(m_levels.Changed(k), rows);
   }
-  db->commit();
+  stored->Commit(db);
+}
+
+void Exchange::WriteChangedResults(dbDatabase* db, StoredResults& stored) const {
+  auto& sections = m_network.Table<BS>();
+  auto& entries = TableOf<BSL>(m_model);
+  const auto write = [db](auto& table, auto& rows) {
+    return [db, &table, &rows](auto... fields) { WriteChangedRows(db, table, rows, fields...); };
+  };
+  std::apply(write(m_network.Table<UN>(), stored.units), kUnitFields);
+  std::apply(write(sections, stored.sections), kSectionFields);
+  RemoveRowsBeyond(db, sections);
+  WriteChangedRows(db, entries, stored.entries);
+  RemoveRowsBeyond(db, entries);
+  WriteChangedRows(db, TableOf<ISLAND>(m_model), stored.islands);
 }
 
 /// Adds the log of the run behind the rows that are there. By their numbers other programs know which rows are new.
@@ -143,12 +192,9 @@ void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
   });
 }
 
-// Of a row that exists only the topology's columns change, the rest belongs to others.
-
 void Exchange::WriteSections(dbDatabase* db) const {
   auto& sections = m_network.Table<BS>();
-  MergeRows(db, sections, &BS::name, &BS::ikv, &BS::f0, &BS::island, &BS::status, &BS::flags, &BS::next, &BS::prev,
-            &BS::ibsl);
+  std::apply([&](auto... fields) { MergeRows(db, sections, fields...); }, kSectionFields);
   RemoveRowsBeyond(db, sections);
 }
 
@@ -157,7 +203,7 @@ void Exchange::WriteLoads(dbDatabase* db) const {
 }
 
 void Exchange::WriteUnits(dbDatabase* db) const {
-  MergeRows(db, m_network.Table<UN>(), &UN::ibs, &UN::ref, &UN::status, &UN::tp_status);
+  std::apply([&](auto... fields) { MergeRows(db, m_network.Table<UN>(), fields...); }, kUnitFields);
 }
 
 void Exchange::WriteBuses(dbDatabase* db) const { MergeRows(db, m_network.Table<BUS>(), &BUS::ibs, &BUS::tp_status); }

@@ -22,13 +22,15 @@ struct LogNumbers {
 /// error handling.
 class Exchange {
  public:
-  explicit Exchange(const State& state) : m_network(state.network), m_model(state.model), m_levels(state.levels) {}
+  explicit Exchange(const State& state)
+      : m_network(state.network), m_model(state.model), m_levels(state.levels), m_arrays(state.arrays) {}
 
   /// Loads what a run works on, and commits.
   void Read(dbDatabase* db) const;
   /// Stores the results of a full run, and commits.
   void WriteAll(dbDatabase* db) const;
-  /// Stores what an incremental run has done, and commits. `*numbers` become those of its log.
+  /// Stores what an incremental run has done, and commits. `*numbers` become those of its log. Of a table that nobody
+  /// has changed since the TP stored it last, only the records are written that have changed in the model.
   void WriteChanges(dbDatabase* db, LogNumbers* numbers) const;
 
   // The tables of which the topology owns only some columns. None of these commits.
@@ -40,12 +42,15 @@ class Exchange {
 
  private:
   struct ChangedRows;
+  std::shared_ptr<StoredResults> Stored() const;
+  void WriteChangedResults(dbDatabase* db, StoredResults& stored) const;
   LogNumbers WriteLog(dbDatabase* db) const;
   void WriteLevel(int kv, ChangedRows& rows) const;
 
   Network m_network;
   DTSDB& m_model;
   Levels m_levels;
+  std::shared_ptr<WorkArrays> m_arrays;
 };
 
 }  // namespace dtsdb::internal

@@ -14,8 +14,11 @@
 
 namespace dtsdb::internal {
 
+struct StoredResults;
+
 /// What a TP keeps between two runs. The copies of a TP share it.
 struct WorkArrays {
+  std::shared_ptr<StoredResults> stored;  ///< made with the first storing in a realtime database
   std::vector<BS> sections;
   std::vector<BSL> entries;
   std::vector<int> allKvs;       ///< all voltage levels with nodes, in list order
