@@ -247,7 +247,7 @@ bool HoldsTable(dbDatabase* db, tTable<T>& table) {
     if (column.field == ColumnInfo::kNoField) return false;  // what others keep there would be emptied
   }
   dbCursor<Row> cursor(db, dbCursorForUpdate);
-  if (cursor.select() != table.GetCount()) return false;
+  if (static_cast<int>(cursor.select()) != table.GetCount()) return false;
   int i = 0;
   for (const Row* row = cursor.get(); row != nullptr && i < table.GetCount(); row = cursor.next()) {
     if (!HoldsFields(row, columns, &table[i++], T::Fields())) return false;
