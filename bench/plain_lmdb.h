@@ -38,6 +38,17 @@ void ForEachRow(MDB_txn* transaction, MDB_dbi table, Visitor visit) {
   mdb_cursor_close(cursor);
 }
 
+/// The names of the tables. What the store keeps beside them in their list has a zero byte in its key.
+inline std::vector<std::string> TableNames(MDB_txn* transaction) {
+  MDB_dbi list = 0;
+  RequireDone(mdb_dbi_open(transaction, nullptr, 0, &list));
+  std::vector<std::string> names;
+  ForEachRow(transaction, list, [&names](const MDB_val& key, const MDB_val&) {
+    if (std::string name = BytesOf(key); name.find('\0') == std::string::npos) names.push_back(std::move(name));
+  });
+  return names;
+}
+
 /// An LMDB environment in a file. What it makes anew goes with it.
 class PlainStore {
  public:
@@ -57,11 +68,7 @@ class PlainStore {
   std::vector<PlainTable> Tables() {
     std::vector<PlainTable> tables;
     MDB_txn* transaction = Begin(MDB_RDONLY);
-    MDB_dbi names = 0;
-    RequireDone(mdb_dbi_open(transaction, nullptr, 0, &names));
-    ForEachRow(transaction, names, [&tables](const MDB_val& key, const MDB_val&) {
-      tables.push_back({BytesOf(key), 0, {}});
-    });
+    for (std::string& name : TableNames(transaction)) tables.push_back({std::move(name), 0, {}});
     for (PlainTable& table : tables) {
       MDB_dbi handle = 0;
       RequireDone(mdb_dbi_open(transaction, table.name.c_str(), 0, &handle));
@@ -78,12 +85,8 @@ class PlainStore {
   std::size_t Walk() {
     std::size_t bytes = 0;
     MDB_txn* transaction = Begin(MDB_RDONLY);
-    MDB_dbi names = 0;
-    RequireDone(mdb_dbi_open(transaction, nullptr, 0, &names));
-    std::vector<std::string> tables;
-    ForEachRow(transaction, names, [&tables](const MDB_val& key, const MDB_val&) { tables.push_back(BytesOf(key)); });
     std::vector<char> copy;
-    for (const std::string& table : tables) {
+    for (const std::string& table : TableNames(transaction)) {
       MDB_dbi handle = 0;
       RequireDone(mdb_dbi_open(transaction, table.c_str(), 0, &handle));
       ForEachRow(transaction, handle, [&](const MDB_val& key, const MDB_val& value) {
