@@ -3,7 +3,9 @@
 #include <QString>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
+#include "formats/cgmes/import.h"
 #include "formats/failure.h"
 #include "formats/files.h"
 #include "formats/realtime.h"
@@ -38,11 +40,16 @@ void WriteRealtime(DTSDB& model, const std::string& name) {
 
 }  // namespace
 
-DTSDB LoadModel(const ModelName& name) {
+DTSDB LoadModel(const ModelName& name, ImportReport* report) {
   DTSDB database;
   const std::string& path = name.Path();
   if (name.IsDatabase()) {
     ReadRealtime(path, database);
+    return database;
+  }
+  if (name.Form() == ModelForm::kCgmes) {
+    ImportReport made = cgmes::Import(name.Paths(), name.Import(), database);
+    if (report != nullptr) *report = std::move(made);
     return database;
   }
   std::error_code error;
@@ -63,6 +70,9 @@ void SaveModel(DTSDB& database, const ModelName& name, std::optional<ModelForm> 
     if (form) throw Failure(kExitUsage, name.Text() + " is a realtime database; no other form can be chosen for it");
     WriteRealtime(database, path);
     return;
+  }
+  if (name.Form() == ModelForm::kCgmes) {
+    throw Failure(kExitUsage, name.Text() + " holds CGMES profiles, which no model is written over; name another OUT");
   }
   if (form.value_or(name.FormAsOutput()) == ModelForm::kTextTables) {
     WriteTextTables(database, path);

@@ -3,13 +3,16 @@
 #pragma once
 
 #include <optional>
+
+#include "formats/import_report.h"
 #include "formats/model_name.h"
 #include "model/dtsdb.h"
 
 namespace dtsdb::tools {
 
-/// Reads a model. Throws Failure with one line that names what is wrong and where.
-DTSDB LoadModel(const ModelName& name);
+/// Reads a model. Throws Failure with one line that names what is wrong and where. What became of a grid in an exchange
+/// format is reported in `report`.
+DTSDB LoadModel(const ModelName& name, ImportReport* report = nullptr);
 
 /// Writes a model, in the form of ModelName::FormAsOutput unless `form` is given, which it can't be for a realtime
 /// database. Throws Failure, and leaves what stood there, when that can't be done. A realtime database isn't replaced:

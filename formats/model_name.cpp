@@ -1,8 +1,11 @@
 #include "formats/model_name.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+
+#include "formats/cgmes/source.h"
 
 namespace fs = std::filesystem;
 
@@ -10,6 +13,7 @@ namespace dtsdb::tools {
 namespace {
 
 constexpr std::string_view kDatabasePrefix = "rtdb:";
+constexpr std::string_view kCgmesPrefix = "cgmes:";
 
 }  // namespace
 
@@ -19,6 +23,8 @@ const char* FormName(ModelForm form) {
       return "object file";
     case ModelForm::kTextTables:
       return "folder of text tables";
+    case ModelForm::kCgmes:
+      return "CGMES profiles";
     case ModelForm::kRealtimeDatabase:
       break;
   }
@@ -26,8 +32,12 @@ const char* FormName(ModelForm form) {
 }
 
 ModelName::ModelName(const std::string& text)
-    : m_text(text), m_path(text), m_isDatabase(text.starts_with(kDatabasePrefix)) {
+    : m_text(text),
+      m_path(text),
+      m_isDatabase(text.starts_with(kDatabasePrefix)),
+      m_isCgmes(text.starts_with(kCgmesPrefix)) {
   if (m_isDatabase) m_path.erase(0, kDatabasePrefix.size());
+  if (m_isCgmes) m_path.erase(0, kCgmesPrefix.size());
 }
 
 ModelName ModelName::OfDatabase(const std::string& text) {
@@ -36,15 +46,27 @@ ModelName ModelName::OfDatabase(const std::string& text) {
   return name;
 }
 
+std::vector<std::string> ModelName::Paths() const {
+  if (!m_isCgmes) return {m_path};
+  std::vector<std::string> paths;
+  for (std::size_t begin = 0; begin <= m_path.size();) {
+    const std::size_t end = std::min(m_path.find(',', begin), m_path.size());
+    paths.push_back(m_path.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return paths;
+}
+
 ModelForm ModelName::Form() const {
   if (m_isDatabase) return ModelForm::kRealtimeDatabase;
+  if (m_isCgmes || cgmes::IsSet(m_path)) return ModelForm::kCgmes;
   std::error_code ignored;
   return fs::is_directory(m_path, ignored) ? ModelForm::kTextTables : ModelForm::kObjectFile;
 }
 
 ModelForm ModelName::FormAsOutput() const {
   const ModelForm found = Form();
-  if (found != ModelForm::kObjectFile) return found;
+  if (found == ModelForm::kRealtimeDatabase || found == ModelForm::kTextTables) return found;
   const fs::path name = fs::path(m_path).filename();
   return name.empty() || name.extension().empty() ? ModelForm::kTextTables : ModelForm::kObjectFile;
 }

@@ -3,15 +3,19 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "formats/import_options.h"
 
 namespace dtsdb::tools {
 
-enum class ModelForm { kObjectFile, kTextTables, kRealtimeDatabase };
+enum class ModelForm { kObjectFile, kTextTables, kRealtimeDatabase, kCgmes };
 
 /// The name of a form for people.
 const char* FormName(ModelForm form);
 
-/// A MODEL of the command line: the path of an object file or of a folder of text tables, or rtdb:NAME.
+/// A MODEL of the command line: the path of an object file, of a folder of text tables or of CGMES profiles (a folder, a
+/// file, a zip archive), rtdb:NAME, or cgmes:PATH,PATH for CGMES profiles in several places.
 ///
 /// The command line is read into it once; everything behind asks it and reads no prefix of its own.
 class ModelName {
@@ -27,21 +31,31 @@ class ModelName {
   bool IsEmpty() const { return m_text.empty(); }
   bool IsDatabase() const { return m_isDatabase; }
 
-  /// The path of the file or folder; of a database its NAME, a path with or without the ending .fdb.
+  /// The path of the file or folder; of a database its NAME, a path with or without the ending .fdb. Of several paths
+  /// the text that names them.
   const std::string& Path() const { return m_path; }
+  /// The paths of CGMES profiles: those behind "cgmes:", or else Path().
+  std::vector<std::string> Paths() const;
 
-  /// The form of the model to read: a folder holds text tables, any other path is an object file. Looks at the path
-  /// as it is now.
+  /// The form of the model to read: CGMES profiles by their content; any other folder holds text tables, and any other
+  /// path is an object file. Looks at the path as it is now.
   ModelForm Form() const;
 
+  /// How a grid in an exchange format is read.
+  const ImportOptions& Import() const { return m_import; }
+  ImportOptions& Import() { return m_import; }
+
   /// The form in which a model is to be written unless the user chooses one: text tables to a folder that exists, a
-  /// name that ends in '/' and a name without extension; an object file to any other path.
+  /// name that ends in '/' and a name without extension; an object file to any other path. Never that of an exchange
+  /// format, which no model is written in.
   ModelForm FormAsOutput() const;
 
  private:
   std::string m_text;
   std::string m_path;
   bool m_isDatabase = false;
+  bool m_isCgmes = false;
+  ImportOptions m_import;
 };
 
 }  // namespace dtsdb::tools

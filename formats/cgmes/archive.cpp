@@ -1,0 +1,122 @@
+#include "formats/cgmes/archive.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <fmt/format.h>
+
+#include <memory>
+
+#include "formats/failure.h"
+#include "formats/files.h"
+#include "formats/text_layout.h"
+
+namespace fs = std::filesystem;
+
+namespace dtsdb::tools::cgmes {
+namespace {
+
+// Profiles pack to about a tenth; a large set has some dozen files of some hundred megabytes.
+constexpr int kMostEntries = 10'000;
+constexpr qint64 kMostBytes = qint64{8} << 30;
+constexpr qint64 kFreeBytes = qint64{64} << 20;  // so much may expand from anything
+constexpr qint64 kDensest = 200;                 // bytes out of one
+
+struct CloseArchive {
+  void operator()(archive* opened) const { archive_read_free(opened); }
+};
+using ArchiveHandle = std::unique_ptr<archive, CloseArchive>;
+
+/// How much an archive has expanded to so far.
+class Budget {
+ public:
+  explicit Budget(qint64 size) : m_size(size) {}
+
+  /// False when the archive has expanded to more than it may.
+  bool Count(qint64 bytes) {
+    m_bytes += bytes;
+    return m_bytes <= kMostBytes && (m_bytes <= kFreeBytes || m_bytes / kDensest <= m_size);
+  }
+
+ private:
+  qint64 m_size;
+  qint64 m_bytes = 0;
+};
+
+/// What went wrong last with an archive.
+std::string FaultOf(archive* opened) {
+  const char* const text = archive_error_string(opened);
+  return OneLine(text == nullptr ? "it is damaged, or no zip archive" : text);
+}
+
+/// What the entry at hand expands to. It ends early where the archive is at fault.
+class EntryDevice : public QIODevice {
+ public:
+  EntryDevice(archive* opened, Budget& budget) : m_archive(opened), m_budget(budget) { open(QIODevice::ReadOnly); }
+
+  /// What is wrong with the archive, empty for nothing.
+  const std::string& Fault() const { return m_fault; }
+
+  bool isSequential() const override { return true; }
+  bool atEnd() const override { return m_isAtEnd && QIODevice::atEnd(); }
+
+ protected:
+  qint64 readData(char* data, qint64 size) override {
+    const la_ssize_t count = archive_read_data(m_archive, data, static_cast<std::size_t>(size));
+    if (count < 0) m_fault = FaultOf(m_archive);
+    if (count > 0 && !m_budget.Count(count)) m_fault = "it expands to more than any set of profiles";
+    m_isAtEnd = count <= 0 || !m_fault.empty();
+    return m_isAtEnd ? -1 : count;
+  }
+  qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
+
+ private:
+  archive* m_archive;
+  Budget& m_budget;
+  std::string m_fault;
+  bool m_isAtEnd = false;
+};
+
+[[noreturn]] void RefuseArchive(const fs::path& path, const std::string& fault) {
+  RefuseFile(path, "can't be read: " + fault);
+}
+
+ArchiveHandle Open(const fs::path& path) {
+  ArchiveHandle opened(archive_read_new());
+  if (!opened) throw std::bad_alloc();
+  archive_read_support_format_zip(opened.get());
+  constexpr std::size_t kBlock = 64 * 1024;
+  if (archive_read_open_filename(opened.get(), path.c_str(), kBlock) != ARCHIVE_OK) RefuseArchive(path, FaultOf(opened.get()));
+  return opened;
+}
+
+/// Visits one entry. A fault of the archive comes before what its early end means for the entry.
+void VisitEntry(const fs::path& path, EntryDevice& device, const std::string& name,
+                const std::function<void(QIODevice&, const std::string&)>& visit) {
+  try {
+    visit(device, name);
+  } catch (const Failure&) {
+    if (device.Fault().empty()) throw;
+  }
+  if (!device.Fault().empty()) RefuseArchive(path, device.Fault());
+}
+
+}  // namespace
+
+void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, const std::string&)>& visit) {
+  const ArchiveHandle opened = Open(path);
+  Budget budget(static_cast<qint64>(fs::file_size(path)));
+  for (int entries = 1;; ++entries) {
+    archive_entry* entry = nullptr;
+    const int result = archive_read_next_header(opened.get(), &entry);
+    if (result == ARCHIVE_EOF) return;
+    if (result < ARCHIVE_WARN) RefuseArchive(path, FaultOf(opened.get()));
+    if (entries > kMostEntries) RefuseArchive(path, fmt::format("it has more than {} files", kMostEntries));
+    if (archive_entry_filetype(entry) != AE_IFREG) continue;
+    const char* const inner = archive_entry_pathname(entry);
+    const std::string name = fmt::format("{}: {}", path.string(), OneLine(inner == nullptr ? "?" : inner));
+    EntryDevice device(opened.get(), budget);
+    VisitEntry(path, device, name, visit);
+  }
+}
+
+}  // namespace dtsdb::tools::cgmes

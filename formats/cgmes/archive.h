@@ -1,0 +1,17 @@
+/// \file
+/// Zip archives, read from the beginning to the end without anything written to disk.
+#pragma once
+
+#include <QIODevice>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace dtsdb::tools::cgmes {
+
+/// Calls `visit(entry, name)` with the files in a zip archive, in its order. Names are only shown, never used as paths.
+/// Throws Failure for an archive that can't be read or that costs more than any set of profiles.
+void ForEachEntry(const std::filesystem::path& archive,
+                  const std::function<void(QIODevice&, const std::string&)>& visit);
+
+}  // namespace dtsdb::tools::cgmes

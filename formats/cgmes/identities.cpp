@@ -1,0 +1,135 @@
+#include "formats/cgmes/identities.h"
+
+#include <QHash>
+#include <QSet>
+#include <algorithm>
+#include <tuple>
+
+#include "model/table_info.h"
+#include "model/text.h"
+
+namespace dtsdb::tools::cgmes {
+namespace {
+
+/// Letters that are no letter with an accent, and what is written for them.
+struct Letter {
+  char32_t letter;
+  const char* written;
+};
+constexpr Letter kLetters[] = {
+    {U'ß', "ss"}, {U'Æ', "AE"}, {U'æ', "ae"}, {U'Ø', "O"},  {U'ø', "o"},  {U'Œ', "OE"}, {U'œ', "oe"}, {U'Đ', "D"},
+    {U'đ', "d"},  {U'Ð', "D"},  {U'ð', "d"},  {U'Þ', "Th"}, {U'þ', "th"}, {U'Ł', "L"},  {U'ł', "l"},  {U'ı', "i"},
+    {U'Ħ', "H"},  {U'ħ', "h"},  {U'Ŧ', "T"},  {U'ŧ', "t"},  {U'Ŋ', "N"},  {U'ŋ', "n"},  {U'\u00A0', " "},
+};
+
+/// One letter in what the model's texts can hold.
+QString Written(char32_t letter) {
+  const QString text = QString::fromUcs4(&letter, 1);
+  if (IdFromText(text)) return text;
+  const auto* const known = std::find_if(std::begin(kLetters), std::end(kLetters),
+                                         [letter](const Letter& row) { return row.letter == letter; });
+  if (known != std::end(kLetters)) return QString::fromLatin1(known->written);
+  QString bare;
+  for (const char32_t part : text.normalized(QString::NormalizationForm_KD).toUcs4()) {
+    if (QChar::isMark(part)) continue;
+    const QString piece = QString::fromUcs4(&part, 1);
+    if (!IdFromText(piece)) return QStringLiteral("?");
+    bare += piece;
+  }
+  return bare.isEmpty() ? QStringLiteral("?") : bare;
+}
+
+long long Key(int object, int part) { return (static_cast<long long>(object) << 32) | static_cast<unsigned>(part); }
+
+/// `text`, with a number behind it where `used` has it already.
+QString Numbered(const QString& text, QHash<QString, int>& last, const QSet<QString>& used) {
+  if (!used.contains(text)) return text;
+  int& number = last[text];
+  number = std::max(number, 1);
+  QString numbered;
+  do {
+    numbered = QStringLiteral("%1 (%2)").arg(text).arg(++number);
+  } while (used.contains(numbered));
+  return numbered;
+}
+
+}  // namespace
+
+QString Representable(const QString& text) {
+  const QString simple = text.simplified().normalized(QString::NormalizationForm_C);
+  if (IdFromText(simple)) return simple;
+  QString written;
+  for (const char32_t letter : simple.toUcs4()) written += Written(letter);
+  return written;
+}
+
+void Identities::Add(TableKind table, int object, const QString& container, int part, const QString& suffix) {
+  const std::string& mrid = m_objects.Mrid(object);
+  const std::string name = m_usesMrids ? mrid : m_objects.Name(object);
+  AddNamed(table, object, part, QString::fromStdString(name) + suffix, container, mrid + suffix.toStdString());
+}
+
+void Identities::AddNamed(TableKind table, int object, int part, const QString& name, const QString& container,
+                          const std::string& order) {
+  Table& added = m_tables[table];
+  added.places.emplace(Key(object, part), added.entries.size());
+  added.entries.push_back({object, part, Representable(name), container, order, {}});
+}
+
+void Identities::Settle(TableKind table) {
+  std::vector<Entry>& entries = m_tables[table].entries;
+  QHash<QString, int> count;
+  for (const Entry& entry : entries) ++count[entry.text];
+  std::vector<Entry*> shared;
+  QSet<QString> used;
+  for (Entry& entry : entries) {
+    if (count.value(entry.text) == 1) {
+      used.insert(entry.text);
+    } else {
+      shared.push_back(&entry);
+    }
+  }
+  std::sort(shared.begin(), shared.end(), [](const Entry* a, const Entry* b) { return a->order < b->order; });
+  QHash<QString, int> last;
+  for (Entry* const entry : shared) {
+    if (!entry->container.isEmpty()) entry->text = entry->container + u'/' + entry->text;
+    entry->text = Numbered(entry->text, last, used);
+    used.insert(entry->text);
+  }
+  for (Entry& entry : entries) entry.id = IdFromText(entry.text).value_or(QString());
+}
+
+const Identities::Entry* Identities::Find(TableKind table, int object, int part) const {
+  const auto found = m_tables.find(table);
+  if (found == m_tables.end()) return nullptr;
+  const auto place = found->second.places.find(Key(object, part));
+  return place == found->second.places.end() ? nullptr : &found->second.entries[place->second];
+}
+
+bool Identities::Has(TableKind table, int object, int part) const { return Find(table, object, part) != nullptr; }
+
+QString Identities::Id(TableKind table, int object, int part) const {
+  const Entry* const entry = Find(table, object, part);
+  return entry == nullptr ? QString() : entry->id;
+}
+
+QString Identities::Text(TableKind table, int object, int part) const {
+  const Entry* const entry = Find(table, object, part);
+  return entry == nullptr ? QString() : entry->text;
+}
+
+std::vector<ImportReport::Identity> Identities::List() const {
+  std::vector<ImportReport::Identity> list;
+  for (const auto& [kind, table] : m_tables) {
+    const char* const name = TableOfKind(static_cast<TableKind>(kind)).name;
+    for (const Entry& entry : table.entries) {
+      if (entry.object == Objects::kNone) continue;
+      list.push_back({name, entry.text.toStdString(), m_objects.Mrid(entry.object), m_objects.Name(entry.object)});
+    }
+  }
+  std::sort(list.begin(), list.end(),
+            [](const auto& a, const auto& b) { return std::tie(a.table, a.identity) < std::tie(b.table, b.identity); });
+  return list;
+}
+
+}  // namespace dtsdb::tools::cgmes

@@ -1,0 +1,68 @@
+#include "formats/cgmes/set.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "formats/cgmes/reader.h"
+#include "formats/cgmes/source.h"
+#include "formats/failure.h"
+#include "formats/text_layout.h"
+
+namespace dtsdb::tools::cgmes {
+namespace {
+
+constexpr ProfileKind kStates[] = {ProfileKind::kSteadyState, ProfileKind::kTopology, ProfileKind::kStateVariables};
+
+/// Refuses two states of one grid: which of them is meant can't be known.
+void CheckTimes(const std::vector<Profile>& profiles) {
+  for (const ProfileKind kind : kStates) {
+    for (const Profile& profile : profiles) {
+      const auto differs = [&](const Profile& other) {
+        return other.Is(kind) && other.authority == profile.authority && other.scenarioTime != profile.scenarioTime;
+      };
+      const auto other = std::find_if(profiles.begin(), profiles.end(), differs);
+      if (!profile.Is(kind) || other == profiles.end()) continue;
+      throw Failure(kExitFile, fmt::format("{} and {} are two states of one grid, of {} and {}; name the files of one "
+                                           "state only, as cgmes:FILE,FILE",
+                                           profile.file, other->file, profile.scenarioTime, other->scenarioTime));
+    }
+  }
+}
+
+}  // namespace
+
+bool ProfileSet::Has(ProfileKind kind) const {
+  return std::any_of(profiles.begin(), profiles.end(), [kind](const Profile& profile) { return profile.Is(kind); });
+}
+
+std::string ProfileSet::Describe(int object) const {
+  const int type = objects.Class(object);
+  std::string text = type == Objects::kNone ? "object" : objects.ClassName(type);
+  if (objects.Has(object, kName)) text += " " + Quoted(objects.Text(object, kName));
+  text += fmt::format(" (mRID {}", objects.Mrid(object));
+  const int file = objects.File(object);
+  if (file != Objects::kNone) {
+    text += fmt::format(", {}, line {}", profiles[static_cast<std::size_t>(file)].file, objects.Line(object));
+  }
+  return text + ")";
+}
+
+ProfileSet ReadSet(const std::vector<std::string>& paths) {
+  ProfileSet set;
+  for (const std::string& path : paths) {
+    ForEachFile(path, [&set](QIODevice& input, const std::string& name) {
+      const int file = static_cast<int>(set.profiles.size());
+      set.profiles.push_back(ReadProfile(input, name, file, set.objects));
+    });
+  }
+  if (set.profiles.empty()) {
+    throw Failure(kExitFile, fmt::format("{}: there are no CGMES profiles", fmt::join(paths, ",")));
+  }
+  CheckTimes(set.profiles);
+  return set;
+}
+
+}  // namespace dtsdb::tools::cgmes

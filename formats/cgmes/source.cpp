@@ -1,0 +1,103 @@
+#include "formats/cgmes/source.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QStringConverter>
+#include <set>
+#include <system_error>
+
+#include "formats/catalog.h"
+#include "formats/cgmes/archive.h"
+#include "formats/files.h"
+
+namespace fs = std::filesystem;
+
+namespace dtsdb::tools::cgmes {
+namespace {
+
+constexpr qint64 kBeginning = 16 * 1024;
+using Visit = std::function<void(QIODevice&, const std::string&)>;
+
+/// The files of a folder by name.
+std::set<fs::path> FilesIn(const fs::path& folder) {
+  std::set<fs::path> files;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    if (entry->is_regular_file(error)) files.insert(entry->path());
+  }
+  if (error) RefuseFile(folder, "can't be read: " + error.message());
+  return files;
+}
+
+bool IsTextTable(const fs::path& file) {
+  return file.extension() == ".csv" && FindTable(file.stem().string()) != KIND_NONE;
+}
+
+void ReadPlainFile(const fs::path& path, const Visit& visit) {
+  QFile file(QtPath(path));
+  if (!file.open(QIODevice::ReadOnly)) RefuseFile(path, "can't be read: " + file.errorString().toStdString());
+  visit(file, path.string());
+}
+
+void ReadArchive(const fs::path& path, const Visit& visit) {
+  ForEachEntry(path, [&visit](QIODevice& entry, const std::string& name) {
+    const QByteArray beginning = entry.peek(kBeginning);
+    const std::string_view bytes(beginning.constData(), static_cast<std::size_t>(beginning.size()));
+    if (ContentOf(bytes) == Content::kRdf) visit(entry, name);
+  });
+}
+
+/// A text as far as it is read, whatever its encoding: that of a byte order mark, else one byte a character.
+QString Decoded(std::string_view bytes) {
+  const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  const auto encoding = QStringConverter::encodingForData(view, u'<');
+  return QStringDecoder(encoding.value_or(QStringConverter::Latin1))(view);
+}
+
+}  // namespace
+
+Content ContentOf(std::string_view beginning) {
+  if (beginning.starts_with("PK\x03\x04") || beginning.starts_with("PK\x05\x06")) return Content::kZip;
+  // What may stand before the root element: declaration, comments, a document type.
+  static const QRegularExpression root(QStringLiteral(
+      R"(^\x{FEFF}?\s*(?:<\?.*?\?>\s*|<!--.*?-->\s*|<![^<\[]*(?:\[.*?\]\s*)?>\s*)*+<(?:[\w.-]+:)?RDF[\s>/])"),
+      QRegularExpression::DotMatchesEverythingOption);
+  return root.match(Decoded(beginning)).hasMatch() ? Content::kRdf : Content::kOther;
+}
+
+Content ContentOf(const fs::path& file) {
+  QFile opened(QtPath(file));
+  if (!opened.open(QIODevice::ReadOnly)) return Content::kOther;
+  const QByteArray bytes = opened.read(kBeginning);
+  return ContentOf(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
+bool IsSet(const fs::path& path) {
+  std::error_code error;
+  if (!fs::is_directory(path, error)) {
+    return fs::is_regular_file(path, error) && ContentOf(path) != Content::kOther;
+  }
+  bool found = false;
+  for (fs::directory_iterator entry(path, error); !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    if (IsTextTable(entry->path())) return false;
+    found = found || (entry->is_regular_file(error) && ContentOf(entry->path()) != Content::kOther);
+  }
+  return found;
+}
+
+void ForEachFile(const fs::path& path, const Visit& visit) {
+  std::error_code error;
+  if (fs::is_directory(path, error)) {
+    for (const fs::path& file : FilesIn(path)) {
+      const Content content = ContentOf(file);
+      if (content == Content::kRdf) ReadPlainFile(file, visit);
+      if (content == Content::kZip) ReadArchive(file, visit);
+    }
+    return;
+  }
+  if (!fs::exists(path, error)) RefuseFile(path, error ? error.message() : "there is no such file or folder");
+  if (ContentOf(path) == Content::kZip) return ReadArchive(path, visit);
+  ReadPlainFile(path, visit);
+}
+
+}  // namespace dtsdb::tools::cgmes

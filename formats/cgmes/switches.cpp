@@ -1,0 +1,87 @@
+#include "formats/cgmes/steps.h"
+#include "model/record_bits.h"
+#include "model/text.h"
+
+namespace dtsdb::tools::cgmes {
+namespace {
+
+constexpr u32 kBreakerType = 1;
+constexpr u32 kDisconnectorType = 4;
+
+bool IsOpen(const Mapping& mapping, int equipment) {
+  const Objects& objects = mapping.objects;
+  const Property position = objects.Has(equipment, kSwitchOpen) ? kSwitchOpen : kSwitchNormalOpen;
+  return objects.IsTrue(equipment, position) || !mapping.IsOn(mapping.Terminal(equipment, 0)) ||
+         !mapping.IsOn(mapping.Terminal(equipment, 1));
+}
+
+/// The switches that lie within one level.
+std::vector<int> WithinLevels(Mapping& mapping, Role role) {
+  std::vector<int> switches = mapping.Standing(role, 2);
+  std::erase_if(switches, [&](int equipment) {
+    const int from = mapping.LevelAt(mapping.Terminal(equipment, 0)).object;
+    const int to = mapping.LevelAt(mapping.Terminal(equipment, 1)).object;
+    if (from != to) mapping.account.LeaveOut(equipment, "it joins two voltage levels");
+    return from != to;
+  });
+  return switches;
+}
+
+CB BreakerRow(const Mapping& mapping, int equipment, bool isBreaker) {
+  CB row(mapping.ids.Id(KIND_CB, equipment));
+  row.kv = mapping.LevelId(mapping.Terminal(equipment, 0));
+  row.nd = mapping.NodeId(mapping.Terminal(equipment, 0));
+  row.znd = mapping.NodeId(mapping.Terminal(equipment, 1));
+  row.flags = (isBreaker ? kBreakerType : kDisconnectorType) | (IsOpen(mapping, equipment) ? CB_OPEN : 0);
+  row.status_id = mapping.StatusPoint(equipment);
+  return row;
+}
+
+/// The identity of the zero-impedance branch on a breaker. The text of none begins another's: "|Z" ends each, and a
+/// "|" in the breaker's own stands twice.
+QString BranchText(const QString& breaker) {
+  QString text = breaker;
+  return text.replace(u'|', QStringLiteral("||")) + QStringLiteral("|Z");
+}
+
+ZBR BranchRow(const Mapping& mapping, int equipment, const QString& breaker) {
+  ZBR row(IdFromText(BranchText(mapping.ids.Text(KIND_CB, equipment))).value_or(QString()));
+  row.cb = breaker;
+  const int terminal = mapping.Terminal(equipment, 0);
+  const Power flow = mapping.connections.FlowInto(terminal);
+  row.p = static_cast<f32>(flow.p);
+  row.q = static_cast<f32>(flow.q);
+  row.ana_p = mapping.Point(terminal, Measured::kP);
+  row.ana_q = mapping.Point(terminal, Measured::kQ);
+  row.ana_i = mapping.Point(terminal, Measured::kI);
+  return row;
+}
+
+void MapRole(Mapping& mapping, const std::vector<int>& switches, bool areBreakers) {
+  for (const int equipment : switches) {
+    const CB row = BreakerRow(mapping, equipment, areBreakers);
+    mapping.rows.cb.push_back(row);
+    const bool isRetained = mapping.objects.IsTrue(equipment, kSwitchRetained) && !(row.flags & CB_OPEN);
+    if (!isRetained) continue;
+    if (mapping.options.mergesRetained) {
+      mapping.account.Change(equipment, "it is retained, but joins its nodes, as --merge-retained asks for");
+    } else {
+      mapping.rows.zbr.push_back(BranchRow(mapping, equipment, row.id));
+    }
+  }
+}
+
+}  // namespace
+
+void MapSwitches(Mapping& mapping) {
+  const std::vector<int> breakers = WithinLevels(mapping, Role::kBreaker);
+  const std::vector<int> disconnectors = WithinLevels(mapping, Role::kDisconnector);
+  for (const auto* switches : {&breakers, &disconnectors}) {
+    for (const int equipment : *switches) mapping.ids.Add(KIND_CB, equipment, mapping.LevelText(equipment));
+  }
+  mapping.ids.Settle(KIND_CB);
+  MapRole(mapping, breakers, true);
+  MapRole(mapping, disconnectors, false);
+}
+
+}  // namespace dtsdb::tools::cgmes
