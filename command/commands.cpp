@@ -16,8 +16,8 @@ constexpr const char* kPurpose =
     "dtsdb - the network model of a power-system control centre: validation, topology, breaker flows, conversion.";
 
 constexpr const char* kFooter =
-    "A MODEL is an object file, a folder of text tables (one CSV file a table) or rtdb:NAME, the realtime database\n"
-    "NAME.fdb.\n"
+    "A MODEL is an object file, a folder of text tables (one CSV file a table), rtdb:NAME, the realtime database\n"
+    "NAME.fdb, or CGMES profiles: a folder, a file, a zip archive, or several as cgmes:PATH,PATH.\n"
     "Results go to the standard output, messages to the standard error.\n"
     "Exit codes: 0 good, 1 the model has faults or the models differ, 2 wrong usage, 3 a file can't be read or "
     "written.\n"
@@ -48,7 +48,11 @@ constexpr const char* kNoType = " ";  ///< in the help, in place of "TEXT REQUIR
 
 /// An option or argument that is read into the name of a model.
 Parameter AddModel(CommandLine& command, ModelName& model, const std::string& name, const std::string& what) {
-  const auto read = [&model](const std::string& text) { model = ModelName(text); };
+  const auto read = [&model](const std::string& text) {
+    const ImportOptions import = model.Import();  // the options may stand before the name
+    model = ModelName(text);
+    model.Import() = import;
+  };
   return command.Add(name, read, what);
 }
 

@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "command/commands.h"
+#include "command/imported_model.h"
 #include "formats/failure.h"
 #include "formats/model_io.h"
 
@@ -17,16 +18,19 @@ constexpr const char* kFooter =
     "rtdb:NAME as OUT updates the realtime database NAME.fdb, or makes it.\n"
     "Without --to, OUT becomes a folder of text tables when it is an existing folder, ends in '/' or has no "
     "extension,\n"
-    "and an object file otherwise. A folder is replaced only when it holds nothing but text tables.\n\n"
+    "and an object file otherwise. A folder is replaced only when it holds nothing but text tables.\n"
+    "Of CGMES profiles OUT.ids.csv shows which object each record stands for.\n\n"
     "Examples:\n"
     "  dtsdb convert examples/ieee14 grid.obj\n"
     "  dtsdb convert grid.obj tables/\n"
     "  dtsdb convert --to object tables grid\n"
-    "  dtsdb convert rtdb:grid grid.obj";
+    "  dtsdb convert rtdb:grid grid.obj\n"
+    "  dtsdb convert cgmes:grid,boundary.zip grid.obj";
 
 int Convert(const ConvertOptions& options) {
-  DTSDB database = LoadModel(options.model);
-  SaveModel(database, options.output, options.to);
+  ImportedModel model = LoadImported(options.model);
+  SaveModel(model.tables, options.output, options.to);
+  WriteIdsBeside(model, options.output);
   return kExitGood;
 }
 
@@ -41,6 +45,7 @@ void AddConvert(CommandLine& app, Action& action) {
         const auto choose = [&options](const std::string& form) {
           options.to = form == "text" ? ModelForm::kTextTables : ModelForm::kObjectFile;
         };
+        AddImportOptions(command, options.model);
         command.AddChoice("--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
         command.Footer(kFooter);
         AddExitCodes(command, "the model is written");

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "command/commands.h"
+#include "command/imported_model.h"
 #include "command/validation_run.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
@@ -17,6 +18,7 @@ namespace {
 struct InfoOptions {
   ModelName model;
   std::string fields;
+  std::string sheet;
   Format format = Format::kText;
 };
 
@@ -24,6 +26,7 @@ constexpr const char* kFooter =
     "Slots are the places of a table; some may be free.\n\n"
     "Examples:\n"
     "  dtsdb info examples/ieee14\n"
+    "  dtsdb info grid.zip --ids mrid\n"
     "  dtsdb info --fields CB";
 
 std::string TimeText(u32 seconds) {
@@ -91,8 +94,11 @@ int Info(const InfoOptions& options) {
     WriteReport(FieldReport(NamedTable(options.fields)), options.format);
     return kExitGood;
   }
-  DTSDB database = LoadModel(options.model);
-  WriteReport(ModelInfo(options.model, database), options.format);
+  ImportReport import;
+  DTSDB database = LoadModel(options.model, &import);
+  Report report = ModelInfo(options.model, database);
+  if (!import.files.empty()) AddImportSheets(report, import);
+  WriteReport(report, options.format, options.sheet);
   return kExitGood;
 }
 
@@ -103,7 +109,10 @@ void AddInfo(CommandLine& app, Action& action) {
       app, action, "info", "Print what a model contains, or what the fields of a table mean",
       [](CommandLine& command, InfoOptions& options) {
         AddModelArgument(command, options.model);
+        AddImportOptions(command, options.model);
         command.Add("--fields", options.fields, "Describe the fields of this table").Shown("TABLE");
+        AddSheetOption(command, options.sheet,
+                       "tables; of CGMES profiles also files, classes, left_out, changed, unknown");
         AddFormatOption(command, options.format);
         command.Footer(kFooter);
         AddExitCodes(command, "the model is described");

@@ -2,6 +2,7 @@
 #include "command/analysis_result.h"
 #include "command/commands.h"
 #include "command/finding_report.h"
+#include "command/imported_model.h"
 #include "command/place_filter.h"
 #include "command/topology_report.h"
 
@@ -28,10 +29,14 @@ constexpr const char* kFooter =
     "  dtsdb topology grid.obj --format csv --sheet contents";
 
 int Topology(const TopologyOptions& options) {
-  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  const ImportedModel imported = LoadImported(options.model);
+  analysis::Model model = analysis::Model::Of(imported.tables, options.model.Text());
   const PlaceFilter filter(options.place, model.Tables());
   analysis::Topology topology = Take(analysis::WorkOutTopology(model));
-  if (!options.output.IsEmpty()) Take(model.Save(options.output.Text()));
+  if (!options.output.IsEmpty()) {
+    Take(model.Save(options.output.Text()));
+    WriteIdsBeside(imported, options.output);
+  }
   filter.Restrict(topology);
   WriteReport(TopologyReport(topology, options.language), options.format, options.sheet);
   return kExitGood;
@@ -44,6 +49,7 @@ void AddTopology(CommandLine& app, Action& action) {
       app, action, "topology", "Work out and show bus sections, islands and what is dead",
       [](CommandLine& command, TopologyOptions& options) {
         AddModelArgument(command, options.model).Required();
+        AddImportOptions(command, options.model);
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
         AddPlaceOptions(command, options.place);
         AddSheetOption(command, options.sheet, "islands, sections, contents, dead or findings");

@@ -4,6 +4,7 @@
 
 #include "command/commands.h"
 #include "command/finding_report.h"
+#include "command/imported_model.h"
 #include "command/validation_run.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
@@ -38,13 +39,17 @@ long long Count(const QList<Finding>& findings, Severity severity) {
 }
 
 int Validate(const ValidateOptions& options) {
-  DTSDB database = LoadModel(options.model);
+  ImportedModel model = LoadImported(options.model);
+  DTSDB& database = model.tables;
   NMD nmd(&database);
   const bool finished = nmd.DetectAll();
   const bool good = finished && IsMarkedGood(database);
   const long long errors = Count(nmd.Findings(), Severity::kError);
   const long long warnings = Count(nmd.Findings(), Severity::kWarning);
-  if (good && !options.output.IsEmpty()) SaveModel(database, options.output);
+  if (good && !options.output.IsEmpty()) {
+    SaveModel(database, options.output);
+    WriteIdsBeside(model, options.output);
+  }
 
   Report report;
   report.Fact("good", good);
@@ -72,6 +77,7 @@ void AddValidate(CommandLine& app, Action& action) {
       app, action, "validate", "Check a model and list its faults",
       [](CommandLine& command, ValidateOptions& options) {
         AddModelArgument(command, options.model).Required();
+        AddImportOptions(command, options.model);
         AddOutputOption(command, options.output, "Write the validated model to OUT when it is good");
         AddLogOption(command, "the validation");
         command.AddFlag("--all", options.showsAll, "List each warning, not the kinds only");

@@ -27,7 +27,7 @@ struct ImportReport {
   struct Exception {
     std::string type;  ///< the class
     int count = 0;
-    std::vector<std::string> names;  ///< the first ones, with where they are defined
+    std::vector<std::string> names;  ///< the first ones; of equipment with where it is defined
     std::string why;
   };
   /// A record and the object that it stands for.
@@ -39,11 +39,11 @@ struct ImportReport {
   };
 
   std::vector<File> files;
-  std::vector<Class> classes;         ///< by name
-  std::vector<Exception> leftOut;     ///< by class: equipment that the model lacks
-  std::vector<Exception> changed;     ///< by class
-  std::vector<Exception> unknown;     ///< by class: what no table has room for
-  std::vector<Identity> identities;   ///< by table and identity
+  std::vector<Class> classes;        ///< by name
+  std::vector<Exception> leftOut;    ///< by class: equipment that the model lacks
+  std::vector<Exception> changed;    ///< by class
+  std::vector<Exception> unknown;    ///< by class: what no table has room for
+  std::vector<Identity> identities;  ///< by table and identity
 };
 
 }  // namespace dtsdb::tools

@@ -14,8 +14,8 @@ enum class ModelForm { kObjectFile, kTextTables, kRealtimeDatabase, kCgmes };
 /// The name of a form for people.
 const char* FormName(ModelForm form);
 
-/// A MODEL of the command line: the path of an object file, of a folder of text tables or of CGMES profiles (a folder, a
-/// file, a zip archive), rtdb:NAME, or cgmes:PATH,PATH for CGMES profiles in several places.
+/// A MODEL of the command line: the path of an object file, of a folder of text tables or of CGMES profiles (a folder,
+/// a file, a zip archive), rtdb:NAME, or cgmes:PATH,PATH for CGMES profiles in several places.
 ///
 /// The command line is read into it once; everything behind asks it and reads no prefix of its own.
 class ModelName {

@@ -19,12 +19,15 @@ std::string Account::ClassOf(int object) const {
   return type == kNone ? "not described" : m_set.objects.ClassName(type);
 }
 
-void Account::Count(Exceptions& exceptions, int object, const std::string& why) const {
+/// Names the first objects, `withPlace` with where they are defined.
+void Account::Count(Exceptions& exceptions, int object, const std::string& why, bool withPlace) const {
   const std::string type = ClassOf(object);
   ImportReport::Exception& exception = exceptions[{type, why}];
   exception.type = type;
   exception.why = why;
-  if (exception.names.size() < kFirst) exception.names.push_back(m_set.Describe(object));
+  if (exception.names.size() < kFirst) {
+    exception.names.push_back(withPlace ? m_set.Describe(object) : m_set.objects.Name(object));
+  }
   ++exception.count;
 }
 
@@ -39,7 +42,7 @@ ImportReport Account::Report(const Connections& connections) const {
     if (m_set.objects.Class(i) == kNone) continue;
     const ClassRow& row = connections.RowOf(i);
     if (row.role == Role::kUnknown) {
-      Count(unknown, i, "no table has room for it");
+      Count(unknown, i, "no table has room for it", false);
       continue;
     }
     ImportReport::Class& mapped = classes[row.name];

@@ -19,9 +19,9 @@ class Account {
   explicit Account(const ProfileSet& set) : m_set(set) {}
 
   /// An object is left out of the model.
-  void LeaveOut(int object, const std::string& why) { Count(m_leftOut, object, why); }
+  void LeaveOut(int object, const std::string& why) { Count(m_leftOut, object, why, true); }
   /// An object is in the model otherwise than others of its class.
-  void Change(int object, const std::string& why) { Count(m_changed, object, why); }
+  void Change(int object, const std::string& why) { Count(m_changed, object, why, true); }
 
   /// The whole account. Objects of classes that the import doesn't know are counted here.
   ImportReport Report(const Connections& connections) const;
@@ -30,7 +30,7 @@ class Account {
   static constexpr std::size_t kFirst = 5;
   using Exceptions = std::map<std::pair<std::string, std::string>, ImportReport::Exception>;
 
-  void Count(Exceptions& exceptions, int object, const std::string& why) const;
+  void Count(Exceptions& exceptions, int object, const std::string& why, bool withPlace) const;
   std::string ClassOf(int object) const;
 
   const ProfileSet& m_set;

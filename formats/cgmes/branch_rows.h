@@ -7,8 +7,8 @@
 
 namespace dtsdb::tools::cgmes {
 
-/// Fills in levels, nodes and measurement points of a branch between two terminals. Objects::kNone for the to end leaves
-/// that to the caller.
+/// Fills in levels, nodes and measurement points of a branch between two terminals. Objects::kNone for the to end
+/// leaves that to the caller.
 template <class Branch>
 void SetEnds(const Mapping& mapping, Branch& row, int from, int to) {
   row.kv = mapping.LevelId(from);

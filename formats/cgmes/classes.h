@@ -11,8 +11,8 @@ namespace dtsdb::tools::cgmes {
 
 /// What an object becomes.
 enum class Role {
-  kUnknown,     ///< nothing: no table has room for it
-  kPart,        ///< part of what others become
+  kUnknown,  ///< nothing: no table has room for it
+  kPart,     ///< part of what others become
   kCompany,
   kDistrict,
   kStation,

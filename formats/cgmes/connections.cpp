@@ -9,8 +9,8 @@ namespace {
 constexpr int kNone = Objects::kNone;
 
 /// References by which the object that refers is looked for.
-constexpr Property kInverse[] = {kFlowTerminal,  kVoltageNode,   kStatusEquipment, kSectionsShunt,
-                                 kEndTerminal,   kAnalogOfValue, kDiscreteOfValue, kElectronicsUnitConnection};
+constexpr Property kInverse[] = {kFlowTerminal, kVoltageNode,   kStatusEquipment, kSectionsShunt,
+                                 kEndTerminal,  kAnalogOfValue, kDiscreteOfValue, kElectronicsUnitConnection};
 
 std::size_t PlaceOf(Property property) {
   return static_cast<std::size_t>(std::find(std::begin(kInverse), std::end(kInverse), property) - std::begin(kInverse));
@@ -110,8 +110,7 @@ std::optional<Power> Connections::Published(int terminal) const {
 /// What a shunt compensator takes at its nominal voltage.
 Power Connections::OfShunt(int shunt) const {
   const int published = ReferringTo(shunt, kSectionsShunt);
-  const double sections =
-      published == kNone ? Number(shunt, kShuntSections) : Number(published, kSectionsCount);
+  const double sections = published == kNone ? Number(shunt, kShuntSections) : Number(published, kSectionsCount);
   const double u = Number(shunt, kShuntNominalU);
   return {0, -Number(shunt, kShuntB) * sections * u * u};
 }

@@ -106,8 +106,9 @@ void NameNodes(Mapping& mapping) {
     const Level& level = mapping.places.Levels()[static_cast<std::size_t>(mapping.places.LevelOf(node))];
     mapping.ids.Add(KIND_ND, node, mapping.ids.Text(KIND_KV, level.object));
     if (mapping.objects.Class(node) == kNone) {
-      mapping.account.Change(node, "no file describes this connectivity node (is the boundary set missing?): it gets "
-                                   "a station of its own");
+      mapping.account.Change(node,
+                             "no file describes this connectivity node (is the boundary set missing?): it gets "
+                             "a station of its own");
     }
   }
   for (const int transformer : mapping.connections.WithRole(Role::kTransformer)) {

@@ -4,7 +4,9 @@
 
 namespace dtsdb::tools::cgmes {
 
-GuardedDevice::GuardedDevice(QIODevice& source) : m_source(source) { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+GuardedDevice::GuardedDevice(QIODevice& source) : m_source(source) {
+  open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
 
 qint64 GuardedDevice::readData(char* data, qint64 size) {
   if (m_left <= 0) {

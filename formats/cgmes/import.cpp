@@ -30,8 +30,7 @@ void PutAll(DTSDB& model, Rows& rows) {
 
 }  // namespace
 
-ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model) {
-  const ProfileSet set = ReadSet(paths);
+ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSDB& model) {
   Mapping mapping(set, options);
   MapContainers(mapping);
   MapMeasurements(mapping);
@@ -43,6 +42,10 @@ ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& 
   ImportReport report = mapping.account.Report(mapping.connections);
   report.identities = mapping.ids.List();
   return report;
+}
+
+ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model) {
+  return ImportSet(ReadSet(paths), options, model);
 }
 
 }  // namespace dtsdb::tools::cgmes

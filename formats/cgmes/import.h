@@ -5,14 +5,18 @@
 #include <string>
 #include <vector>
 
+#include "formats/cgmes/set.h"
 #include "formats/import_options.h"
 #include "formats/import_report.h"
 #include "model/dtsdb.h"
 
 namespace dtsdb::tools::cgmes {
 
-/// Reads the profiles in the files, folders and zip archives `paths` as one set and fills the empty tables of `model`.
-/// Returns what became of the objects. Throws Failure for what can't be read and for a set without connectivity nodes.
+/// Fills the empty tables of `model` from a set. Returns what became of the objects. Throws Failure for a set without
+/// connectivity nodes.
+ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSDB& model);
+
+/// The same for the profiles in the files, folders and zip archives `paths`, read as one set (ReadSet).
 ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model);
 
 }  // namespace dtsdb::tools::cgmes

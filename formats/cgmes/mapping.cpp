@@ -31,8 +31,8 @@ std::vector<int> Mapping::Standing(Role role, std::size_t ends) {
 bool Mapping::IsStanding(int equipment, std::size_t ends) {
   const std::span<const int> terminals = connections.TerminalsOf(equipment);
   if (terminals.size() != ends) {
-    account.LeaveOut(equipment, fmt::format("it has {}, not {}", Counted(static_cast<long long>(terminals.size()),
-                                                                         "terminal"), ends));
+    account.LeaveOut(equipment, fmt::format("it has {}, not {}",
+                                            Counted(static_cast<long long>(terminals.size()), "terminal"), ends));
     return false;
   }
   for (const int terminal : terminals) {
@@ -53,9 +53,7 @@ const Level& Mapping::LevelAt(int terminal) const {
 
 QString Mapping::DistrictId(int terminal) const { return ids.Id(KIND_DV, LevelAt(terminal).region); }
 
-QString Mapping::LevelText(int equipment) const {
-  return ids.Text(KIND_KV, LevelAt(Terminal(equipment, 0)).object);
-}
+QString Mapping::LevelText(int equipment) const { return ids.Text(KIND_KV, LevelAt(Terminal(equipment, 0)).object); }
 
 QString Mapping::Point(int terminal, Measured measured) const {
   const int equipment = connections.EquipmentOf(terminal);
@@ -73,6 +71,13 @@ QString Mapping::StatusPoint(int equipment) const {
 
 bool Mapping::IsOn(int terminal) const {
   return connections.IsConnected(terminal) && connections.IsInService(connections.EquipmentOf(terminal));
+}
+
+bool Mapping::IsOpen(int equipment) const {
+  const Property position = objects.Has(equipment, kSwitchOpen) ? kSwitchOpen : kSwitchNormalOpen;
+  const auto terminals = connections.TerminalsOf(equipment);
+  return objects.IsTrue(equipment, position) ||
+         !std::all_of(terminals.begin(), terminals.end(), [this](int terminal) { return IsOn(terminal); });
 }
 
 }  // namespace dtsdb::tools::cgmes

@@ -79,6 +79,8 @@ class Mapping {
 
   /// True when the equipment of this terminal is in service and the terminal is connected.
   bool IsOn(int terminal) const;
+  /// True when a switch doesn't conduct: it is open or out of service, or a terminal isn't connected.
+  bool IsOpen(int equipment) const;
 };
 
 }  // namespace dtsdb::tools::cgmes

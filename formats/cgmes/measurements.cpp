@@ -15,10 +15,14 @@ struct TypeRow {
   Measured measured;
 };
 constexpr TypeRow kTypes[] = {
-    {"ThreePhaseActivePower", Measured::kP}, {"ThreePhaseReactivePower", Measured::kQ},
-    {"LineCurrent", Measured::kI},           {"LineToLineVoltage", Measured::kV},
-    {"PhaseVoltage", Measured::kV},          {"Voltage", Measured::kV},
-    {"Angle", Measured::kAngle},             {"SwitchPosition", Measured::kPosition},
+    {"ThreePhaseActivePower", Measured::kP},
+    {"ThreePhaseReactivePower", Measured::kQ},
+    {"LineCurrent", Measured::kI},
+    {"LineToLineVoltage", Measured::kV},
+    {"PhaseVoltage", Measured::kV},
+    {"Voltage", Measured::kV},
+    {"Angle", Measured::kAngle},
+    {"SwitchPosition", Measured::kPosition},
 };
 
 Measured MeasuredBy(const Mapping& mapping, int measurement) {
@@ -48,17 +52,15 @@ void Name(Mapping& mapping, TableKind table, const std::vector<int>& points) {
 
 void Link(Mapping& mapping, int point, Measured measured, const QString& id) {
   const int resource = ResourceOf(mapping, point);
-  const int terminal =
-      measured == Measured::kPosition ? kNone : mapping.objects.Target(point, kMeasurementTerminal);
+  const int terminal = measured == Measured::kPosition ? kNone : mapping.objects.Target(point, kMeasurementTerminal);
   if (resource != kNone) mapping.points.emplace(std::make_tuple(resource, terminal, measured), id);
 }
 
 /// The position of a switch, so that point and switch agree; of anything else the value.
 i8 StatusValue(const Mapping& mapping, int point) {
   const int resource = ResourceOf(mapping, point);
-  if (mapping.objects.Has(resource, kSwitchOpen)) {
-    return mapping.objects.IsTrue(resource, kSwitchOpen) ? kOpen : kClosed;
-  }
+  const Role role = resource == kNone ? Role::kUnknown : mapping.connections.RowOf(resource).role;
+  if (role == Role::kBreaker || role == Role::kDisconnector) return mapping.IsOpen(resource) ? kOpen : kClosed;
   const int value = mapping.connections.ReferringTo(point, kDiscreteOfValue);
   return static_cast<i8>(std::clamp(mapping.connections.Number(value, kDiscreteValue), 0.0, 127.0));
 }

@@ -49,8 +49,8 @@ void Objects::Describe(int object, int type, bool defines, int file, long long l
 
 bool Objects::SetText(int object, Property property, std::string_view text) {
   if (m_text.size() + text.size() > kMost || m_values.size() >= kMost) return false;
-  Set(object, {property, false, kNone, static_cast<std::uint32_t>(text.size()),
-               static_cast<std::uint32_t>(m_text.size())});
+  Set(object,
+      {property, false, kNone, static_cast<std::uint32_t>(text.size()), static_cast<std::uint32_t>(m_text.size())});
   m_text += text;
   return true;
 }

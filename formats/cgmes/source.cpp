@@ -22,7 +22,8 @@ using Visit = std::function<void(QIODevice&, const std::string&)>;
 std::set<fs::path> FilesIn(const fs::path& folder) {
   std::set<fs::path> files;
   std::error_code error;
-  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator(); entry.increment(error)) {
+  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+       entry.increment(error)) {
     if (entry->is_regular_file(error)) files.insert(entry->path());
   }
   if (error) RefuseFile(folder, "can't be read: " + error.message());
@@ -59,8 +60,9 @@ QString Decoded(std::string_view bytes) {
 Content ContentOf(std::string_view beginning) {
   if (beginning.starts_with("PK\x03\x04") || beginning.starts_with("PK\x05\x06")) return Content::kZip;
   // What may stand before the root element: declaration, comments, a document type.
-  static const QRegularExpression root(QStringLiteral(
-      R"(^\x{FEFF}?\s*(?:<\?.*?\?>\s*|<!--.*?-->\s*|<![^<\[]*(?:\[.*?\]\s*)?>\s*)*+<(?:[\w.-]+:)?RDF[\s>/])"),
+  static const QRegularExpression root(
+      QStringLiteral(
+          R"(^\x{FEFF}?\s*(?:<\?.*?\?>\s*|<!--.*?-->\s*|<![^<\[]*(?:\[.*?\]\s*)?>\s*)*+<(?:[\w.-]+:)?RDF[\s>/])"),
       QRegularExpression::DotMatchesEverythingOption);
   return root.match(Decoded(beginning)).hasMatch() ? Content::kRdf : Content::kOther;
 }

@@ -2,12 +2,11 @@
 /// Where the files of a CGMES set come from: paths of files, folders and zip archives.
 #pragma once
 
+#include <QIODevice>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include <QIODevice>
 
 namespace dtsdb::tools::cgmes {
 

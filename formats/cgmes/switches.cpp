@@ -8,13 +8,6 @@ namespace {
 constexpr u32 kBreakerType = 1;
 constexpr u32 kDisconnectorType = 4;
 
-bool IsOpen(const Mapping& mapping, int equipment) {
-  const Objects& objects = mapping.objects;
-  const Property position = objects.Has(equipment, kSwitchOpen) ? kSwitchOpen : kSwitchNormalOpen;
-  return objects.IsTrue(equipment, position) || !mapping.IsOn(mapping.Terminal(equipment, 0)) ||
-         !mapping.IsOn(mapping.Terminal(equipment, 1));
-}
-
 /// The switches that lie within one level.
 std::vector<int> WithinLevels(Mapping& mapping, Role role) {
   std::vector<int> switches = mapping.Standing(role, 2);
@@ -32,7 +25,7 @@ CB BreakerRow(const Mapping& mapping, int equipment, bool isBreaker) {
   row.kv = mapping.LevelId(mapping.Terminal(equipment, 0));
   row.nd = mapping.NodeId(mapping.Terminal(equipment, 0));
   row.znd = mapping.NodeId(mapping.Terminal(equipment, 1));
-  row.flags = (isBreaker ? kBreakerType : kDisconnectorType) | (IsOpen(mapping, equipment) ? CB_OPEN : 0);
+  row.flags = (isBreaker ? kBreakerType : kDisconnectorType) | (mapping.IsOpen(equipment) ? CB_OPEN : 0);
   row.status_id = mapping.StatusPoint(equipment);
   return row;
 }

@@ -1,0 +1,67 @@
+#include "command/imported_model.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "formats/import_ids.h"
+#include "formats/messages.h"
+#include "formats/model_io.h"
+#include "formats/text_layout.h"
+
+namespace dtsdb::tools {
+namespace {
+
+Cell TextOrNothing(const std::string& text) { return text.empty() ? Cell() : Cell(text); }
+
+Sheet ExceptionSheet(const char* name, const char* title, const std::vector<ImportReport::Exception>& exceptions) {
+  Sheet sheet(name, title, {"count", "class", "why", "first"});
+  sheet.HideWhenEmpty();
+  for (const ImportReport::Exception& exception : exceptions) {
+    sheet.Add({NumberCell(exception.count), exception.type, exception.why,
+               fmt::format("{}", fmt::join(exception.names, "; "))});
+  }
+  return sheet;
+}
+
+}  // namespace
+
+void AddImportOptions(CommandLine& command, ModelName& model) {
+  command.AddChoice(
+      "--ids", [&model](const std::string& ids) { model.Import().idsAreMrids = ids == "mrid"; }, {"name", "mrid"},
+      "Identities in a model made of CGMES profiles: names made unique (default), or mRIDs");
+  command.AddChoice(
+      "--ties", [&model](const std::string& ties) { model.Import().tiesAreUnits = ties == "unit"; }, {"load", "unit"},
+      "What CGMES equivalent injections become (default: load)");
+  command.AddFlag("--merge-retained", model.Import().mergesRetained,
+                  "Closed CGMES switches that are retained join their nodes, without a zero-impedance branch");
+}
+
+ImportedModel LoadImported(const ModelName& name) {
+  ImportedModel model;
+  model.tables = LoadModel(name, &model.report);
+  long long lacking = 0;
+  for (const ImportReport::Exception& exception : model.report.leftOut) lacking += exception.count;
+  if (lacking > 0) {
+    WriteMessage(fmt::format("{}: {} left out; 'dtsdb info {}' lists them", name.Text(), Counted(lacking, "object"),
+                             name.Text()));
+  }
+  return model;
+}
+
+void WriteIdsBeside(const ImportedModel& model, const ModelName& output) { WriteIds(model.report, output); }
+
+void AddImportSheets(Report& report, const ImportReport& import) {
+  Sheet& files = report.Add(Sheet("files", "Files", {"profiles", "version", "time", "objects", "file"}));
+  for (const ImportReport::File& file : import.files) {
+    files.Add({file.contents, file.version, TextOrNothing(file.time), NumberCell(file.objects), file.name});
+  }
+  Sheet& classes = report.Add(Sheet("classes", "Mapped", {"class", "objects", "tables"}));
+  for (const ImportReport::Class& mapped : import.classes) {
+    classes.Add({mapped.name, NumberCell(mapped.count), TextOrNothing(mapped.tables)});
+  }
+  report.Add(ExceptionSheet("left_out", "Left out", import.leftOut));
+  report.Add(ExceptionSheet("changed", "Mapped otherwise", import.changed));
+  report.Add(ExceptionSheet("unknown", "Not in the model", import.unknown));
+}
+
+}  // namespace dtsdb::tools

@@ -1,0 +1,33 @@
+/// \file
+/// Models that commands make of grids in exchange formats.
+#pragma once
+
+#include <optional>
+
+#include "command/command_line.h"
+#include "command/render.h"
+#include "formats/import_report.h"
+#include "formats/model_name.h"
+#include "model/dtsdb.h"
+
+namespace dtsdb::tools {
+
+/// The options by which a grid in an exchange format is read: --ids, --ties and --merge-retained.
+void AddImportOptions(CommandLine& command, ModelName& model);
+
+/// A model of any form, with what became of the objects of a grid in an exchange format.
+struct ImportedModel {
+  DTSDB tables;
+  ImportReport report;
+};
+
+/// Reads a model. A message counts the objects that it lacks.
+ImportedModel LoadImported(const ModelName& name);
+
+/// Writes what shows which objects the records of a model stand for, beside it as it was written to `output`.
+void WriteIdsBeside(const ImportedModel& model, const ModelName& output);
+
+/// Adds the account of an import: the sheets files, classes, left_out, changed and unknown.
+void AddImportSheets(Report& report, const ImportReport& import);
+
+}  // namespace dtsdb::tools

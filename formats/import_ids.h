@@ -1,0 +1,19 @@
+/// \file
+/// Which object a record stands for, kept beside a model that was made of a grid in an exchange format.
+#pragma once
+
+#include <string>
+
+#include "formats/import_report.h"
+#include "formats/model_name.h"
+
+namespace dtsdb::tools {
+
+/// Where the objects of `model` are kept: beside it, its path followed by ".ids.csv".
+std::string IdsPath(const ModelName& model);
+
+/// Writes the identities of `report` beside `model`, as CSV with the columns table, identity, mrid and name; nothing
+/// where there are none. Throws Failure, and leaves what stood there, when that can't be done.
+void WriteIds(const ImportReport& report, const ModelName& model);
+
+}  // namespace dtsdb::tools
