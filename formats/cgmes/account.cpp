@@ -20,8 +20,8 @@ std::string Account::ClassOf(int object) const {
 }
 
 /// Names the first objects, `withPlace` with where they are defined.
-void Account::Count(Exceptions& exceptions, int object, const std::string& why, bool withPlace) const {
-  const std::string type = ClassOf(object);
+void Account::Count(Exceptions& exceptions, const std::string& type, int object, const std::string& why,
+                    bool withPlace) const {
   ImportReport::Exception& exception = exceptions[{type, why}];
   exception.type = type;
   exception.why = why;
@@ -51,7 +51,11 @@ ImportReport Account::Report(const Connections& connections) const {
     ++mapped.count;
   }
   for (const auto& [name, mapped] : classes) report.classes.push_back(mapped);
-  report.leftOut = InOrder(m_leftOut);
+  Exceptions leftOut = m_leftOut;
+  for (const auto& [object, type] : m_set.objects.Clashes()) {
+    Count(leftOut, m_set.objects.ClassName(type), object, "its mRID is that of an object of another class", true);
+  }
+  report.leftOut = InOrder(leftOut);
   report.changed = InOrder(m_changed);
   report.unknown = InOrder(unknown);
   return report;

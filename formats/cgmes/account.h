@@ -30,7 +30,10 @@ class Account {
   static constexpr std::size_t kFirst = 5;
   using Exceptions = std::map<std::pair<std::string, std::string>, ImportReport::Exception>;
 
-  void Count(Exceptions& exceptions, int object, const std::string& why, bool withPlace) const;
+  void Count(Exceptions& exceptions, int object, const std::string& why, bool withPlace) const {
+    Count(exceptions, ClassOf(object), object, why, withPlace);
+  }
+  void Count(Exceptions& exceptions, const std::string& type, int object, const std::string& why, bool withPlace) const;
   std::string ClassOf(int object) const;
 
   const ProfileSet& m_set;

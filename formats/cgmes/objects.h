@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "formats/cgmes/properties.h"
@@ -46,6 +47,8 @@ class Objects {
   /// A file describes `object` in line `line`: it defines it, or adds to what another defines. The class of a
   /// definition counts; an addition may name a class above it.
   void Describe(int object, int type, bool defines, int file, long long line);
+  /// The objects that are defined again as another class, with the number of that class. The first definition counts.
+  const std::vector<std::pair<int, int>>& Clashes() const { return m_clashes; }
   /// Where the object is defined: the number of the file, kNone for nowhere, and the line.
   int File(int object) const { return At(object).file; }
   int Line(int object) const { return At(object).line; }
@@ -103,6 +106,7 @@ class Objects {
   std::vector<Value> m_values;
   std::string m_text;
   std::unordered_map<std::string, int, TextHash, std::equal_to<>> m_byMrid;
+  std::vector<std::pair<int, int>> m_clashes;
   std::vector<std::string> m_classes;
   std::unordered_map<std::string, int, TextHash, std::equal_to<>> m_classNumbers;
 };

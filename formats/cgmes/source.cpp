@@ -67,7 +67,7 @@ Content ContentOf(std::string_view beginning) {
   return root.match(Decoded(beginning)).hasMatch() ? Content::kRdf : Content::kOther;
 }
 
-Content ContentOf(const fs::path& file) {
+Content ContentOfFile(const fs::path& file) {
   QFile opened(QtPath(file));
   if (!opened.open(QIODevice::ReadOnly)) return Content::kOther;
   const QByteArray bytes = opened.read(kBeginning);
@@ -77,12 +77,12 @@ Content ContentOf(const fs::path& file) {
 bool IsSet(const fs::path& path) {
   std::error_code error;
   if (!fs::is_directory(path, error)) {
-    return fs::is_regular_file(path, error) && ContentOf(path) != Content::kOther;
+    return fs::is_regular_file(path, error) && ContentOfFile(path) != Content::kOther;
   }
   bool found = false;
   for (fs::directory_iterator entry(path, error); !error && entry != fs::directory_iterator(); entry.increment(error)) {
     if (IsTextTable(entry->path())) return false;
-    found = found || (entry->is_regular_file(error) && ContentOf(entry->path()) != Content::kOther);
+    found = found || (entry->is_regular_file(error) && ContentOfFile(entry->path()) != Content::kOther);
   }
   return found;
 }
@@ -91,14 +91,14 @@ void ForEachFile(const fs::path& path, const Visit& visit) {
   std::error_code error;
   if (fs::is_directory(path, error)) {
     for (const fs::path& file : FilesIn(path)) {
-      const Content content = ContentOf(file);
+      const Content content = ContentOfFile(file);
       if (content == Content::kRdf) ReadPlainFile(file, visit);
       if (content == Content::kZip) ReadArchive(file, visit);
     }
     return;
   }
   if (!fs::exists(path, error)) RefuseFile(path, error ? error.message() : "there is no such file or folder");
-  if (ContentOf(path) == Content::kZip) return ReadArchive(path, visit);
+  if (ContentOfFile(path) == Content::kZip) return ReadArchive(path, visit);
   ReadPlainFile(path, visit);
 }
 

@@ -16,7 +16,7 @@ enum class Content { kOther, kRdf, kZip };
 /// Looks at the first kilobytes of a text: kRdf for XML whose root element is called RDF.
 Content ContentOf(std::string_view beginning);
 /// The same for a file; kOther for one that can't be read.
-Content ContentOf(const std::filesystem::path& file);
+Content ContentOfFile(const std::filesystem::path& file);
 
 /// True when `path` is a file of RDF, a zip archive, or a folder with such files in it (sub-folders aren't looked at)
 /// and without text tables.

@@ -14,6 +14,7 @@
 
 #include "analysis/flows.h"
 #include "analysis/topology.h"
+#include "formats/cgmes/connections.h"
 #include "formats/cgmes/import.h"
 #include "formats/cgmes/set.h"
 #include "model/text.h"

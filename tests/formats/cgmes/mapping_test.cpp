@@ -355,7 +355,7 @@ TEST(CgmesLoads, ThePublishedFlowCountsBeforeTheHypothesis) {
 TEST(CgmesShunts, CompensatorsTakeReactivePower) {
   ProfileText text;
   text.Node("N");
-  text.Equipment("LinearShuntCompensator", "C", {"N"},
+  text.Equipment("LinearShuntCompensator", "LC", {"N"},
                  {{"ShuntCompensator.nomU", "100"},
                   {"ShuntCompensator.sections", "2"},
                   {"LinearShuntCompensator.bPerSection", "0.001"}});
@@ -363,7 +363,7 @@ TEST(CgmesShunts, CompensatorsTakeReactivePower) {
   text.Equipment("NonlinearShuntCompensator", "NC", {"N"}).Flow("NC-1", "0", "12");
   text.Equipment("EquivalentShunt", "ES", {"N"});
   Imported grid(text);
-  EXPECT_EQ(grid.Of<CP>("C").q, -20.0F);
+  EXPECT_EQ(grid.Of<CP>("LC").q, -20.0F);
   EXPECT_EQ(grid.Of<CP>("Svc").q, -30.0F);
   EXPECT_EQ(grid.Of<CP>("NC").q, 12.0F);
   EXPECT_EQ(Real(grid.Of<CP>("ES").kv), "V");
@@ -429,8 +429,8 @@ TEST(CgmesMeasurements, AnalogsAreLinkedToTheFieldsOfTheEquipment) {
 TEST(CgmesMeasurements, AStatusPointAgreesWithItsSwitch) {
   ProfileText text;
   text.Node("N1").Node("N2").Equipment("Breaker", "B", {"N1", "N2"}, {{"Switch.open", "true"}});
-  text.Equipment("Breaker", "C", {"N1", "N2"}, {{"Switch.open", "false"}});
-  for (const char* const id : {"B", "C"}) {
+  text.Equipment("Breaker", "E", {"N1", "N2"}, {{"Switch.open", "false"}});
+  for (const char* const id : {"B", "E"}) {
     text.Add("Discrete", std::string("status ") + id,
              {{"Measurement.PowerSystemResource", std::string("#") + id},
               {"Measurement.measurementType", "SwitchPosition"}});
@@ -438,7 +438,7 @@ TEST(CgmesMeasurements, AStatusPointAgreesWithItsSwitch) {
   Imported grid(text);
   EXPECT_EQ(Real(grid.Of<CB>("B").status_id), "status B");
   EXPECT_EQ(grid.Of<STATUS>("status B").value, 2);
-  EXPECT_EQ(grid.Of<STATUS>("status C").value, 1);
+  EXPECT_EQ(grid.Of<STATUS>("status E").value, 1);
 }
 
 TEST(CgmesReport, NamesWhatIsLeftOutWithItsPlace) {
@@ -448,6 +448,14 @@ TEST(CgmesReport, NamesWhatIsLeftOutWithItsPlace) {
   ASSERT_EQ(report.leftOut.size(), 1U);
   EXPECT_TRUE(report.leftOut[0].names[0].starts_with("ACLineSegment 'L' (mRID L, ")) << report.leftOut[0].names[0];
   EXPECT_NE(report.leftOut[0].names[0].find("0.xml, line "), std::string::npos);
+}
+
+TEST(CgmesReport, AnMridOfTwoObjectsIsReported) {
+  ProfileText text;
+  text.Node("N1").Node("N2").Equipment("Breaker", "B", {"N1", "N2"}).Add("BusbarSection", "B");
+  Imported grid(text);
+  EXPECT_EQ(grid.Count<CB>(), 1);
+  EXPECT_EQ(WhyOf(grid.report.leftOut, "BusbarSection"), "its mRID is that of an object of another class");
 }
 
 TEST(CgmesReport, CountsWhatWasMappedAndWhatNoTableHasRoomFor) {
