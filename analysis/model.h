@@ -24,7 +24,7 @@ struct Validation {
 /// A model in memory. Moving it moves the handle; what works on the model keeps it alive. One thread at a time.
 class Model {
  public:
-  /// Reads a model: an object file, a folder of text tables, or "rtdb:NAME" for a realtime database.
+  /// Reads a model: an object file, a folder of text tables, CGMES profiles, or "rtdb:NAME" for a realtime database.
   static Result<Model> Open(const std::string& name);
 
   /// A model that shares the tables of `tables`. `name` is what errors call it.

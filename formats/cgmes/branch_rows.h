@@ -28,11 +28,11 @@ void SetEnds(const Mapping& mapping, Branch& row, int from, int to) {
 template <class Branch>
 void SetPowers(const Mapping& mapping, Branch& row, int from, int to) {
   const Power in = mapping.connections.FlowInto(from);
-  row.p = static_cast<f32>(in.p);
-  row.q = static_cast<f32>(in.q);
+  row.p = Single(in.p);
+  row.q = Single(in.q);
   const Power out = mapping.connections.FlowInto(to);
-  row.zp = static_cast<f32>(-out.p);
-  row.zq = static_cast<f32>(-out.q);
+  row.zp = Single(-out.p);
+  row.zq = Single(-out.q);
 }
 
 /// The status bits of a branch between two terminals.

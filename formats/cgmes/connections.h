@@ -2,6 +2,8 @@
 /// How the objects of a set hang together, found once: what stands at whose terminals, and what is published of them.
 #pragma once
 
+#include <algorithm>
+#include <limits>
 #include <optional>
 #include <span>
 #include <vector>
@@ -16,6 +18,13 @@ struct Power {
   double p = 0;
   double q = 0;
 };
+
+/// A number of a profile in the precision of the model's fields; one that is beyond them is the greatest that they
+/// have.
+inline float Single(double number) {
+  constexpr double kMost = std::numeric_limits<float>::max();
+  return static_cast<float>(std::clamp(number, -kMost, kMost));
+}
 
 /// The connections of `objects`, which must live as long as this and stay as they are.
 class Connections {

@@ -73,9 +73,9 @@ void MapStations(Mapping& mapping) {
 KV LevelRow(const Mapping& mapping, const Level& level) {
   KV row(mapping.ids.Id(KIND_KV, level.object));
   row.st = mapping.ids.Id(KIND_ST, level.station);
-  row.vbase = static_cast<f32>(level.nominal);
-  row.vmax = static_cast<f32>(level.high);
-  row.vmin = static_cast<f32>(level.low);
+  row.vbase = Single(level.nominal);
+  row.vmax = Single(level.high);
+  row.vmin = Single(level.low);
   return row;
 }
 

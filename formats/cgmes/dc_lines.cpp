@@ -17,13 +17,17 @@ class Groups {
   }
 
   int Of(int object) {
-    int& parent = m_parent[static_cast<std::size_t>(object)];
-    while (parent != m_parent[static_cast<std::size_t>(parent)]) parent = m_parent[static_cast<std::size_t>(parent)];
-    return parent;
+    while (Parent(object) != object) {
+      Parent(object) = Parent(Parent(object));
+      object = Parent(object);
+    }
+    return object;
   }
-  void Join(int a, int b) { m_parent[static_cast<std::size_t>(Of(a))] = Of(b); }
+  void Join(int a, int b) { Parent(Of(a)) = Of(b); }
 
  private:
+  int& Parent(int object) { return m_parent[static_cast<std::size_t>(object)]; }
+
   std::vector<int> m_parent;
 };
 

@@ -37,8 +37,8 @@ Device DeviceRow(const Mapping& mapping, int equipment, double sign) {
   row.ana_q = mapping.Point(terminal, Measured::kQ);
   row.status = mapping.IsOn(terminal) ? 0 : SHUNT_OFF;
   const Power power = mapping.connections.FlowInto(terminal);
-  row.p = static_cast<f32>(sign * power.p);
-  row.q = static_cast<f32>(sign * power.q);
+  row.p = Single(sign * power.p);
+  row.q = Single(sign * power.q);
   return row;
 }
 
@@ -58,7 +58,7 @@ UN UnitRow(const Mapping& mapping, int equipment) {
   const int terminal = mapping.Terminal(equipment, 0);
   row.ana_p = mapping.Point(terminal, Measured::kP);
   row.ana_v = mapping.Point(terminal, Measured::kV);
-  row.pmax = static_cast<f32>(GreatestOutput(mapping, equipment));
+  row.pmax = Single(GreatestOutput(mapping, equipment));
   row.pcur = row.p;
   const bool isReference = mapping.connections.Number(equipment, mapping.connections.RowOf(equipment).priority) == 1;
   row.ref = isReference ? 0 : -1;

@@ -73,7 +73,7 @@ void MapMeasurements(Mapping& mapping) {
   for (const int point : analogs) {
     ANALOG& row = mapping.rows.analog.emplace_back(mapping.ids.Id(KIND_ANALOG, point));
     const int value = mapping.connections.ReferringTo(point, kAnalogOfValue);
-    row.value = static_cast<f32>(mapping.connections.Number(value, kAnalogValue));
+    row.value = Single(mapping.connections.Number(value, kAnalogValue));
     Link(mapping, point, MeasuredBy(mapping, point), row.id);
   }
   const std::vector<int> discretes = mapping.connections.WithRole(Role::kDiscrete);

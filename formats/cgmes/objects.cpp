@@ -72,9 +72,10 @@ void Objects::Set(int object, const Value& value) {
     return;
   }
   Object& owner = m_objects[static_cast<std::size_t>(object)];
+  int& chain = IsList(value.property) ? owner.listed : owner.first;
   m_values.push_back(value);
-  m_values.back().next = owner.first;
-  owner.first = static_cast<int>(m_values.size()) - 1;
+  m_values.back().next = chain;
+  chain = static_cast<int>(m_values.size()) - 1;
 }
 
 int Objects::FindValue(int object, Property property) const {

@@ -53,7 +53,8 @@ class Objects {
   int File(int object) const { return At(object).file; }
   int Line(int object) const { return At(object).line; }
 
-  /// Sets a property; of one that isn't a list the last value counts. False when there is no room for more.
+  /// Sets a property; of one that isn't a list the last value counts. What follows doesn't look into lists. False when
+  /// there is no room for more.
   bool SetText(int object, Property property, std::string_view text);
   bool SetTarget(int object, Property property, int target);
 
@@ -68,12 +69,14 @@ class Objects {
   bool IsTrue(int object, Property property) const { return Text(object, property) == "true"; }
   bool IsFalse(int object, Property property) const { return Text(object, property) == "false"; }
 
-  /// Calls `visit(property, target)` with all references of an object, the last first.
+  /// Calls `visit(property, target)` with all references of an object, those of its lists behind the others.
   template <class Visit>
   void ForEachTarget(int object, const Visit& visit) const {
-    for (int i = At(object).first; i != kNone; i = m_values[static_cast<std::size_t>(i)].next) {
-      const Value& value = m_values[static_cast<std::size_t>(i)];
-      if (value.isReference) visit(value.property, static_cast<int>(value.place));
+    for (const int first : {At(object).first, At(object).listed}) {
+      for (int i = first; i != kNone; i = m_values[static_cast<std::size_t>(i)].next) {
+        const Value& value = m_values[static_cast<std::size_t>(i)];
+        if (value.isReference) visit(value.property, static_cast<int>(value.place));
+      }
     }
   }
 
@@ -81,7 +84,8 @@ class Objects {
   struct Object {
     const std::string* mrid;  ///< the key in m_byMrid
     int type = kNone;
-    int first = kNone;  ///< its values, a chain
+    int first = kNone;   ///< its values, a chain with each property once
+    int listed = kNone;  ///< the values of its lists, a chain
     int file = kNone;
     int line = 0;
     bool isDefined = false;

@@ -42,8 +42,8 @@ ZBR BranchRow(const Mapping& mapping, int equipment, const QString& breaker) {
   row.cb = breaker;
   const int terminal = mapping.Terminal(equipment, 0);
   const Power flow = mapping.connections.FlowInto(terminal);
-  row.p = static_cast<f32>(flow.p);
-  row.q = static_cast<f32>(flow.q);
+  row.p = Single(flow.p);
+  row.q = Single(flow.q);
   row.ana_p = mapping.Point(terminal, Measured::kP);
   row.ana_q = mapping.Point(terminal, Measured::kQ);
   row.ana_i = mapping.Point(terminal, Measured::kI);

@@ -56,8 +56,8 @@ void AddStar(Mapping& mapping, int transformer) {
     row.zkv = mapping.ids.Id(KIND_KV, transformer);
     row.znd = mapping.ids.Id(KIND_ND, transformer);
     const Power in = mapping.connections.FlowInto(ends[i]);
-    row.p = row.zp = static_cast<f32>(in.p);
-    row.q = row.zq = static_cast<f32>(in.q);
+    row.p = row.zp = Single(in.p);
+    row.q = row.zq = Single(in.q);
     row.status = StatusOf<XF>(mapping, ends[i], Objects::kNone);
     mapping.rows.xf.push_back(row);
   }

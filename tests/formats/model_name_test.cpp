@@ -44,5 +44,12 @@ TEST(ModelName, TheFormIsThatOfThePathAsItIsNow) {
   EXPECT_EQ(name.Form(), ModelForm::kTextTables);
 }
 
+TEST(ModelName, SeveralPathsOfCgmesProfilesArePartedByCommas) {
+  const ModelName name("cgmes:eq.xml,state.zip,boundary");
+  EXPECT_EQ(name.Form(), ModelForm::kCgmes);
+  EXPECT_EQ(name.Paths(), (std::vector<std::string>{"eq.xml", "state.zip", "boundary"}));
+  EXPECT_EQ(ModelName("a,b.obj").Paths(), std::vector<std::string>{"a,b.obj"});
+}
+
 }  // namespace
 }  // namespace dtsdb::tools
