@@ -8,6 +8,7 @@ constexpr int kNone = Objects::kNone;
 std::vector<ImportReport::Exception> InOrder(
     const std::map<std::pair<std::string, std::string>, ImportReport::Exception>& exceptions) {
   std::vector<ImportReport::Exception> list;
+  list.reserve(exceptions.size());
   for (const auto& [key, exception] : exceptions) list.push_back(exception);
   return list;
 }
@@ -50,6 +51,7 @@ ImportReport Account::Report(const Connections& connections) const {
     mapped.tables = row.tables;
     ++mapped.count;
   }
+  report.classes.reserve(classes.size());
   for (const auto& [name, mapped] : classes) report.classes.push_back(mapped);
   Exceptions leftOut = m_leftOut;
   for (const auto& [object, type] : m_set.objects.Clashes()) {

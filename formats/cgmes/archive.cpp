@@ -84,7 +84,7 @@ ArchiveHandle Open(const fs::path& path) {
   ArchiveHandle opened(archive_read_new());
   if (!opened) throw std::bad_alloc();
   archive_read_support_format_zip(opened.get());
-  constexpr std::size_t kBlock = 64 * 1024;
+  constexpr std::size_t kBlock = std::size_t{64} * 1024;
   if (archive_read_open_filename(opened.get(), path.c_str(), kBlock) != ARCHIVE_OK)
     RefuseArchive(path, FaultOf(opened.get()));
   return opened;

@@ -121,6 +121,9 @@ void NameNodes(Mapping& mapping) {
 }  // namespace
 
 void MapContainers(Mapping& mapping) {
+  if (!mapping.set.Has(ProfileKind::kEquipment)) {
+    throw Failure(kExitFile, mapping.set.profiles.front().file + ": the set has no equipment (EQ); add its file");
+  }
   if (mapping.places.Nodes().empty()) {
     throw Failure(kExitFile,
                   mapping.set.profiles.front().file +

@@ -24,7 +24,7 @@ constexpr Letter kLetters[] = {
 
 /// One letter in what the model's texts can hold.
 QString Written(char32_t letter) {
-  const QString text = QString::fromUcs4(&letter, 1);
+  QString text = QString::fromUcs4(&letter, 1);
   if (IdFromText(text)) return text;
   const auto* const known = std::find_if(std::begin(kLetters), std::end(kLetters),
                                          [letter](const Letter& row) { return row.letter == letter; });
@@ -56,7 +56,7 @@ QString Numbered(const QString& text, QHash<QString, int>& last, const QSet<QStr
 }  // namespace
 
 QString Representable(const QString& text) {
-  const QString simple = text.simplified().normalized(QString::NormalizationForm_C);
+  QString simple = text.simplified().normalized(QString::NormalizationForm_C);
   if (IdFromText(simple)) return simple;
   QString written;
   for (const char32_t letter : simple.toUcs4()) written += Written(letter);

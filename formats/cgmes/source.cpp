@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr qint64 kBeginning = 16 * 1024;
+constexpr qint64 kBeginning = qint64{16} * 1024;
 using Visit = std::function<void(QIODevice&, const std::string&)>;
 
 /// The files of a folder by name.

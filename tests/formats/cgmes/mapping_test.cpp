@@ -77,6 +77,14 @@ TEST(CgmesContainers, ASetWithoutConnectivityNodesIsRefused) {
   EXPECT_NE(FailureOf([&] { Imported grid(text); }).find("the set has no connectivity nodes"), std::string::npos);
 }
 
+TEST(CgmesContainers, ASetWithoutEquipmentIsRefused) {
+  std::string text = ProfileText().Text();
+  const std::string equipment = "CoreEquipment";
+  text.replace(text.find(equipment), equipment.size(), "EquipmentBoundary");
+  const std::string fault = FailureOf([&] { Imported grid(std::vector<std::string>{text}); });
+  EXPECT_NE(fault.find("the set has no equipment (EQ)"), std::string::npos) << fault;
+}
+
 TEST(CgmesLevels, BetweenTwoVoltagesTheMadeLevelHasNone) {
   ProfileText text;
   text.Add("BaseVoltage", "225kV", {{"BaseVoltage.nominalVoltage", "225"}});
