@@ -196,12 +196,6 @@ Result MeasureReadObject(const Files& files) {
   return result;
 }
 
-long RowCount(DTSDB& model) {
-  long rows = 0;
-  ForEachTable(model, [&rows](auto& table) { rows += table.GetCount(); });
-  return rows;
-}
-
 /// Puts what the store at `path` contains into an empty LMDB, `rounds` times.
 void StickOfWriting(Result& result, const Files& files) {
   const std::vector<PlainTable> tables = PlainStore::Existing(files.store.toStdString()).Tables();

@@ -45,4 +45,10 @@ void SampleNetwork::Make(int stations, const QString& folder) {
   Require(network.WriteObject(folder + QLatin1String(kReady)), "the network can't be written");
 }
 
+long RowCount(DTSDB& model) {
+  long rows = 0;
+  ForEachTable(model, [&rows](auto& table) { rows += table.GetCount(); });
+  return rows;
+}
+
 }  // namespace dtsdb::bench

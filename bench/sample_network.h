@@ -35,4 +35,7 @@ class SampleNetwork {
   QTemporaryDir m_directory;
 };
 
+/// The rows of all tables.
+long RowCount(DTSDB& model);
+
 }  // namespace dtsdb::bench
