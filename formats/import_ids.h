@@ -9,7 +9,7 @@
 
 namespace dtsdb::tools {
 
-/// Where the objects of `model` are kept: beside it, its path followed by ".ids.csv".
+/// The file in which the objects of `model` are listed: its path followed by ".ids.csv".
 std::string IdsPath(const ModelName& model);
 
 /// Writes the identities of `report` beside `model`, as CSV with the columns table, identity, mrid and name; nothing

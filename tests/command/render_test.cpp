@@ -36,14 +36,14 @@ TEST(Render, TextAlignsColumnsByTheirWidthOnTheTerminal) {
 }
 
 TEST(Render, JsonHoldsFactsAndSheets) {
-  const auto json = nlohmann::json::parse(Sample().Render(Format::kJson));
-  EXPECT_EQ(json["good"], true);
-  EXPECT_EQ(json["things"].size(), 3U);
-  EXPECT_EQ(json["things"][0]["name"], "母线");
-  EXPECT_EQ(json["things"][0]["value"], 1.5);
-  EXPECT_TRUE(json["things"][2]["voltage_level"].is_null());
-  EXPECT_EQ(json["things"][2]["value"], "nan") << "JSON has no number for it";
-  EXPECT_TRUE(json["others"].empty());
+  const auto rendered = nlohmann::json::parse(Sample().Render(Format::kJson));
+  EXPECT_EQ(rendered["good"], true);
+  EXPECT_EQ(rendered["things"].size(), 3U);
+  EXPECT_EQ(rendered["things"][0]["name"], "母线");
+  EXPECT_EQ(rendered["things"][0]["value"], 1.5);
+  EXPECT_TRUE(rendered["things"][2]["voltage_level"].is_null());
+  EXPECT_EQ(rendered["things"][2]["value"], "nan") << "JSON has no number for it";
+  EXPECT_TRUE(rendered["others"].empty());
 }
 
 TEST(Render, CsvHoldsTheFirstSheetOrTheOneNamed) {

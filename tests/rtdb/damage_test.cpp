@@ -8,10 +8,12 @@
 #include "damage.h"
 #include "samples.h"
 #include "tests/support/bytes.h"
+#include "tests/support/every_place.h"
 
 using dtsdb::test::AddEntry;
 using dtsdb::test::Database;
 using dtsdb::test::Folder;
+using dtsdb::test::kPlaceStep;
 using dtsdb::test::PlaceFinder;
 using dtsdb::test::ReadBytes;
 using dtsdb::test::RunTrials;
@@ -158,10 +160,11 @@ struct Damage : ::testing::Test {
   }
 
   void FlipEveryBit(const std::vector<std::size_t>& bytes) const {
-    const auto bit = [&bytes](std::size_t i) { return bytes[i / 8] * 8 + i % 8; };
-    const TrialCounts counts = RunTrials(
-        bytes.size() * 8, [&](std::size_t i, TrialCounts& so) { return Use(Flipped(whole, {bit(i)}), so); },
-        [&](std::size_t i) { return PlaceName(bit(i)); });
+    const auto bit = [&bytes](std::size_t i) { return bytes[i * kPlaceStep / 8] * 8 + i * kPlaceStep % 8; };
+    const TrialCounts counts =
+        RunTrials((bytes.size() * 8 + kPlaceStep - 1) / kPlaceStep,
+                  [&](std::size_t i, TrialCounts& so) { return Use(Flipped(whole, {bit(i)}), so); },
+                  [&](std::size_t i) { return PlaceName(bit(i)); });
     Print("every bit", counts);
     EXPECT_GT(counts.refused, counts.unharmed);
   }

@@ -40,7 +40,7 @@ class RandomRecords {
   template <class T>
   T Record(int n) {
     T record;
-    ForEachField(record, [this](const FieldInfo&, auto& value) { Fill(value); });
+    ForEachField(record, [this](const FieldInfo&, auto& value) { this->Fill(value); });
     if constexpr (T::kKey == RecordKey::kRelation) {
       record.*Relation<T>::kChildId = QString::number(n) + record.*Relation<T>::kChildId;
     } else if constexpr (T::kKey == RecordKey::kIdentified) {
