@@ -2,13 +2,11 @@
 /// Keeps account of what becomes of the objects of a set.
 #pragma once
 
-#include <map>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "formats/cgmes/connections.h"
 #include "formats/cgmes/set.h"
+#include "formats/import/exceptions.h"
 #include "formats/import_report.h"
 
 namespace dtsdb::tools::cgmes {
@@ -19,21 +17,17 @@ class Account {
   explicit Account(const ProfileSet& set) : m_set(set) {}
 
   /// An object is left out of the model.
-  void LeaveOut(int object, const std::string& why) { Count(m_leftOut, object, why, true); }
+  void LeaveOut(int object, const std::string& why) { Count(m_leftOut, object, why); }
   /// An object is in the model otherwise than others of its class.
-  void Change(int object, const std::string& why) { Count(m_changed, object, why, true); }
+  void Change(int object, const std::string& why) { Count(m_changed, object, why); }
 
   /// The whole account. Objects of classes that the import doesn't know are counted here.
   ImportReport Report(const Connections& connections) const;
 
  private:
-  static constexpr std::size_t kFirst = 5;
-  using Exceptions = std::map<std::pair<std::string, std::string>, ImportReport::Exception>;
-
-  void Count(Exceptions& exceptions, int object, const std::string& why, bool withPlace) const {
-    Count(exceptions, ClassOf(object), object, why, withPlace);
+  void Count(Exceptions& exceptions, int object, const std::string& why) const {
+    exceptions.Count(ClassOf(object), why, [&] { return m_set.Describe(object); });
   }
-  void Count(Exceptions& exceptions, const std::string& type, int object, const std::string& why, bool withPlace) const;
   std::string ClassOf(int object) const;
 
   const ProfileSet& m_set;

@@ -2,29 +2,17 @@
 /// How the objects of a set hang together, found once: what stands at whose terminals, and what is published of them.
 #pragma once
 
-#include <algorithm>
-#include <limits>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include "formats/cgmes/classes.h"
 #include "formats/cgmes/objects.h"
+#include "formats/import/inflow.h"
 
 namespace dtsdb::tools::cgmes {
 
-/// A power into the equipment, in MW and Mvar.
-struct Power {
-  double p = 0;
-  double q = 0;
-};
-
-/// A number of a profile in the precision of the model's fields; one that is beyond them is the greatest that they
-/// have.
-inline float Single(double number) {
-  constexpr double kMost = std::numeric_limits<float>::max();
-  return static_cast<float>(std::clamp(number, -kMost, kMost));
-}
+using Power = Inflow;
 
 /// The connections of `objects`, which must live as long as this and stay as they are.
 class Connections {

@@ -33,7 +33,7 @@ Regions FindRegions(const Mapping& mapping) {
 
 void AddTo(Mapping& mapping, TableKind table, int object, const QString& container = {}) {
   if (object == kNone) {
-    mapping.ids.AddMade(table, QString::fromLatin1(kMade));
+    mapping.ids.AddMade(table, kNone, QString::fromLatin1(kMade));
   } else {
     mapping.ids.Add(table, object, container);
   }

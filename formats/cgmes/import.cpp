@@ -3,32 +3,6 @@
 #include "formats/cgmes/steps.h"
 
 namespace dtsdb::tools::cgmes {
-namespace {
-
-template <class Record>
-void Put(DTSDB& model, std::vector<Record>& rows) {
-  if (!rows.empty()) TableOf<Record>(model).SetData(rows.data(), static_cast<int>(rows.size()), false);
-}
-
-void PutAll(DTSDB& model, Rows& rows) {
-  Put(model, rows.co);
-  Put(model, rows.dv);
-  Put(model, rows.st);
-  Put(model, rows.kv);
-  Put(model, rows.cb);
-  Put(model, rows.zbr);
-  Put(model, rows.bus);
-  Put(model, rows.un);
-  Put(model, rows.ld);
-  Put(model, rows.cp);
-  Put(model, rows.ln);
-  Put(model, rows.xf);
-  Put(model, rows.dln);
-  Put(model, rows.analog);
-  Put(model, rows.status);
-}
-
-}  // namespace
 
 ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSDB& model) {
   Mapping mapping(set, options);
@@ -38,7 +12,7 @@ ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSD
   MapLines(mapping);
   MapTransformers(mapping);
   MapDevices(mapping, MapDcLines(mapping));
-  PutAll(model, mapping.rows);
+  mapping.rows.Fill(model);
   ImportReport report = mapping.account.Report(mapping.connections);
   report.identities = mapping.ids.List();
   return report;

@@ -25,18 +25,15 @@ KV& LevelRow(Mapping& mapping, const Level& level) {
   return mapping.rows.kv[place];
 }
 
-/// A line joins levels of one base voltage. Where the set has another at its two ends, the base voltage of one becomes
-/// 0, which isn't compared: that of an end that is no voltage level of a station, or else that of the to end.
+/// Lets a line join two base voltages, and reports at which of its levels.
 void PartVoltages(Mapping& mapping, int equipment) {
   const Level& from = mapping.LevelAt(mapping.Terminal(equipment, 0));
   const Level& to = mapping.LevelAt(mapping.Terminal(equipment, 1));
-  const f32 one = LevelRow(mapping, from).vbase;
-  const f32 other = LevelRow(mapping, to).vbase;
-  if (one == other || one == 0 || other == 0) return;
   const bool isMade = mapping.connections.RowOf(from.object).role != Role::kLevel;
-  const Level& changed = isMade ? from : to;
-  LevelRow(mapping, changed).vbase = 0;
-  mapping.account.Change(changed.object, "a line leads from it to a level of another nominal voltage: vbase is 0");
+  const KV* const changed = tools::PartVoltages(LevelRow(mapping, from), LevelRow(mapping, to), isMade);
+  if (changed == nullptr) return;
+  const Level& level = changed == &LevelRow(mapping, from) ? from : to;
+  mapping.account.Change(level.object, "a line leads from it to a level of another nominal voltage: vbase is 0");
 }
 
 }  // namespace

@@ -19,7 +19,11 @@ Mapping::Mapping(const ProfileSet& read, const ImportOptions& chosen)
       options(chosen),
       connections(read.objects),
       places(read.objects, connections),
-      ids(read.objects, chosen.idsAreMrids),
+      ids(
+          [this](int object) {
+            return ObjectName{objects.Mrid(object), objects.Name(object)};
+          },
+          chosen.idsAreMrids),
       account(read) {}
 
 std::vector<int> Mapping::Standing(Role role, std::size_t ends) {

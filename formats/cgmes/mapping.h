@@ -8,32 +8,13 @@
 
 #include "formats/cgmes/account.h"
 #include "formats/cgmes/connections.h"
-#include "formats/cgmes/identities.h"
 #include "formats/cgmes/places.h"
 #include "formats/cgmes/set.h"
+#include "formats/import/identities.h"
+#include "formats/import/rows.h"
 #include "formats/import_options.h"
-#include "model/dtsdb.h"
 
 namespace dtsdb::tools::cgmes {
-
-/// The records that the mapping makes.
-struct Rows {
-  std::vector<CO> co;
-  std::vector<DV> dv;
-  std::vector<ST> st;
-  std::vector<KV> kv;
-  std::vector<CB> cb;
-  std::vector<ZBR> zbr;
-  std::vector<BUS> bus;
-  std::vector<UN> un;
-  std::vector<LD> ld;
-  std::vector<CP> cp;
-  std::vector<LN> ln;
-  std::vector<XF> xf;
-  std::vector<DLN> dln;
-  std::vector<ANALOG> analog;
-  std::vector<STATUS> status;
-};
 
 /// What a measurement measures.
 enum class Measured { kP, kQ, kI, kV, kAngle, kPosition, kOther };

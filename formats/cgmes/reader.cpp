@@ -4,8 +4,8 @@
 
 #include <QXmlStreamReader>
 
-#include "formats/cgmes/guarded_device.h"
 #include "formats/failure.h"
+#include "formats/import/guarded_device.h"
 
 namespace dtsdb::tools::cgmes {
 namespace {

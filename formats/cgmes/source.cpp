@@ -1,21 +1,19 @@
 #include "formats/cgmes/source.h"
 
 #include <QFile>
-#include <QRegularExpression>
-#include <QStringConverter>
 #include <set>
 #include <system_error>
 
 #include "formats/catalog.h"
-#include "formats/cgmes/archive.h"
 #include "formats/files.h"
+#include "formats/import/archive.h"
+#include "formats/import/root_element.h"
 
 namespace fs = std::filesystem;
 
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr qint64 kBeginning = qint64{16} * 1024;
 using Visit = std::function<void(QIODevice&, const std::string&)>;
 
 /// The files of a folder by name.
@@ -48,29 +46,15 @@ void ReadArchive(const fs::path& path, const Visit& visit) {
   });
 }
 
-/// A text as far as it is read, whatever its encoding: that of a byte order mark, else one byte a character.
-QString Decoded(std::string_view bytes) {
-  const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
-  const auto encoding = QStringConverter::encodingForData(view, u'<');
-  return QStringDecoder(encoding.value_or(QStringConverter::Latin1))(view);
-}
-
 }  // namespace
 
 Content ContentOf(std::string_view beginning) {
   if (beginning.starts_with("PK\x03\x04") || beginning.starts_with("PK\x05\x06")) return Content::kZip;
-  // What may stand before the root element: declaration, comments, a document type.
-  static const QRegularExpression root(
-      QStringLiteral(
-          R"(^\x{FEFF}?\s*(?:<\?.*?\?>\s*|<!--.*?-->\s*|<![^<\[]*(?:\[.*?\]\s*)?>\s*)*+<(?:[\w.-]+:)?RDF[\s>/])"),
-      QRegularExpression::DotMatchesEverythingOption);
-  return root.match(Decoded(beginning)).hasMatch() ? Content::kRdf : Content::kOther;
+  return RootName(RootTag(beginning)) == QLatin1String("RDF") ? Content::kRdf : Content::kOther;
 }
 
 Content ContentOfFile(const fs::path& file) {
-  QFile opened(QtPath(file));
-  if (!opened.open(QIODevice::ReadOnly)) return Content::kOther;
-  const QByteArray bytes = opened.read(kBeginning);
+  const QByteArray bytes = BeginningOf(file);
   return ContentOf(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 

@@ -25,7 +25,7 @@ bool IsSet(const std::filesystem::path& path);
 /// Calls `visit(input, name)` with every file of RDF that `path` leads to: itself, those in a folder in the order of
 /// their names, and those in zip archives in the order of the archive. Nothing is written to disk. Other files in
 /// folders and archives are passed over. Throws Failure for what can't be read, and for an archive that holds more
-/// files, expands to more bytes or is packed more densely than any set of profiles.
+/// files, expands to more bytes or is packed more densely than any grid.
 void ForEachFile(const std::filesystem::path& path, const std::function<void(QIODevice&, const std::string&)>& visit);
 
 }  // namespace dtsdb::tools::cgmes

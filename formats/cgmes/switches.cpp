@@ -1,12 +1,9 @@
 #include "formats/cgmes/steps.h"
+#include "formats/import/switch_rows.h"
 #include "model/record_bits.h"
-#include "model/text.h"
 
 namespace dtsdb::tools::cgmes {
 namespace {
-
-constexpr u32 kBreakerType = 1;
-constexpr u32 kDisconnectorType = 4;
 
 /// The switches that lie within one level.
 std::vector<int> WithinLevels(Mapping& mapping, Role role) {
@@ -25,20 +22,13 @@ CB BreakerRow(const Mapping& mapping, int equipment, bool isBreaker) {
   row.kv = mapping.LevelId(mapping.Terminal(equipment, 0));
   row.nd = mapping.NodeId(mapping.Terminal(equipment, 0));
   row.znd = mapping.NodeId(mapping.Terminal(equipment, 1));
-  row.flags = (isBreaker ? kBreakerType : kDisconnectorType) | (mapping.IsOpen(equipment) ? CB_OPEN : 0);
+  row.flags = TypeOfSwitch(isBreaker) | (mapping.IsOpen(equipment) ? CB_OPEN : 0);
   row.status_id = mapping.StatusPoint(equipment);
   return row;
 }
 
-/// The identity of the zero-impedance branch on a breaker. The text of none begins another's: "|Z" ends each, and a
-/// "|" in the breaker's own stands twice.
-QString BranchText(const QString& breaker) {
-  QString text = breaker;
-  return text.replace(u'|', QStringLiteral("||")) + QStringLiteral("|Z");
-}
-
 ZBR BranchRow(const Mapping& mapping, int equipment, const QString& breaker) {
-  ZBR row(IdFromText(BranchText(mapping.ids.Text(KIND_CB, equipment))).value_or(QString()));
+  ZBR row(ZeroImpedanceId(mapping.ids.Text(KIND_CB, equipment)));
   row.cb = breaker;
   const int terminal = mapping.Terminal(equipment, 0);
   const Power flow = mapping.connections.FlowInto(terminal);

@@ -80,7 +80,7 @@ TEST(CgmesArchive, ABombIsNotReadToItsEnd) {
   std::string bomb = ProfileText::kBegin;
   while (bomb.size() < (std::size_t{96} << 20)) bomb += std::string(1 << 14, ' ') + "<cim:A rdf:ID=\"_1\"/>";
   WriteZip(path, {{"eq.xml", bomb}});
-  EXPECT_EQ(FailureOf([&] { ReadSet({path}); }), path + ": can't be read: it expands to more than any set of profiles");
+  EXPECT_EQ(FailureOf([&] { ReadSet({path}); }), path + ": can't be read: it expands to more than any grid");
 }
 
 TEST(CgmesArchive, AnArchiveWithTooManyFilesIsRefused) {

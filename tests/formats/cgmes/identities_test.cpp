@@ -1,6 +1,6 @@
 // Identities of imported records: unique, fit for the model's texts, the same in every order of files.
 
-#include "formats/cgmes/identities.h"
+#include "formats/import/identities.h"
 
 #include <gtest/gtest.h>
 

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "formats/cgmes/guarded_device.h"
 #include "formats/cgmes/reader.h"
 #include "formats/cgmes/set.h"
 #include "formats/cgmes/source.h"
+#include "formats/import/guarded_device.h"
 #include "tests/formats/cgmes/profile_text.h"
 
 namespace dtsdb::tools::cgmes::test {

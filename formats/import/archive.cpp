@@ -1,4 +1,4 @@
-#include "formats/cgmes/archive.h"
+#include "formats/import/archive.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -12,10 +12,10 @@
 
 namespace fs = std::filesystem;
 
-namespace dtsdb::tools::cgmes {
+namespace dtsdb::tools {
 namespace {
 
-// Profiles pack to about a tenth; a large set has some dozen files of some hundred megabytes.
+// XML packs to about a tenth; a large grid has some dozen files of some hundred megabytes.
 constexpr int kMostEntries = 10'000;
 constexpr qint64 kMostBytes = qint64{8} << 30;
 constexpr qint64 kFreeBytes = qint64{64} << 20;  // so much may expand from anything
@@ -45,7 +45,7 @@ class Budget {
 /// What went wrong last with an archive.
 std::string FaultOf(archive* opened) {
   const char* const text = archive_error_string(opened);
-  return OneLine(text == nullptr ? "it is damaged, or no zip archive" : text);
+  return OneLine(text == nullptr ? "it is damaged" : text);
 }
 
 /// What the entry at hand expands to. It ends early where the archive is at fault.
@@ -63,7 +63,7 @@ class EntryDevice : public QIODevice {
   qint64 readData(char* data, qint64 size) override {
     const la_ssize_t count = archive_read_data(m_archive, data, static_cast<std::size_t>(size));
     if (count < 0) m_fault = FaultOf(m_archive);
-    if (count > 0 && !m_budget.Count(count)) m_fault = "it expands to more than any set of profiles";
+    if (count > 0 && !m_budget.Count(count)) m_fault = "it expands to more than any grid";
     m_isAtEnd = count <= 0 || !m_fault.empty();
     return m_isAtEnd ? -1 : count;
   }
@@ -80,10 +80,17 @@ class EntryDevice : public QIODevice {
   RefuseFile(path, "can't be read: " + fault);
 }
 
-ArchiveHandle Open(const fs::path& path) {
+enum class Packing { kZip, kGzip };
+
+ArchiveHandle Open(const fs::path& path, Packing packing) {
   ArchiveHandle opened(archive_read_new());
   if (!opened) throw std::bad_alloc();
-  archive_read_support_format_zip(opened.get());
+  if (packing == Packing::kZip) {
+    archive_read_support_format_zip(opened.get());
+  } else {
+    archive_read_support_filter_gzip(opened.get());
+    archive_read_support_format_raw(opened.get());
+  }
   constexpr std::size_t kBlock = std::size_t{64} * 1024;
   if (archive_read_open_filename(opened.get(), path.c_str(), kBlock) != ARCHIVE_OK)
     RefuseArchive(path, FaultOf(opened.get()));
@@ -91,10 +98,9 @@ ArchiveHandle Open(const fs::path& path) {
 }
 
 /// Visits one entry. A fault of the archive comes before what its early end means for the entry.
-void VisitEntry(const fs::path& path, EntryDevice& device, const std::string& name,
-                const std::function<void(QIODevice&, const std::string&)>& visit) {
+void VisitEntry(const fs::path& path, EntryDevice& device, const std::function<void(QIODevice&)>& visit) {
   try {
-    visit(device, name);
+    visit(device);
   } catch (const Failure&) {
     if (device.Fault().empty()) throw;
   }
@@ -104,7 +110,7 @@ void VisitEntry(const fs::path& path, EntryDevice& device, const std::string& na
 }  // namespace
 
 void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, const std::string&)>& visit) {
-  const ArchiveHandle opened = Open(path);
+  const ArchiveHandle opened = Open(path, Packing::kZip);
   Budget budget(static_cast<qint64>(fs::file_size(path)));
   for (int entries = 1;; ++entries) {
     archive_entry* entry = nullptr;
@@ -116,8 +122,17 @@ void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, con
     const char* const inner = archive_entry_pathname(entry);
     const std::string name = fmt::format("{}: {}", path.string(), OneLine(inner == nullptr ? "?" : inner));
     EntryDevice device(opened.get(), budget);
-    VisitEntry(path, device, name, visit);
+    VisitEntry(path, device, [&](QIODevice& content) { visit(content, name); });
   }
 }
 
-}  // namespace dtsdb::tools::cgmes
+void ReadPacked(const fs::path& file, const std::function<void(QIODevice&)>& visit) {
+  const ArchiveHandle opened = Open(file, Packing::kGzip);
+  Budget budget(static_cast<qint64>(fs::file_size(file)));
+  archive_entry* entry = nullptr;
+  if (archive_read_next_header(opened.get(), &entry) < ARCHIVE_WARN) RefuseArchive(file, FaultOf(opened.get()));
+  EntryDevice device(opened.get(), budget);
+  VisitEntry(file, device, visit);
+}
+
+}  // namespace dtsdb::tools

@@ -1,14 +1,15 @@
-#include "formats/cgmes/identities.h"
+#include "formats/import/identities.h"
 
 #include <QHash>
 #include <QSet>
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "model/table_info.h"
 #include "model/text.h"
 
-namespace dtsdb::tools::cgmes {
+namespace dtsdb::tools {
 namespace {
 
 /// Letters that are no letter with an accent, and what is written for them.
@@ -48,7 +49,7 @@ QString Numbered(const QString& text, QHash<QString, int>& last, const QSet<QStr
   number = std::max(number, 1);
   QString numbered;
   do {
-    numbered = QStringLiteral("%1 (%2)").arg(text).arg(++number);
+    numbered = text + QStringLiteral(" (%1)").arg(++number);
   } while (used.contains(numbered));
   return numbered;
 }
@@ -64,16 +65,19 @@ QString Representable(const QString& text) {
 }
 
 void Identities::Add(TableKind table, int object, const QString& container, int part, const QString& suffix) {
-  const std::string& mrid = m_objects.Mrid(object);
-  const std::string name = m_usesMrids ? mrid : m_objects.Name(object);
-  AddNamed(table, object, part, QString::fromStdString(name) + suffix, container, mrid + suffix.toStdString());
+  const ObjectName called = m_nameOf(object);
+  const QString name = QString::fromStdString(m_usesIds ? called.id : called.name) + suffix;
+  AddEntry(table, {object, part, false, Representable(name), container, called.id + suffix.toStdString(), {}});
 }
 
-void Identities::AddNamed(TableKind table, int object, int part, const QString& name, const QString& container,
-                          const std::string& order) {
+void Identities::AddMade(TableKind table, int number, const QString& name, const QString& container) {
+  AddEntry(table, {number, 0, true, Representable(name), container, name.toStdString(), {}});
+}
+
+void Identities::AddEntry(TableKind table, Entry entry) {
   Table& added = m_tables[table];
-  added.places.emplace(Key(object, part), added.entries.size());
-  added.entries.push_back({object, part, Representable(name), container, order, {}});
+  added.places.emplace(Key(entry.object, entry.part), added.entries.size());
+  added.entries.push_back(std::move(entry));
 }
 
 void Identities::Settle(TableKind table) {
@@ -123,8 +127,9 @@ std::vector<ImportReport::Identity> Identities::List() const {
   for (const auto& [kind, table] : m_tables) {
     const char* const name = TableOfKind(static_cast<TableKind>(kind)).name;
     for (const Entry& entry : table.entries) {
-      if (entry.object == Objects::kNone) continue;
-      list.push_back({name, entry.text.toStdString(), m_objects.Mrid(entry.object), m_objects.Name(entry.object)});
+      if (entry.isMade) continue;
+      ObjectName called = m_nameOf(entry.object);
+      list.push_back({name, entry.text.toStdString(), std::move(called.id), std::move(called.name)});
     }
   }
   std::sort(list.begin(), list.end(),
@@ -132,4 +137,4 @@ std::vector<ImportReport::Identity> Identities::List() const {
   return list;
 }
 
-}  // namespace dtsdb::tools::cgmes
+}  // namespace dtsdb::tools

@@ -1,8 +1,8 @@
-#include "formats/cgmes/guarded_device.h"
+#include "formats/import/guarded_device.h"
 
 #include <algorithm>
 
-namespace dtsdb::tools::cgmes {
+namespace dtsdb::tools {
 
 GuardedDevice::GuardedDevice(QIODevice& source) : m_source(source) {
   open(QIODevice::ReadOnly | QIODevice::Unbuffered);
@@ -20,4 +20,4 @@ qint64 GuardedDevice::readData(char* data, qint64 size) {
 
 qint64 GuardedDevice::writeData(const char* /*data*/, qint64 /*size*/) { return -1; }
 
-}  // namespace dtsdb::tools::cgmes
+}  // namespace dtsdb::tools

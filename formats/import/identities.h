@@ -3,34 +3,41 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
-#include "formats/cgmes/objects.h"
 #include "formats/import_report.h"
 #include "model/table_kinds.h"
 
-namespace dtsdb::tools::cgmes {
+namespace dtsdb::tools {
 
 /// A real text with what the model's texts can't hold written without its accent, or else as '?'.
 QString Representable(const QString& text);
 
-/// Identities of records by the object that they stand for. An object may stand behind several records of one table,
-/// its parts; part 0 is the whole.
+/// What an object of an exchange format is called, in UTF-8.
+struct ObjectName {
+  std::string id;    ///< its mRID or id, unique in what is imported
+  std::string name;  ///< what people call it, or else its id
+};
+
+/// Identities of records by the object that they stand for, which is known by a number. An object may stand behind
+/// several records of one table, its parts; part 0 is the whole.
 class Identities {
  public:
-  /// With `usesMrids` identities are mRIDs, else names.
-  Identities(const Objects& objects, bool usesMrids) : m_objects(objects), m_usesMrids(usesMrids) {}
+  /// Objects are called as `nameOf` has it. With `usesIds` identities are their ids, else names.
+  Identities(std::function<ObjectName(int)> nameOf, bool usesIds) : m_nameOf(std::move(nameOf)), m_usesIds(usesIds) {}
 
   /// An object becomes a record of `table`. `suffix` is put behind its name, `container` is the identity of what
   /// contains it.
   void Add(TableKind table, int object, const QString& container = {}, int part = 0, const QString& suffix = {});
-  /// Something that is no object becomes one: `name` is its identity.
-  void AddMade(TableKind table, const QString& name) { AddNamed(table, Objects::kNone, 0, name, {}, {}); }
+  /// Something that is no object becomes one and is called `name`. It is found by `number`, which no object of this
+  /// table has.
+  void AddMade(TableKind table, int number, const QString& name, const QString& container = {});
 
   /// Makes the identities of a table from what was added: a name that stands for one object only; "container/name"
-  /// where several have it, and a number behind that where this isn't enough, in the order of the mRIDs.
+  /// where several have it, and a number behind that where this isn't enough, in the order of the ids.
   void Settle(TableKind table);
 
   bool Has(TableKind table, int object, int part = 0) const;
@@ -39,16 +46,17 @@ class Identities {
   /// The same as real text.
   QString Text(TableKind table, int object, int part = 0) const;
 
-  /// All records, by table and identity.
+  /// All records that stand for objects, by table and identity.
   std::vector<ImportReport::Identity> List() const;
 
  private:
   struct Entry {
     int object;
     int part;
+    bool isMade;  ///< stands for no object
     QString text;
     QString container;
-    std::string order;  ///< mRID and part
+    std::string order;  ///< id and part
     QString id;
   };
   struct Table {
@@ -56,13 +64,12 @@ class Identities {
     std::unordered_map<long long, std::size_t> places;  ///< by object and part
   };
 
-  void AddNamed(TableKind table, int object, int part, const QString& name, const QString& container,
-                const std::string& order);
+  void AddEntry(TableKind table, Entry entry);
   const Entry* Find(TableKind table, int object, int part) const;
 
-  const Objects& m_objects;
-  bool m_usesMrids;
+  std::function<ObjectName(int)> m_nameOf;
+  bool m_usesIds;
   std::unordered_map<int, Table> m_tables;
 };
 
-}  // namespace dtsdb::tools::cgmes
+}  // namespace dtsdb::tools

@@ -1,13 +1,13 @@
 /// \file
-/// Input that ends where a file from a stranger would cost more than a profile can.
+/// Input that ends where a file from a stranger would cost more than a grid can.
 #pragma once
 
 #include <QIODevice>
 
-namespace dtsdb::tools::cgmes {
+namespace dtsdb::tools {
 
 /// Passes on what another device gives, `source`, which must live as long as this and be open. The XML reader keeps a
-/// tag or text in memory until its end: input ends where one is longer than any that a profile has.
+/// tag or text in memory until its end: input ends where one is longer than any that a grid needs.
 class GuardedDevice : public QIODevice {
  public:
   /// The longest tag or text, in bytes. Tests of attributes that stand twice take the square of a tag's length.
@@ -33,4 +33,4 @@ class GuardedDevice : public QIODevice {
   bool m_isTooLong = false;
 };
 
-}  // namespace dtsdb::tools::cgmes
+}  // namespace dtsdb::tools

@@ -1,0 +1,20 @@
+/// \file
+/// Packed files, read from the beginning to the end without anything written to disk.
+#pragma once
+
+#include <QIODevice>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace dtsdb::tools {
+
+/// Calls `visit(entry, name)` with the files in a zip archive, in its order. Names are only shown, never used as paths.
+/// Throws Failure for an archive that can't be read or that costs more than any grid.
+void ForEachEntry(const std::filesystem::path& archive,
+                  const std::function<void(QIODevice&, const std::string&)>& visit);
+
+/// Calls `visit(content)` with what a file packed by gzip expands to. Throws Failure as ForEachEntry does.
+void ReadPacked(const std::filesystem::path& file, const std::function<void(QIODevice&)>& visit);
+
+}  // namespace dtsdb::tools
