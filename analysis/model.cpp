@@ -29,9 +29,11 @@ LogSink SinkOrNothing() {
 
 }  // namespace
 
-Result<Model> Model::Open(const std::string& name) {
+Result<Model> Model::Open(const std::string& name, const ImportOptions& import, const ReadingProgress& progress) {
   return internal::Guarded(name, [&]() -> Result<Model> {
-    return Model(std::make_shared<DTSDB>(tools::LoadModel(tools::ModelName(name))), name);
+    tools::ModelName model(name);
+    model.Import() = import;
+    return Model(std::make_shared<DTSDB>(tools::LoadModel(model, nullptr, progress)), name);
   });
 }
 

@@ -7,11 +7,16 @@
 #include <string>
 
 #include "analysis/error.h"
+#include "formats/import_options.h"
+#include "formats/reading_progress.h"
 #include "model/dtsdb.h"
 #include "validation/finding.h"
 #include "validation/message_catalog.h"
 
 namespace dtsdb::analysis {
+
+using tools::ImportOptions;
+using tools::ReadingProgress;
 
 /// What a validation found.
 struct Validation {
@@ -25,7 +30,9 @@ struct Validation {
 class Model {
  public:
   /// Reads a model: an object file, a folder of text tables, CGMES profiles, or "rtdb:NAME" for a realtime database.
-  static Result<Model> Open(const std::string& name);
+  /// `import` is how a grid in an exchange format becomes a model; while its files are read `progress` is called.
+  static Result<Model> Open(const std::string& name, const ImportOptions& import = {},
+                            const ReadingProgress& progress = {});
 
   /// A model that shares the tables of `tables`. `name` is what errors call it.
   static Model Of(const DTSDB& tables, const std::string& name = "the model");

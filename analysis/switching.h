@@ -22,7 +22,7 @@ Result<SwitchEvent> ParseEvent(const std::string& words);
 std::string EventText(const SwitchEvent& event);
 
 /// Events as a script for `dtsdb switch`, one a line. An Error when an identity can't stand in one: it has a line feed,
-/// or bytes that are no valid GBK.
+/// or bytes that are not valid in its encoding.
 Result<std::string> ScriptOf(const std::vector<SwitchEvent>& events);
 
 /// A row of the log of an incremental run; docs/topology.md has the meanings.

@@ -71,5 +71,6 @@ endforeach()
 # The layer above the core.
 if(DTSDB_BUILD_ANALYSIS)
   list(APPEND public_headers analysis/careful_runner.h analysis/effect.h analysis/error.h analysis/flows.h analysis/model.h
-                             analysis/screening.h analysis/switching.h analysis/topology.h)
+                             analysis/screening.h analysis/switching.h analysis/topology.h formats/import_options.h
+                             formats/reading_progress.h)
 endif()

@@ -1,6 +1,7 @@
 #include "command/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "formats/failure.h"
 #include "formats/nearest.h"
@@ -12,8 +13,24 @@ namespace {
 constexpr const char* kSeeHelp = "; 'dtsdb --help' describes how to call it";
 constexpr std::size_t kHelpColumn = 28;
 
+/// How many of the first words are options of `app` with their values.
+int OptionWords(const CLI::App& app, int argc, const char* const* argv) {
+  int words = 0;
+  while (words + 1 < argc) {
+    const std::string word = argv[words + 1];
+    const std::size_t sign = word.find('=');
+    const CLI::Option* const option = app.get_option_no_throw(word.substr(0, sign));
+    if (word.empty() || word.front() != '-' || option == nullptr || option->get_items_expected_max() == 0) break;
+    words += sign == std::string::npos ? 2 : 1;
+  }
+  return std::min(words, argc - 1);
+}
+
 /// Refuses a first word that is no subcommand of `app`, and behind one that has subcommands a second one likewise.
 void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
+  const int options = OptionWords(app, argc, argv);
+  argc -= options;
+  argv += options;
   const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
   const std::string word = argc > 1 ? argv[1] : "";
   if (commands.empty() || word.empty() || word.front() == '-') return;
@@ -111,6 +128,7 @@ Program::Program(const std::string& name, const std::string& purpose, const std:
     : m_app(std::make_unique<CLI::App>(purpose, name)) {
   m_app->footer(footer);
   m_app->require_subcommand(1);
+  m_app->fallthrough();  // the program's own options may stand behind a subcommand
   m_app->set_version_flag("--version", version);
   m_app->get_formatter()->column_width(kHelpColumn);
 }

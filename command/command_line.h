@@ -78,7 +78,8 @@ class Program {
   Program& operator=(const Program&) = delete;
   ~Program();
 
-  /// Where its subcommands are added.
+  /// Where its subcommands are added, and before them the options of the program as a whole, which may stand before or
+  /// behind a subcommand.
   CommandLine Commands() { return CommandLine(*m_app); }
   std::string Help() const;
   /// Reads the words that the program was started with. Help and version are printed. Throws Failure where the words

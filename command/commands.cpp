@@ -2,12 +2,14 @@
 #include <QStringList>
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "command/commands.h"
 #include "command/log_file.h"
 #include "formats/failure.h"
 #include "formats/messages.h"
 #include "formats/text_layout.h"
+#include "model/text.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -28,6 +30,30 @@ void AddCommands(CommandLine commands, Action& action) {
                          AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb}) {
     add(commands, action);
   }
+}
+
+constexpr const char* kEncodings = "gbk or utf-8";
+
+/// The option --encoding of the program as a whole.
+void AddEncodingOption(CommandLine& commands, std::string& encoding) {
+  const auto check = [](const std::string& name) {
+    return FindIdEncoding(name) ? "" : Quoted(name) + " is no encoding of identities; it is " + kEncodings;
+  };
+  commands.Add("--encoding", encoding, "What the bytes of identities mean (default: DTSDB_ENCODING, or else gbk)")
+      .Checked(check)
+      .Shown("gbk|utf-8");
+}
+
+/// Chooses the encoding of identities: `option`, or else that of the environment.
+void UseEncoding(const std::string& option) {
+  const std::string variable = qgetenv("DTSDB_ENCODING").toStdString();
+  const std::string& name = option.empty() ? variable : option;
+  if (name.empty()) return;
+  const std::optional<IdEncoding> encoding = FindIdEncoding(name);
+  if (!encoding) {
+    throw Failure(kExitUsage, "DTSDB_ENCODING is " + Quoted(name) + ", no encoding of identities; it is " + kEncodings);
+  }
+  SetIdEncoding(*encoding);
 }
 
 /// Writes what the library warns of like the command's own messages, a line each.
@@ -121,13 +147,17 @@ int RunCommand(int argc, const char* const* argv) {
   try {
     Program program("dtsdb", kPurpose, kFooter, "dtsdb " DTSDB_VERSION);
     Action action;
-    AddCommands(program.Commands(), action);
+    std::string encoding;
+    CommandLine commands = program.Commands();
+    AddEncodingOption(commands, encoding);
+    AddCommands(commands, action);
     if (argc <= 1) {
       WriteResult(Format::kText, program.Help());
       return kExitGood;
     }
     program.Read(argc, argv);
     if (!action) return kExitGood;  // help or version
+    UseEncoding(encoding);
     LogFile log(program.ValueOf("--log"));
     const int result = action();
     log.Close();

@@ -2,9 +2,9 @@
 #include <cmath>
 
 #include "command/commands.h"
+#include "command/imported_model.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
-#include "formats/model_io.h"
 #include "model/any_table.h"
 
 namespace dtsdb::tools {
@@ -115,8 +115,8 @@ class Comparison {
 };
 
 int Diff(const DiffOptions& options) {
-  DTSDB a = LoadModel(options.a);
-  DTSDB b = LoadModel(options.b);
+  DTSDB a = LoadImported(options.a).tables;
+  DTSDB b = LoadImported(options.b).tables;
   Comparison comparison;
   for (const TableInfo& table : Tables()) {
     comparison.Compare(TableOfKind(a, table.kind), TableOfKind(b, table.kind));

@@ -1,11 +1,11 @@
 #include <algorithm>
 
 #include "command/commands.h"
+#include "command/imported_model.h"
 #include "command/place_filter.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
-#include "formats/model_io.h"
 #include "formats/nearest.h"
 #include "model/any_table.h"
 
@@ -62,7 +62,7 @@ int Dump(const DumpOptions& options) {
   if (options.format == Format::kCsv && named == KIND_NONE) {
     throw Failure(kExitUsage, "CSV holds one table: name the TABLE");
   }
-  DTSDB database = LoadModel(options.model);
+  DTSDB database = LoadImported(options.model).tables;
   const std::vector<AnyTable> tables =
       named == KIND_NONE ? AllTables(database) : std::vector{TableOfKind(database, named)};
   const std::string id = UserText(options.id);

@@ -2,6 +2,7 @@
 
 #include "command/commands.h"
 #include "command/finding_report.h"
+#include "command/imported_model.h"
 #include "command/script_run.h"
 #include "command/validation_run.h"
 #include "formats/failure.h"
@@ -47,7 +48,7 @@ int RunEdit(const EditOptions& options) {
     throw Failure(kExitUsage, "name the place of the edited model with -o OUT, or only try it with --dry-run");
   }
   const std::vector<Edit> edits = ReadEditScript(options.script, ReadFile(options.script));
-  DTSDB database = LoadModel(options.model);
+  DTSDB database = LoadImported(options.model).tables;
   RequireGood(database, options.model);
   ScriptResult result = ApplyScript(database, edits, options.language);
 

@@ -1,6 +1,8 @@
 #include "command/finding_report.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <string_view>
 #include <vector>
@@ -15,10 +17,20 @@ const char* SeverityName(Severity severity) { return severity == Severity::kErro
 
 Cell FieldCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
 
-void AddFinding(Sheet& sheet, const Finding& finding, Language language) {
+std::vector<Cell> FindingCells(const Finding& finding, Language language) {
   const MessageInfo& message = *FindMessage(finding.code);
-  sheet.Add({SeverityName(finding.severity), finding.code, TableName(finding.table), IdText(finding.id),
-             FieldCell(finding.field), TextOf(message, language), RemedyOf(message, language)});
+  return {SeverityName(finding.severity), finding.code,
+          TableName(finding.table),       IdText(finding.id),
+          FieldCell(finding.field),       TextOf(message, language),
+          RemedyOf(message, language)};
+}
+
+/// The mRID of the object that a finding is about, and where it is defined.
+std::vector<Cell> ObjectCells(const Finding& finding, const ImportReport& import) {
+  const ImportReport::Identity* const object = import.Find(TableName(finding.table), IdText(finding.id));
+  if (object == nullptr) return {Cell(), Cell()};
+  const std::string place = import.PlaceOf(*object);
+  return {object->mrid, place.empty() ? Cell() : Cell(place)};
 }
 
 /// The warnings with one code.
@@ -60,15 +72,20 @@ std::string FailureText(const NMD& nmd, Language language) {
   return TextOf(message, language) + "; " + CellText(RemedyOf(message, language));
 }
 
-Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language) {
+Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language, const ImportReport& import) {
   constexpr std::size_t kTableColumn = 2;
-  Sheet sheet("findings", least == Severity::kError ? "Errors" : "Findings",
-              {"severity", "code", "table", "id", "field", "text", "what_to_do"});
+  const bool isImported = !import.identities.empty();
+  std::vector<std::string> columns = {"severity", "code", "table", "id", "field", "text", "what_to_do"};
+  if (isImported) columns.insert(columns.end(), {"mrid", "source"});
+  Sheet sheet("findings", least == Severity::kError ? "Errors" : "Findings", columns);
   sheet.HideColumn(kTableColumn);  // the code begins with it
   for (const Severity severity : {Severity::kError, Severity::kWarning}) {
     if (severity > least) break;
     for (const Finding& finding : findings) {
-      if (finding.severity == severity) AddFinding(sheet, finding, language);
+      if (finding.severity != severity) continue;
+      std::vector<Cell> cells = FindingCells(finding, language);
+      if (isImported) std::ranges::move(ObjectCells(finding, import), std::back_inserter(cells));
+      sheet.Add(std::move(cells));
     }
   }
   return sheet;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "command/render.h"
+#include "formats/import_report.h"
 #include "validation/finding.h"
 #include "validation/message_catalog.h"
 #include "validation/nmd.h"
@@ -23,8 +24,9 @@ Cell RemedyOf(const MessageInfo& message, Language language);
 std::string FailureText(const NMD& nmd, Language language);
 
 /// The findings about records down to the weight `least`, errors in front of warnings, each in the order of the run.
-/// Notices are never shown.
-Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language);
+/// Notices are never shown. For a model that was made of a grid in an exchange format two more columns have the mRID of
+/// the object that the record stands for, and the file and line that define it.
+Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language language, const ImportReport& import = {});
 
 /// The warnings counted by code, with the first records of each, in the order of the run; hidden in text when there is
 /// none.

@@ -5,9 +5,9 @@
 #include "command/commands.h"
 #include "command/finding_report.h"
 #include "command/flow_report.h"
+#include "command/imported_model.h"
 #include "command/place_filter.h"
 #include "formats/failure.h"
-#include "formats/model_io.h"
 #include "formats/realtime.h"
 #include "rtdb/volma_rtdb.h"
 
@@ -34,7 +34,7 @@ constexpr const char* kFooter =
     "  dtsdb flow rtdb:grid --delta 0.5 --store";
 
 Flows ComputeInDatabase(const FlowOptions& options) {
-  DTSDB model = options.place.IsEmpty() ? DTSDB() : LoadModel(options.model);
+  DTSDB model = options.place.IsEmpty() ? DTSDB() : ReadModel(options.model);
   const PlaceFilter filter(options.place, model);
   RealtimeDatabase database(options.model.Path(), options.store ? dbDatabase::dbAllAccess : dbDatabase::dbReadOnly);
   const int sections = dbCursor<bs>(database.Db()).select();
@@ -53,7 +53,7 @@ Flows ComputeInDatabase(const FlowOptions& options) {
 
 Flows ComputeInTables(const FlowOptions& options) {
   if (options.store) throw Failure(kExitUsage, "--store needs a realtime database, as in rtdb:grid");
-  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  analysis::Model model = OpenModel(options.model);
   const PlaceFilter filter(options.place, model.Tables());
   Take(model.RequireGood(LocaleLanguage()));
   Flows flows = Take(analysis::WorkOutFlows(model, options.settings));

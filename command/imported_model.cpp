@@ -3,6 +3,10 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <optional>
+
+#include "command/progress.h"
+#include "formats/encoding_hint.h"
 #include "formats/import_ids.h"
 #include "formats/messages.h"
 #include "formats/model_io.h"
@@ -36,9 +40,22 @@ void AddImportOptions(CommandLine& command, ModelName& model) {
                   "Closed CGMES switches that are retained join their nodes, without a zero-impedance branch");
 }
 
+DTSDB ReadModel(const ModelName& name, ImportReport* report) {
+  constexpr std::uint64_t kMegabyte = 1'000'000;
+  std::optional<Progress> progress;
+  DTSDB model = LoadModel(name, report, [&](std::uint64_t done, std::uint64_t total) {
+    if (!progress) progress.emplace((total + kMegabyte - 1) / kMegabyte, "MB of " + name.Text() + " read");
+    progress->Show(done / kMegabyte);
+  });
+  progress.reset();
+  const std::string hint = EncodingHint(model);
+  if (!hint.empty()) WriteMessage(name.Text() + ": " + hint);
+  return model;
+}
+
 ImportedModel LoadImported(const ModelName& name) {
   ImportedModel model;
-  model.tables = LoadModel(name, &model.report);
+  model.tables = ReadModel(name, &model.report);
   long long lacking = 0;
   for (const ImportReport::Exception& exception : model.report.leftOut) lacking += exception.count;
   if (lacking > 0) {
@@ -46,6 +63,10 @@ ImportedModel LoadImported(const ModelName& name) {
                              name.Text()));
   }
   return model;
+}
+
+analysis::Model OpenModel(const ModelName& name) {
+  return analysis::Model::Of(LoadImported(name).tables, name.Text());
 }
 
 void WriteIdsBeside(const ImportedModel& model, const ModelName& output) { WriteIds(model.report, output); }

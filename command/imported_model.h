@@ -1,9 +1,8 @@
 /// \file
-/// Models that commands make of grids in exchange formats.
+/// Models that commands read, and what has become of grids in exchange formats on the way.
 #pragma once
 
-#include <optional>
-
+#include "analysis/model.h"
 #include "command/command_line.h"
 #include "command/render.h"
 #include "formats/import_report.h"
@@ -21,8 +20,14 @@ struct ImportedModel {
   ImportReport report;
 };
 
-/// Reads a model. A message counts the objects that it lacks.
+/// Reads a model, and shows on a terminal how far that has come. A message hints at identities that are read in the
+/// wrong encoding.
+DTSDB ReadModel(const ModelName& name, ImportReport* report = nullptr);
+
+/// The same; another message counts the objects that a model made of a grid in an exchange format lacks.
 ImportedModel LoadImported(const ModelName& name);
+/// The same for the interface of `analysis/`.
+analysis::Model OpenModel(const ModelName& name);
 
 /// Writes what shows which objects the records of a model stand for, beside it as it was written to `output`.
 void WriteIdsBeside(const ImportedModel& model, const ModelName& output);

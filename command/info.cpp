@@ -9,7 +9,6 @@
 #include "formats/catalog.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
-#include "formats/model_io.h"
 #include "model/any_table.h"
 
 namespace dtsdb::tools {
@@ -95,7 +94,7 @@ int Info(const InfoOptions& options) {
     return kExitGood;
   }
   ImportReport import;
-  DTSDB database = LoadModel(options.model, &import);
+  DTSDB database = ReadModel(options.model, &import);
   Report report = ModelInfo(options.model, database);
   if (!import.files.empty()) AddImportSheets(report, import);
   WriteReport(report, options.format, options.sheet);

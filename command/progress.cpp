@@ -9,6 +9,7 @@
 namespace dtsdb::tools {
 namespace {
 
+constexpr std::chrono::seconds kQuiet{1};
 constexpr std::chrono::milliseconds kPause{100};
 constexpr const char* kToBeginAndClear = "\r\033[K";
 
@@ -20,15 +21,16 @@ void Write(const std::string& text) {
 }  // namespace
 
 Progress::Progress(std::size_t total, std::string what)
-    : m_total(total), m_what(std::move(what)), m_isShown(isatty(STDERR_FILENO) != 0) {}
+    : m_total(total), m_what(std::move(what)), m_isShown(isatty(STDERR_FILENO) != 0), m_next(Clock::now() + kQuiet) {}
 
 Progress::~Progress() {
-  if (m_isShown) Write(kToBeginAndClear);
+  if (m_isOnScreen) Write(kToBeginAndClear);
 }
 
 void Progress::Show(std::size_t done) {
   if (!m_isShown || m_total == 0 || Clock::now() < m_next) return;
   m_next = Clock::now() + kPause;
+  m_isOnScreen = true;
   Write(fmt::format("{}{} of {} {}, {} %", kToBeginAndClear, done, m_total, m_what, 100 * done / m_total));
 }
 

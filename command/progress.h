@@ -8,8 +8,8 @@
 
 namespace dtsdb::tools {
 
-/// A line on the standard error that is written anew as the work goes on, at most ten times a second, and removed at
-/// the end. Nothing is written where the standard error is no terminal.
+/// A line on the standard error that appears after a second, is written anew as the work goes on, at most ten times a
+/// second, and is removed at the end. Nothing is written where the standard error is no terminal.
 class Progress {
  public:
   /// `what` is the noun of what is counted, in the plural.
@@ -26,7 +26,8 @@ class Progress {
   std::size_t m_total;
   std::string m_what;
   bool m_isShown;
-  Clock::time_point m_next = Clock::now();
+  bool m_isOnScreen = false;
+  Clock::time_point m_next;
 };
 
 }  // namespace dtsdb::tools

@@ -9,6 +9,7 @@
 #include "command/analysis_result.h"
 #include "command/commands.h"
 #include "command/finding_report.h"
+#include "command/imported_model.h"
 #include "command/progress.h"
 #include "command/screening_report.h"
 #include "formats/failure.h"
@@ -105,7 +106,7 @@ std::size_t Shown(const ScreenOptions& options) {
 }
 
 int Screen(const ScreenOptions& options) {
-  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  analysis::Model model = OpenModel(options.model);
   Take(model.RequireGood(options.language));
   const std::vector<Outage> outages = OutagesOf(model, options);
   analysis::ScreeningOptions how;

@@ -8,6 +8,7 @@
 #include "command/commands.h"
 #include "command/effect_report.h"
 #include "command/finding_report.h"
+#include "command/imported_model.h"
 #include "command/topology_report.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
@@ -196,7 +197,7 @@ void WriteUndo(const analysis::Switching& session, const SwitchOptions& options)
 
 int Switch(const SwitchOptions& options) {
   const std::vector<SwitchRun> runs = ReadRuns(options);
-  analysis::Model model = Take(analysis::Model::Open(options.model.Text()));
+  analysis::Model model = OpenModel(options.model);
   Take(model.RequireGood());
   for (const SwitchRun& events : runs) {
     for (const SwitchEvent& event : events) RequireComponent(model.Tables(), event);

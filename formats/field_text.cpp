@@ -1,14 +1,11 @@
 #include "formats/field_text.h"
 
-#include <QStringConverter>
-
 namespace dtsdb::tools {
 
 std::string UserText(const std::string& bytes) {
-  QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-  const QString text = utf8(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-  if (!utf8.hasError()) return bytes;
-  return TextFromId(IdFromBytes(QByteArray::fromStdString(bytes))).toStdString();
+  const QByteArray written = QByteArray::fromStdString(bytes);
+  if (ExactTextFromBytes(written, IdEncoding::kUtf8)) return bytes;
+  return TextFromBytes(written, IdEncoding::kGbk).toStdString();
 }
 
 Cell FieldCell(const FieldInfo& field, const void* record) {

@@ -54,7 +54,7 @@ std::string ParseNumber(std::string_view text, V& value) {
   return "";
 }
 
-/// An identity as real text in UTF-8; bytes that are no valid GBK show as U+FFFD.
+/// An identity as real text in UTF-8; bytes that are not valid in its encoding show as U+FFFD.
 inline std::string IdText(const QString& id) { return TextFromId(id).toStdString(); }
 
 /// What a user wrote, in UTF-8: taken as GBK where it is no UTF-8, as a GBK terminal sends it.

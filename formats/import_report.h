@@ -36,6 +36,8 @@ struct ImportReport {
     std::string identity;
     std::string mrid;
     std::string name;
+    int file = -1;  ///< place in `files` of the one that defines the object, -1 for none
+    int line = 0;   ///< in that file
   };
 
   std::vector<File> files;
@@ -44,6 +46,11 @@ struct ImportReport {
   std::vector<Exception> changed;    ///< by class
   std::vector<Exception> unknown;    ///< by class: what no table has room for
   std::vector<Identity> identities;  ///< by table and identity
+
+  /// The object that the record of `table` with the identity `identity` stands for; null for none.
+  const Identity* Find(const std::string& table, const std::string& identity) const;
+  /// Where an object is defined, as "FILE, line N"; empty where that isn't known.
+  std::string PlaceOf(const Identity& identity) const;
 };
 
 }  // namespace dtsdb::tools

@@ -40,7 +40,7 @@ void WriteRealtime(DTSDB& model, const std::string& name) {
 
 }  // namespace
 
-DTSDB LoadModel(const ModelName& name, ImportReport* report) {
+DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgress& progress) {
   DTSDB database;
   const std::string& path = name.Path();
   if (name.IsDatabase()) {
@@ -48,7 +48,7 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report) {
     return database;
   }
   if (name.Form() == ModelForm::kCgmes) {
-    ImportReport made = cgmes::Import(name.Paths(), name.Import(), database);
+    ImportReport made = cgmes::Import(name.Paths(), name.Import(), database, progress);
     if (report != nullptr) *report = std::move(made);
     return database;
   }

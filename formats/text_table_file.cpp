@@ -1,6 +1,5 @@
 #include "formats/text_table_file.h"
 
-#include <QStringConverter>
 #include <algorithm>
 #include <functional>
 #include <numeric>
@@ -34,12 +33,10 @@ namespace {
 }  // namespace
 
 std::string ParseIdentity(const std::string& bytes, QString& id) {
-  using Flag = QStringConverter::Flag;
-  QStringDecoder decoder(QStringConverter::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
-  const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-  if (decoder.hasError()) return "the text is no valid UTF-8";
-  const std::optional<QString> found = IdFromText(text);
-  if (!found) return "GBK can't hold the text " + Quoted(bytes);
+  const std::optional<QString> text = ExactTextFromBytes(QByteArray::fromStdString(bytes), IdEncoding::kUtf8);
+  if (!text) return "the text is no valid UTF-8";
+  const std::optional<QString> found = IdFromText(*text);
+  if (!found) return fmt::format("{} can't hold the text {}", NameOf(CurrentIdEncoding()), Quoted(bytes));
   id = found->isNull() ? QStringLiteral("") : *found;
   return "";
 }
@@ -120,7 +117,7 @@ void ReadRows(const std::string& file, std::string_view bytes, const std::vector
   }
 }
 
-/// A field's value as it is written: nothing for a null text. False when GBK doesn't hold the bytes.
+/// A field's value as it is written: nothing for a null text. False when its bytes are not valid.
 bool WriteField(const FieldInfo& field, const void* record, CsvField& text) {
   text.reset();
   return VisitValue(field, record, [&text]<class V>(const V& value) {
@@ -146,7 +143,7 @@ void WriteRow(const TableInfo& table, const void* record, int row, std::string& 
   CsvField written;
   for (const FieldInfo& field : fields) {
     if (!WriteField(field, record, written)) {
-      RefuseRecord(table.name, row, field.name, "the bytes of the text are no valid GBK");
+      RefuseRecord(table.name, row, field.name, fmt::format("the bytes of the text are no valid {}", NameOf(CurrentIdEncoding())));
     }
     AppendCsvField(text, written, &field == fields.data());
   }

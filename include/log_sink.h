@@ -14,7 +14,8 @@ enum class LogKind {
   kBreakerFlow,  ///< that of cbFlow, by default the file "cbFlow.txt"
 };
 
-/// Takes what would stand in a log's file: whole lines in GBK, each ended by a line feed. Must not throw.
+/// Takes what would stand in a log's file: whole lines in the encoding of identities (model/text.h), each ended by a
+/// line feed. Must not throw.
 using LogSink = std::function<void(LogKind log, std::string_view bytes)>;
 
 /// The sink in effect; empty while the logs are files.

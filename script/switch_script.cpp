@@ -32,7 +32,8 @@ std::string SwitchScriptText(const SwitchRun& events) {
   std::string script;
   for (const SwitchEvent& event : events) {
     if (!IdFromText(QString::fromStdString(event.id))) {
-      throw Failure(kExitUsage, "the identity " + Quoted(event.id) + " is no valid GBK, and can't stand in a script");
+      throw Failure(kExitUsage, "the identity " + Quoted(event.id) + " is no valid " + NameOf(CurrentIdEncoding()) +
+                                    ", and can't stand in a script");
     }
     script += SwitchEventText({event.type, event.on, ScriptWord(event.id)}) + "\n";
   }

@@ -11,7 +11,7 @@ namespace dtsdb {
 /// How much a finding weighs. Only errors count: a model without errors is good.
 enum class Severity { kError, kWarning, kNotice };
 
-/// One finding of a run. Of a validation the line in "nmd.log" is its `text`, stamped, in GBK.
+/// One finding of a run. Of a validation the line in "nmd.log" is its `text`, stamped, in the encoding of identities.
 struct Finding {
   Severity severity = Severity::kNotice;
   TableKind table = KIND_NONE;  ///< table of the record concerned; none for what concerns the run as a whole

@@ -8,7 +8,7 @@
 namespace dtsdb::internal {
 
 /// Lines for the log. They are written when this goes: to the program's sink, or else to "cbFlow.txt" in the working
-/// directory that the program had when the library was loaded. Text is GBK.
+/// directory that the program had when the library was loaded. Text is in the encoding of identities.
 class FlowLogLines {
  public:
   FlowLogLines();
@@ -30,7 +30,7 @@ class FlowLogLines {
 /// there is no log, and its lines are lost.
 void OpenFlowLog();
 
-/// A UTF-8 literal of our own sources in GBK, for the log.
+/// A UTF-8 literal of our own sources in the encoding of identities, for the log.
 QByteArray LogBytes(const char* utf8);
 
 }  // namespace dtsdb::internal

@@ -101,6 +101,13 @@ bool Connections::IsInService(int equipment) const {
   return !m_objects.IsFalse(ReferringTo(equipment, kStatusEquipment), kStatusInService);
 }
 
+bool Connections::IsOpen(int equipment) const {
+  const Property position = m_objects.Has(equipment, kSwitchOpen) ? kSwitchOpen : kSwitchNormalOpen;
+  const std::span<const int> terminals = TerminalsOf(equipment);
+  return m_objects.IsTrue(equipment, position) ||
+         !std::all_of(terminals.begin(), terminals.end(), [this](int terminal) { return IsOn(terminal); });
+}
+
 std::optional<Power> Connections::Published(int terminal) const {
   const int flow = ReferringTo(terminal, kFlowTerminal);
   if (flow == kNone) return std::nullopt;

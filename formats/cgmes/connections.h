@@ -36,6 +36,10 @@ class Connections {
   /// False where the equipment is published as out of service.
   bool IsInService(int equipment) const;
   bool IsConnected(int terminal) const { return !m_objects.IsFalse(terminal, kTerminalConnected); }
+  /// True when the equipment of this terminal is in service and the terminal is connected.
+  bool IsOn(int terminal) const { return IsConnected(terminal) && IsInService(EquipmentOf(terminal)); }
+  /// True when a switch doesn't conduct: it is open or out of service, or a terminal isn't connected.
+  bool IsOpen(int equipment) const;
   /// What flows into the equipment at a terminal: as published, else for equipment with one terminal as the
   /// steady-state hypothesis has it.
   Power FlowInto(int terminal) const;

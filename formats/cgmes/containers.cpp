@@ -90,11 +90,24 @@ void AddStarPoints(Mapping& mapping) {
   }
 }
 
+/// The levels that closed switches make one.
+void ReportJoined(Mapping& mapping) {
+  for (const int equipment : mapping.places.JoiningSwitches()) {
+    mapping.account.Change(equipment, "it is closed between voltage levels of one nominal voltage: they are one level");
+  }
+  for (const JoinedLevel& joined : mapping.places.Joined()) {
+    std::string why = "a closed switch joins it to " + mapping.set.Describe(joined.into) + ": it is part of that level";
+    if (joined.level.station != joined.station) why += ", in " + mapping.set.Describe(joined.station);
+    mapping.account.Change(joined.level.object, why);
+  }
+}
+
 void MapLevels(Mapping& mapping) {
   for (const Level& level : mapping.places.Levels()) {
     mapping.ids.Add(KIND_KV, level.object, mapping.ids.Text(KIND_ST, level.station));
     if (level.hasTwoVoltages) mapping.account.Change(level.object, "lines of several voltages meet in it: vbase is 0");
   }
+  ReportJoined(mapping);
   AddStarPoints(mapping);
   mapping.ids.Settle(KIND_KV);
   for (const Level& level : mapping.places.Levels()) mapping.rows.kv.push_back(LevelRow(mapping, level));

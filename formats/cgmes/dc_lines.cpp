@@ -1,35 +1,13 @@
 #include <map>
-#include <numeric>
 
 #include "formats/cgmes/branch_rows.h"
+#include "formats/cgmes/groups.h"
 #include "formats/cgmes/steps.h"
 
 namespace dtsdb::tools::cgmes {
 namespace {
 
 constexpr int kNone = Objects::kNone;
-
-/// Objects that DC terminals join, as groups.
-class Groups {
- public:
-  explicit Groups(int count) : m_parent(static_cast<std::size_t>(count)) {
-    std::iota(m_parent.begin(), m_parent.end(), 0);
-  }
-
-  int Of(int object) {
-    while (Parent(object) != object) {
-      Parent(object) = Parent(Parent(object));
-      object = Parent(object);
-    }
-    return object;
-  }
-  void Join(int a, int b) { Parent(Of(a)) = Of(b); }
-
- private:
-  int& Parent(int object) { return m_parent[static_cast<std::size_t>(object)]; }
-
-  std::vector<int> m_parent;
-};
 
 /// What hangs together on the DC side: the converters, and the first line segment.
 struct DcNetwork {
@@ -39,7 +17,7 @@ struct DcNetwork {
 
 std::map<int, DcNetwork> FindNetworks(const Mapping& mapping) {
   const Objects& objects = mapping.objects;
-  Groups groups(objects.Count());
+  Groups groups(static_cast<std::size_t>(objects.Count()));
   for (int i = 0; i < objects.Count(); ++i) {
     const int node = objects.Target(i, kDcTerminalNode);
     if (node == kNone) continue;

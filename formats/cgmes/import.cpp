@@ -18,8 +18,9 @@ ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSD
   return report;
 }
 
-ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model) {
-  return ImportSet(ReadSet(paths), options, model);
+ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model,
+                    const ReadingProgress& progress) {
+  return ImportSet(ReadSet(paths, progress), options, model);
 }
 
 }  // namespace dtsdb::tools::cgmes

@@ -8,6 +8,7 @@
 #include "formats/cgmes/set.h"
 #include "formats/import_options.h"
 #include "formats/import_report.h"
+#include "formats/reading_progress.h"
 #include "model/dtsdb.h"
 
 namespace dtsdb::tools::cgmes {
@@ -17,6 +18,7 @@ namespace dtsdb::tools::cgmes {
 ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSDB& model);
 
 /// The same for the profiles in the files, folders and zip archives `paths`, read as one set (ReadSet).
-ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model);
+ImportReport Import(const std::vector<std::string>& paths, const ImportOptions& options, DTSDB& model,
+                    const ReadingProgress& progress = {});
 
 }  // namespace dtsdb::tools::cgmes

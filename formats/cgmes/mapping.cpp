@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "formats/text_layout.h"
 
 namespace dtsdb::tools::cgmes {
@@ -21,7 +19,7 @@ Mapping::Mapping(const ProfileSet& read, const ImportOptions& chosen)
       places(read.objects, connections),
       ids(
           [this](int object) {
-            return ObjectName{objects.Mrid(object), objects.Name(object)};
+            return ObjectName{objects.Mrid(object), objects.Name(object), objects.File(object), objects.Line(object)};
           },
           chosen.idsAreMrids),
       account(read) {}
@@ -71,17 +69,6 @@ QString Mapping::Point(int terminal, Measured measured) const {
 QString Mapping::StatusPoint(int equipment) const {
   const auto found = points.find({equipment, kNone, Measured::kPosition});
   return found == points.end() ? QString() : found->second;
-}
-
-bool Mapping::IsOn(int terminal) const {
-  return connections.IsConnected(terminal) && connections.IsInService(connections.EquipmentOf(terminal));
-}
-
-bool Mapping::IsOpen(int equipment) const {
-  const Property position = objects.Has(equipment, kSwitchOpen) ? kSwitchOpen : kSwitchNormalOpen;
-  const auto terminals = connections.TerminalsOf(equipment);
-  return objects.IsTrue(equipment, position) ||
-         !std::all_of(terminals.begin(), terminals.end(), [this](int terminal) { return IsOn(terminal); });
 }
 
 }  // namespace dtsdb::tools::cgmes

@@ -58,10 +58,8 @@ class Mapping {
   /// The status point of a switch.
   QString StatusPoint(int equipment) const;
 
-  /// True when the equipment of this terminal is in service and the terminal is connected.
-  bool IsOn(int terminal) const;
-  /// True when a switch doesn't conduct: it is open or out of service, or a terminal isn't connected.
-  bool IsOpen(int equipment) const;
+  bool IsOn(int terminal) const { return connections.IsOn(terminal); }
+  bool IsOpen(int equipment) const { return connections.IsOpen(equipment); }
 };
 
 }  // namespace dtsdb::tools::cgmes

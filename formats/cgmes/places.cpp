@@ -19,6 +19,7 @@ Places::Places(const Objects& objects, const Connections& connections)
     m_levelOf[static_cast<std::size_t>(node)] = AddLevel(ContainerOf(node));
   }
   FindVoltages();
+  JoinLevels();
 }
 
 /// What becomes the level of a node: the voltage level, also that of a bay, else the container, else the node itself.
@@ -50,7 +51,7 @@ int Places::AddLevel(int object) {
 void Places::FindVoltages() {
   for (const int node : m_nodes) {
     Level& level = m_levels[static_cast<std::size_t>(LevelOf(node))];
-    if (m_connections.RowOf(level.object).role != Role::kLevel) TakeVoltageOfLines(level, node);
+    if (IsMade(level)) TakeVoltageOfLines(level, node);
   }
   for (Level& level : m_levels) {
     if (level.hasTwoVoltages) level.nominal = 0;
@@ -66,6 +67,64 @@ void Places::TakeVoltageOfLines(Level& level, int node) const {
     if (level.nominal > 0 && level.nominal != nominal) level.hasTwoVoltages = true;
     level.nominal = nominal;
   }
+}
+
+/// True for a level that is no VoltageLevel of the set.
+bool Places::IsMade(const Level& level) const { return m_connections.RowOf(level.object).role != Role::kLevel; }
+
+bool Places::StandsFirst(const Level& a, const Level& b) const {
+  if (IsMade(a) != IsMade(b)) return IsMade(b);
+  return m_objects.Mrid(a.object) < m_objects.Mrid(b.object);
+}
+
+/// The places of the two levels that a closed switch makes one; nothing for any other switch.
+std::optional<std::pair<int, int>> Places::Joins(int equipment) const {
+  const std::span<const int> terminals = m_connections.TerminalsOf(equipment);
+  if (terminals.size() != 2) return std::nullopt;
+  const int from = m_connections.NodeOf(terminals[0]);
+  const int to = m_connections.NodeOf(terminals[1]);
+  if (from == kNone || to == kNone || LevelOf(from) == LevelOf(to)) return std::nullopt;
+  const double nominal = m_levels[static_cast<std::size_t>(LevelOf(from))].nominal;
+  const double other = m_levels[static_cast<std::size_t>(LevelOf(to))].nominal;
+  if (nominal <= 0 || nominal != other || m_connections.IsOpen(equipment)) return std::nullopt;
+  return std::pair(LevelOf(from), LevelOf(to));
+}
+
+void Places::JoinLevels() {
+  Groups groups(m_levels.size());
+  for (const Role role : {Role::kBreaker, Role::kDisconnector}) {
+    for (const int equipment : m_connections.WithRole(role)) {
+      const auto levels = Joins(equipment);
+      if (!levels) continue;
+      m_joiningSwitches.push_back(equipment);
+      const int a = groups.Of(levels->first);
+      const int b = groups.Of(levels->second);
+      const bool isFirst =
+          StandsFirst(m_levels[static_cast<std::size_t>(a)], m_levels[static_cast<std::size_t>(b)]);
+      groups.Join(isFirst ? b : a, isFirst ? a : b);
+    }
+  }
+  if (!m_joiningSwitches.empty()) KeepFirstLevels(groups);
+}
+
+/// Leaves the level that stands for each group, for all of its nodes.
+void Places::KeepFirstLevels(Groups& groups) {
+  std::vector<Level> kept;
+  std::vector<int> places(m_levels.size(), kNone);  // in `kept`
+  for (std::size_t i = 0; i < m_levels.size(); ++i) {
+    const int first = groups.Of(static_cast<int>(i));
+    if (first != static_cast<int>(i)) {
+      const Level& into = m_levels[static_cast<std::size_t>(first)];
+      m_joined.push_back({m_levels[i], into.object, into.station});
+      continue;
+    }
+    places[i] = static_cast<int>(kept.size());
+    kept.push_back(m_levels[i]);
+  }
+  for (int& level : m_levelOf) {
+    if (level != kNone) level = places[static_cast<std::size_t>(groups.Of(level))];
+  }
+  m_levels = std::move(kept);
 }
 
 }  // namespace dtsdb::tools::cgmes

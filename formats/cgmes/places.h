@@ -2,9 +2,12 @@
 /// Where the connectivity nodes of a set lie: in which voltage level of which station.
 #pragma once
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "formats/cgmes/connections.h"
+#include "formats/cgmes/groups.h"
 
 namespace dtsdb::tools::cgmes {
 
@@ -20,7 +23,15 @@ struct Level {
   bool hasTwoVoltages = false;  ///< lines of several nominal voltages meet in it: `nominal` is 0
 };
 
-/// All voltage levels, and those of the nodes.
+/// A level that is part of another one.
+struct JoinedLevel {
+  Level level;                   ///< as the set has it
+  int into = Objects::kNone;     ///< the object of the level that it is part of
+  int station = Objects::kNone;  ///< the station of that one
+};
+
+/// All voltage levels, and those of the nodes. Levels of one nominal voltage with a closed switch between them are one
+/// level: that of a VoltageLevel, and of these the first by mRID.
 class Places {
  public:
   Places(const Objects& objects, const Connections& connections);
@@ -28,6 +39,10 @@ class Places {
   const std::vector<Level>& Levels() const { return m_levels; }
   /// The place in Levels() of the level that a connectivity node lies in; Objects::kNone for a node without terminals.
   int LevelOf(int node) const { return m_levelOf[static_cast<std::size_t>(node)]; }
+  /// What closed switches have made part of other levels, in the order in which the set names it.
+  const std::vector<JoinedLevel>& Joined() const { return m_joined; }
+  /// The closed switches between levels that have become one.
+  const std::vector<int>& JoiningSwitches() const { return m_joiningSwitches; }
   /// The connectivity nodes with terminals, in the order of their numbers.
   const std::vector<int>& Nodes() const { return m_nodes; }
 
@@ -36,6 +51,11 @@ class Places {
   int AddLevel(int object);
   void FindVoltages();
   void TakeVoltageOfLines(Level& level, int node) const;
+  bool IsMade(const Level& level) const;
+  bool StandsFirst(const Level& a, const Level& b) const;
+  std::optional<std::pair<int, int>> Joins(int equipment) const;
+  void JoinLevels();
+  void KeepFirstLevels(Groups& groups);
 
   const Objects& m_objects;
   const Connections& m_connections;
@@ -43,6 +63,8 @@ class Places {
   std::vector<int> m_byObject;  // places in m_levels
   std::vector<int> m_nodes;
   std::vector<int> m_levelOf;
+  std::vector<JoinedLevel> m_joined;
+  std::vector<int> m_joiningSwitches;
 };
 
 }  // namespace dtsdb::tools::cgmes

@@ -134,7 +134,7 @@ class Reading {
       return;
     }
     const QStringView mrid = MridOf(resource);
-    if (mrid.isEmpty()) Refuse("a reference names no object");
+    if (mrid.isEmpty()) Refuse("a reference of the object with mRID " + m_objects.Mrid(m_object) + " names no object");
     const int target = Number(mrid);
     Check(m_objects.SetTarget(m_object, m_property, target));
   }

@@ -50,14 +50,20 @@ std::string ProfileSet::Describe(int object) const {
   return text + ")";
 }
 
-ProfileSet ReadSet(const std::vector<std::string>& paths) {
+ProfileSet ReadSet(const std::vector<std::string>& paths, const ReadingProgress& progress) {
   ProfileSet set;
-  for (const std::string& path : paths) {
-    ForEachFile(path, [&set](QIODevice& input, const std::string& name) {
-      const int file = static_cast<int>(set.profiles.size());
-      set.profiles.push_back(ReadProfile(input, name, file, set.objects));
-    });
-  }
+  const auto read = [&set](QIODevice& input, const std::string& name) {
+    const int file = static_cast<int>(set.profiles.size());
+    set.profiles.push_back(ReadProfile(input, name, file, set.objects));
+  };
+  std::uint64_t total = 0;
+  for (const std::string& path : paths) total += SizeOf(path);
+  std::uint64_t done = 0;
+  const auto count = [&](std::uint64_t bytes) {
+    done += bytes;
+    if (progress) progress(done, total);
+  };
+  for (const std::string& path : paths) ForEachFile(path, read, count);
   if (set.profiles.empty()) {
     throw Failure(kExitFile, fmt::format("{}: there are no CGMES profiles", fmt::join(paths, ",")));
   }

@@ -7,6 +7,7 @@
 
 #include "formats/cgmes/objects.h"
 #include "formats/cgmes/profile.h"
+#include "formats/reading_progress.h"
 
 namespace dtsdb::tools::cgmes {
 
@@ -21,6 +22,6 @@ struct ProfileSet {
 
 /// Reads the files, folders and zip archives `paths` as one set. Throws Failure for what can't be read, when there is
 /// no profile at all, and when one authority has given two states (SSH, SV or TP) of different times.
-ProfileSet ReadSet(const std::vector<std::string>& paths);
+ProfileSet ReadSet(const std::vector<std::string>& paths, const ReadingProgress& progress = {});
 
 }  // namespace dtsdb::tools::cgmes

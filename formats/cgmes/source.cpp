@@ -15,6 +15,23 @@ namespace dtsdb::tools::cgmes {
 namespace {
 
 using Visit = std::function<void(QIODevice&, const std::string&)>;
+using Count = std::function<void(std::uint64_t)>;
+
+/// A file that counts what is read from it.
+class CountedFile : public QFile {
+ public:
+  CountedFile(const fs::path& path, const Count& count) : QFile(QtPath(path)), m_count(count) {}
+
+ protected:
+  qint64 readData(char* data, qint64 size) override {
+    const qint64 bytes = QFile::readData(data, size);
+    if (bytes > 0) m_count(static_cast<std::uint64_t>(bytes));
+    return bytes;
+  }
+
+ private:
+  const Count& m_count;
+};
 
 /// The files of a folder by name.
 std::set<fs::path> FilesIn(const fs::path& folder) {
@@ -32,18 +49,19 @@ bool IsTextTable(const fs::path& file) {
   return file.extension() == ".csv" && FindTable(file.stem().string()) != KIND_NONE;
 }
 
-void ReadPlainFile(const fs::path& path, const Visit& visit) {
-  QFile file(QtPath(path));
+void ReadPlainFile(const fs::path& path, const Visit& visit, const Count& count) {
+  CountedFile file(path, count);
   if (!file.open(QIODevice::ReadOnly)) RefuseFile(path, "can't be read: " + file.errorString().toStdString());
   visit(file, path.string());
 }
 
-void ReadArchive(const fs::path& path, const Visit& visit) {
-  ForEachEntry(path, [&visit](QIODevice& entry, const std::string& name) {
+void ReadArchive(const fs::path& path, const Visit& visit, const Count& count) {
+  const auto visitRdf = [&visit](QIODevice& entry, const std::string& name) {
     const QByteArray beginning = entry.peek(kBeginning);
     const std::string_view bytes(beginning.constData(), static_cast<std::size_t>(beginning.size()));
     if (ContentOf(bytes) == Content::kRdf) visit(entry, name);
-  });
+  };
+  ForEachEntry(path, visitRdf, count);
 }
 
 }  // namespace
@@ -71,19 +89,34 @@ bool IsSet(const fs::path& path) {
   return found;
 }
 
-void ForEachFile(const fs::path& path, const Visit& visit) {
+void ForEachFile(const fs::path& path, const Visit& visit, const Count& count) {
   std::error_code error;
   if (fs::is_directory(path, error)) {
     for (const fs::path& file : FilesIn(path)) {
       const Content content = ContentOfFile(file);
-      if (content == Content::kRdf) ReadPlainFile(file, visit);
-      if (content == Content::kZip) ReadArchive(file, visit);
+      if (content == Content::kRdf) ReadPlainFile(file, visit, count);
+      if (content == Content::kZip) ReadArchive(file, visit, count);
     }
     return;
   }
   if (!fs::exists(path, error)) RefuseFile(path, error ? error.message() : "there is no such file or folder");
-  if (ContentOfFile(path) == Content::kZip) return ReadArchive(path, visit);
-  ReadPlainFile(path, visit);
+  if (!fs::is_regular_file(path, error)) RefuseFile(path, "is neither a file nor a folder");  // a pipe would be waited for
+  if (ContentOfFile(path) == Content::kZip) return ReadArchive(path, visit, count);
+  ReadPlainFile(path, visit, count);
+}
+
+std::uint64_t SizeOf(const fs::path& path) {
+  std::error_code error;
+  const auto size = [&error](const fs::path& file) {
+    const std::uintmax_t bytes = fs::file_size(file, error);
+    return error ? std::uint64_t{0} : std::uint64_t{bytes};
+  };
+  if (!fs::is_directory(path, error)) return size(path);
+  std::uint64_t total = 0;
+  for (const fs::path& file : FilesIn(path)) {
+    if (ContentOfFile(file) != Content::kOther) total += size(file);
+  }
+  return total;
 }
 
 }  // namespace dtsdb::tools::cgmes

@@ -5,14 +5,17 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-/// The switches that lie within one level.
+/// The switches that lie within one level. Those between levels that have become one are among them (Places).
 std::vector<int> WithinLevels(Mapping& mapping, Role role) {
   std::vector<int> switches = mapping.Standing(role, 2);
   std::erase_if(switches, [&](int equipment) {
     const int from = mapping.LevelAt(mapping.Terminal(equipment, 0)).object;
     const int to = mapping.LevelAt(mapping.Terminal(equipment, 1)).object;
-    if (from != to) mapping.account.LeaveOut(equipment, "it joins two voltage levels");
-    return from != to;
+    if (from == to) return false;
+    mapping.account.LeaveOut(equipment, mapping.IsOpen(equipment)
+                                            ? "it is open between two voltage levels"
+                                            : "it joins voltage levels whose nominal voltages differ or aren't known");
+    return true;
   });
   return switches;
 }

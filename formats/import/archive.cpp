@@ -4,6 +4,7 @@
 #include <archive_entry.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "formats/failure.h"
@@ -26,20 +27,33 @@ struct CloseArchive {
 };
 using ArchiveHandle = std::unique_ptr<archive, CloseArchive>;
 
-/// How much an archive has expanded to so far.
+/// How much an archive has expanded to so far, out of how much of it.
 class Budget {
  public:
-  explicit Budget(qint64 size) : m_size(size) {}
+  Budget(archive* opened, qint64 size, const std::function<void(std::uint64_t)>& count)
+      : m_archive(opened), m_size(size), m_count(count) {}
 
   /// False when the archive has expanded to more than it may.
   bool Count(qint64 bytes) {
     m_bytes += bytes;
+    CountPacked();
     return m_bytes <= kMostBytes && (m_bytes <= kFreeBytes || m_bytes / kDensest <= m_size);
   }
 
  private:
+  /// Reports what has been read of the archive since the last time.
+  void CountPacked() {
+    constexpr int kOfTheFile = -1;
+    const la_int64_t packed = archive_filter_bytes(m_archive, kOfTheFile);
+    if (packed > m_packed) m_count(static_cast<std::uint64_t>(packed - m_packed));
+    m_packed = std::max(m_packed, packed);
+  }
+
+  archive* m_archive;
   qint64 m_size;
+  const std::function<void(std::uint64_t)>& m_count;
   qint64 m_bytes = 0;
+  la_int64_t m_packed = 0;
 };
 
 /// What went wrong last with an archive.
@@ -109,9 +123,10 @@ void VisitEntry(const fs::path& path, EntryDevice& device, const std::function<v
 
 }  // namespace
 
-void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, const std::string&)>& visit) {
+void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, const std::string&)>& visit,
+                  const std::function<void(std::uint64_t)>& count) {
   const ArchiveHandle opened = Open(path, Packing::kZip);
-  Budget budget(static_cast<qint64>(fs::file_size(path)));
+  Budget budget(opened.get(), static_cast<qint64>(fs::file_size(path)), count);
   for (int entries = 1;; ++entries) {
     archive_entry* entry = nullptr;
     const int result = archive_read_next_header(opened.get(), &entry);
@@ -126,9 +141,10 @@ void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, con
   }
 }
 
-void ReadPacked(const fs::path& file, const std::function<void(QIODevice&)>& visit) {
+void ReadPacked(const fs::path& file, const std::function<void(QIODevice&)>& visit,
+                const std::function<void(std::uint64_t)>& count) {
   const ArchiveHandle opened = Open(file, Packing::kGzip);
-  Budget budget(static_cast<qint64>(fs::file_size(file)));
+  Budget budget(opened.get(), static_cast<qint64>(fs::file_size(file)), count);
   archive_entry* entry = nullptr;
   if (archive_read_next_header(opened.get(), &entry) < ARCHIVE_WARN) RefuseArchive(file, FaultOf(opened.get()));
   EntryDevice device(opened.get(), budget);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QIODevice>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -10,11 +11,15 @@
 namespace dtsdb::tools {
 
 /// Calls `visit(entry, name)` with the files in a zip archive, in its order. Names are only shown, never used as paths.
-/// Throws Failure for an archive that can't be read or that costs more than any grid.
-void ForEachEntry(const std::filesystem::path& archive,
-                  const std::function<void(QIODevice&, const std::string&)>& visit);
+/// Throws Failure for an archive that can't be read or that costs more than any grid. `count` is called with
+/// the bytes of the archive that have been read since its last call.
+void ForEachEntry(
+    const std::filesystem::path& archive, const std::function<void(QIODevice&, const std::string&)>& visit,
+    const std::function<void(std::uint64_t)>& count = [](std::uint64_t) {});
 
 /// Calls `visit(content)` with what a file packed by gzip expands to. Throws Failure as ForEachEntry does.
-void ReadPacked(const std::filesystem::path& file, const std::function<void(QIODevice&)>& visit);
+void ReadPacked(
+    const std::filesystem::path& file, const std::function<void(QIODevice&)>& visit,
+    const std::function<void(std::uint64_t)>& count = [](std::uint64_t) {});
 
 }  // namespace dtsdb::tools

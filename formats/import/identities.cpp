@@ -129,7 +129,8 @@ std::vector<ImportReport::Identity> Identities::List() const {
     for (const Entry& entry : table.entries) {
       if (entry.isMade) continue;
       ObjectName called = m_nameOf(entry.object);
-      list.push_back({name, entry.text.toStdString(), std::move(called.id), std::move(called.name)});
+      list.push_back(
+          {name, entry.text.toStdString(), std::move(called.id), std::move(called.name), called.file, called.line});
     }
   }
   std::sort(list.begin(), list.end(),

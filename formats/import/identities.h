@@ -20,6 +20,8 @@ QString Representable(const QString& text);
 struct ObjectName {
   std::string id;    ///< its mRID or id, unique in what is imported
   std::string name;  ///< what people call it, or else its id
+  int file = -1;     ///< place in ImportReport::files of the file that defines it, -1 for none
+  int line = 0;      ///< in that file
 };
 
 /// Identities of records by the object that they stand for, which is known by a number. An object may stand behind

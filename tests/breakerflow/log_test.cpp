@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "tests/support/id_encoding.h"
 #include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
@@ -36,6 +37,15 @@ TEST(BreakerFlowLog, ReportsToleranceAndSetsThatDoNotBalanceInGbk) {
   const TemporaryDirectory here;
   EXPECT_EQ(RunIn(here.Path()), "computed\n");
   EXPECT_EQ(here.Read(QStringLiteral("cbFlow.txt")), kLog);
+}
+
+TEST(BreakerFlowLog, IsUtf8WhereIdentitiesAre) {
+  const TemporaryDirectory here;
+  const EncodingVariable variable("utf-8");
+  EXPECT_EQ(RunIn(here.Path()), "computed\n");
+  const QByteArray log = here.Read(QStringLiteral("cbFlow.txt"));
+  EXPECT_TRUE(log.contains("计算母线 1 开关集合功率不平衡，不能计算。\n")) << log.constData();
+  EXPECT_TRUE(log.endsWith("nodeName = \xB1\xE4\xB5\xE7\x81\n\n")) << "an identity is the bytes that it is";
 }
 
 TEST(BreakerFlowLog, LosesTheContentsOfAnEarlierRun) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/id_encoding.h"
+
 namespace dtsdb::test {
 namespace {
 
@@ -95,6 +97,76 @@ TEST(Text, WhatGbkCanNotHoldIsRefused) {
 
 TEST(Text, CharactersThatAreNoBytesBecomeQuestionMarksInBytes) {
   EXPECT_EQ(IdToBytes(QString::fromUtf8("北a")), QByteArray("?a"));
+}
+
+TEST(TextEncoding, IsGbkUnlessAnotherIsChosen) {
+  EXPECT_EQ(CurrentIdEncoding(), IdEncoding::kGbk);
+  {
+    const EncodingInEffect utf8(IdEncoding::kUtf8);
+    EXPECT_EQ(CurrentIdEncoding(), IdEncoding::kUtf8);
+    EXPECT_EQ(IdToBytes(IdFromLiteral("北京")), QByteArray("北京"));
+  }
+  EXPECT_EQ(IdToBytes(IdFromLiteral("北京")), QByteArray(kBeijing));
+}
+
+TEST(TextEncoding, HasTwoNames) {
+  EXPECT_EQ(FindIdEncoding("gbk"), IdEncoding::kGbk);
+  EXPECT_EQ(FindIdEncoding("utf-8"), IdEncoding::kUtf8);
+  EXPECT_EQ(FindIdEncoding("UTF-8"), IdEncoding::kUtf8);
+  for (const char* const name : {"", "utf", "utf-16", "gb18030", "latin1", "gbk "}) {
+    EXPECT_EQ(FindIdEncoding(name), std::nullopt) << name;
+  }
+  EXPECT_STREQ(NameOf(IdEncoding::kGbk), "GBK");
+  EXPECT_STREQ(NameOf(IdEncoding::kUtf8), "UTF-8");
+}
+
+TEST(Utf8Text, EveryCharacterGoesThroughUnchanged) {
+  const EncodingInEffect utf8(IdEncoding::kUtf8);
+  for (char32_t code = 0; code <= 0x10FFFF; code += code < 0x3000 ? 1 : 61) {
+    if (QChar::isSurrogate(code) || code == QChar::ReplacementCharacter) continue;
+    const QString text = QString::fromUcs4(&code, 1);
+    const std::optional<QString> id = IdFromText(text);
+    ASSERT_TRUE(id) << static_cast<unsigned>(code);
+    EXPECT_EQ(IdToBytes(*id), text.toUtf8());
+    EXPECT_EQ(TextFromId(*id), text);
+    EXPECT_EQ(ExactTextFromId(*id), text);
+  }
+}
+
+TEST(Utf8Text, LettersOfManyTonguesMix) {
+  const EncodingInEffect utf8(IdEncoding::kUtf8);
+  const QString text = QString::fromUtf8("\xEF\xBB\xBFŁódź 220kV 北京 ﷺ 😀");
+  EXPECT_EQ(TextFromId(IdFromText(text).value()), text) << "a byte order mark is a character like any other";
+}
+
+TEST(Utf8Text, BytesThatAreNoUtf8BecomeReplacementCharacters) {
+  const EncodingInEffect utf8(IdEncoding::kUtf8);
+  for (const char* const bytes : {"\xC5", "ok\xE5\x8C", "a\xFF", "\xC0\xAF", "\xED\xA0\x80", "\xF5\x80\x80\x80", kBeijing}) {
+    const QString id = IdFromBytes(bytes);
+    EXPECT_TRUE(TextFromId(id).contains(QChar(0xFFFD))) << bytes;
+    EXPECT_EQ(ExactTextFromId(id), std::nullopt) << bytes;
+  }
+  EXPECT_EQ(TextFromId(IdFromBytes("ok\xC5")), QString::fromUtf8("ok\xEF\xBF\xBD"));
+}
+
+TEST(Utf8Text, WhatIsNoTextHasNoIdentity) {
+  const EncodingInEffect utf8(IdEncoding::kUtf8);
+  EXPECT_EQ(IdFromText(QString::fromUtf8("a\xEF\xBF\xBD")), std::nullopt) << "the mark of bytes that are no text";
+  EXPECT_EQ(IdFromText(QString(QChar(0xD800))), std::nullopt) << "half a surrogate pair";
+  EXPECT_EQ(IdFromText(QString(QChar(0xDC00)) + u'a'), std::nullopt);
+}
+
+TEST(Text, OfBytesInAnEncodingOfTheirOwn) {
+  for (const IdEncoding setting : {IdEncoding::kGbk, IdEncoding::kUtf8}) {
+    const EncodingInEffect inEffect(setting);
+    EXPECT_EQ(TextFromBytes(kBeijing, IdEncoding::kGbk), QString::fromUtf8("北京"));
+    EXPECT_EQ(TextFromBytes("北京", IdEncoding::kUtf8), QString::fromUtf8("北京"));
+    EXPECT_EQ(ExactTextFromBytes(kBeijing, IdEncoding::kGbk), QString::fromUtf8("北京"));
+    EXPECT_EQ(ExactTextFromBytes(kBeijing, IdEncoding::kUtf8), std::nullopt);
+    EXPECT_EQ(ExactTextFromBytes("\xC5", IdEncoding::kUtf8), std::nullopt);
+    EXPECT_EQ(ExactTextFromBytes("\xEF\xBF\xBD", IdEncoding::kUtf8), QString::fromUtf8("\xEF\xBF\xBD"));
+    EXPECT_EQ(ExactTextFromBytes("\xFF\xFF", IdEncoding::kGbk), std::nullopt);
+  }
 }
 
 TEST(Text, PrintsLinesInTheEncodingOfTheTerminal) {

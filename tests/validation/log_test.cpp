@@ -3,6 +3,7 @@
 
 #include "include/log_sink.h"
 #include "tests/support/closed_streams.h"
+#include "tests/support/id_encoding.h"
 #include "tests/support/messages.h"
 #include "tests/validation/run.h"
 
@@ -19,6 +20,15 @@ TEST(Log, LinesAreGbkBytesDirectlyBehindTheStamp) {
       run.log.contains("--NMD \xCC\xE1\xCA\xBE:\xBF\xAA\xCA\xBC"
                        "\xD2\xBB\xB4\xCE\xC8\xAB\xCD\xF8\xD0\xA3\xD1\xE9... ...\n"));
   EXPECT_FALSE(run.log.contains(" --NMD"));
+}
+
+TEST(Log, LinesAreUtf8WhereIdentitiesAre) {
+  const EncodingInEffect utf8(IdEncoding::kUtf8);
+  ModelBuilder m;
+  m.Station("Łódź", "无");
+  const ValidationRun run(m.Db());
+  EXPECT_TRUE(run.log.contains("--NMD 提示:开始一次全网校验... ...\n"));
+  EXPECT_EQ(run.Errors(), Texts{"--NMD 错误:ST Łódźdv字段在分区表中没有相应记录."});
 }
 
 TEST(Log, IdentityThatIsNoSoundTextIsWrittenByteForByte) {

@@ -54,7 +54,7 @@ void ValidationLog::Drop() {
 void ValidationLog::Report(const Message& message, int number) {
   LogText line = m_texts.Line(nullptr, QString(), message);
   for (QString* const text : {&line.real, &line.bytes}) {
-    text->replace(QLatin1String("%1"), QString::number(number));  // '%' is no part of a GBK character
+    text->replace(QLatin1String("%1"), QString::number(number));  // '%' is no part of another character
   }
   Write({message.severity, KIND_NONE, QString(), message.field, line.real, message.code}, line.bytes);
 }

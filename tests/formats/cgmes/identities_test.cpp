@@ -8,6 +8,7 @@
 #include "formats/files.h"
 #include "formats/import_ids.h"
 #include "tests/formats/cgmes/profile_text.h"
+#include "tests/support/id_encoding.h"
 
 namespace dtsdb::tools::cgmes::test {
 namespace {
@@ -20,6 +21,17 @@ TEST(CgmesIdentities, LettersThatTheModelHoldsStayAndOthersLoseTheirAccent) {
   EXPECT_EQ(Written("  two   words\n"), "two words");
   EXPECT_EQ(Written("\xF0\x9F\x92\xA1 lamp"), "? lamp");
   EXPECT_EQ(Written("Eldalond\xC3\xAB"), "Eldalonde");
+}
+
+TEST(CgmesIdentities, InUtf8NoLetterIsLost) {
+  const dtsdb::test::EncodingInEffect utf8(IdEncoding::kUtf8);
+  EXPECT_EQ(Written("Łódź Strøm Straße 北京 💡"), "Łódź Strøm Straße 北京 💡");
+  EXPECT_EQ(Written("Eldalonde\xCC\x88"), "Eldalond\xC3\xAB") << "one letter, however it is composed";
+  ProfileText text;
+  text.Node("N1").Node("N2").Equipment("Breaker", "b", {"N1", "N2"}, {{"IdentifiedObject.name", "Łódź 💡"}});
+  Imported grid(text);
+  EXPECT_EQ(IdToBytes(grid.Of<CB>("Łódź 💡").id), QByteArray("Łódź 💡"));
+  EXPECT_EQ(grid.report.identities[0].identity, "Łódź 💡");
 }
 
 /// Two levels with a breaker of the same name in each, and two in the second.

@@ -135,14 +135,6 @@ TEST(CgmesSwitches, WithoutAStateTheNormalPositionCounts) {
   EXPECT_TRUE(Imported(text).Of<CB>("B").flags & CB_OPEN);
 }
 
-TEST(CgmesSwitches, OneBetweenTwoLevelsIsLeftOut) {
-  ProfileText text;
-  text.Level("W", "S").Node("N1").Node("N2", "W").Equipment("Breaker", "B", {"N1", "N2"});
-  Imported grid(text);
-  EXPECT_EQ(grid.Count<CB>(), 0);
-  EXPECT_EQ(WhyOf(grid.report.leftOut, "Breaker"), "it joins two voltage levels");
-}
-
 TEST(CgmesSwitches, AClosedRetainedSwitchCarriesAZeroImpedanceBranch) {
   const Values retained = {{"Switch.open", "false"}, {"Switch.retained", "true"}};
   ProfileText text;
