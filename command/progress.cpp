@@ -9,7 +9,6 @@
 namespace dtsdb::tools {
 namespace {
 
-constexpr std::chrono::seconds kQuiet{1};
 constexpr std::chrono::milliseconds kPause{100};
 constexpr const char* kToBeginAndClear = "\r\033[K";
 
@@ -20,8 +19,8 @@ void Write(const std::string& text) {
 
 }  // namespace
 
-Progress::Progress(std::size_t total, std::string what)
-    : m_total(total), m_what(std::move(what)), m_isShown(isatty(STDERR_FILENO) != 0), m_next(Clock::now() + kQuiet) {}
+Progress::Progress(std::size_t total, std::string what, std::chrono::milliseconds quiet)
+    : m_total(total), m_what(std::move(what)), m_isShown(isatty(STDERR_FILENO) != 0), m_next(Clock::now() + quiet) {}
 
 Progress::~Progress() {
   if (m_isOnScreen) Write(kToBeginAndClear);

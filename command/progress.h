@@ -12,8 +12,8 @@ namespace dtsdb::tools {
 /// second, and is removed at the end. Nothing is written where the standard error is no terminal.
 class Progress {
  public:
-  /// `what` is the noun of what is counted, in the plural.
-  Progress(std::size_t total, std::string what);
+  /// `what` is the noun of what is counted, in the plural. Nothing is shown before `quiet` has gone by.
+  Progress(std::size_t total, std::string what, std::chrono::milliseconds quiet = std::chrono::seconds(1));
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress();

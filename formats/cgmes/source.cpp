@@ -64,6 +64,14 @@ void ReadArchive(const fs::path& path, const Visit& visit, const Count& count) {
   ForEachEntry(path, visitRdf, count);
 }
 
+/// The content of a file of a set, which must be readable: without one of its files the set would be another.
+Content RequiredContent(const fs::path& path) {
+  QFile file(QtPath(path));
+  if (!file.open(QIODevice::ReadOnly)) RefuseFile(path, "can't be read: " + file.errorString().toStdString());
+  const QByteArray bytes = file.read(kBeginning);
+  return ContentOf(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
 }  // namespace
 
 Content ContentOf(std::string_view beginning) {
@@ -93,7 +101,7 @@ void ForEachFile(const fs::path& path, const Visit& visit, const Count& count) {
   std::error_code error;
   if (fs::is_directory(path, error)) {
     for (const fs::path& file : FilesIn(path)) {
-      const Content content = ContentOfFile(file);
+      const Content content = RequiredContent(file);
       if (content == Content::kRdf) ReadPlainFile(file, visit, count);
       if (content == Content::kZip) ReadArchive(file, visit, count);
     }

@@ -40,6 +40,13 @@ QString Written(char32_t letter) {
   return bare.isEmpty() ? QStringLiteral("?") : bare;
 }
 
+/// The beginning of a name: a file from a stranger could have millions of records with a name of 64 KiB in each.
+QString Shortened(const QString& text) {
+  constexpr qsizetype kMost = 255;
+  if (text.size() <= kMost) return text;
+  return text.left(text[kMost - 1].isHighSurrogate() ? kMost - 1 : kMost);
+}
+
 long long Key(int object, int part) { return (static_cast<long long>(object) << 32) | static_cast<unsigned>(part); }
 
 /// `text`, with a number behind it where `used` has it already.
@@ -76,6 +83,7 @@ void Identities::AddMade(TableKind table, int number, const QString& name, const
 
 void Identities::AddEntry(TableKind table, Entry entry) {
   Table& added = m_tables[table];
+  entry.text = Shortened(entry.text);
   added.places.emplace(Key(entry.object, entry.part), added.entries.size());
   added.entries.push_back(std::move(entry));
 }

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "analysis/topology.h"
+#include "tests/formats/cgmes/profile_text.h"
 #include "tests/support/model_builder.h"
 #include "tests/support/temporary_directory.h"
 
@@ -37,6 +38,20 @@ TEST_F(ModelTest, OpensWhatItHasSavedInEachForm) {
     ASSERT_TRUE(again.has_value()) << name << ": " << again.error().message;
     EXPECT_EQ(again->Tables().m_lnTable->GetCount(), 1) << name;
   }
+}
+
+TEST_F(ModelTest, OpensProfilesByTheOptionsOfAnImport) {
+  tools::cgmes::test::ProfileText text;
+  text.Node("N").Equipment("EquivalentInjection", "Tie", {"N"}, {{"IdentifiedObject.name", "Border"}});
+  std::ofstream("grid.xml") << text.Text();
+  std::uint64_t read = 0;
+  const Result<Model> plain = Model::Open("grid.xml", {}, [&read](std::uint64_t done, std::uint64_t) { read = done; });
+  ASSERT_TRUE(plain.has_value()) << plain.error().message;
+  EXPECT_EQ((*plain->Tables().m_ldTable)[0].id, test::Id("Border"));
+  EXPECT_EQ(read, std::filesystem::file_size("grid.xml"));
+  const Result<Model> chosen = Model::Open("grid.xml", {.idsAreMrids = true, .tiesAreUnits = true});
+  ASSERT_TRUE(chosen.has_value()) << chosen.error().message;
+  EXPECT_EQ((*chosen->Tables().m_unTable)[0].id, test::Id("Tie"));
 }
 
 TEST_F(ModelTest, MissingFileIsAnError) {

@@ -47,6 +47,34 @@ TEST(CgmesCommand, ConvertWritesTheModelAndWhichObjectsItStandsFor) {
   EXPECT_TRUE(Contains(units, "Tie,")) << units;
 }
 
+TEST(CgmesCommand, FindingsNameTheObjectAndWhereItIsDefined) {
+  const Workplace here;
+  here.Write("grid.xml", Grid());
+  const CommandResult result = here.Run("validate grid.xml --format json");
+  ASSERT_EQ(result.code, 0) << result.err;
+  const auto report = nlohmann::json::parse(result.out);
+  int named = 0;
+  for (const auto& finding : report["findings"]) {
+    if (finding["table"] != "CB") continue;
+    EXPECT_EQ(finding["mrid"], "Q0");
+    EXPECT_TRUE(finding["source"].get<std::string>().starts_with("grid.xml, line ")) << finding["source"];
+    ++named;
+  }
+  EXPECT_GT(named, 0) << "a breaker without a status point is warned of";
+  const auto text = here.Run("validate grid.xml --all").out;
+  EXPECT_TRUE(Contains(text, "mrid")) << text;
+  here.CopyModel("m");
+  EXPECT_FALSE(Contains(here.Run("validate m --sheet findings --format csv").out, "mrid"));
+}
+
+TEST(CgmesCommand, OtherCommandsCountWhatTheyLack) {
+  const Workplace here;
+  here.Write("grid.xml", Grid());
+  for (const char* const line : {"dump grid.xml CB", "flow grid.xml", "diff grid.xml grid.xml"}) {
+    EXPECT_TRUE(here.Run(line).err.starts_with("dtsdb: grid.xml: 1 object left out; ")) << line;
+  }
+}
+
 TEST(CgmesCommand, SeveralPathsAreOneSet) {
   const Workplace here;
   const std::string text = Grid();

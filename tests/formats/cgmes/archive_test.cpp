@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "formats/cgmes/set.h"
+#include "formats/files.h"
 #include "tests/formats/cgmes/profile_text.h"
 
 namespace dtsdb::tools::cgmes::test {
@@ -65,6 +66,36 @@ TEST(CgmesArchive, PathsInAnArchiveLeadNowhere) {
   WriteZip(path, {{"../evil.xml", Profile()}, {"/tmp/evil.xml", Profile()}});
   EXPECT_EQ(ReadSet({path}).profiles.size(), 2U);
   EXPECT_FALSE(std::filesystem::exists(folder.Path() + "/evil.xml"));
+}
+
+TEST(CgmesArchive, AnArchiveInAnArchiveIsNotLookedInto) {
+  const SetFolder folder;
+  WriteZip(folder.Path() + "/inner.zip", {{"eq.xml", Profile()}});
+  const std::string inner = ReadFile(folder.Path() + "/inner.zip");
+  const std::string path = folder.Path() + "/outer.zip";
+  WriteZip(path, {{"inner.zip", inner}});
+  EXPECT_EQ(FailureOf([&] { ReadSet({path}); }), path + ": there are no CGMES profiles");
+  WriteZip(path, {{"inner.zip", inner}, {"eq.xml", Profile()}});
+  EXPECT_EQ(ReadSet({path}).profiles.size(), 1U);
+}
+
+TEST(CgmesArchive, ReadingCountsTheBytesOfTheArchive) {
+  const SetFolder folder;
+  const std::string path = folder.Path() + "/grid.zip";
+  std::string large = Profile();
+  large.insert(large.rfind("</rdf:RDF>"), std::string(1'000'000, '\n'));
+  WriteZip(path, {{"a.xml", large}, {"b.xml", Profile()}});
+  const std::string plain = folder.Write("c.xml", large);
+  std::uint64_t last = 0;
+  std::uint64_t size = 0;
+  ReadSet({path, plain}, [&](std::uint64_t done, std::uint64_t total) {
+    EXPECT_GE(done, last);
+    last = done;
+    size = total;
+  });
+  EXPECT_EQ(size, std::filesystem::file_size(path) + std::filesystem::file_size(plain));
+  EXPECT_LE(last, size);
+  EXPECT_GT(last, size / 2);
 }
 
 TEST(CgmesArchive, AFaultNamesTheFileInTheArchive) {
