@@ -65,9 +65,7 @@ ImportedModel LoadImported(const ModelName& name) {
   return model;
 }
 
-analysis::Model OpenModel(const ModelName& name) {
-  return analysis::Model::Of(LoadImported(name).tables, name.Text());
-}
+analysis::Model OpenModel(const ModelName& name) { return analysis::Model::Of(LoadImported(name).tables, name.Text()); }
 
 void WriteIdsBeside(const ImportedModel& model, const ModelName& output) { WriteIds(model.report, output); }
 

@@ -26,7 +26,8 @@ struct ValidateOptions {
 };
 
 constexpr const char* kFooter =
-    "The model is written with -o only when it is good. The log has a line for each finding, in the encoding of identities.\n"
+    "The model is written with -o only when it is good. The log has a line for each finding, in the encoding of "
+    "identities.\n"
     "Text lists the errors and counts the warnings by kind; with --all, and in JSON and CSV, each is listed.\n"
     "Warnings don't make a model bad.\n\n"
     "Examples:\n"
@@ -57,8 +58,8 @@ int Validate(const ValidateOptions& options) {
   report.Fact("warnings", NumberCell(warnings));
   // Text lists the errors only unless all is wanted: many warnings must not bury them.
   const bool listsAll = options.showsAll || options.format != Format::kText;
-  report.Add(FindingSheet(nmd.Findings(), listsAll ? Severity::kWarning : Severity::kError, options.language,
-                          model.report));
+  report.Add(
+      FindingSheet(nmd.Findings(), listsAll ? Severity::kWarning : Severity::kError, options.language, model.report));
   report.Add(WarningKinds(nmd.Findings(), options.language));
   report.Line("");
   report.Line(fmt::format("{}: the model is {}good: {}, {}.", options.model.Text(), good ? "" : "not ",

@@ -11,8 +11,7 @@ const ImportReport::Identity* ImportReport::Find(const std::string& table, const
   const auto isBefore = [](const Identity& row, const std::tuple<const std::string&, const std::string&>& wanted) {
     return std::tie(row.table, row.identity) < wanted;
   };
-  const auto found =
-      std::lower_bound(identities.begin(), identities.end(), std::tie(table, identity), isBefore);
+  const auto found = std::lower_bound(identities.begin(), identities.end(), std::tie(table, identity), isBefore);
   if (found == identities.end() || found->table != table || found->identity != identity) return nullptr;
   return &*found;
 }

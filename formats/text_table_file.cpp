@@ -143,7 +143,8 @@ void WriteRow(const TableInfo& table, const void* record, int row, std::string& 
   CsvField written;
   for (const FieldInfo& field : fields) {
     if (!WriteField(field, record, written)) {
-      RefuseRecord(table.name, row, field.name, fmt::format("the bytes of the text are no valid {}", NameOf(CurrentIdEncoding())));
+      RefuseRecord(table.name, row, field.name,
+                   fmt::format("the bytes of the text are no valid {}", NameOf(CurrentIdEncoding())));
     }
     AppendCsvField(text, written, &field == fields.data());
   }

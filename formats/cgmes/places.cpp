@@ -99,8 +99,7 @@ void Places::JoinLevels() {
       m_joiningSwitches.push_back(equipment);
       const int a = groups.Of(levels->first);
       const int b = groups.Of(levels->second);
-      const bool isFirst =
-          StandsFirst(m_levels[static_cast<std::size_t>(a)], m_levels[static_cast<std::size_t>(b)]);
+      const bool isFirst = StandsFirst(m_levels[static_cast<std::size_t>(a)], m_levels[static_cast<std::size_t>(b)]);
       groups.Join(isFirst ? b : a, isFirst ? a : b);
     }
   }

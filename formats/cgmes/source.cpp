@@ -108,7 +108,8 @@ void ForEachFile(const fs::path& path, const Visit& visit, const Count& count) {
     return;
   }
   if (!fs::exists(path, error)) RefuseFile(path, error ? error.message() : "there is no such file or folder");
-  if (!fs::is_regular_file(path, error)) RefuseFile(path, "is neither a file nor a folder");  // a pipe would be waited for
+  if (!fs::is_regular_file(path, error))
+    RefuseFile(path, "is neither a file nor a folder");  // a pipe would be waited for
   if (ContentOfFile(path) == Content::kZip) return ReadArchive(path, visit, count);
   ReadPlainFile(path, visit, count);
 }

@@ -28,8 +28,9 @@ bool IsSet(const std::filesystem::path& path);
 /// folders and archives are passed over. Throws Failure for what can't be read, and for an archive that holds more
 /// files, expands to more bytes or is packed more densely than any grid. `count` is called with the bytes
 /// that have been read from the disk since its last call.
-void ForEachFile(const std::filesystem::path& path, const std::function<void(QIODevice&, const std::string&)>& visit,
-                 const std::function<void(std::uint64_t)>& count = [](std::uint64_t) {});
+void ForEachFile(
+    const std::filesystem::path& path, const std::function<void(QIODevice&, const std::string&)>& visit,
+    const std::function<void(std::uint64_t)>& count = [](std::uint64_t) {});
 
 /// The bytes of the files that `path` leads to, as they lie on the disk; those that can't be read don't count.
 std::uint64_t SizeOf(const std::filesystem::path& path);

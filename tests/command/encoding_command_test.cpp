@@ -80,8 +80,9 @@ TEST(EncodingHintOfTheCommand, IsOneLineThatNamesTheModel) {
   ASSERT_EQ(here.Run("--encoding utf-8 convert m m.obj").code, 0);
   for (const char* const command : {"info", "validate", "topology", "dump", "flow"}) {
     const CommandResult result = here.Run((std::string(command) + " m.obj").c_str());
-    EXPECT_TRUE(result.err.starts_with("dtsdb: m.obj: its identities are no valid GBK but valid UTF-8; --encoding utf-8 "
-                                       "reads them as such\n"))
+    EXPECT_TRUE(
+        result.err.starts_with("dtsdb: m.obj: its identities are no valid GBK but valid UTF-8; --encoding utf-8 "
+                               "reads them as such\n"))
         << command << ": " << result.err;
   }
   EXPECT_EQ(here.Run("info m.obj --encoding utf-8").err, "");

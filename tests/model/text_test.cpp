@@ -141,7 +141,8 @@ TEST(Utf8Text, LettersOfManyTonguesMix) {
 
 TEST(Utf8Text, BytesThatAreNoUtf8BecomeReplacementCharacters) {
   const EncodingInEffect utf8(IdEncoding::kUtf8);
-  for (const char* const bytes : {"\xC5", "ok\xE5\x8C", "a\xFF", "\xC0\xAF", "\xED\xA0\x80", "\xF5\x80\x80\x80", kBeijing}) {
+  for (const char* const bytes :
+       {"\xC5", "ok\xE5\x8C", "a\xFF", "\xC0\xAF", "\xED\xA0\x80", "\xF5\x80\x80\x80", kBeijing}) {
     const QString id = IdFromBytes(bytes);
     EXPECT_TRUE(TextFromId(id).contains(QChar(0xFFFD))) << bytes;
     EXPECT_EQ(ExactTextFromId(id), std::nullopt) << bytes;

@@ -133,7 +133,8 @@ TEST(CgmesJoints, AJoinedModelIsGood) {
   EXPECT_TRUE(IsGood(grid.model));
 }
 
-/// Stations in a row with a line between each and the next. Voltages are the levels' in kV; levels are K0, K1 and so on.
+/// Stations in a row with a line between each and the next. Voltages are the levels' in kV; levels are K0, K1 and so
+/// on.
 ProfileText Row(const std::vector<int>& voltages) {
   ProfileText text;
   for (const int voltage : {380, 400}) {

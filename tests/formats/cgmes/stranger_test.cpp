@@ -1,5 +1,5 @@
-// What strangers may send: endless tags, names and numbers that are none, terminals that are missing or doubled, things in
-// a folder that aren't files. Each is read as far as it makes sense or refused in one line, in bounded time.
+// What strangers may send: endless tags, names and numbers that are none, terminals that are missing or doubled, things
+// in a folder that aren't files. Each is read as far as it makes sense or refused in one line, in bounded time.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -41,9 +41,8 @@ class EndlessDevice : public QIODevice {
 
 TEST(CgmesStranger, WhatHasNoEndIsLeftSoon) {
   const std::string begin(ProfileText::kBegin);
-  for (const char* const opened :
-       {"<cim:Breaker rdf:ID=\"_", "<cim:Breaker ", "<cim:", "<!--", "<![CDATA[", "<?a ", "</",
-        "<cim:Breaker rdf:ID=\"_1\"><cim:IdentifiedObject.name>"}) {
+  for (const char* const opened : {"<cim:Breaker rdf:ID=\"_", "<cim:Breaker ", "<cim:", "<!--", "<![CDATA[", "<?a ",
+                                   "</", "<cim:Breaker rdf:ID=\"_1\"><cim:IdentifiedObject.name>"}) {
     EndlessDevice device(begin + opened);
     Objects objects;
     const std::string fault = FailureOf([&] { ReadProfile(device, "a.xml", 0, objects); });
@@ -81,7 +80,8 @@ TEST(CgmesStranger, NumbersThatAreNoneCountAsMissing) {
   }
   ProfileText text;
   text.Node("N").Equipment("EnergyConsumer", "L", {"N"}, {{"EnergyConsumer.p", "1e300"}});
-  EXPECT_EQ(Imported(text).Of<LD>("L").p, std::numeric_limits<float>::max()) << "what a field can't hold is its greatest";
+  EXPECT_EQ(Imported(text).Of<LD>("L").p, std::numeric_limits<float>::max())
+      << "what a field can't hold is its greatest";
 }
 
 /// A breaker between N1 and N2 whose terminals have these numbers, none where empty.
@@ -97,7 +97,8 @@ Imported Numbered(const std::string& first, const std::string& second) {
 }
 
 TEST(CgmesStranger, TerminalsWithoutOrderStandAsInTheFile) {
-  for (const auto& [first, second] : {std::pair("", ""), std::pair("1", "1"), std::pair("x", "y"), std::pair("", "2")}) {
+  for (const auto& [first, second] :
+       {std::pair("", ""), std::pair("1", "1"), std::pair("x", "y"), std::pair("", "2")}) {
     EXPECT_EQ(Numbered(first, second).Of<CB>("B").nd, IdFromLiteral("N1")) << first << ", " << second;
   }
   EXPECT_EQ(Numbered("2", "").Of<CB>("B").nd, IdFromLiteral("N2"));
@@ -140,7 +141,8 @@ TEST(CgmesStranger, AnMridOfTwoClassesIsReported) {
 TEST(CgmesStranger, EndsOfATransformerMayBeMissing) {
   ProfileText text;
   text.Level("W", "S").Node("N1").Node("N2", "W").Equipment("PowerTransformer", "T", {"N1", "N2"});
-  text.Add("PowerTransformerEnd", "e", {{"TransformerEnd.Terminal", "#nowhere"}, {"PowerTransformerEnd.ratedU", "nan"}});
+  text.Add("PowerTransformerEnd", "e",
+           {{"TransformerEnd.Terminal", "#nowhere"}, {"PowerTransformerEnd.ratedU", "nan"}});
   EXPECT_EQ(Imported(text).Of<XF>("T").nd, IdFromLiteral("N1"));
 }
 
@@ -164,7 +166,8 @@ TEST(CgmesStranger, Latin1ThatIsNotDeclaredIsRefusedWithItsLine) {
 }
 
 TEST(CgmesStranger, Utf16ThatIsCutInACharacterIsRefused) {
-  const QString text = QString::fromStdString(ProfileText().Text()).replace(QLatin1String(" encoding=\"UTF-8\""), QString());
+  const QString text =
+      QString::fromStdString(ProfileText().Text()).replace(QLatin1String(" encoding=\"UTF-8\""), QString());
   const std::string bytes(reinterpret_cast<const char*>(text.utf16()), static_cast<std::size_t>(text.size()) * 2);
   const SetFolder folder;
   const std::string path = folder.Write("a.xml", "\xFF\xFE" + bytes.substr(0, bytes.size() / 2 | 1));
