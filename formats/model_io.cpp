@@ -57,7 +57,7 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgre
     RefuseFile(path, error ? error.message() : "there is no such file or folder");
   }
   if (name.Form() == ModelForm::kTextTables) {
-    ReadTextTables(path, database);
+    ReadTextTables(path, database, progress);
   } else {
     Check(path, ReadObjectFile(database, QtPath(path)));
   }

@@ -33,7 +33,8 @@ namespace {
 }  // namespace
 
 std::string ParseIdentity(const std::string& bytes, QString& id) {
-  const std::optional<QString> text = ExactTextFromBytes(QByteArray::fromStdString(bytes), IdEncoding::kUtf8);
+  const std::optional<QString> text = ExactTextFromBytes(
+      QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())), IdEncoding::kUtf8);
   if (!text) return "the text is no valid UTF-8";
   const std::optional<QString> found = IdFromText(*text);
   if (!found) return fmt::format("{} can't hold the text {}", NameOf(CurrentIdEncoding()), Quoted(bytes));

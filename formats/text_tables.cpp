@@ -112,17 +112,23 @@ bool FindTextTables(const std::string& folder) {
   return fs::is_directory(folder, error);
 }
 
-void ReadTextTables(const std::string& folder, DTSDB& database) {
+void ReadTextTables(const std::string& folder, DTSDB& database, const ReadingProgress& progress) {
   const Contents contents = ReadWhole(folder);
   const Listing& listing = contents.listing;
   if (!listing.unknown.empty()) RefuseUnknownTable(folder, *listing.unknown.begin());
   if (listing.tables.empty() && !listing.others.empty()) {
     RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
   }
+  std::uint64_t total = 0;
+  for (const auto& [name, bytes] : contents.tables) total += bytes.size();
+  std::uint64_t done = 0;
   for (const AnyTable& table : AllTables(database)) {
     const std::string name = table.Info().name + std::string(kSuffix);
     const auto found = contents.tables.find(name);
-    if (found != contents.tables.end()) ReadTextTable((fs::path(folder) / name).string(), found->second, table);
+    if (found == contents.tables.end()) continue;
+    ReadTextTable((fs::path(folder) / name).string(), found->second, table);
+    done += found->second.size();
+    if (progress) progress(done, total);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "formats/reading_progress.h"
 #include "model/dtsdb.h"
 
 namespace dtsdb::tools {
@@ -14,8 +15,8 @@ bool FindTextTables(const std::string& folder);
 
 /// Reads the text tables in `folder` into `database`, whose tables must be empty. Every record becomes one of its
 /// table; slots are numbered in the order of the keys. Throws Failure, with file, row and column, at the first thing
-/// that is wrong; the database is then half filled and good for nothing.
-void ReadTextTables(const std::string& folder, DTSDB& database);
+/// that is wrong; the database is then half filled and good for nothing. `progress` is called after each table.
+void ReadTextTables(const std::string& folder, DTSDB& database, const ReadingProgress& progress = {});
 
 /// Writes the records of `database` as text tables to `folder`, made anew or put in place of a folder that holds
 /// nothing but text tables. Throws Failure, and leaves everything as it was, when that can't be done.
