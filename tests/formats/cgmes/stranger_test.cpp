@@ -227,7 +227,7 @@ TEST(CgmesStranger, WhatMayNotBeReadIsRefusedInOneLine) {
   using std::filesystem::perms;
   const FolderOfAll all;
   const std::string file = all.folder.Path() + "/eq.xml";
-  std::filesystem::permissions(all.folder.Path(), perms::owner_all | perms::others_read | perms::others_exec);
+  std::filesystem::permissions(all.folder.Path(), perms::all);
   std::filesystem::permissions(file, perms::none);
   {
     const AsNobody nobody;
