@@ -36,9 +36,9 @@ ImportReport Account::Report(const Connections& connections) const {
   report.classes.reserve(classes.size());
   for (const auto& [name, mapped] : classes) report.classes.push_back(mapped);
   Exceptions leftOut = m_leftOut;
-  for (const auto& [object, type] : m_set.objects.Clashes()) {
-    leftOut.Count(m_set.objects.ClassName(type), "its mRID is that of an object of another class",
-                  [&, again = object] { return m_set.Describe(again); });
+  for (const Objects::Clash& clash : m_set.objects.Clashes()) {
+    leftOut.Count(m_set.objects.ClassName(clash.type), "its mRID is that of an object of another class",
+                  [&] { return m_set.Describe(clash); });
   }
   report.leftOut = leftOut.List();
   report.changed = m_changed.List();

@@ -40,7 +40,9 @@ int Objects::ClassNumber(QStringView name) {
 
 void Objects::Describe(int object, int type, bool defines, int file, long long line) {
   Object& described = m_objects[static_cast<std::size_t>(object)];
-  if (described.isDefined && defines && described.type != type) m_clashes.emplace_back(object, type);
+  if (described.isDefined && defines && described.type != type) {
+    m_clashes.push_back({object, type, file, static_cast<int>(line)});
+  }
   if (described.isDefined || (!defines && described.type != kNone)) return;
   described.type = type;
   described.isDefined = defines;

@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "formats/cgmes/properties.h"
@@ -47,8 +46,14 @@ class Objects {
   /// A file describes `object` in line `line`: it defines it, or adds to what another defines. The class of a
   /// definition counts; an addition may name a class above it.
   void Describe(int object, int type, bool defines, int file, long long line);
-  /// The objects that are defined again as another class, with the number of that class. The first definition counts.
-  const std::vector<std::pair<int, int>>& Clashes() const { return m_clashes; }
+  /// A definition of an object that is defined as another class already. The first definition counts.
+  struct Clash {
+    int object;
+    int type;  ///< the number of the other class
+    int file;
+    int line;
+  };
+  const std::vector<Clash>& Clashes() const { return m_clashes; }
   /// Where the object is defined: the number of the file, kNone for nowhere, and the line.
   int File(int object) const { return At(object).file; }
   int Line(int object) const { return At(object).line; }
@@ -110,7 +115,7 @@ class Objects {
   std::vector<Value> m_values;
   std::string m_text;
   std::unordered_map<std::string, int, TextHash, std::equal_to<>> m_byMrid;
-  std::vector<std::pair<int, int>> m_clashes;
+  std::vector<Clash> m_clashes;
   std::vector<std::string> m_classes;
   std::unordered_map<std::string, int, TextHash, std::equal_to<>> m_classNumbers;
 };

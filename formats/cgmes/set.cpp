@@ -32,6 +32,12 @@ void CheckTimes(const std::vector<Profile>& profiles) {
   }
 }
 
+/// The end of a description: where an object is defined, nothing for nowhere.
+std::string PlaceOf(const std::vector<Profile>& profiles, int file, int line) {
+  if (file == Objects::kNone) return "";
+  return fmt::format(", {}, line {}", profiles[static_cast<std::size_t>(file)].file, line);
+}
+
 }  // namespace
 
 bool ProfileSet::Has(ProfileKind kind) const {
@@ -42,12 +48,13 @@ std::string ProfileSet::Describe(int object) const {
   const int type = objects.Class(object);
   std::string text = type == Objects::kNone ? "object" : objects.ClassName(type);
   if (objects.Has(object, kName)) text += " " + Quoted(objects.Text(object, kName));
-  text += fmt::format(" (mRID {}", objects.Mrid(object));
-  const int file = objects.File(object);
-  if (file != Objects::kNone) {
-    text += fmt::format(", {}, line {}", profiles[static_cast<std::size_t>(file)].file, objects.Line(object));
-  }
-  return text + ")";
+  return text + fmt::format(" (mRID {}{})", objects.Mrid(object),
+                            PlaceOf(profiles, objects.File(object), objects.Line(object)));
+}
+
+std::string ProfileSet::Describe(const Objects::Clash& clash) const {
+  return fmt::format("{} (mRID {}{}), first a {}", objects.ClassName(clash.type), objects.Mrid(clash.object),
+                     PlaceOf(profiles, clash.file, clash.line), Describe(clash.object));
 }
 
 ProfileSet ReadSet(const std::vector<std::string>& paths, const ReadingProgress& progress) {

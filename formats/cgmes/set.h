@@ -18,6 +18,8 @@ struct ProfileSet {
   bool Has(ProfileKind kind) const;
   /// An object for a message: class, name, mRID, and the file and line that define it.
   std::string Describe(int object) const;
+  /// The same for a definition that doesn't count, with the one that does.
+  std::string Describe(const Objects::Clash& clash) const;
 };
 
 /// Reads the files, folders and zip archives `paths` as one set. Throws Failure for what can't be read, when there is

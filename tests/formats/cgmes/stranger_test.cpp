@@ -136,6 +136,9 @@ TEST(CgmesStranger, AnMridOfTwoClassesIsReported) {
   ASSERT_EQ(grid.report.leftOut.size(), 1U);
   EXPECT_EQ(grid.report.leftOut[0].type, "EnergyConsumer");
   EXPECT_EQ(grid.report.leftOut[0].why, "its mRID is that of an object of another class");
+  const std::string& named = grid.report.leftOut[0].names[0];
+  EXPECT_TRUE(named.starts_with("EnergyConsumer (mRID B, ")) << named;
+  EXPECT_NE(named.find("), first a Breaker 'B' (mRID B, "), std::string::npos) << named;
 }
 
 TEST(CgmesStranger, EndsOfATransformerMayBeMissing) {
