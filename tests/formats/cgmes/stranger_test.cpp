@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-#include "formats/cgmes/guarded_device.h"
+#include "formats/import/guarded_device.h"
 #include "formats/cgmes/reader.h"
 #include "formats/cgmes/source.h"
 #include "formats/model_io.h"
