@@ -41,6 +41,8 @@ void Selection::LinkTo(Context& context) {
 
 void Selection::Reset() {
   CloseStream();
+  if (!m_rows.empty() && m_context != nullptr) m_context->StreamClosed(this);
+  m_rows.clear();
   m_keys.Clear();
   m_next.clear();
   m_prev.clear();
@@ -127,18 +129,19 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
     const std::string_view image = View(data);
     if (!m_plan->IsSound(image)) return Damaged();
     if (!m_range.exact && !query->Matches(image, m_values)) continue;
-    if (m_keys.Size() == 0 && !sort) {
+    if (m_rows.empty() && !sort) {
       row.key = View(key);
       row.image = image;
       loaded = true;
     }
-    m_keys.Add(View(key));
+    m_rows.push_back({View(key), image});
     if (sort) query->SortKey(image, sortKeys.emplace_back());
   }
   if (result != MDB_SUCCESS && result != MDB_NOTFOUND) return m_context->Failed(result, "select");
   if (sort) SortByColumns(sortKeys);
   if (order == Order::kByNumber && SortByNumber()) loaded = false;
-  m_size = m_live = m_keys.Size();
+  m_size = m_live = m_rows.size();
+  Settle();
   if (!loaded) return {};
   const TableUse& use = m_context->Use(*m_table);
   row.changes = use.changes;
@@ -155,9 +158,25 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
 }
 
 void Selection::TakeOrder(const std::vector<std::size_t>& places) {
-  KeyList sorted;
-  for (const std::size_t place : places) sorted.Add(m_keys.At(place));
-  m_keys = std::move(sorted);
+  std::vector<StoredRow> rows;
+  rows.reserve(places.size());
+  for (const std::size_t place : places) rows.push_back(m_rows[place]);
+  m_rows = std::move(rows);
+}
+
+void Selection::Settle() {
+  // What this transaction has written may be moved in memory by whatever it writes next.
+  const bool stay = !m_context->Use(*m_table).changed && m_rows.size() > 1;
+  if (stay) {
+    m_context->StreamOpened(this);
+  } else {
+    KeepKeys();
+  }
+}
+
+void Selection::KeepKeys() {
+  for (const StoredRow& row : m_rows) m_keys.Add(row.key);
+  m_rows.clear();
 }
 
 void Selection::SortByColumns(const std::vector<std::string>& sortKeys) {
@@ -168,8 +187,8 @@ void Selection::SortByColumns(const std::vector<std::string>& sortKeys) {
 }
 
 bool Selection::SortByNumber() {
-  std::vector<oid_t> numbers(m_keys.Size());
-  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = RowNumberOf(m_keys.At(i));
+  std::vector<oid_t> numbers(m_rows.size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = RowNumberOf(m_rows[i].key);
   if (std::is_sorted(numbers.begin(), numbers.end())) return false;
   std::vector<std::size_t> order(numbers.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -194,6 +213,10 @@ Status Selection::RunFor(Context& context, const Table& table, const std::shared
 }
 
 void Selection::Detach() {
+  if (!m_rows.empty()) {
+    KeepKeys();
+    m_context->StreamClosed(this);
+  }
   MDB_cursor* const stream = m_stream;
   if (stream == nullptr) return;
   m_keys.Clear();
@@ -284,8 +307,13 @@ Status Selection::Load(std::size_t place, LoadedRow& row, bool& found) {
     found = status.ok;
     return status;
   }
-  row.key = m_keys.At(place);
-  return LoadByKey(row, found);
+  row.key = Key(place);
+  if (m_rows.empty()) return LoadByKey(row, found);
+  row.image = m_rows[place].image;
+  row.changes = m_context->Use(*m_table).changes;
+  row.place = kNowhere;
+  found = true;
+  return {};
 }
 
 Status Selection::LoadByKey(LoadedRow& row, bool& found) {

@@ -31,7 +31,8 @@ class KeyList {
 
 /// A selection is fixed when it is made. Its rows stand in the order of the query, without one in that of their
 /// insertion. A whole table in the order of its keys or of their insertion is walked over directly, for as long as the
-/// thread leaves the table alone and stays with its transaction; else the rows' keys are kept.
+/// thread leaves the table alone and stays with its transaction; else the rows' keys are kept, and for as long as that
+/// where the rows lie.
 ///
 /// Places are counted from 0; Size() stands for no place. Removed rows have no place any more.
 class Selection final : private RowStream {
@@ -50,7 +51,7 @@ class Selection final : private RowStream {
   Status RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan, oid_t number);
   /// Forgets all rows.
   void Reset() override;
-  /// Turns a direct walk into one over kept keys.
+  /// Turns a direct walk into one over kept keys, and forgets where rows lie.
   void Detach() override;
 
   std::size_t Size() const { return m_size; }
@@ -64,10 +65,15 @@ class Selection final : private RowStream {
 
   /// Reads the row at a place. `found` is false for a row that has gone.
   Status Load(std::size_t place, LoadedRow& row, bool& found);
-  std::string KeyAt(std::size_t place) const { return std::string(m_keys.At(place)); }
+  std::string KeyAt(std::size_t place) const { return std::string(Key(place)); }
   const RowPlan* Plan() const { return m_plan.get(); }
 
  private:
+  /// A row where it lies in the store's memory.
+  struct StoredRow {
+    std::string_view key;
+    std::string_view image;
+  };
   enum class Order {
     kByKey,     ///< as the table's tree has them
     kByNumber,  ///< as they were inserted
@@ -89,6 +95,10 @@ class Selection final : private RowStream {
   /// True if that has changed the order.
   bool SortByNumber();
   void TakeOrder(const std::vector<std::size_t>& places);
+  /// Goes over to keys of its own for the collected rows, unless these stay where they lie for a while.
+  void Settle();
+  void KeepKeys();
+  std::string_view Key(std::size_t place) const { return m_rows.empty() ? m_keys.At(place) : m_rows[place].key; }
   Status LoadFromStream(std::size_t place, LoadedRow& row);
   /// Reads the row with the key in `row`.
   Status LoadByKey(LoadedRow& row, bool& found);
@@ -100,6 +110,7 @@ class Selection final : private RowStream {
   std::shared_ptr<const RowPlan> m_plan;
   std::vector<Value> m_values;
   KeyRange m_range;
+  std::vector<StoredRow> m_rows;  ///< empty where only the keys are kept
   KeyList m_keys;
   std::size_t m_size = 0;
   std::size_t m_live = 0;
