@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cmath>
 #include <memory>
 #include <optional>
 #include <random>
@@ -93,8 +92,7 @@ Result<void> RequireKnown(const Model& model, const std::vector<Outage>& outages
 bool IsWorse(const OutageResult& left, const std::string& leftText, const OutageResult& right,
              const std::string& rightText) {
   const auto loss = [](const OutageResult& result) {
-    const double p = std::isnan(result.totals.p) ? 0 : result.totals.p;  // a load's power can be anything
-    return std::tuple(result.failure.empty(), -p, -result.totals.buses);
+    return std::tuple(result.failure.empty(), -result.totals.p, -result.totals.buses);
   };
   if (loss(left) != loss(right)) return loss(left) < loss(right);
   return leftText < rightText;
