@@ -7,9 +7,9 @@
 
 #include <filesystem>
 
-#include "formats/import/guarded_device.h"
 #include "formats/cgmes/reader.h"
 #include "formats/cgmes/source.h"
+#include "formats/import/guarded_device.h"
 #include "formats/model_io.h"
 #include "tests/formats/cgmes/profile_text.h"
 
