@@ -62,6 +62,14 @@ TEST(CgmesStranger, LongNamesAreCutAndStayUnique) {
   for (int i = 0; i < 3; ++i) EXPECT_LT((*grid.model.m_cbTable)[i].id.size(), 300);
 }
 
+TEST(CgmesStranger, LongNamesAndMridsAreShownInPart) {
+  ProfileText text;
+  text.Node("N1").Equipment("Breaker", std::string(20'000, 'n'), {"N1"});
+  Imported grid(text);
+  ASSERT_EQ(grid.report.leftOut.size(), 1U);
+  EXPECT_LT(grid.report.leftOut[0].names[0].size(), 500U);
+}
+
 TEST(CgmesStranger, NamesWithoutALetterAreThoseOfTheMrid) {
   for (const char* const name : {"", " ", "\n\t ", "\xC2\xA0"}) {
     ProfileText text;
