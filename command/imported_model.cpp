@@ -41,11 +41,13 @@ void AddImportOptions(CommandLine& command, ModelName& model) {
 }
 
 DTSDB ReadModel(const ModelName& name, ImportReport* report) {
-  constexpr std::uint64_t kMegabyte = 1'000'000;
   std::optional<Progress> progress;
   DTSDB model = LoadModel(name, report, [&](std::uint64_t done, std::uint64_t total) {
-    if (!progress) progress.emplace((total + kMegabyte - 1) / kMegabyte, "MB of " + name.Text() + " read");
-    progress->Show(done / kMegabyte);
+    const bool isLarge = total >= 10'000'000;
+    const std::uint64_t unit = isLarge ? 1'000'000 : 1'000;
+    const char* const what = isLarge ? "MB of " : "kB of ";
+    if (!progress) progress.emplace((total + unit - 1) / unit, what + name.Text() + " read");
+    progress->Show(done / unit);
   });
   progress.reset();
   const std::string hint = EncodingHint(model);

@@ -32,6 +32,12 @@ void CheckTimes(const std::vector<Profile>& profiles) {
   }
 }
 
+/// An mRID for a message, of which a line shows no more than names it.
+std::string Shown(const std::string& mrid) {
+  constexpr std::size_t kMost = 64;
+  return OneLine(mrid.size() <= kMost ? mrid : mrid.substr(0, kMost) + "...");
+}
+
 /// The end of a description: where an object is defined, nothing for nowhere.
 std::string PlaceOf(const std::vector<Profile>& profiles, int file, int line) {
   if (file == Objects::kNone) return "";
@@ -48,12 +54,12 @@ std::string ProfileSet::Describe(int object) const {
   const int type = objects.Class(object);
   std::string text = type == Objects::kNone ? "object" : objects.ClassName(type);
   if (objects.Has(object, kName)) text += " " + Quoted(objects.Text(object, kName));
-  return text + fmt::format(" (mRID {}{})", objects.Mrid(object),
+  return text + fmt::format(" (mRID {}{})", Shown(objects.Mrid(object)),
                             PlaceOf(profiles, objects.File(object), objects.Line(object)));
 }
 
 std::string ProfileSet::Describe(const Objects::Clash& clash) const {
-  return fmt::format("{} (mRID {}{}), first a {}", objects.ClassName(clash.type), objects.Mrid(clash.object),
+  return fmt::format("{} (mRID {}{}), first a {}", objects.ClassName(clash.type), Shown(objects.Mrid(clash.object)),
                      PlaceOf(profiles, clash.file, clash.line), Describe(clash.object));
 }
 

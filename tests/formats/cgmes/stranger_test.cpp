@@ -7,9 +7,9 @@
 
 #include <filesystem>
 
-#include "formats/import/guarded_device.h"
 #include "formats/cgmes/reader.h"
 #include "formats/cgmes/source.h"
+#include "formats/import/guarded_device.h"
 #include "formats/model_io.h"
 #include "tests/formats/cgmes/profile_text.h"
 
@@ -60,6 +60,14 @@ TEST(CgmesStranger, LongNamesAreCutAndStayUnique) {
   Imported grid(text);
   ASSERT_EQ(grid.Count<CB>(), 3);
   for (int i = 0; i < 3; ++i) EXPECT_LT((*grid.model.m_cbTable)[i].id.size(), 300);
+}
+
+TEST(CgmesStranger, LongNamesAndMridsAreShownInPart) {
+  ProfileText text;
+  text.Node("N1").Equipment("Breaker", std::string(20'000, 'n'), {"N1"});
+  Imported grid(text);
+  ASSERT_EQ(grid.report.leftOut.size(), 1U);
+  EXPECT_LT(grid.report.leftOut[0].names[0].size(), 500U);
 }
 
 TEST(CgmesStranger, NamesWithoutALetterAreThoseOfTheMrid) {
