@@ -1,0 +1,64 @@
+#include "formats/xiidm/import.h"
+
+#include <QFile>
+#include <optional>
+
+#include "formats/failure.h"
+#include "formats/files.h"
+#include "formats/import/archive.h"
+#include "formats/import/root_element.h"
+#include "formats/xiidm/reader.h"
+#include "formats/xiidm/steps.h"
+
+namespace dtsdb::tools::xiidm {
+namespace {
+
+bool IsPacked(const QByteArray& beginning) { return beginning.startsWith("\x1F\x8B"); }
+
+bool IsNetworkText(const QByteArray& beginning) {
+  return IsNetworkTag(RootTag(std::string_view(beginning.constData(), static_cast<std::size_t>(beginning.size()))));
+}
+
+Network ReadFile(const std::filesystem::path& path) {
+  if (IsPacked(BeginningOf(path))) {
+    std::optional<Network> network;
+    ReadPacked(path, [&](QIODevice& content) { network.emplace(ReadNetwork(content, path.string())); });
+    return std::move(*network);
+  }
+  QFile file(QtPath(path));
+  if (!file.open(QIODevice::ReadOnly)) RefuseFile(path, "can't be read: " + file.errorString().toStdString());
+  return ReadNetwork(file, path.string());
+}
+
+}  // namespace
+
+bool IsNetworkFile(const std::filesystem::path& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return false;
+  const QByteArray beginning = BeginningOf(file);
+  if (!IsPacked(beginning)) return IsNetworkText(beginning);
+  bool isNetwork = false;
+  try {
+    ReadPacked(file, [&isNetwork](QIODevice& content) { isNetwork = IsNetworkText(content.peek(kBeginning)); });
+  } catch (const Failure&) {
+    return isNetwork;
+  }
+  return isNetwork;
+}
+
+ImportReport ImportNetwork(const Network& network, const ImportOptions& options, DTSDB& model) {
+  Mapping mapping(network, options);
+  MapContainers(mapping);
+  MapSwitches(mapping);
+  MapLines(mapping);
+  MapTransformers(mapping);
+  MapDevices(mapping, MapDcLines(mapping));
+  mapping.rows.Fill(model);
+  return mapping.Report();
+}
+
+ImportReport Import(const std::filesystem::path& file, const ImportOptions& options, DTSDB& model) {
+  return ImportNetwork(ReadFile(file), options, model);
+}
+
+}  // namespace dtsdb::tools::xiidm
