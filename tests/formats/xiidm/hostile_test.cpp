@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "formats/files.h"
+#include "formats/import/archive.h"
 #include "formats/import/guarded_device.h"
 #include "tests/formats/xiidm/network_text.h"
 
@@ -142,6 +144,44 @@ TEST(XiidmReader, NumbersThatAreNoneCountAsMissing) {
   EXPECT_EQ(grid.Of<LD>("L").p, 0.0F);
   EXPECT_EQ(grid.Of<LD>("L").q, 0.0F);
   EXPECT_EQ(grid.Of<LD>("M").p, std::numeric_limits<float>::max());
+}
+
+/// The line with which a file with these bytes is refused, without its path.
+std::string FaultOfFile(const QByteArray& bytes) {
+  const QTemporaryDir folder;
+  const std::string path = folder.path().toStdString() + "/a.xiidm.gz";
+  WriteFile(path, bytes.toStdString());
+  try {
+    DTSDB model;
+    Import(path, {}, model);
+  } catch (const Failure& failure) {
+    return std::string(failure.what()).substr(path.size());
+  }
+  return "";
+}
+
+QByteArray Packed(const std::string& text) {
+  QBuffer packed;
+  packed.open(QIODevice::WriteOnly);
+  EXPECT_TRUE(Pack(QByteArray::fromStdString(text), packed));
+  return packed.data();
+}
+
+TEST(XiidmPacked, FilesAreRead) { EXPECT_EQ(FaultOfFile(Packed(NetworkText(BusLevel("")))), ""); }
+
+TEST(XiidmPacked, DamagedFilesAreRefused) {
+  const QByteArray bytes = Packed(NetworkText(BusLevel("")));
+  EXPECT_NE(FaultOfFile(bytes.first(bytes.size() / 2)), "");
+  QByteArray damaged = bytes;
+  damaged.replace(bytes.size() / 2, 20, QByteArray(20, '\x5A'));
+  EXPECT_NE(FaultOfFile(damaged), "");
+}
+
+TEST(XiidmPacked, ABombIsNotReadToItsEnd) {
+  std::string bomb = NetworkText("");
+  bomb.resize(bomb.find("</iidm:network>"));
+  while (bomb.size() < (std::size_t{96} << 20)) bomb += std::string(1 << 14, ' ') + "<iidm:a/>";
+  EXPECT_EQ(FaultOfFile(Packed(bomb)), ": can't be read: it expands to more than any grid");
 }
 
 }  // namespace
