@@ -12,6 +12,7 @@ constexpr ElementRow kRows[] = {
     {"busBreakerTopology", Role::kTopology, "", 0, true},
     {"internalConnection", Role::kConnection, "", 0, true},
     {"shuntLinearModel", Role::kModel, "", 0, false},
+    {"shuntNonLinearModel", Role::kModel, "", 0, false},
     {"section", Role::kSection, "", 0, false},
     {"property", Role::kProperty, "", 0, false},
     {"extension", Role::kExtension, "", 0, false},

@@ -14,7 +14,7 @@ enum class Role {
   kTopology,  ///< the nodes or buses of a level
   kConnection,
   kSection,  ///< of a shunt compensator
-  kModel,    ///< of one with sections all alike
+  kModel,    ///< of one: its sections, or what is the same for all of them
   kProperty,
   kExtension,
   kStation,  ///< the first role of an object with a row

@@ -319,6 +319,9 @@ class Planning {
     for (const PlannedRow& line : m_plan.dcLines) {
       m_plan.converters.push_back({UniqueId("DLN", line.name.id + QStringLiteral(" converter 1")),
                                    UniqueId("DLN", line.name.id + QStringLiteral(" converter 2"))});
+      const auto& [one, other] = m_plan.converters.back();
+      m_plan.levels[static_cast<std::size_t>(line.from.level)].converters.emplace_back(one, line.from.node);
+      m_plan.levels[static_cast<std::size_t>(line.to.level)].converters.emplace_back(other, line.to.node);
     }
   }
 

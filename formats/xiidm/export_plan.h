@@ -34,6 +34,7 @@ struct PlannedLevel {
   std::vector<QString> nodes;  ///< the real texts of the nodes by number; null for one that is another's second
   std::vector<std::pair<int, int>> joined;  ///< numbers of nodes that are one
   std::vector<Disconnector> disconnectors;
+  std::vector<std::pair<QString, int>> converters;  ///< ids of those of DC lines, and their nodes
   std::vector<int> buses, breakers, units, loads, shunts;
 };
 

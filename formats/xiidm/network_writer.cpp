@@ -127,7 +127,7 @@ class Writer {
     for (const int unit : level.units) WriteUnit(unit, number);
     for (const int load : level.loads) WriteLoad(load, number);
     for (const int shunt : level.shunts) WriteShunt(shunt, level.nominal);
-    WriteConverters(number);
+    for (const auto& [id, node] : level.converters) WriteConverter(id, node);
     m_out.Close();
   }
 
@@ -281,15 +281,6 @@ class Writer {
     m_out.Add("maximumSectionCount", 1);
     m_out.Close();
     m_out.Close();
-  }
-
-  /// The converters of DC lines that end in a level.
-  void WriteConverters(int level) {
-    for (int i = 0; i < Of<DLN>().GetCount(); ++i) {
-      const PlannedRow& line = m_plan.dcLines[At(i)];
-      if (line.from.level == level) WriteConverter(m_plan.converters[At(i)][0], line.from.node);
-      if (line.to.level == level) WriteConverter(m_plan.converters[At(i)][1], line.to.node);
-    }
   }
 
   void WriteConverter(const QString& id, int node) {

@@ -71,6 +71,7 @@ class Reading {
         break;
       case QXmlStreamReader::EndElement:
         if (m_open.size() == m_extension) m_extension = 0;
+        if (m_open.size() == m_unknown) m_unknown = 0;
         m_open.pop_back();
         break;
       default:
@@ -81,9 +82,9 @@ class Reading {
   void TakeStart() {
     if (m_open.size() == 1) return TakeRoot();
     if (m_extension > 0) return TakeExtension();
-    if (m_xml.namespaceUri() != m_namespace) return;
+    if (m_unknown > 0 || m_xml.namespaceUri() != m_namespace) return;
     const ElementRow& row = RowOf(m_xml.name());
-    if (row.role == Role::kUnknown) return;
+    if (row.role == Role::kUnknown) return TakeUnknown();
     if (++m_elements > kMostElements) Refuse("it has more elements than any network");
     m_attributes = m_xml.attributes();
     if (IsObject(row.role)) {
@@ -107,6 +108,18 @@ class Reading {
     }
     m_network.version = fmt::format("1.{}", minor);
     m_network.caseDate = Utf8(m_xml.attributes().value(QLatin1String("caseDate")));
+  }
+
+  /// Passes over what isn't known. It is reported unless it is part of equipment.
+  void TakeUnknown() {
+    m_unknown = m_open.size();
+    const int parent = m_open.back();
+    const Role owner = parent == kNone ? Role::kNetwork : m_network.objects.RoleOf(parent);
+    if (owner != Role::kNetwork && owner != Role::kStation && owner != Role::kLevel) return;
+    m_network.unknown.Count(Utf8(m_xml.name()), kNoRoom, [&] {
+      const std::string id = Utf8(m_xml.attributes().value(QLatin1String("id")));
+      return id.empty() && parent != kNone ? "in " + m_network.objects.Id(parent) : id;
+    });
   }
 
   /// Begins an object. In the topology of a node-breaker level a bus is none, but the voltage of some nodes.
@@ -153,7 +166,9 @@ class Reading {
         TakeConnection(parent);
         break;
       case Role::kModel:
-        if (parent != kNone) Set(parent, kBPerSection, Utf8(m_attributes.value(QLatin1String("bPerSection"))));
+        if (parent != kNone && m_attributes.hasAttribute(QLatin1String("bPerSection"))) {
+          Set(parent, kBPerSection, Utf8(m_attributes.value(QLatin1String("bPerSection"))));
+        }
         break;
       case Role::kSection:
         if (parent != kNone) TakeSection(parent);
@@ -254,6 +269,7 @@ class Reading {
   QXmlStreamAttributes m_attributes;  ///< of the element at hand
   std::vector<int> m_open;            ///< the innermost object of each open element
   std::size_t m_extension = 0;        ///< the depth of the extension that is read, 0 outside
+  std::size_t m_unknown = 0;          ///< the same of what isn't known
   std::string m_extended;             ///< the id of what it extends
   bool m_isBusBreaker = false;        ///< the topology at hand or read last
   int m_sections = 0;                 ///< of the shunt compensator at hand

@@ -292,6 +292,16 @@ TEST(XiidmIdentities, AreNamesOrElseIds) {
   EXPECT_EQ(first.name, "Q");
 }
 
+TEST(XiidmNetworks, WhatHasNoTableIsReported) {
+  Imported grid(NetworkText(Level("<iidm:inj node=\"0\" fictitiousP0=\"1\"/>", "<iidm:ground id=\"E\" node=\"1\"/>") +
+                            "<iidm:voltageAngleLimit id=\"A\"><iidm:from id=\"E\"/></iidm:voltageAngleLimit>"
+                            "<iidm:extension id=\"V\"><a:position xmlns:a=\"http://a\"/></iidm:extension>"));
+  std::string names;
+  for (const ImportReport::Exception& unknown : grid.report.unknown)
+    names += unknown.type + " " + unknown.names[0] + ";";
+  EXPECT_EQ(names, "extension position V;ground E;inj in V;voltageAngleLimit A;");
+}
+
 TEST(XiidmNetworks, InANetworkCountAsOne) {
   Imported grid(NetworkText("<iidm:network id=\"inner\">\n" + Level(kTwoNodes) + "</iidm:network>\n"));
   EXPECT_EQ(Real(grid.Of<CB>("Q").kv), "V");
