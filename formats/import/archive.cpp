@@ -169,6 +169,7 @@ bool Pack(const QByteArray& text, QIODevice& output) {
   archive_write_add_filter_gzip(written.get());
   archive_write_set_format_raw(written.get());
   archive_write_set_filter_option(written.get(), "gzip", "timestamp", nullptr);
+  archive_write_set_bytes_in_last_block(written.get(), 1);  // nothing fills the last block up
   archive_entry_set_filetype(entry.get(), AE_IFREG);
   archive_entry_set_pathname(entry.get(), "packed");
   const auto size = static_cast<la_ssize_t>(text.size());

@@ -86,11 +86,11 @@ class Reading {
     const ElementRow& row = RowOf(m_xml.name());
     if (row.role == Role::kUnknown) return TakeUnknown();
     if (++m_elements > kMostElements) Refuse("it has more elements than any network");
-    m_attributes = m_xml.attributes();
+    const QXmlStreamAttributes attributes = m_xml.attributes();  // given back before the next element
     if (IsObject(row.role)) {
-      TakeObject(row);
+      TakeObject(row, attributes);
     } else {
-      TakePart(row);
+      TakePart(row, attributes);
     }
   }
 
@@ -116,30 +116,32 @@ class Reading {
     const int parent = m_open.back();
     const Role owner = parent == kNone ? Role::kNetwork : m_network.objects.RoleOf(parent);
     if (owner != Role::kNetwork && owner != Role::kStation && owner != Role::kLevel) return;
-    m_network.unknown.Count(Utf8(m_xml.name()), kNoRoom, [&] {
-      const std::string id = Utf8(m_xml.attributes().value(QLatin1String("id")));
+    m_network.unknown.Count(std::string(Utf8(m_xml.name())), kNoRoom, [&] {
+      const std::string id(Utf8(m_xml.attributes().value(QLatin1String("id"))));
       return id.empty() && parent != kNone ? "in " + m_network.objects.Id(parent) : id;
     });
   }
 
   /// Begins an object. In the topology of a node-breaker level a bus is none, but the voltage of some nodes.
-  void TakeObject(const ElementRow& row) {
+  void TakeObject(const ElementRow& row, const QXmlStreamAttributes& attributes) {
     const int parent = m_open.back();
     if (row.isInLevel && (parent == kNone || m_network.objects.RoleOf(parent) != Role::kLevel)) {
       Refuse(fmt::format("a {} stands outside of a voltage level", row.name));
     }
-    if (row.role == Role::kBus && !m_isBusBreaker) return TakeCalculatedBus(parent);
-    const std::string id = Utf8(m_attributes.value(QLatin1String("id")));
+    if (row.role == Role::kBus && !m_isBusBreaker) return TakeCalculatedBus(parent, attributes);
+    const std::string id(Utf8(attributes.value(QLatin1String("id"))));
     if (id.empty()) Refuse(fmt::format("a {} has no id", row.name));
     const int object = m_network.objects.Add(row, parent, m_xml.lineNumber(), id);
     if (object == kNone) RefuseSecond(row, id);
     m_open.back() = object;
     m_sections = 0;
-    for (const QXmlStreamAttribute& attribute : m_attributes) {
+    for (const QXmlStreamAttribute& attribute : attributes) {
       const Attribute known = AttributeOf(attribute.name());
-      if (known != kAttributeCount && known != kId) Set(object, known, Utf8(attribute.value()));
+      if (known == kAttributeCount || known == kId) continue;
+      const std::string_view text = Utf8(attribute.value());
+      if (known >= kNode && known <= kNode3) CheckNode(object, text);
+      Set(object, known, text);
     }
-    for (const Attribute node : {kNode, kNode1, kNode2, kNode3}) CheckNode(object, node);
     if (row.role == Role::kWithout) m_network.unknown.Count(row.name, kNoRoom, [&] { return id; });
   }
 
@@ -150,35 +152,33 @@ class Reading {
                        objects.Line(first)));
   }
 
-  void CheckNode(int object, Attribute node) const {
-    if (!m_network.objects.Has(object, node)) return;
-    const std::string_view text = m_network.objects.Text(object, node);
-    if (!NodeNumberOf(text)) m_network.Refuse(object, Quoted(text) + " is no number of a node, 0 to 2147483647");
+  void CheckNode(int object, std::string_view number) const {
+    if (!NodeNumberOf(number)) m_network.Refuse(object, Quoted(number) + " is no number of a node, 0 to 2147483647");
   }
 
-  void TakePart(const ElementRow& row) {
+  void TakePart(const ElementRow& row, const QXmlStreamAttributes& attributes) {
     const int parent = m_open.back();
     switch (row.role) {
       case Role::kTopology:
         m_isBusBreaker = m_xml.name() == QLatin1String("busBreakerTopology");
         break;
       case Role::kConnection:
-        TakeConnection(parent);
+        TakeConnection(parent, attributes);
         break;
       case Role::kModel:
-        if (parent != kNone && m_attributes.hasAttribute(QLatin1String("bPerSection"))) {
-          Set(parent, kBPerSection, Utf8(m_attributes.value(QLatin1String("bPerSection"))));
+        if (parent != kNone && attributes.hasAttribute(QLatin1String("bPerSection"))) {
+          Set(parent, kBPerSection, Utf8(attributes.value(QLatin1String("bPerSection"))));
         }
         break;
       case Role::kSection:
-        if (parent != kNone) TakeSection(parent);
+        if (parent != kNone) TakeSection(parent, attributes);
         break;
       case Role::kProperty:
-        TakeProperty(parent);
+        TakeProperty(parent, attributes);
         break;
       case Role::kExtension:
         m_extension = m_open.size();
-        m_extended = Utf8(m_attributes.value(QLatin1String("id")));
+        m_extended = Utf8(attributes.value(QLatin1String("id")));
         break;
       default:
         break;
@@ -189,58 +189,56 @@ class Reading {
   void TakeExtension() {
     if (m_open.size() != m_extension + 1) return;
     if (m_xml.name() == QLatin1String("slackTerminal")) {
-      const std::string id = Utf8(m_xml.attributes().value(QLatin1String("id")));
+      const std::string id(Utf8(m_xml.attributes().value(QLatin1String("id"))));
       if (!id.empty()) m_network.slackTerminals.push_back(id);
       return;
     }
-    m_network.unknown.Count("extension " + Utf8(m_xml.name()), kNoRoom, [this] { return m_extended; });
+    m_network.unknown.Count("extension " + std::string(Utf8(m_xml.name())), kNoRoom, [this] { return m_extended; });
   }
 
-  void TakeConnection(int level) {
+  void TakeConnection(int level, const QXmlStreamAttributes& attributes) {
     if (level == kNone || m_network.objects.RoleOf(level) != Role::kLevel) {
       Refuse("an internalConnection stands outside of a voltage level");
     }
-    m_network.connections.push_back({level, NodeNumber("node1"), NodeNumber("node2")});
+    const int node1 = ToNodeNumber(Utf8(attributes.value(QLatin1String("node1"))));
+    const int node2 = ToNodeNumber(Utf8(attributes.value(QLatin1String("node2"))));
+    m_network.connections.push_back({level, node1, node2});
   }
 
-  void TakeCalculatedBus(int level) {
+  void TakeCalculatedBus(int level, const QXmlStreamAttributes& attributes) {
     CalculatedBus bus{level,
-                      NumberOf(Utf8(m_attributes.value(QLatin1String("v")))).value_or(0),
-                      NumberOf(Utf8(m_attributes.value(QLatin1String("angle")))).value_or(0),
+                      NumberOf(Utf8(attributes.value(QLatin1String("v")))).value_or(0),
+                      NumberOf(Utf8(attributes.value(QLatin1String("angle")))).value_or(0),
                       {}};
-    const QStringView nodes = m_attributes.value(QLatin1String("nodes"));
+    const QStringView nodes = attributes.value(QLatin1String("nodes"));
     for (const QStringView node : nodes.split(u',', Qt::SkipEmptyParts)) {
       bus.nodes.push_back(ToNodeNumber(Utf8(node.trimmed())));
     }
     m_network.buses.push_back(std::move(bus));
   }
 
-  int NodeNumber(const char* attribute) const {
-    return ToNodeNumber(Utf8(m_attributes.value(QLatin1String(attribute))));
-  }
-
-  int ToNodeNumber(const std::string& text) const {
+  int ToNodeNumber(std::string_view text) const {
     const std::optional<int> number = NodeNumberOf(text);
     if (!number) Refuse(Quoted(text) + " is no number of a node, 0 to 2147483647");
     return *number;
   }
 
   /// Of sections that differ, that of the last one in use counts.
-  void TakeSection(int shunt) {
+  void TakeSection(int shunt, const QXmlStreamAttributes& attributes) {
     const Objects& objects = m_network.objects;
     const Attribute inUse = objects.Has(shunt, kSolvedSections) ? kSolvedSections : kSections;
     if (++m_sections == objects.NumberOrZero(shunt, inUse)) {
-      Set(shunt, kB, Utf8(m_attributes.value(QLatin1String("b"))));
+      Set(shunt, kB, Utf8(attributes.value(QLatin1String("b"))));
     }
   }
 
-  void TakeProperty(int owner) {
-    const QStringView name = m_attributes.value(QLatin1String("name"));
+  void TakeProperty(int owner, const QXmlStreamAttributes& attributes) {
+    const QStringView name = attributes.value(QLatin1String("name"));
     if (owner == kNone || !name.startsWith(QLatin1String("dtsdb."))) {
-      m_network.unknown.Count("property", kNoRoom, [&] { return Utf8(name); });
+      m_network.unknown.Count("property", kNoRoom, [&] { return std::string(Utf8(name)); });
       return;
     }
-    const std::string value = Utf8(m_attributes.value(QLatin1String("value")));
+    const std::string value(Utf8(attributes.value(QLatin1String("value"))));
     const Attribute own = OwnPropertyOf(name).attribute;
     if (own != kAttributeCount) Set(owner, own, value);
     constexpr QLatin1String kNodeName(kOwnNodeName);
@@ -248,32 +246,32 @@ class Reading {
     m_network.nodeNames.push_back({owner, ToNodeNumber(Utf8(name.sliced(kNodeName.size()))), value});
   }
 
-  void Set(int object, Attribute attribute, const std::string& text) {
+  void Set(int object, Attribute attribute, std::string_view text) {
     if (!m_network.objects.Set(object, attribute, text)) Refuse("it has more than 2 GiB of names and values");
   }
 
-  static std::string Utf8(QStringView text) {
-    std::string utf8;
-    utf8.reserve(static_cast<std::size_t>(text.size()));
+  /// The same text in UTF-8; it holds until the next call.
+  std::string_view Utf8(QStringView text) {
+    m_utf8.clear();
     for (const QChar c : text) {
-      if (c.unicode() >= 0x80) return text.toUtf8().toStdString();
-      utf8 += static_cast<char>(c.unicode());
+      if (c.unicode() >= 0x80) return m_utf8 = text.toUtf8().toStdString();
+      m_utf8 += static_cast<char>(c.unicode());
     }
-    return utf8;
+    return m_utf8;
   }
 
   Network m_network;
   GuardedDevice m_guard;
   QXmlStreamReader m_xml;
   QString m_namespace;
-  QXmlStreamAttributes m_attributes;  ///< of the element at hand
-  std::vector<int> m_open;            ///< the innermost object of each open element
-  std::size_t m_extension = 0;        ///< the depth of the extension that is read, 0 outside
-  std::size_t m_unknown = 0;          ///< the same of what isn't known
-  std::string m_extended;             ///< the id of what it extends
-  bool m_isBusBreaker = false;        ///< the topology at hand or read last
-  int m_sections = 0;                 ///< of the shunt compensator at hand
+  std::vector<int> m_open;      ///< the innermost object of each open element
+  std::size_t m_extension = 0;  ///< the depth of the extension that is read, 0 outside
+  std::size_t m_unknown = 0;    ///< the same of what isn't known
+  std::string m_extended;       ///< the id of what it extends
+  bool m_isBusBreaker = false;  ///< the topology at hand or read last
+  int m_sections = 0;           ///< of the shunt compensator at hand
   int m_elements = 0;
+  std::string m_utf8;
 };
 
 }  // namespace

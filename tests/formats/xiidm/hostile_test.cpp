@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QTemporaryDir>
+
 #include "formats/files.h"
 #include "formats/import/archive.h"
 #include "formats/import/guarded_device.h"

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <QFileInfo>
+#include <QTemporaryDir>
+
 #include "formats/model_io.h"
 #include "generate/generator.h"
 #include "model/record_bits.h"

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include "formats/files.h"
 #include "formats/model_io.h"
