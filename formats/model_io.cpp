@@ -57,7 +57,7 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgre
     return database;
   }
   if (name.Form() == ModelForm::kXiidm) {
-    ImportReport made = xiidm::Import(path, name.Import(), database);
+    ImportReport made = xiidm::Import(path, name.Import(), database, progress);
     if (report != nullptr) *report = std::move(made);
     return database;
   }

@@ -1,11 +1,12 @@
 #include "formats/xiidm/import.h"
 
-#include <QFile>
+#include <functional>
 #include <optional>
 
 #include "formats/failure.h"
 #include "formats/files.h"
 #include "formats/import/archive.h"
+#include "formats/import/counted_file.h"
 #include "formats/import/root_element.h"
 #include "formats/xiidm/reader.h"
 #include "formats/xiidm/steps.h"
@@ -19,13 +20,23 @@ bool IsNetworkText(const QByteArray& beginning) {
   return IsNetworkTag(RootTag(std::string_view(beginning.constData(), static_cast<std::size_t>(beginning.size()))));
 }
 
-Network ReadFile(const std::filesystem::path& path) {
+Network ReadFile(const std::filesystem::path& path, const ReadingProgress& progress) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) RefuseFile(path, error ? error.message() : "there is no such file");
+  if (!std::filesystem::is_regular_file(path, error)) RefuseFile(path, "is no file");  // a pipe would be waited for
+  const std::uint64_t total = std::filesystem::file_size(path, error);
+  std::uint64_t done = 0;
+  const std::function<void(std::uint64_t)> count = [&](std::uint64_t bytes) {
+    done += bytes;
+    if (progress) progress(done, total);
+  };
   if (IsPacked(BeginningOf(path))) {
     std::optional<Network> network;
-    ReadPacked(path, [&](QIODevice& content) { network.emplace(ReadNetwork(content, path.string())); });
+    ReadPacked(
+        path, [&](QIODevice& content) { network.emplace(ReadNetwork(content, path.string())); }, count);
     return std::move(*network);
   }
-  QFile file(QtPath(path));
+  CountedFile file(path, count);
   if (!file.open(QIODevice::ReadOnly)) RefuseFile(path, "can't be read: " + file.errorString().toStdString());
   return ReadNetwork(file, path.string());
 }
@@ -57,8 +68,9 @@ ImportReport ImportNetwork(const Network& network, const ImportOptions& options,
   return mapping.Report();
 }
 
-ImportReport Import(const std::filesystem::path& file, const ImportOptions& options, DTSDB& model) {
-  return ImportNetwork(ReadFile(file), options, model);
+ImportReport Import(const std::filesystem::path& file, const ImportOptions& options, DTSDB& model,
+                    const ReadingProgress& progress) {
+  return ImportNetwork(ReadFile(file, progress), options, model);
 }
 
 }  // namespace dtsdb::tools::xiidm

@@ -6,6 +6,7 @@
 
 #include "formats/import_options.h"
 #include "formats/import_report.h"
+#include "formats/reading_progress.h"
 #include "formats/xiidm/network.h"
 #include "model/dtsdb.h"
 
@@ -18,7 +19,8 @@ bool IsNetworkFile(const std::filesystem::path& file);
 /// line and id, for a reference to what isn't there.
 ImportReport ImportNetwork(const Network& network, const ImportOptions& options, DTSDB& model);
 
-/// The same for the file `file` (ReadNetwork).
-ImportReport Import(const std::filesystem::path& file, const ImportOptions& options, DTSDB& model);
+/// The same for the file `file` (ReadNetwork); while it is read `progress` is called.
+ImportReport Import(const std::filesystem::path& file, const ImportOptions& options, DTSDB& model,
+                    const ReadingProgress& progress = {});
 
 }  // namespace dtsdb::tools::xiidm

@@ -19,7 +19,7 @@ Mapping::Mapping(const Network& read, const ImportOptions& chosen)
       connections(read),
       ids(
           [this](int object) {
-            return ObjectName{objects.Id(object), objects.Name(object)};
+            return ObjectName{objects.Id(object), objects.Name(object), 0, objects.Line(object)};
           },
           chosen.idsAreMrids) {
   FindTieLines();

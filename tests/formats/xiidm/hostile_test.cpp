@@ -171,6 +171,41 @@ QByteArray Packed(const std::string& text) {
 
 TEST(XiidmPacked, FilesAreRead) { EXPECT_EQ(FaultOfFile(Packed(NetworkText(BusLevel("")))), ""); }
 
+TEST(XiidmFile, ShowsHowFarItIsRead) {
+  const QTemporaryDir folder;
+  const std::string path = folder.path().toStdString() + "/a";
+  std::string loads;
+  for (int i = 0; i < 3000; ++i) loads += "<iidm:load id=\"L" + std::to_string(i) + "\" bus=\"B1\"/>\n";
+  const std::string text = NetworkText(BusLevel(loads));
+  for (const std::string& bytes : {text, Packed(text).toStdString()}) {
+    WriteFile(path, bytes);
+    std::vector<std::uint64_t> done;
+    DTSDB model;
+    Import(path, {}, model, [&](std::uint64_t read, std::uint64_t total) {
+      EXPECT_EQ(total, bytes.size());
+      done.push_back(read);
+    });
+    ASSERT_FALSE(done.empty());
+    EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
+    EXPECT_LE(done.back(), bytes.size());
+    EXPECT_GT(done.back(), bytes.size() / 2);
+  }
+}
+
+TEST(XiidmFile, ThatIsNotThereIsRefused) {
+  const QTemporaryDir folder;
+  DTSDB model;
+  for (const auto& [path, fault] : {std::pair{folder.path().toStdString() + "/a", ": there is no such file"},
+                                    std::pair{folder.path().toStdString(), ": is no file"}}) {
+    try {
+      Import(path, {}, model);
+      ADD_FAILURE() << path;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.what(), path + fault);
+    }
+  }
+}
+
 TEST(XiidmPacked, DamagedFilesAreRefused) {
   const QByteArray bytes = Packed(NetworkText(BusLevel("")));
   EXPECT_NE(FaultOfFile(bytes.first(bytes.size() / 2)), "");

@@ -290,6 +290,7 @@ TEST(XiidmIdentities, AreNamesOrElseIds) {
   EXPECT_EQ(first.identity, "V/Q");
   EXPECT_EQ(first.mrid, "i1");
   EXPECT_EQ(first.name, "Q");
+  EXPECT_EQ(grid.report.PlaceOf(first), "a.xiidm, line 6");
 }
 
 TEST(XiidmNetworks, WhatHasNoTableIsReported) {
