@@ -5,10 +5,14 @@
 
 #include "formats/files.h"
 #include "formats/import/archive.h"
+#include "formats/xiidm/import.h"
 
 namespace dtsdb::tools::xiidm {
 
 void Export(DTSDB& model, const std::string& path) {
+  if (IsOfOtherProgram(path)) {
+    RefuseFile(path, "is an XIIDM file of another program, with more in it than our tables hold; name another OUT");
+  }
   SettleTables(model);
   QBuffer text;
   text.open(QIODevice::WriteOnly);

@@ -14,7 +14,7 @@ namespace dtsdb::tools::xiidm {
 void WriteNetwork(const DTSDB& model, QIODevice& output);
 
 /// The same into the file `path`, packed by gzip where its name ends in .gz. Throws Failure, and leaves what stood
-/// there, when that can't be done.
+/// there, when that can't be done, and where an XIIDM file stands that another program has written.
 void Export(DTSDB& model, const std::string& path);
 
 }  // namespace dtsdb::tools::xiidm

@@ -16,8 +16,23 @@ namespace {
 
 bool IsPacked(const QByteArray& beginning) { return beginning.startsWith("\x1F\x8B"); }
 
-bool IsNetworkText(const QByteArray& beginning) {
-  return IsNetworkTag(RootTag(std::string_view(beginning.constData(), static_cast<std::size_t>(beginning.size()))));
+QString TagOf(const QByteArray& beginning) {
+  return RootTag(std::string_view(beginning.constData(), static_cast<std::size_t>(beginning.size())));
+}
+
+/// The tag that opens the root element of a file, packed or not; empty for what can't be read.
+QString TagOfFile(const std::filesystem::path& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return {};
+  const QByteArray beginning = BeginningOf(file);
+  if (!IsPacked(beginning)) return TagOf(beginning);
+  QString tag;
+  try {
+    ReadPacked(file, [&tag](QIODevice& content) { tag = TagOf(content.peek(kBeginning)); });
+  } catch (const Failure&) {
+    return tag;
+  }
+  return tag;
 }
 
 Network ReadFile(const std::filesystem::path& path, const ReadingProgress& progress) {
@@ -43,18 +58,11 @@ Network ReadFile(const std::filesystem::path& path, const ReadingProgress& progr
 
 }  // namespace
 
-bool IsNetworkFile(const std::filesystem::path& file) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) return false;
-  const QByteArray beginning = BeginningOf(file);
-  if (!IsPacked(beginning)) return IsNetworkText(beginning);
-  bool isNetwork = false;
-  try {
-    ReadPacked(file, [&isNetwork](QIODevice& content) { isNetwork = IsNetworkText(content.peek(kBeginning)); });
-  } catch (const Failure&) {
-    return isNetwork;
-  }
-  return isNetwork;
+bool IsNetworkFile(const std::filesystem::path& file) { return IsNetworkTag(TagOfFile(file)); }
+
+bool IsOfOtherProgram(const std::filesystem::path& file) {
+  const QString tag = TagOfFile(file);
+  return IsNetworkTag(tag) && !tag.contains(QLatin1String("sourceFormat=\"dtsdb\""));
 }
 
 ImportReport ImportNetwork(const Network& network, const ImportOptions& options, DTSDB& model) {

@@ -15,6 +15,9 @@ namespace dtsdb::tools::xiidm {
 /// True for a file of XIIDM, packed by gzip or not, seen from its beginning.
 bool IsNetworkFile(const std::filesystem::path& file);
 
+/// True for such a file that our export hasn't written.
+bool IsOfOtherProgram(const std::filesystem::path& file);
+
 /// Fills the empty tables of `model` from a network. Returns what became of the objects. Throws Failure, with file,
 /// line and id, for a reference to what isn't there.
 ImportReport ImportNetwork(const Network& network, const ImportOptions& options, DTSDB& model);

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include "formats/files.h"
 #include "formats/model_io.h"
 #include "generate/generator.h"
 #include "model/record_bits.h"
@@ -122,12 +123,28 @@ TEST_F(XiidmTwoStations, WithANameOfNothingAreRefused) {
   }
 }
 
+TEST_F(XiidmTwoStations, AreNotWrittenOverFilesOfOtherPrograms) {
+  const QTemporaryDir folder;
+  const std::string path = folder.path().toStdString() + "/a.xiidm";
+  WriteFile(path, NetworkText(""));
+  try {
+    SaveModel(m.Db(), ModelName(path));
+    ADD_FAILURE() << "it is written";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.what(), path +
+                                  ": is an XIIDM file of another program, with more in it than our tables hold; "
+                                  "name another OUT");
+  }
+  EXPECT_EQ(ReadFile(path), NetworkText(""));
+}
+
 TEST_F(XiidmTwoStations, AreWrittenToFilesPackedOrNot) {
   const QTemporaryDir folder;
   for (const char* const name : {"/a.xiidm", "/a.iidm", "/a.xiidm.gz", "/b.iidm.gz"}) {
     const ModelName file(folder.path().toStdString() + name);
     SaveModel(m.Db(), file);
     EXPECT_EQ(file.Form(), ModelForm::kXiidm);
+    SaveModel(m.Db(), file);  // over one of ours
     DTSDB read = LoadModel(file);
     EXPECT_EQ(FirstDifference(FactsOf(m.Db()), FactsOf(read)), "") << name;
   }
