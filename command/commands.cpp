@@ -19,7 +19,7 @@ constexpr const char* kPurpose =
 
 constexpr const char* kFooter =
     "A MODEL is an object file, a folder of text tables (one CSV file a table), rtdb:NAME, the realtime database\n"
-    "NAME.fdb, or CGMES profiles: a folder, a file, a zip archive, or several as cgmes:PATH,PATH.\n"
+    "NAME.fdb, an XIIDM file, or CGMES profiles: a folder, a file, a zip archive, or several as cgmes:PATH,PATH.\n"
     "Results go to the standard output, messages to the standard error.\n"
     "Exit codes: 0 good, 1 the model has faults or the models differ, 2 wrong usage, 3 a file can't be read or "
     "written.\n"

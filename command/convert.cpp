@@ -18,14 +18,16 @@ constexpr const char* kFooter =
     "rtdb:NAME as OUT updates the realtime database NAME.fdb, or makes it.\n"
     "Without --to, OUT becomes a folder of text tables when it is an existing folder, ends in '/' or has no "
     "extension,\n"
-    "and an object file otherwise. A folder is replaced only when it holds nothing but text tables.\n"
-    "Of CGMES profiles OUT.ids.csv shows which object each record stands for.\n\n"
+    "an XIIDM file when it ends in .xiidm, .iidm or one of these with .gz, and an object file otherwise. A folder is\n"
+    "replaced only when it holds nothing but text tables.\n"
+    "Of CGMES profiles and XIIDM files OUT.ids.csv shows which object each record stands for.\n\n"
     "Examples:\n"
     "  dtsdb convert examples/ieee14 grid.obj\n"
     "  dtsdb convert grid.obj tables/\n"
     "  dtsdb convert --to object tables grid\n"
     "  dtsdb convert rtdb:grid grid.obj\n"
-    "  dtsdb convert cgmes:grid,boundary.zip grid.obj";
+    "  dtsdb convert cgmes:grid,boundary.zip grid.obj\n"
+    "  dtsdb convert grid.obj grid.xiidm.gz";
 
 int Convert(const ConvertOptions& options) {
   ImportedModel model = LoadImported(options.model);
@@ -43,10 +45,13 @@ void AddConvert(CommandLine& app, Action& action) {
         AddModelArgument(command, options.model).Required();
         AddOutputArgument(command, options.output, "Where the model is written").Required();
         const auto choose = [&options](const std::string& form) {
-          options.to = form == "text" ? ModelForm::kTextTables : ModelForm::kObjectFile;
+          options.to = form == "text"    ? ModelForm::kTextTables
+                       : form == "xiidm" ? ModelForm::kXiidm
+                                         : ModelForm::kObjectFile;
         };
         AddImportOptions(command, options.model);
-        command.AddChoice("--to", choose, {"text", "object"}, "Form of OUT: folder of text tables or object file");
+        command.AddChoice("--to", choose, {"text", "object", "xiidm"},
+                          "Form of OUT: folder of text tables, object file or XIIDM file");
         command.Footer(kFooter);
         AddExitCodes(command, "the model is written");
       },

@@ -32,12 +32,12 @@ Sheet ExceptionSheet(const char* name, const char* title, const std::vector<Impo
 void AddImportOptions(CommandLine& command, ModelName& model) {
   command.AddChoice(
       "--ids", [&model](const std::string& ids) { model.Import().idsAreMrids = ids == "mrid"; }, {"name", "mrid"},
-      "Identities in a model made of CGMES profiles: names made unique (default), or mRIDs");
+      "Identities in a model made of CGMES profiles or XIIDM: names made unique (default), or mRIDs");
   command.AddChoice(
       "--ties", [&model](const std::string& ties) { model.Import().tiesAreUnits = ties == "unit"; }, {"load", "unit"},
-      "What CGMES equivalent injections become (default: load)");
+      "What CGMES equivalent injections and neighbours behind XIIDM boundary lines become (default: load)");
   command.AddFlag("--merge-retained", model.Import().mergesRetained,
-                  "Closed CGMES switches that are retained join their nodes, without a zero-impedance branch");
+                  "Closed switches that are retained in CGMES or XIIDM join their nodes, without a zero-impedance branch");
 }
 
 DTSDB ReadModel(const ModelName& name, ImportReport* report) {

@@ -111,7 +111,7 @@ void AddInfo(CommandLine& app, Action& action) {
         AddImportOptions(command, options.model);
         command.Add("--fields", options.fields, "Describe the fields of this table").Shown("TABLE");
         AddSheetOption(command, options.sheet,
-                       "tables; of CGMES profiles also files, classes, left_out, changed, unknown");
+                       "tables; of CGMES profiles and XIIDM files also files, classes, left_out, changed, unknown");
         AddFormatOption(command, options.format);
         command.Footer(kFooter);
         AddExitCodes(command, "the model is described");

@@ -1,5 +1,7 @@
 #include "formats/model_io.h"
 
+#include <fmt/format.h>
+
 #include <QString>
 #include <filesystem>
 #include <system_error>
@@ -10,6 +12,8 @@
 #include "formats/files.h"
 #include "formats/realtime.h"
 #include "formats/text_tables.h"
+#include "formats/xiidm/export.h"
+#include "formats/xiidm/import.h"
 #include "model/exchange.h"
 #include "model/objectfile.h"
 
@@ -52,6 +56,11 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgre
     if (report != nullptr) *report = std::move(made);
     return database;
   }
+  if (name.Form() == ModelForm::kXiidm) {
+    ImportReport made = xiidm::Import(path, name.Import(), database, progress);
+    if (report != nullptr) *report = std::move(made);
+    return database;
+  }
   std::error_code error;
   if (!fs::exists(path, error) && !FindTextTables(path)) {
     RefuseFile(path, error ? error.message() : "there is no such file or folder");
@@ -74,12 +83,20 @@ void SaveModel(DTSDB& database, const ModelName& name, std::optional<ModelForm> 
   if (name.Form() == ModelForm::kCgmes) {
     throw Failure(kExitUsage, name.Text() + " holds CGMES profiles, which no model is written over; name another OUT");
   }
-  if (form.value_or(name.FormAsOutput()) == ModelForm::kTextTables) {
+  const ModelForm written = form.value_or(name.FormAsOutput());
+  if (written == ModelForm::kTextTables) {
     WriteTextTables(database, path);
     return;
   }
+  const bool isXiidm = written == ModelForm::kXiidm;
   std::error_code ignored;
-  if (fs::is_directory(path, ignored)) RefuseFile(path, "is a folder; an object file can't take its place");
+  if (fs::is_directory(path, ignored)) {
+    RefuseFile(path, fmt::format("is a folder; an {} file can't take its place", isXiidm ? "XIIDM" : "object"));
+  }
+  if (isXiidm) {
+    xiidm::Export(database, path);
+    return;
+  }
   Check(path, WriteObjectFile(database, QtPath(path)));
 }
 

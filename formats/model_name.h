@@ -9,13 +9,14 @@
 
 namespace dtsdb::tools {
 
-enum class ModelForm { kObjectFile, kTextTables, kRealtimeDatabase, kCgmes };
+enum class ModelForm { kObjectFile, kTextTables, kRealtimeDatabase, kCgmes, kXiidm };
 
 /// The name of a form for people.
 const char* FormName(ModelForm form);
 
-/// A MODEL of the command line: the path of an object file, of a folder of text tables or of CGMES profiles (a folder,
-/// a file, a zip archive), rtdb:NAME, or cgmes:PATH,PATH for CGMES profiles in several places.
+/// A MODEL of the command line: the path of an object file, of a folder of text tables, of CGMES profiles (a folder, a
+/// file, a zip archive) or of an XIIDM file, rtdb:NAME, cgmes:PATH,PATH for CGMES profiles in several places, or
+/// xiidm:FILE for a file that is to be XIIDM.
 ///
 /// The command line is read into it once; everything behind asks it and reads no prefix of its own.
 class ModelName {
@@ -37,17 +38,17 @@ class ModelName {
   /// The paths of CGMES profiles: those behind "cgmes:", or else Path().
   std::vector<std::string> Paths() const;
 
-  /// The form of the model to read: CGMES profiles by their content; any other folder holds text tables, and any other
-  /// path is an object file. Looks at the path as it is now.
+  /// The form of the model to read: CGMES profiles and XIIDM by their content; any other folder holds text tables, and
+  /// any other path is an object file. Looks at the path as it is now.
   ModelForm Form() const;
 
   /// How a grid in an exchange format is read.
   const ImportOptions& Import() const { return m_import; }
   ImportOptions& Import() { return m_import; }
 
-  /// The form in which a model is to be written unless the user chooses one: text tables to a folder that exists, a
-  /// name that ends in '/' and a name without extension; an object file to any other path. Never that of an exchange
-  /// format, which no model is written in.
+  /// The form in which a model is to be written unless the user chooses one: XIIDM over such a file and to a name that
+  /// ends as its files do (.xiidm, .iidm, the same with .gz); text tables to a folder that exists, a name that ends in
+  /// '/' and a name without extension; an object file to any other path. Never CGMES, which no model is written in.
   ModelForm FormAsOutput() const;
 
  private:
@@ -55,6 +56,7 @@ class ModelName {
   std::string m_path;
   bool m_isDatabase = false;
   bool m_isCgmes = false;
+  bool m_isXiidm = false;
   ImportOptions m_import;
 };
 

@@ -9,7 +9,7 @@ packages=(
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev
   python3-jinja2
-  libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev
+  libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
 )
 
 heading() { printf '\n== %s\n' "$*"; }

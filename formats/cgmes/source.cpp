@@ -7,6 +7,7 @@
 #include "formats/catalog.h"
 #include "formats/files.h"
 #include "formats/import/archive.h"
+#include "formats/import/counted_file.h"
 #include "formats/import/root_element.h"
 
 namespace fs = std::filesystem;
@@ -16,22 +17,6 @@ namespace {
 
 using Visit = std::function<void(QIODevice&, const std::string&)>;
 using Count = std::function<void(std::uint64_t)>;
-
-/// A file that counts what is read from it.
-class CountedFile : public QFile {
- public:
-  CountedFile(const fs::path& path, const Count& count) : QFile(QtPath(path)), m_count(count) {}
-
- protected:
-  qint64 readData(char* data, qint64 size) override {
-    const qint64 bytes = QFile::readData(data, size);
-    if (bytes > 0) m_count(static_cast<std::uint64_t>(bytes));
-    return bytes;
-  }
-
- private:
-  const Count& m_count;
-};
 
 /// The files of a folder by name.
 std::set<fs::path> FilesIn(const fs::path& folder) {

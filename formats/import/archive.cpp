@@ -94,6 +94,17 @@ class EntryDevice : public QIODevice {
   RefuseFile(path, "can't be read: " + fault);
 }
 
+struct FreeWriter {
+  void operator()(archive* written) const { archive_write_free(written); }
+};
+struct FreeEntry {
+  void operator()(archive_entry* entry) const { archive_entry_free(entry); }
+};
+
+la_ssize_t WriteTo(archive* /*written*/, void* device, const void* bytes, std::size_t size) {
+  return static_cast<QIODevice*>(device)->write(static_cast<const char*>(bytes), static_cast<qint64>(size));
+}
+
 enum class Packing { kZip, kGzip };
 
 ArchiveHandle Open(const fs::path& path, Packing packing) {
@@ -149,6 +160,23 @@ void ReadPacked(const fs::path& file, const std::function<void(QIODevice&)>& vis
   if (archive_read_next_header(opened.get(), &entry) < ARCHIVE_WARN) RefuseArchive(file, FaultOf(opened.get()));
   EntryDevice device(opened.get(), budget);
   VisitEntry(file, device, visit);
+}
+
+bool Pack(const QByteArray& text, QIODevice& output) {
+  const std::unique_ptr<archive, FreeWriter> written(archive_write_new());
+  const std::unique_ptr<archive_entry, FreeEntry> entry(archive_entry_new());
+  if (!written || !entry) throw std::bad_alloc();
+  archive_write_add_filter_gzip(written.get());
+  archive_write_set_format_raw(written.get());
+  archive_write_set_filter_option(written.get(), "gzip", "timestamp", nullptr);
+  archive_write_set_bytes_in_last_block(written.get(), 1);  // nothing fills the last block up
+  archive_entry_set_filetype(entry.get(), AE_IFREG);
+  archive_entry_set_pathname(entry.get(), "packed");
+  const auto size = static_cast<la_ssize_t>(text.size());
+  return archive_write_open(written.get(), &output, nullptr, WriteTo, nullptr) == ARCHIVE_OK &&
+         archive_write_header(written.get(), entry.get()) == ARCHIVE_OK &&
+         archive_write_data(written.get(), text.constData(), static_cast<std::size_t>(size)) == size &&
+         archive_write_close(written.get()) == ARCHIVE_OK;
 }
 
 }  // namespace dtsdb::tools

@@ -1,5 +1,5 @@
 /// \file
-/// Packed files, read from the beginning to the end without anything written to disk.
+/// Packed files: read from the beginning to the end without anything written to disk, and made.
 #pragma once
 
 #include <QIODevice>
@@ -21,5 +21,8 @@ void ForEachEntry(
 void ReadPacked(
     const std::filesystem::path& file, const std::function<void(QIODevice&)>& visit,
     const std::function<void(std::uint64_t)>& count = [](std::uint64_t) {});
+
+/// Writes `text` packed by gzip, without a time, so that the same text gives the same bytes. False when that fails.
+bool Pack(const QByteArray& text, QIODevice& output);
 
 }  // namespace dtsdb::tools

@@ -47,6 +47,16 @@ QString Shortened(const QString& text) {
   return text.left(text[kMost - 1].isHighSurrogate() ? kMost - 1 : kMost);
 }
 
+/// True for letters of ASCII, with one blank between words.
+bool IsPlain(QStringView text) {
+  bool isBlank = true;
+  for (const QChar c : text) {
+    if (c.unicode() < 0x20 || c.unicode() > 0x7E || (isBlank && c == u' ')) return false;
+    isBlank = c == u' ';
+  }
+  return !isBlank;
+}
+
 long long Key(int object, int part) { return (static_cast<long long>(object) << 32) | static_cast<unsigned>(part); }
 
 /// `text`, with a number behind it where `used` has it already.
@@ -64,6 +74,7 @@ QString Numbered(const QString& text, QHash<QString, int>& last, const QSet<QStr
 }  // namespace
 
 QString Representable(const QString& text) {
+  if (IsPlain(text)) return text;
   QString simple = text.simplified().normalized(QString::NormalizationForm_C);
   if (IdFromText(simple)) return simple;
   QString written;

@@ -51,5 +51,17 @@ TEST(ModelName, SeveralPathsOfCgmesProfilesArePartedByCommas) {
   EXPECT_EQ(ModelName("a,b.obj").Paths(), std::vector<std::string>{"a,b.obj"});
 }
 
+TEST(ModelName, XiidmIsWhatStandsBehindThePrefixOrEndsAsSuchFilesDo) {
+  const ModelName name("xiidm:folder/grid.xml");
+  EXPECT_EQ(name.Path(), "folder/grid.xml");
+  EXPECT_EQ(name.Form(), ModelForm::kXiidm);
+  EXPECT_EQ(name.FormAsOutput(), ModelForm::kXiidm);
+  for (const char* const output : {"a.xiidm", "a.iidm", "a.xiidm.gz", "a.iidm.gz"}) {
+    EXPECT_EQ(ModelName(output).FormAsOutput(), ModelForm::kXiidm) << output;
+  }
+  EXPECT_EQ(ModelName("a.gz").FormAsOutput(), ModelForm::kObjectFile);
+  EXPECT_EQ(ModelName("a.xml").FormAsOutput(), ModelForm::kObjectFile);
+}
+
 }  // namespace
 }  // namespace dtsdb::tools
