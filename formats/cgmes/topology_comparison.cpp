@@ -98,8 +98,9 @@ class Comparison {
     m_result.differences.push_back(std::move(difference));
   }
 
-  /// Some switches in words.
-  std::string Describe(const std::vector<const Joint*>& joints) const {
+  /// Some switches in words, those that are closed first.
+  std::string Describe(std::vector<const Joint*> joints) const {
+    std::stable_partition(joints.begin(), joints.end(), [](const Joint* joint) { return joint->isClosed; });
     Names names;
     for (const Joint* const joint : joints) names.push_back(m_joints.Describe(*joint));
     return names.empty() ? "no switch stands between them" : FirstOf(names);
@@ -159,10 +160,10 @@ class Comparison {
     const bool isWhole = NoteUnpublished(place);
     if (published.size() == 1 && isWhole && NodesAreOf(published.front(), place)) ++m_result.same;
     if (published.size() < 2) return;
-    const auto joints = Between(nodes, [this](int a, int b) { return m_publishedOf.at(a) != m_publishedOf.at(b); });
-    const auto joins = [](const Joint* joint) { return joint->isClosed; };
-    const bool areRetained = std::all_of(joints.begin(), joints.end(),
-                                         [&](const Joint* joint) { return joint->isRetained || !joins(joint); });
+    auto joints = Between(nodes, [this](int a, int b) { return m_publishedOf.at(a) != m_publishedOf.at(b); });
+    std::erase_if(joints, [](const Joint* joint) { return !joint->isClosed; });
+    const bool areRetained =
+        std::all_of(joints.begin(), joints.end(), [](const Joint* joint) { return joint->isRetained; });
     Names there;
     for (const int topological : published) {
       there.push_back(m_objects.Name(topological) + ": " + NamesOf(NodesIn(place, topological)));
@@ -171,7 +172,7 @@ class Comparison {
                  .here = NamesOf(nodes),
                  .there = fmt::format("{}", fmt::join(there, " | ")),
                  .why = Describe(joints),
-                 .isByDesign = areRetained && std::any_of(joints.begin(), joints.end(), joins)});
+                 .isByDesign = areRetained && !joints.empty()});
   }
 
   bool NodesAreOf(int published, std::size_t place) const {

@@ -52,7 +52,7 @@ TEST_F(ImportIds, AModelWithoutTheFileHasNone) { EXPECT_TRUE(ReadIds(Model()).id
 
 TEST_F(ImportIds, AFaultIsNamedWithItsLine) {
   Write("CB,Q1,m1,\r\nCBX,Q2,m2,\r\n");
-  EXPECT_EQ(FaultOf(), ", line 3: there is no table 'CBX'; did you mean CB or CP?");
+  EXPECT_EQ(FaultOf(), ", line 3: there is no table 'CBX'; did you mean CB or CB2?");
   Write("CB,Q1,m1\r\n");
   EXPECT_EQ(FaultOf(), ", line 2: a line has the four fields table, identity, mrid and name");
   Write("CB,Q1,,\r\n");

@@ -37,7 +37,9 @@ void ExpectPublished(const char* name, const ImportOptions& options) {
     EXPECT_TRUE(difference.isByDesign) << difference.what << ": " << difference.here << " / " << difference.there;
   }
   EXPECT_EQ(comparison.islands, comparison.publishedIslands);
-  if (!options.mergesRetained) EXPECT_EQ(comparison.same, comparison.published);
+  if (!options.mergesRetained) {
+    EXPECT_EQ(comparison.same, comparison.published);
+  }
   std::printf("%s: %d groups, %d published, %d the same, %zu different by design\n", name, comparison.groups,
               comparison.published, comparison.same, comparison.differences.size());
 }

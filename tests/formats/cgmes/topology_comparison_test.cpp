@@ -32,7 +32,7 @@ TopologyComparison Compared(const TestGrid& grid, const ProfileText& topology, c
   return WorkedOutSet({folder.Path()}, options).Compare();
 }
 
-std::string LinesOf(const TestGrid& grid, const ProfileText& topology, const ImportOptions& options = {}) {
+std::string DifferencesOf(const TestGrid& grid, const ProfileText& topology, const ImportOptions& options = {}) {
   return LinesOf(Compared(grid, topology, options));
 }
 
@@ -61,12 +61,14 @@ TEST(CgmesTopologyComparison, WhatIsPublishedTogetherAndApartHereNamesTheSwitchB
 TEST(CgmesTopologyComparison, WhatIsTogetherHereAndPublishedApartNamesTheSwitchBetween) {
   const TestGrid grid = TestGrid().Switches("closed", "closed", "open");
   const Published published = {{"T1", {"A", "B"}}, {"T2", {"C"}}, {"T3", {"E"}}, {"T4", {"U"}}, {"T5", {"D"}}};
-  EXPECT_EQ(LinesOf(grid, TopologyOf(published)), "together here: C, D / T2: C | T5: D (Breaker 'Q2' is closed)\n");
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(published)),
+            "together here: C, D / T2: C | T5: D (Breaker 'Q2' is closed)\n");
 }
 
 TEST(CgmesTopologyComparison, RetainedSwitchesKeepNodesApartByDesign) {
   const TestGrid grid = TestGrid().Switches("retained", "closed", "open");
-  EXPECT_EQ(LinesOf(grid, TopologyOf(kAllClosed)), "*apart here: A | B / T1 (Breaker 'Q1' is closed and retained)\n");
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(kAllClosed)),
+            "*apart here: A | B / T1 (Breaker 'Q1' is closed and retained)\n");
 }
 
 TEST(CgmesTopologyComparison, MergedRetainedSwitchesJoinNodesByDesign) {
@@ -74,23 +76,23 @@ TEST(CgmesTopologyComparison, MergedRetainedSwitchesJoinNodesByDesign) {
   Published published = kAllClosed;
   published["T1"] = {"A"};
   published["T5"] = {"B"};
-  EXPECT_EQ(LinesOf(grid, TopologyOf(published), {.mergesRetained = true}),
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(published), {.mergesRetained = true}),
             "*together here: A, B / T1: A | T5: B (Breaker 'Q1' is closed and retained)\n");
-  EXPECT_EQ(LinesOf(grid, TopologyOf(published)), "");
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(published)), "");
 }
 
 TEST(CgmesTopologyComparison, ASetMayLeaveOutWhatIsDeadAndNodesWithoutEquipment) {
   TestGrid grid;
   grid.Switches("closed", "closed", "open").Text().Node("F", "W").Equipment("ConformLoad", "Lone", {"F"});
   const Published published = {{"T1", {"A", "B"}}, {"T2", {"C", "D"}}, {"T3", {"E"}}};
-  EXPECT_EQ(LinesOf(grid, TopologyOf(published)),
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(published)),
             "*not published: U /  (nothing is connected to it)\n*not published: F /  (it is dead)\n");
 }
 
 TEST(CgmesTopologyComparison, WhatIsLiveMustBePublished) {
   const TestGrid grid = TestGrid().Switches("closed", "closed", "open");
   const Published published = {{"T1", {"A", "B"}}, {"T2", {"C"}}, {"T3", {"E"}}, {"T4", {"U"}}};
-  EXPECT_EQ(LinesOf(grid, TopologyOf(published)), "not published: D /  ()\n");
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(published)), "not published: D /  ()\n");
 }
 
 TEST(CgmesTopologyComparison, TerminalsCountWhereConnectivityNodesHaveNoTopologicalNode) {
@@ -106,7 +108,7 @@ TEST(CgmesTopologyComparison, TerminalsCountWhereConnectivityNodesHaveNoTopologi
       text.About("Terminal", terminal, {{"Terminal.TopologicalNode", "#" + topological}});
     }
   }
-  EXPECT_EQ(LinesOf(grid, text), "*not published: U /  (nothing is connected to it)\n");
+  EXPECT_EQ(DifferencesOf(grid, text), "*not published: U /  (nothing is connected to it)\n");
 }
 
 TEST(CgmesTopologyComparison, ATerminalThatIsNotConnectedMayBeElsewhere) {
@@ -116,8 +118,9 @@ TEST(CgmesTopologyComparison, ATerminalThatIsNotConnectedMayBeElsewhere) {
     grid.Text().About("Terminal", "Load-1", {{"ACDCTerminal.connected", isConnected ? "true" : "false"}});
     ProfileText topology = TopologyOf(kAllClosed);
     topology.About("Terminal", "Load-1", {{"Terminal.TopologicalNode", "#T3"}});
-    EXPECT_EQ(LinesOf(grid, topology), isConnected ? "terminal elsewhere: Load at D / T3 ()\n"
-                                                   : "*terminal elsewhere: Load at D / T3 (it isn't connected)\n");
+    EXPECT_EQ(DifferencesOf(grid, topology), isConnected
+                                                 ? "terminal elsewhere: Load at D / T3 ()\n"
+                                                 : "*terminal elsewhere: Load at D / T3 (it isn't connected)\n");
   }
 }
 
@@ -125,7 +128,7 @@ TEST(CgmesTopologyComparison, ATopologicalNodeWithoutNodesIsListed) {
   const TestGrid grid = TestGrid().Switches("closed", "closed", "open");
   Published published = kAllClosed;
   published["T9"] = {};
-  EXPECT_EQ(LinesOf(grid, TopologyOf(published)), "*only published:  / T9 (no equipment stands on it)\n");
+  EXPECT_EQ(DifferencesOf(grid, TopologyOf(published)), "*only published:  / T9 (no equipment stands on it)\n");
 }
 
 TEST(CgmesTopologyComparison, IslandsAreCompared) {
@@ -135,11 +138,11 @@ TEST(CgmesTopologyComparison, IslandsAreCompared) {
           {{"TopologicalIsland.TopologicalNodes", "#T1"},
            {"TopologicalIsland.TopologicalNodes", "#T2"},
            {"TopologicalIsland.TopologicalNodes", "#T3"}});
-  EXPECT_EQ(LinesOf(grid, one), "");
+  EXPECT_EQ(DifferencesOf(grid, one), "");
   ProfileText two = TopologyOf(kAllClosed);
   two.Add("TopologicalIsland", "East", {{"TopologicalIsland.TopologicalNodes", "#T1"}});
   two.Add("TopologicalIsland", "West", {{"TopologicalIsland.TopologicalNodes", "#T2"}});
-  EXPECT_EQ(LinesOf(grid, two),
+  EXPECT_EQ(DifferencesOf(grid, two),
             "islands together here: 0 / East and West ()\n"
             "*live here: E / in no island (only a branch ends there, which is live from its other end)\n");
 }
@@ -155,7 +158,7 @@ TEST(CgmesTopologyComparison, APublishedIslandWithoutUnitsIsDeadByDesign) {
             {"TopologicalIsland.TopologicalNodes", "#T2"},
             {"TopologicalIsland.TopologicalNodes", "#T3"}});
   text.Add("TopologicalIsland", "Lone", {{"TopologicalIsland.TopologicalNodes", "#T5"}});
-  EXPECT_EQ(LinesOf(grid, text), "*dead here: F / Lone (no unit in service stands in the island)\n");
+  EXPECT_EQ(DifferencesOf(grid, text), "*dead here: F / Lone (no unit in service stands in the island)\n");
 }
 
 TEST(CgmesTopologyComparison, ASetWithoutTopologyIsRefused) {
