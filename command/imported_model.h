@@ -5,6 +5,7 @@
 #include "analysis/model.h"
 #include "command/command_line.h"
 #include "command/render.h"
+#include "formats/cgmes/set.h"
 #include "formats/import_report.h"
 #include "formats/model_name.h"
 #include "model/dtsdb.h"
@@ -28,6 +29,9 @@ DTSDB ReadModel(const ModelName& name, ImportReport* report = nullptr);
 ImportedModel LoadImported(const ModelName& name);
 /// The same for the interface of `analysis/`.
 analysis::Model OpenModel(const ModelName& name);
+
+/// The same for a CGMES set, which is read into `set` too.
+ImportedModel LoadImported(const ModelName& name, cgmes::ProfileSet& set);
 
 /// Writes what shows which objects the records of a model stand for, beside it as it was written to `output`.
 void WriteIdsBeside(const ImportedModel& model, const ModelName& output);

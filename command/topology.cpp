@@ -98,27 +98,30 @@ void Export(const TopologyOptions& options, const ImportedModel& imported, DTSDB
   for (const std::string& file : exported.files) WriteMessage("written: " + file);
 }
 
-/// The topology of a set beside the one that it publishes.
-int Compare(const TopologyOptions& options) {
-  const std::string& name = options.model.Text();
+/// Refuses what --compare-tp can't compare.
+void CheckComparable(const TopologyOptions& options) {
   if (options.model.Form() != ModelForm::kCgmes) {
-    throw Failure(kExitUsage, name + " is no CGMES set: --compare-tp compares with the TP profile of one");
+    throw Failure(kExitUsage,
+                  options.model.Text() + " is no CGMES set: --compare-tp compares with the TP profile of one");
   }
-  const cgmes::ProfileSet set = cgmes::ReadSet(options.model.Paths());
-  DTSDB tables;
-  const ImportReport report = cgmes::ImportSet(set, options.model.Import(), tables);
-  analysis::Model model = analysis::Model::Of(tables, name);
-  Take(analysis::WorkOutTopology(model));
-  const cgmes::TopologyComparison comparison =
-      cgmes::CompareWithPublished(set, options.model.Import(), report, model.Tables());
+  if (!options.place.IsEmpty()) {
+    throw Failure(kExitUsage, "--compare-tp compares the whole set: it goes with neither --station nor --kv");
+  }
+}
+
+/// Prints the topology of a set beside the one that it publishes.
+int Compare(const TopologyOptions& options, const cgmes::ProfileSet& set, const ImportReport& report, DTSDB& tables) {
+  const cgmes::TopologyComparison comparison = cgmes::CompareWithPublished(set, options.model.Import(), report, tables);
   if (!comparison.note.empty()) WriteMessage(comparison.note);
   WriteReport(ComparisonReport(comparison), options.format, options.sheet);
   return IsAsPublished(comparison) ? kExitGood : kExitFaults;
 }
 
 int Topology(const TopologyOptions& options) {
-  if (options.comparesPublished) return Compare(options);
-  const ImportedModel imported = LoadImported(options.model);
+  const bool compares = options.comparesPublished;
+  if (compares) CheckComparable(options);
+  cgmes::ProfileSet set;
+  const ImportedModel imported = compares ? LoadImported(options.model, set) : LoadImported(options.model);
   analysis::Model model = analysis::Model::Of(imported.tables, options.model.Text());
   const PlaceFilter filter(options.place, model.Tables());
   analysis::Topology topology = Take(analysis::WorkOutTopology(model));
@@ -127,6 +130,7 @@ int Topology(const TopologyOptions& options) {
     WriteIdsBeside(imported, options.output);
   }
   if (!options.exportTo.empty()) Export(options, imported, model.Tables());
+  if (compares) return Compare(options, set, imported.report, model.Tables());
   filter.Restrict(topology);
   WriteReport(TopologyReport(topology, options.language), options.format, options.sheet);
   return kExitGood;

@@ -4,6 +4,9 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <sstream>
+#include <utility>
+#include <vector>
 
 #include "formats/files.h"
 #include "tests/support/command_runner.h"
@@ -114,6 +117,7 @@ TEST_F(ProfileCommand, OnlySetsHaveATopologyToCompareWith) {
                              QStringLiteral("--compare-tp")});
   EXPECT_EQ(own.code, 2);
   EXPECT_TRUE(Contains(own.err, "is no CGMES set")) << own.err;
+  EXPECT_EQ(Run("topology coast --compare-tp --station Pier").code, 2);
   const CommandResult bare = Run(std::string("topology cgmes:coast/") + kEquipment + " --compare-tp");
   EXPECT_EQ(bare.code, 3);
   EXPECT_TRUE(Contains(bare.err, "the set has no topology (TP) to compare with")) << bare.err;
@@ -146,6 +150,43 @@ TEST_F(ProfileCommand, WhatEventsCannotReachIsReported) {
   const auto report = nlohmann::json::parse(Run("diff a b --events --format json").out);
   EXPECT_EQ(report["reachable"], false);
   EXPECT_EQ(report["unreachable"].size(), 2U);
+}
+
+/// The second example of the README: its commands with the lines that they print, "[...]" for what is left out.
+std::vector<std::pair<std::string, std::vector<std::string>>> ReadmeCommands() {
+  std::istringstream readme(ReadFile(dtsdb::test::SourcePath("README.md")));
+  std::vector<std::pair<std::string, std::vector<std::string>>> commands;
+  const std::string indent = "    ";
+  const std::string prompt = indent + "$ dtsdb ";
+  for (std::string line; std::getline(readme, line);) {
+    if (line.starts_with(prompt)) {
+      commands.emplace_back(line.substr(prompt.size()), std::vector<std::string>());
+    } else if (line.starts_with(indent) && !commands.empty()) {
+      commands.back().second.push_back(line.substr(indent.size()));
+    } else if (!line.empty() && !commands.empty()) {
+      break;
+    }
+  }
+  return commands;
+}
+
+TEST(ReadmeExample, PrintsWhatTheReadmeShows) {
+  const Workplace here;
+  std::filesystem::create_directory(here / "examples");
+  here.CopyModel("examples/coast", "examples/coast");
+  const auto commands = ReadmeCommands();
+  EXPECT_EQ(commands.size(), 4U);
+  for (const auto& [command, lines] : commands) {
+    const CommandResult result = here.Run(command.c_str());
+    EXPECT_EQ(result.code, 0) << command << ": " << result.err;
+    std::size_t at = 0;
+    for (const std::string& line : lines) {
+      if (line == "[...]") continue;
+      at = result.out.find(line + "\n", at);
+      ASSERT_NE(at, std::string::npos) << command << ": " << line << "\n" << result.out;
+    }
+  }
+  EXPECT_TRUE(std::filesystem::exists(here / (std::string("coast-tp/") + kTopology)));
 }
 
 }  // namespace
