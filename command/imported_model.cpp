@@ -75,6 +75,7 @@ DTSDB ReadModel(const ModelName& name, ImportReport* report) {
 
 ImportedModel LoadImported(const ModelName& name) {
   ImportedModel model;
+  model.name = name;
   model.tables = ReadModel(name, &model.report);
   CountLeftOut(name, model.report);
   return model;
@@ -83,6 +84,7 @@ ImportedModel LoadImported(const ModelName& name) {
 ImportedModel LoadImported(const ModelName& name, cgmes::ProfileSet& set) {
   set = WithProgress(name, [&](const ReadingProgress& progress) { return cgmes::ReadSet(name.Paths(), progress); });
   ImportedModel model;
+  model.name = name;
   model.report = cgmes::ImportSet(set, name.Import(), model.tables);
   HintAtEncoding(name, model.tables);
   CountLeftOut(name, model.report);
@@ -91,7 +93,13 @@ ImportedModel LoadImported(const ModelName& name, cgmes::ProfileSet& set) {
 
 analysis::Model OpenModel(const ModelName& name) { return analysis::Model::Of(LoadImported(name).tables, name.Text()); }
 
-void WriteIdsBeside(const ImportedModel& model, const ModelName& output) { WriteIds(model.report, output); }
+void WriteIdsBeside(const ImportedModel& model, const ModelName& output) {
+  if (model.report.identities.empty()) {
+    CopyIds(model.name, output);
+  } else {
+    WriteIds(model.report, output);
+  }
+}
 
 void AddImportSheets(Report& report, const ImportReport& import) {
   Sheet& files = report.Add(Sheet("files", "Files", {"profiles", "version", "time", "objects", "file"}));

@@ -17,6 +17,7 @@ void AddImportOptions(CommandLine& command, ModelName& model);
 
 /// A model of any form, with what became of the objects of a grid in an exchange format.
 struct ImportedModel {
+  ModelName name;  ///< that it was read by
   DTSDB tables;
   ImportReport report;
 };
@@ -33,7 +34,8 @@ analysis::Model OpenModel(const ModelName& name);
 /// The same for a CGMES set, which is read into `set` too.
 ImportedModel LoadImported(const ModelName& name, cgmes::ProfileSet& set);
 
-/// Writes what shows which objects the records of a model stand for, beside it as it was written to `output`.
+/// Writes what shows which objects the records of a model stand for, beside it as it was written to `output`: that of
+/// the import, or what lay beside the model that was read.
 void WriteIdsBeside(const ImportedModel& model, const ModelName& output);
 
 /// Adds the account of an import: the sheets files, classes, left_out, changed and unknown.

@@ -27,6 +27,13 @@ void AppendRow(std::string& text, const ImportReport::Identity& row) {
   text += "\r\n";
 }
 
+void Save(const std::string& text, const std::string& path) {
+  QSaveFile file(QtPath(path));
+  const auto size = static_cast<qint64>(text.size());
+  const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
+  if (!isWritten) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
+}
+
 /// The row of a line. Throws CsvError for one that has another number of fields.
 ImportReport::Identity RowOf(const CsvRow& row) {
   if (row.fields.size() != 4) throw CsvError(row.line, 0, "a line has the four fields table, identity, mrid and name");
@@ -66,11 +73,14 @@ void WriteIds(const ImportReport& report, const ModelName& model) {
   for (const auto* const rows : {&report.identities, &report.parts}) {
     for (const ImportReport::Identity& row : *rows) AppendRow(text, row);
   }
-  const std::string path = IdsPath(model);
-  QSaveFile file(QtPath(path));
-  const auto size = static_cast<qint64>(text.size());
-  const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
-  if (!isWritten) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
+  Save(text, IdsPath(model));
+}
+
+void CopyIds(const ModelName& from, const ModelName& to) {
+  const std::string source = IdsPath(from);
+  std::error_code ignored;
+  if (source == IdsPath(to) || !std::filesystem::exists(source, ignored)) return;
+  Save(ReadFile(source), IdsPath(to));
 }
 
 ImportReport ReadIds(const ModelName& model) {

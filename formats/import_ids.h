@@ -16,6 +16,10 @@ std::string IdsPath(const ModelName& model);
 /// nothing where there are none. Throws Failure, and leaves what stood there, when that can't be done.
 void WriteIds(const ImportReport& report, const ModelName& model);
 
+/// Copies what WriteIds wrote beside `from` to its place beside `to`; nothing where there is no such file. Throws
+/// Failure when that can't be done.
+void CopyIds(const ModelName& from, const ModelName& to);
+
 /// Reads what WriteIds wrote beside `model`; nothing where there is no such file. Throws Failure with the line of the
 /// first fault.
 ImportReport ReadIds(const ModelName& model);

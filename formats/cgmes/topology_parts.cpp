@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <algorithm>
+#include <map>
 #include <set>
 #include <tuple>
 
@@ -43,7 +44,7 @@ class Parts {
 
   /// `object` stands by the record of `owner`.
   void AddObject(const char* kind, TableKind table, int owner, int object) {
-    if (object == kNone) return;
+    if (object == kNone || !m_mapping.ids.Has(table, owner)) return;
     m_parts.push_back(
         {kind, m_mapping.ids.Text(table, owner).toStdString(), m_objects.Mrid(object), m_objects.Name(object)});
   }
@@ -95,11 +96,15 @@ class Parts {
     }
   }
 
+  /// Nodes without terminals, in the level that their container is or is part of.
   void AddUnusedNodes() {
+    std::map<int, int> joinedInto;
+    for (const JoinedLevel& joined : m_mapping.places.Joined()) joinedInto[joined.level.object] = joined.into;
     for (int node = 0; node < m_objects.Count(); ++node) {
       if (!m_objects.Has(node, kNodeContainer) || !m_mapping.connections.TerminalsAt(node).empty()) continue;
       const int container = m_mapping.places.ContainerOf(node);
-      if (m_mapping.ids.Has(KIND_KV, container)) AddObject(part_of::kUnusedNode, KIND_KV, container, node);
+      const auto joined = joinedInto.find(container);
+      AddObject(part_of::kUnusedNode, KIND_KV, joined == joinedInto.end() ? container : joined->second, node);
     }
   }
 

@@ -133,6 +133,10 @@ TEST_F(ProfileCommand, EventsLeadFromOneStateToAnother) {
   m_here.Write("evening.txt", way.out);
   ASSERT_EQ(Run("switch " + noon + " --script evening.txt -o switched.obj").code, 0);
   EXPECT_EQ(Run("diff switched.obj " + evening + " --events").out, "");
+  ASSERT_EQ(Run("topology switched.obj -o again.obj --export tp:switched --created 2026-11-22T08:00:00Z").code, 0);
+  ASSERT_EQ(Run("topology " + evening + " --export tp:evening --created 2026-11-22T08:00:00Z").code, 0);
+  EXPECT_EQ(Bytes(std::string("switched/") + kTopology), Bytes(std::string("evening/") + kTopology));
+  EXPECT_EQ(Bytes("again.obj.ids.csv"), Bytes("switched.obj.ids.csv"));
 }
 
 TEST_F(ProfileCommand, WhatEventsCannotReachIsReported) {
