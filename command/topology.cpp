@@ -63,13 +63,16 @@ std::string WhyNoExport(const std::string& text) {
   return isPlace ? "" : Quoted(text) + " isn't of the form tp:DIR";
 }
 
-/// The folder that an export goes to. It is none that the set was read from: the next reading would find two states.
+/// The folder that an export goes to. It is none that profiles of the set lie in: the next reading would find two
+/// topologies, and the set's own could be written over.
 std::string ExportFolder(const TopologyOptions& options) {
   std::string folder = options.exportTo.substr(std::string(kTopologyPrefix).size());
   if (options.model.Form() != ModelForm::kCgmes) return folder;
-  for (const std::string& path : options.model.Paths()) {
+  for (const std::filesystem::path path : options.model.Paths()) {
     std::error_code ignored;
-    if (!std::filesystem::equivalent(path, folder, ignored)) continue;
+    const bool isFolder = std::filesystem::is_directory(path, ignored);
+    const std::filesystem::path place = isFolder ? path : "." / path.parent_path();
+    if (!std::filesystem::equivalent(place, folder, ignored)) continue;
     throw Failure(kExitUsage, folder + " holds the profiles that were read; name another folder behind tp:");
   }
   return folder;

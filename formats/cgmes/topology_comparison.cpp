@@ -8,6 +8,7 @@
 #include <set>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "formats/cgmes/island_comparison.h"
 #include "formats/cgmes/switch_joints.h"
@@ -21,12 +22,33 @@ constexpr int kNone = Objects::kNone;
 using Names = std::vector<std::string>;
 
 /// The first of the names in a list.
-std::string FirstOf(const Names& names) {
+std::string FirstOf(const Names& names, const char* separator = ", ") {
   constexpr std::size_t kFirst = 4;
-  if (names.size() <= kFirst) return fmt::format("{}", fmt::join(names, ", "));
+  if (names.size() <= kFirst) return fmt::format("{}", fmt::join(names, separator));
   const Names first(names.begin(), names.begin() + kFirst);
-  return fmt::format("{} and {} more", fmt::join(first, ", "), names.size() - kFirst);
+  return fmt::format("{} and {} more", fmt::join(first, separator), names.size() - kFirst);
 }
+
+/// Which of several things are joined, as what joins them is found.
+class Joined {
+ public:
+  /// Joins two things. True when they weren't yet.
+  bool Join(std::size_t a, std::size_t b) {
+    const std::size_t one = RootOf(a);
+    const std::size_t other = RootOf(b);
+    m_parent[one] = other;
+    return one != other;
+  }
+
+ private:
+  std::size_t RootOf(std::size_t thing) {
+    std::size_t root = thing;
+    while (m_parent.try_emplace(root, root).first->second != root) root = m_parent[root];
+    return m_parent[thing] = root;
+  }
+
+  std::unordered_map<std::size_t, std::size_t> m_parent;
+};
 
 /// The groups of a model and the topological nodes of its set, node by node.
 class Comparison {
@@ -56,19 +78,20 @@ class Comparison {
  private:
   void TakeGroup(std::size_t place) {
     std::vector<int>& nodes = m_nodesOfGroup.emplace_back();
-    std::vector<int>& published = m_publishedOfGroup.emplace_back();
+    std::map<int, std::vector<int>>& parts = m_partsOfGroup.emplace_back();
     for (const Member& member : m_groups[place].nodes) {
       const int node = m_objects.Find(member.mrid);
       if (node == kNone) continue;
+      const int published = PublishedOf(node);
       nodes.push_back(node);
+      parts[published].push_back(node);
       m_groupOf[node] = place;
-      const int topological = PublishedOf(node);
-      m_publishedOf[node] = topological;
-      if (topological == kNone) continue;
-      m_nodesOf[topological].push_back(node);
-      if (std::find(published.begin(), published.end(), topological) == published.end()) {
-        published.push_back(topological);
-      }
+      m_publishedOf[node] = published;
+      if (published != kNone) m_nodesOf[published].push_back(node);
+    }
+    std::vector<int>& published = m_publishedOfGroup.emplace_back();
+    for (const auto& [topological, members] : parts) {
+      if (topological != kNone) published.push_back(topological);
     }
   }
 
@@ -109,10 +132,11 @@ class Comparison {
   /// The switches between nodes of which `differ(a, b)` holds, both of them in `nodes`.
   template <class Differ>
   std::vector<const Joint*> Between(const std::vector<int>& nodes, const Differ& differ) const {
+    const std::unordered_set<int> inside(nodes.begin(), nodes.end());
     std::vector<const Joint*> joints;
     for (const int node : nodes) {
       for (const Joint* const joint : m_joints.At(node)) {
-        const bool isInside = joint->from == node && std::find(nodes.begin(), nodes.end(), joint->to) != nodes.end();
+        const bool isInside = joint->from == node && inside.contains(joint->to);
         if (isInside && differ(joint->from, joint->to)) joints.push_back(joint);
       }
     }
@@ -129,27 +153,19 @@ class Comparison {
     Names here;
     for (const auto& [group, members] : groups) here.push_back(NamesOf(members));
     Note(groups.begin()->first, {.what = "apart here",
-                                 .here = fmt::format("{}", fmt::join(here, " | ")),
+                                 .here = FirstOf(here, " | "),
                                  .there = m_objects.Name(published),
                                  .why = Describe(joints),
-                                 .isByDesign = AreJoinedByRetained(groups, joints)});
+                                 .isByDesign = AreJoinedByRetained(groups.size(), joints)});
   }
 
-  bool AreJoinedByRetained(const std::map<std::size_t, std::vector<int>>& groups,
-                           const std::vector<const Joint*>& joints) const {
-    std::map<std::size_t, std::size_t> root;
-    for (const auto& [group, nodes] : groups) root[group] = group;
-    std::size_t parts = groups.size();
+  bool AreJoinedByRetained(std::size_t groups, const std::vector<const Joint*>& joints) const {
+    Joined joined;
     for (const Joint* const joint : joints) {
-      const std::size_t one = root[m_groupOf.at(joint->from)];
-      const std::size_t other = root[m_groupOf.at(joint->to)];
-      if (!joint->isClosed || !joint->isRetained || one == other) continue;
-      for (auto& [group, ofGroup] : root) {
-        if (ofGroup == other) ofGroup = one;
-      }
-      --parts;
+      if (!joint->isClosed || !joint->isRetained) continue;
+      if (joined.Join(m_groupOf.at(joint->from), m_groupOf.at(joint->to))) --groups;
     }
-    return parts == 1;
+    return groups == 1;
   }
 
   /// A group may be several topological nodes. It is by design when closed switches between them are all retained: they
@@ -166,11 +182,11 @@ class Comparison {
         std::all_of(joints.begin(), joints.end(), [](const Joint* joint) { return joint->isRetained; });
     Names there;
     for (const int topological : published) {
-      there.push_back(m_objects.Name(topological) + ": " + NamesOf(NodesIn(place, topological)));
+      there.push_back(m_objects.Name(topological) + ": " + NamesOf(m_partsOfGroup[place].at(topological)));
     }
     Note(place, {.what = "together here",
                  .here = NamesOf(nodes),
-                 .there = fmt::format("{}", fmt::join(there, " | ")),
+                 .there = FirstOf(there, " | "),
                  .why = Describe(joints),
                  .isByDesign = areRetained && !joints.empty()});
   }
@@ -180,19 +196,12 @@ class Comparison {
     return std::all_of(nodes.begin(), nodes.end(), [&](int node) { return m_groupOf.at(node) == place; });
   }
 
-  std::vector<int> NodesIn(std::size_t place, int published) const {
-    std::vector<int> nodes;
-    for (const int node : m_nodesOfGroup[place]) {
-      if (m_publishedOf.at(node) == published) nodes.push_back(node);
-    }
-    return nodes;
-  }
-
   /// Notes nodes that are in no topological node. A set may leave out what is dead, and nodes on which nothing is
   /// connected. Returns true when there is none but such.
   bool NoteUnpublished(std::size_t place) {
-    const std::vector<int> nodes = NodesIn(place, kNone);
-    if (nodes.empty()) return true;
+    const auto part = m_partsOfGroup[place].find(kNone);
+    if (part == m_partsOfGroup[place].end()) return true;
+    const std::vector<int>& nodes = part->second;
     const bool isDead = m_groups[place].island < 0 && m_publishedOfGroup[place].empty();
     const bool isUnused = std::none_of(nodes.begin(), nodes.end(), [this](int node) { return HasConnection(node); });
     const char* const why = isUnused ? "nothing is connected to it" : isDead ? "it is dead" : "";
@@ -250,13 +259,14 @@ class Comparison {
   const Objects& m_objects;
   const SwitchJoints m_joints;
   const std::vector<TopologicalNode> m_groups;
-  std::vector<std::vector<int>> m_nodesOfGroup;      // objects, by place in m_groups
-  std::vector<std::vector<int>> m_publishedOfGroup;  // likewise
-  std::unordered_map<int, std::size_t> m_groupOf;    // by node
-  std::unordered_map<int, int> m_publishedOf;        // by node, kNone for none
-  std::map<int, std::vector<int>> m_nodesOf;         // by topological node
-  std::set<int> m_usedByTerminals;                   // topological nodes
-  std::set<int> m_noted;                             // likewise, those that only terminals name
+  std::vector<std::vector<int>> m_nodesOfGroup;                 // objects, by place in m_groups
+  std::vector<std::map<int, std::vector<int>>> m_partsOfGroup;  // the same by topological node, kNone for none
+  std::vector<std::vector<int>> m_publishedOfGroup;             // likewise
+  std::unordered_map<int, std::size_t> m_groupOf;               // by node
+  std::unordered_map<int, int> m_publishedOf;                   // by node, kNone for none
+  std::map<int, std::vector<int>> m_nodesOf;                    // by topological node
+  std::set<int> m_usedByTerminals;                              // topological nodes
+  std::set<int> m_noted;                                        // likewise, those that only terminals name
   TopologyComparison m_result;
 };
 
