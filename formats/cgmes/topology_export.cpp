@@ -91,7 +91,7 @@ class Export {
     for (const TopologicalNode& node : nodes) contents += node.mrid + '\n';
     const Header header = MakeHeader(ProfileKind::kTopology, m_origin.dependsOn, contents);
     m_topology = header.mrid;
-    const std::string path = PathOf(header.kind);
+    std::string path = PathOf(header.kind);
     ProfileWriter file(path, header);
     for (const TopologicalNode& node : nodes) WriteNode(node, file);
     file.Finish();
@@ -102,7 +102,7 @@ class Export {
     std::string contents;
     for (const TopologicalIsland& island : islands) contents += island.mrid + '\n';
     const Header header = MakeHeader(ProfileKind::kStateVariables, {m_topology}, contents);
-    const std::string path = PathOf(header.kind);
+    std::string path = PathOf(header.kind);
     ProfileWriter file(path, header);
     for (const TopologicalIsland& island : islands) {
       file.Define("TopologicalIsland", island.mrid);
