@@ -67,8 +67,7 @@ void AddImportOptions(CommandLine& command, ModelName& model) {
 }
 
 DTSDB ReadModel(const ModelName& name, ImportReport* report) {
-  DTSDB model =
-      WithProgress(name, [&](const ReadingProgress& progress) { return LoadModel(name, report, progress); });
+  DTSDB model = WithProgress(name, [&](const ReadingProgress& progress) { return LoadModel(name, report, progress); });
   HintAtEncoding(name, model);
   return model;
 }

@@ -86,8 +86,10 @@ void ProfileWriter::About(const char* type, const std::string& mrid) {
 
 void ProfileWriter::Name(const std::string& name, const std::string& mrid) {
   if (m_isNew) m_xml.writeTextElement(CimOf(m_isNew), QStringLiteral("IdentifiedObject.mRID"), Unicode(mrid));
+  const qsizetype most = m_isNew ? kLongestName : kLongestNameOld;
+  const QString shortened = Shortened(name, most);
   m_xml.writeTextElement(CimOf(m_isNew), QStringLiteral("IdentifiedObject.name"),
-                         Shortened(name, m_isNew ? kLongestName : kLongestNameOld));
+                         shortened.isEmpty() ? Shortened(mrid, most) : shortened);
 }
 
 void ProfileWriter::Refer(const char* property, const std::string& mrid) {
