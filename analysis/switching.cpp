@@ -6,6 +6,7 @@
 
 #include "analysis/internal/guard.h"
 #include "analysis/internal/way_back.h"
+#include "analysis/internal/way_between.h"
 #include "formats/field_text.h"
 #include "model/table_info.h"
 #include "script/script_lines.h"
@@ -160,6 +161,18 @@ std::vector<SwitchEvent> Switching::WayBack() const {
 
 std::vector<Difference> Switching::CompareWithFullRun() const {
   return analysis::CompareWithFullRun(m_session->model.Tables(), m_session->runner.WhichRules());
+}
+
+Result<Way> FindWay(const Model& a, const Model& b) {
+  Model from = a;
+  Model to = b;
+  for (Model* const model : {&from, &to}) {
+    if (const Result<void> good = model->RequireGood(); !good) return tl::unexpected(good.error());
+  }
+  const Result<Model> copy = from.Copy();
+  if (!copy) return tl::unexpected(copy.error());
+  return internal::Guarded(
+      a.Name(), [&]() -> Result<Way> { return internal::WayBetween(from.Tables(), to.Tables(), copy->Tables()); });
 }
 
 Result<WhatIf> TryOut(const Model& model, const std::vector<SwitchEvent>& events) {

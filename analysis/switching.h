@@ -93,6 +93,23 @@ class Switching {
   std::unique_ptr<Session> m_session;
 };
 
+/// A component whose state in another model no event brings about.
+struct Unreachable {
+  std::string table;
+  std::string identity;
+  std::string why;
+};
+
+/// The way from the states of a model A to those of a model B.
+struct Way {
+  std::vector<SwitchEvent> events;       ///< for one run by Rules::kCareful
+  std::vector<Unreachable> unreachable;  ///< table by table; empty where A is then as B in all that can be switched
+};
+
+/// Finds the way between two states of one grid; components are the same where they have one identity. Both models are
+/// validated where they aren't good, and stay as they are otherwise.
+Result<Way> FindWay(const Model& a, const Model& b);
+
 /// What events would do.
 struct WhatIf {
   Outcome outcome;

@@ -5,6 +5,7 @@
 #include "analysis/internal/guard.h"
 #include "analysis/internal/section_contents.h"
 #include "formats/field_text.h"
+#include "formats/node_groups.h"
 #include "topology/tp.h"
 
 namespace dtsdb::analysis {
@@ -40,15 +41,11 @@ std::vector<Island> IslandsOf(DTSDB& tables, const std::vector<Section>& section
   return islands;
 }
 
-/// The first node of each point, by number: breakers' closed nodes stand in a ring.
+/// The first node of each point, by number.
 std::vector<int> FirstNodes(DTSDB& tables) {
-  tTable<ND>& nodes = *tables.m_ndTable;
-  const int count = nodes.GetCount();
-  std::vector<int> first(static_cast<std::size_t>(count), -1);
-  for (int i = 0; i < count; ++i) {
-    for (int nd = i; nd >= 0 && nd < count && first[static_cast<std::size_t>(nd)] == -1; nd = nodes.GetPh(nd).next) {
-      first[static_cast<std::size_t>(nd)] = i;
-    }
+  std::vector<int> first(static_cast<std::size_t>(tables.m_ndTable->GetCount()), -1);
+  for (const tools::NodeGroup& group : tools::NodeGroups(tables)) {
+    for (const int node : group.nodes) first[static_cast<std::size_t>(node)] = group.nodes.front();
   }
   return first;
 }

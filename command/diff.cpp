@@ -1,10 +1,15 @@
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/switching.h"
+#include "command/analysis_result.h"
 #include "command/commands.h"
 #include "command/imported_model.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
+#include "formats/messages.h"
 #include "model/any_table.h"
 
 namespace dtsdb::tools {
@@ -13,6 +18,7 @@ namespace {
 struct DiffOptions {
   ModelName a;
   ModelName b;
+  bool givesEvents = false;
   std::string sheet;
   Format format = Format::kText;
 };
@@ -23,7 +29,8 @@ constexpr const char* kFooter =
     "so are two nan; 0 and -0 differ.\n\n"
     "Examples:\n"
     "  dtsdb diff before.obj after.obj\n"
-    "  dtsdb diff examples/ieee14 grid.obj --format csv";
+    "  dtsdb diff examples/ieee14 grid.obj --format csv\n"
+    "  dtsdb diff cgmes:eq.xml,noon.xml cgmes:eq.xml,evening.xml --events > evening.txt";
 
 template <class V>
 bool IsSame(const V& a, const V& b) {
@@ -114,9 +121,42 @@ class Comparison {
   Sheet m_differences;
 };
 
+/// The options of an import hold for both models.
+ModelName WithImport(ModelName name, const ImportOptions& import) {
+  name.Import() = import;
+  return name;
+}
+
+Report EventReport(const analysis::Way& way) {
+  Report report;
+  report.Fact("reachable", way.unreachable.empty());
+  Sheet& events = report.Add(Sheet("events", "Events", {"event"}));
+  for (const SwitchEvent& event : way.events) events.Add({analysis::EventText(event)});
+  Sheet& unreachable = report.Add(Sheet("unreachable", "Not reached", {"table", "identity", "why"}));
+  for (const auto& [table, identity, why] : way.unreachable) unreachable.Add({table, identity, why});
+  return report;
+}
+
+/// Prints the script from the states of A to those of B.
+int Events(const DiffOptions& options) {
+  const analysis::Model a = OpenModel(options.a);
+  const analysis::Model b = OpenModel(WithImport(options.b, options.a.Import()));
+  const analysis::Way way = Take(analysis::FindWay(a, b));
+  if (options.format == Format::kText && options.sheet.empty()) {
+    WriteResult(Format::kJson, Take(analysis::ScriptOf(way.events)));  // scripts are UTF-8 in every terminal
+    for (const auto& [table, identity, why] : way.unreachable) {
+      WriteMessage(fmt::format("{} {}: {}", table, Quoted(identity), why));
+    }
+  } else {
+    WriteReport(EventReport(way), options.format, options.sheet);
+  }
+  return way.unreachable.empty() ? kExitGood : kExitFaults;
+}
+
 int Diff(const DiffOptions& options) {
+  if (options.givesEvents) return Events(options);
   DTSDB a = LoadImported(options.a).tables;
-  DTSDB b = LoadImported(options.b).tables;
+  DTSDB b = LoadImported(WithImport(options.b, options.a.Import())).tables;
   Comparison comparison;
   for (const TableInfo& table : Tables()) {
     comparison.Compare(TableOfKind(a, table.kind), TableOfKind(b, table.kind));
@@ -135,10 +175,15 @@ void AddDiff(CommandLine& app, Action& action) {
       [](CommandLine& command, DiffOptions& options) {
         AddModelArgument(command, options.a, "A").Required();
         AddModelArgument(command, options.b, "B").Required();
-        AddSheetOption(command, options.sheet, "tables or differences (the one that csv gives)");
+        command.AddFlag("--events", options.givesEvents,
+                        "Print the script for 'dtsdb switch A --script' that leads from the states of A to those of B");
+        AddImportOptions(command, options.a);
+        AddSheetOption(command, options.sheet,
+                       "tables or differences (the one that csv gives); with --events events or unreachable");
         AddFormatOption(command, options.format);
         command.Footer(kFooter);
-        AddExitCodes(command, "the models are the same", "they differ");
+        AddExitCodes(command, "the models are the same; with --events the script leads to all states of B",
+                     "they differ; with --events some states of B can't be reached");
       },
       Diff);
 }

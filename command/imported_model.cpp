@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "command/progress.h"
+#include "formats/cgmes/import.h"
 #include "formats/encoding_hint.h"
 #include "formats/import_ids.h"
 #include "formats/messages.h"
@@ -27,6 +28,33 @@ Sheet ExceptionSheet(const char* name, const char* title, const std::vector<Impo
   return sheet;
 }
 
+/// Reads by `read(progress)`, and shows on a terminal how far that has come.
+template <class Read>
+auto WithProgress(const ModelName& name, const Read& read) {
+  std::optional<Progress> progress;
+  return read([&](std::uint64_t done, std::uint64_t total) {
+    const bool isLarge = total >= 10'000'000;
+    const std::uint64_t unit = isLarge ? 1'000'000 : 1'000;
+    const char* const what = isLarge ? "MB of " : "kB of ";
+    if (!progress) progress.emplace((total + unit - 1) / unit, what + name.Text() + " read");
+    progress->Show(done / unit);
+  });
+}
+
+void HintAtEncoding(const ModelName& name, DTSDB& model) {
+  const std::string hint = EncodingHint(model);
+  if (!hint.empty()) WriteMessage(name.Text() + ": " + hint);
+}
+
+/// A message counts what a model lacks.
+void CountLeftOut(const ModelName& name, const ImportReport& report) {
+  long long lacking = 0;
+  for (const ImportReport::Exception& exception : report.leftOut) lacking += exception.count;
+  if (lacking == 0) return;
+  WriteMessage(
+      fmt::format("{}: {} left out; 'dtsdb info {}' lists them", name.Text(), Counted(lacking, "object"), name.Text()));
+}
+
 }  // namespace
 
 void AddImportOptions(CommandLine& command, ModelName& model) {
@@ -41,35 +69,38 @@ void AddImportOptions(CommandLine& command, ModelName& model) {
 }
 
 DTSDB ReadModel(const ModelName& name, ImportReport* report) {
-  std::optional<Progress> progress;
-  DTSDB model = LoadModel(name, report, [&](std::uint64_t done, std::uint64_t total) {
-    const bool isLarge = total >= 10'000'000;
-    const std::uint64_t unit = isLarge ? 1'000'000 : 1'000;
-    const char* const what = isLarge ? "MB of " : "kB of ";
-    if (!progress) progress.emplace((total + unit - 1) / unit, what + name.Text() + " read");
-    progress->Show(done / unit);
-  });
-  progress.reset();
-  const std::string hint = EncodingHint(model);
-  if (!hint.empty()) WriteMessage(name.Text() + ": " + hint);
+  DTSDB model = WithProgress(name, [&](const ReadingProgress& progress) { return LoadModel(name, report, progress); });
+  HintAtEncoding(name, model);
   return model;
 }
 
 ImportedModel LoadImported(const ModelName& name) {
   ImportedModel model;
+  model.name = name;
   model.tables = ReadModel(name, &model.report);
-  long long lacking = 0;
-  for (const ImportReport::Exception& exception : model.report.leftOut) lacking += exception.count;
-  if (lacking > 0) {
-    WriteMessage(fmt::format("{}: {} left out; 'dtsdb info {}' lists them", name.Text(), Counted(lacking, "object"),
-                             name.Text()));
-  }
+  CountLeftOut(name, model.report);
+  return model;
+}
+
+ImportedModel LoadImported(const ModelName& name, cgmes::ProfileSet& set) {
+  set = WithProgress(name, [&](const ReadingProgress& progress) { return cgmes::ReadSet(name.Paths(), progress); });
+  ImportedModel model;
+  model.name = name;
+  model.report = cgmes::ImportSet(set, name.Import(), model.tables);
+  HintAtEncoding(name, model.tables);
+  CountLeftOut(name, model.report);
   return model;
 }
 
 analysis::Model OpenModel(const ModelName& name) { return analysis::Model::Of(LoadImported(name).tables, name.Text()); }
 
-void WriteIdsBeside(const ImportedModel& model, const ModelName& output) { WriteIds(model.report, output); }
+void WriteIdsBeside(const ImportedModel& model, const ModelName& output) {
+  if (model.report.identities.empty()) {
+    CopyIds(model.name, output);
+  } else {
+    WriteIds(model.report, output);
+  }
+}
 
 void AddImportSheets(Report& report, const ImportReport& import) {
   Sheet& files = report.Add(Sheet("files", "Files", {"profiles", "version", "time", "objects", "file"}));

@@ -197,7 +197,8 @@ void WriteUndo(const analysis::Switching& session, const SwitchOptions& options)
 
 int Switch(const SwitchOptions& options) {
   const std::vector<SwitchRun> runs = ReadRuns(options);
-  analysis::Model model = OpenModel(options.model);
+  const ImportedModel imported = LoadImported(options.model);
+  analysis::Model model = analysis::Model::Of(imported.tables, options.model.Text());
   Take(model.RequireGood());
   for (const SwitchRun& events : runs) {
     for (const SwitchEvent& event : events) RequireComponent(model.Tables(), event);
@@ -207,7 +208,10 @@ int Switch(const SwitchOptions& options) {
   SwitchingReport report(session, options);
   for (const SwitchRun& events : runs) report.Do(events);
   if (!options.undo.empty()) WriteUndo(session, options);
-  if (!options.output.IsEmpty()) Take(model.Save(options.output.Text()));
+  if (!options.output.IsEmpty()) {
+    Take(model.Save(options.output.Text()));
+    WriteIdsBeside(imported, options.output);
+  }
   WriteReport(report.MakeReport(), options.format, options.sheet);
   return report.IsGood() ? kExitGood : kExitFaults;
 }
@@ -219,6 +223,7 @@ void AddSwitch(CommandLine& app, Action& action) {
       app, action, "switch", "Switch breakers and equipment and follow up what changes",
       [](CommandLine& command, SwitchOptions& options) {
         AddModelArgument(command, options.model).Required();
+        AddImportOptions(command, options.model);
         command.Add("EVENT", options.words, "What is switched, in the words below").Shown("...");
         command.Add("--script", options.script, "Take events from FILE first").Shown("FILE");
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");

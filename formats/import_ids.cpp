@@ -1,20 +1,61 @@
 #include "formats/import_ids.h"
 
-#include <QSaveFile>
+#include <fmt/format.h>
 
+#include <QSaveFile>
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "formats/catalog.h"
 #include "formats/csv.h"
+#include "formats/failure.h"
 #include "formats/files.h"
+#include "formats/nearest.h"
+#include "formats/text_layout.h"
 
 namespace dtsdb::tools {
 namespace {
 
-void AppendRow(std::string& text, const std::string& table, const std::string& identity, const std::string& mrid,
-               const std::string& name) {
-  AppendCsvField(text, table, true);
-  AppendCsvField(text, identity, false);
-  AppendCsvField(text, mrid, false);
-  AppendCsvField(text, name, false);
+const ImportReport::Identity kHeader = {"table", "identity", "mrid", "name"};
+
+void AppendRow(std::string& text, const ImportReport::Identity& row) {
+  AppendCsvField(text, row.table, true);
+  AppendCsvField(text, row.identity, false);
+  AppendCsvField(text, row.mrid, false);
+  AppendCsvField(text, row.name, false);
   text += "\r\n";
+}
+
+void Save(const std::string& text, const std::string& path) {
+  QSaveFile file(QtPath(path));
+  const auto size = static_cast<qint64>(text.size());
+  const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
+  if (!isWritten) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
+}
+
+/// The row of a line. Throws CsvError for one that has another number of fields.
+ImportReport::Identity RowOf(const CsvRow& row) {
+  if (row.fields.size() != 4) throw CsvError(row.line, 0, "a line has the four fields table, identity, mrid and name");
+  return {row.fields[0].value_or(""), row.fields[1].value_or(""), row.fields[2].value_or(""),
+          row.fields[3].value_or("")};
+}
+
+bool IsHeader(const ImportReport::Identity& row) {
+  return row.table == kHeader.table && row.identity == kHeader.identity && row.mrid == kHeader.mrid &&
+         row.name == kHeader.name;
+}
+
+/// Sorts a row into its list. Throws CsvError for one that belongs to nothing.
+void Take(ImportReport::Identity row, int line, ImportReport& report) {
+  if (row.mrid.empty()) throw CsvError(line, 2, "the mrid is missing");
+  const auto& parts = part_of::kAll;
+  const bool isPart = std::find(std::begin(parts), std::end(parts), row.table) != std::end(parts);
+  if (!isPart && FindTable(row.table) == KIND_NONE) {
+    throw CsvError(
+        line, 0, fmt::format("there is no table {}{}", Quoted(row.table), DidYouMean(row.table, TableNames())).c_str());
+  }
+  (isPart ? report.parts : report.identities).push_back(std::move(row));
 }
 
 }  // namespace
@@ -28,15 +69,37 @@ std::string IdsPath(const ModelName& model) {
 void WriteIds(const ImportReport& report, const ModelName& model) {
   if (report.identities.empty()) return;
   std::string text;
-  AppendRow(text, "table", "identity", "mrid", "name");
-  for (const ImportReport::Identity& row : report.identities) {
-    AppendRow(text, row.table, row.identity, row.mrid, row.name);
+  AppendRow(text, kHeader);
+  for (const auto* const rows : {&report.identities, &report.parts}) {
+    for (const ImportReport::Identity& row : *rows) AppendRow(text, row);
   }
+  Save(text, IdsPath(model));
+}
+
+void CopyIds(const ModelName& from, const ModelName& to) {
+  const std::string source = IdsPath(from);
+  std::error_code ignored;
+  if (source == IdsPath(to) || !std::filesystem::exists(source, ignored)) return;
+  Save(ReadFile(source), IdsPath(to));
+}
+
+ImportReport ReadIds(const ModelName& model) {
+  ImportReport report;
   const std::string path = IdsPath(model);
-  QSaveFile file(QtPath(path));
-  const auto size = static_cast<qint64>(text.size());
-  const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
-  if (!isWritten) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return report;
+  bool hasHeader = false;
+  try {
+    ReadCsv(WithoutByteOrderMark(ReadFile(path)), [&](const CsvRow& line) {
+      ImportReport::Identity row = RowOf(line);
+      if (hasHeader) return Take(std::move(row), line.line, report);
+      if (!IsHeader(row)) throw CsvError(line.line, 0, "the header isn't table,identity,mrid,name");
+      hasHeader = true;
+    });
+  } catch (const CsvError& fault) {
+    throw Failure(kExitFile, fmt::format("{}, line {}: {}", path, fault.Line(), fault.what()));
+  }
+  return report;
 }
 
 }  // namespace dtsdb::tools

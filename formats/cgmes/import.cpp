@@ -1,6 +1,7 @@
 #include "formats/cgmes/import.h"
 
 #include "formats/cgmes/steps.h"
+#include "formats/cgmes/topology_parts.h"
 
 namespace dtsdb::tools::cgmes {
 
@@ -15,6 +16,7 @@ ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSD
   mapping.rows.Fill(model);
   ImportReport report = mapping.account.Report(mapping.connections);
   report.identities = mapping.ids.List();
+  report.parts = TopologyParts(mapping);
   return report;
 }
 

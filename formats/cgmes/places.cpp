@@ -22,7 +22,6 @@ Places::Places(const Objects& objects, const Connections& connections)
   JoinLevels();
 }
 
-/// What becomes the level of a node: the voltage level, also that of a bay, else the container, else the node itself.
 int Places::ContainerOf(int node) const {
   const int container = m_objects.Target(node, kNodeContainer);
   if (container == kNone) return node;

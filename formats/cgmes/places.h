@@ -45,9 +45,11 @@ class Places {
   const std::vector<int>& JoiningSwitches() const { return m_joiningSwitches; }
   /// The connectivity nodes with terminals, in the order of their numbers.
   const std::vector<int>& Nodes() const { return m_nodes; }
+  /// What becomes the level of a node, with or without terminals: the voltage level, also that of a bay, else the
+  /// container, else the node itself.
+  int ContainerOf(int node) const;
 
  private:
-  int ContainerOf(int node) const;
   int AddLevel(int object);
   void FindVoltages();
   void TakeVoltageOfLines(Level& level, int node) const;
