@@ -35,7 +35,8 @@ void CheckTimes(const std::vector<Profile>& profiles) {
 /// An mRID for a message, of which a line shows no more than names it.
 std::string Shown(const std::string& mrid) {
   constexpr std::size_t kMost = 64;
-  return OneLine(mrid.size() <= kMost ? mrid : mrid.substr(0, kMost) + "...");
+  if (mrid.size() <= kMost) return OneLine(mrid);
+  return OneLine(mrid.substr(0, kMost)) + "...";
 }
 
 /// The end of a description: where an object is defined, nothing for nowhere.
