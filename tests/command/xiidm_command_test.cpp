@@ -50,12 +50,10 @@ TEST(XiidmCommand, ConvertsToAndFro) {
 TEST(XiidmCommand, MergesRetainedSwitchesOnDemand) {
   const Workplace here;
   here.Write("grid.xml", SmallNetwork());
-  const auto sections = [&here](const char* options) {
-    const std::string line = std::string("topology grid.xml --sheet islands --format json") + options;
-    return nlohmann::json::parse(here.Run(line.c_str()).out)["islands"][0]["sections"];
-  };
-  EXPECT_EQ(sections(""), 2);
-  EXPECT_EQ(sections(" --merge-retained"), 1);
+  const auto kept = nlohmann::json::parse(here.Run("info grid.xml --format json").out);
+  EXPECT_TRUE(kept["changed"].empty());
+  const auto merged = nlohmann::json::parse(here.Run("info grid.xml --merge-retained --format json").out);
+  EXPECT_EQ(merged["changed"][0]["first"], "switch 'Q' (grid.xml, line 7)");
 }
 
 TEST(XiidmCommand, AFaultIsOneLine) {
