@@ -14,10 +14,10 @@ constexpr int kNone = Objects::kNone;
 /// The comparison, group by group.
 class IslandComparison {
  public:
-  IslandComparison(const Objects& objects, const std::vector<TopologicalNode>& groups, TopologyComparison& result)
-      : m_objects(objects), m_groups(groups), m_result(result) {
-    for (int i = 0; i < objects.Count(); ++i) {
-      objects.ForEachTarget(i, [&](Property property, int node) {
+  IslandComparison(const ProfileSet& set, const std::vector<TopologicalNode>& groups, TopologyComparison& result)
+      : m_set(set), m_objects(set.objects), m_groups(groups), m_result(result) {
+    for (int i = 0; i < m_objects.Count(); ++i) {
+      m_objects.ForEachTarget(i, [&](Property property, int node) {
         if (property == kIslandNodes) m_islandOf[node] = i;
       });
     }
@@ -94,8 +94,8 @@ class IslandComparison {
                  .isByDesign = isWhole});
   }
 
-  /// Notes islands that are one here and several there, or the reverse. Where grids are read together, each file has
-  /// the island of its own grid.
+  /// Notes islands that are one here and several there, or the reverse. Where grids are read together, each
+  /// authority publishes the island of its own grid.
   void Pair(int here, int there) {
     const int otherHere = m_hereOf.emplace(there, here).first->second;
     const int otherThere = m_thereOf.emplace(here, there).first->second;
@@ -106,14 +106,15 @@ class IslandComparison {
                    .there = m_objects.Name(there)});
     }
     if (otherThere == there) return;
-    const bool areOfTwoGrids = m_objects.File(otherThere) != m_objects.File(there);
+    const bool areOfTwoGrids = m_set.AreOfTwoAuthorities(otherThere, there);
     Note(place, {.what = "islands together here",
                  .here = fmt::format("{}", here),
                  .there = fmt::format("{} and {}", m_objects.Name(otherThere), m_objects.Name(there)),
-                 .why = areOfTwoGrids ? "each file publishes the island of its own grid" : "",
+                 .why = areOfTwoGrids ? "each authority publishes the island of its own grid" : "",
                  .isByDesign = areOfTwoGrids});
   }
 
+  const ProfileSet& m_set;
   const Objects& m_objects;
   const std::vector<TopologicalNode>& m_groups;
   TopologyComparison& m_result;
@@ -129,9 +130,9 @@ class IslandComparison {
 
 }  // namespace
 
-void CompareIslands(const Objects& objects, const std::vector<TopologicalNode>& groups,
+void CompareIslands(const ProfileSet& set, const std::vector<TopologicalNode>& groups,
                     const std::vector<std::vector<int>>& published, TopologyComparison& comparison) {
-  IslandComparison islands(objects, groups, comparison);
+  IslandComparison islands(set, groups, comparison);
   if (islands.HasIslands()) islands.Compare(published);
 }
 

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "formats/cgmes/objects.h"
+#include "formats/cgmes/set.h"
 #include "formats/cgmes/topological_nodes.h"
 #include "formats/cgmes/topology_comparison.h"
 
@@ -12,7 +12,7 @@ namespace dtsdb::tools::cgmes {
 
 /// Adds to `comparison` what differs, and how many islands there are. `published` are the topological nodes of the set
 /// that each of `groups` is. Nothing is compared where the set has no islands.
-void CompareIslands(const Objects& objects, const std::vector<TopologicalNode>& groups,
+void CompareIslands(const ProfileSet& set, const std::vector<TopologicalNode>& groups,
                     const std::vector<std::vector<int>>& published, TopologyComparison& comparison);
 
 }  // namespace dtsdb::tools::cgmes

@@ -51,6 +51,13 @@ bool ProfileSet::Has(ProfileKind kind) const {
   return std::any_of(profiles.begin(), profiles.end(), [kind](const Profile& profile) { return profile.Is(kind); });
 }
 
+bool ProfileSet::AreOfTwoAuthorities(int a, int b) const {
+  const int one = objects.File(a);
+  const int other = objects.File(b);
+  if (one == Objects::kNone || other == Objects::kNone) return false;
+  return profiles[static_cast<std::size_t>(one)].authority != profiles[static_cast<std::size_t>(other)].authority;
+}
+
 std::string ProfileSet::Describe(int object) const {
   const int type = objects.Class(object);
   std::string text = type == Objects::kNone ? "object" : objects.ClassName(type);

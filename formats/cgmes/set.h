@@ -16,6 +16,8 @@ struct ProfileSet {
   Objects objects;                ///< Objects::File is a place in `profiles`
 
   bool Has(ProfileKind kind) const;
+  /// True when two objects are defined by files of different modelling authorities.
+  bool AreOfTwoAuthorities(int a, int b) const;
   /// An object for a message: class, name, mRID, and the file and line that define it.
   std::string Describe(int object) const;
   /// The same for a definition that doesn't count, with the one that does.

@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "formats/cgmes/groups.h"
 #include "formats/cgmes/island_comparison.h"
 #include "formats/cgmes/switch_joints.h"
 #include "formats/failure.h"
@@ -29,27 +30,6 @@ std::string FirstOf(const Names& names, const char* separator = ", ") {
   return fmt::format("{} and {} more", fmt::join(first, separator), names.size() - kFirst);
 }
 
-/// Which of several things are joined, as what joins them is found.
-class Joined {
- public:
-  /// Joins two things. True when they weren't yet.
-  bool Join(std::size_t a, std::size_t b) {
-    const std::size_t one = RootOf(a);
-    const std::size_t other = RootOf(b);
-    m_parent[one] = other;
-    return one != other;
-  }
-
- private:
-  std::size_t RootOf(std::size_t thing) {
-    std::size_t root = thing;
-    while (m_parent.try_emplace(root, root).first->second != root) root = m_parent[root];
-    return m_parent[thing] = root;
-  }
-
-  std::unordered_map<std::size_t, std::size_t> m_parent;
-};
-
 /// The groups of a model and the topological nodes of its set, node by node.
 class Comparison {
  public:
@@ -68,7 +48,7 @@ class Comparison {
     for (std::size_t i = 0; i < m_groups.size(); ++i) CompareGroup(i);
     CompareTerminals();
     FindPublishedElsewhere();
-    CompareIslands(m_objects, m_groups, m_publishedOfGroup, m_result);
+    CompareIslands(m_mapping.set, m_groups, m_publishedOfGroup, m_result);
     std::stable_sort(m_result.differences.begin(), m_result.differences.end(), [](const auto& a, const auto& b) {
       return std::tie(a.isByDesign, a.station, a.level) < std::tie(b.isByDesign, b.station, b.level);
     });
@@ -156,16 +136,20 @@ class Comparison {
                                  .here = FirstOf(here, " | "),
                                  .there = m_objects.Name(published),
                                  .why = Describe(joints),
-                                 .isByDesign = AreJoinedByRetained(groups.size(), joints)});
+                                 .isByDesign = AreJoinedByRetained(groups, joints)});
   }
 
-  bool AreJoinedByRetained(std::size_t groups, const std::vector<const Joint*>& joints) const {
-    Joined joined;
+  bool AreJoinedByRetained(const std::map<std::size_t, std::vector<int>>& groups,
+                           const std::vector<const Joint*>& joints) const {
+    std::map<std::size_t, int> numbers;
+    for (const auto& [group, nodes] : groups) numbers.emplace(group, static_cast<int>(numbers.size()));
+    Groups joined(groups.size());
     for (const Joint* const joint : joints) {
       if (!joint->isClosed || !joint->isRetained) continue;
-      if (joined.Join(m_groupOf.at(joint->from), m_groupOf.at(joint->to))) --groups;
+      joined.Join(numbers.at(m_groupOf.at(joint->from)), numbers.at(m_groupOf.at(joint->to)));
     }
-    return groups == 1;
+    return std::all_of(numbers.begin(), numbers.end(),
+                       [&joined](const auto& number) { return joined.Of(number.second) == joined.Of(0); });
   }
 
   /// A group may be several topological nodes. It is by design when closed switches between them are all retained: they
@@ -215,18 +199,18 @@ class Comparison {
   }
 
   /// The terminals of a node are in its topological node. Another one is by design while they aren't connected, and
-  /// where two files of the set give the same node of a border one each.
+  /// where two authorities give the same node of a border one each.
   void CompareTerminals() {
     for (int terminal = 0; terminal < m_objects.Count(); ++terminal) {
       const int published = m_objects.Target(terminal, kTerminalTopological);
       if (published == kNone) continue;
       m_usedByTerminals.insert(published);
       const auto ofNode = m_publishedOf.find(m_objects.Target(terminal, kTerminalNode));
-      if (ofNode == m_publishedOf.end() || ofNode->second == published) continue;
+      const int equipment = m_mapping.connections.EquipmentOf(terminal);
+      if (ofNode == m_publishedOf.end() || ofNode->second == published || equipment == kNone) continue;
       m_noted.insert(published);
       std::string why = m_mapping.IsOn(terminal) ? "" : "it isn't connected";
-      if (m_objects.File(published) != m_objects.File(ofNode->second)) why = "two files publish the node of a border";
-      const int equipment = m_mapping.connections.EquipmentOf(terminal);
+      if (m_mapping.set.AreOfTwoAuthorities(published, ofNode->second)) why = "two authorities publish a border's node";
       Note(m_groupOf.at(ofNode->first),
            {.what = "terminal elsewhere",
             .here = fmt::format("{} at {}", m_objects.Name(equipment), m_objects.Name(ofNode->first)),

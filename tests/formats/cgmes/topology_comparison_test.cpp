@@ -161,6 +161,39 @@ TEST(CgmesTopologyComparison, APublishedIslandWithoutUnitsIsDeadByDesign) {
   EXPECT_EQ(DifferencesOf(grid, text), "*dead here: F / Lone (no unit in service stands in the island)\n");
 }
 
+// T1 and X are the topological nodes that two authorities give node A, and each has an island of its own.
+TEST(CgmesTopologyComparison, TwoAuthoritiesMayEachPublishTheNodeOfABorder) {
+  ProfileText other;
+  other.Add("TopologicalNode", "X").About("Terminal", "Main-1", {{"Terminal.TopologicalNode", "#X"}});
+  other.Add("TopologicalIsland", "Other", {{"TopologicalIsland.TopologicalNodes", "#T2"}});
+  ProfileText own = TopologyOf(kAllClosed);
+  own.Add("TopologicalIsland", "Own",
+          {{"TopologicalIsland.TopologicalNodes", "#T1"}, {"TopologicalIsland.TopologicalNodes", "#T3"}});
+  std::string text = FileText(other, "other", {"Topology", "StateVariables"});
+  const std::string host = "grid.example";
+  for (const bool isOther : {true, false}) {
+    if (isOther) text.replace(text.find(host), host.size(), "next.example");
+    const SetFolder folder;
+    folder.Write("a.xml", TestGrid().Switches("closed", "closed", "open").File());
+    folder.Write("b.xml", text);
+    folder.Write("c.xml", FileText(own, "own", {"Topology", "StateVariables"}));
+    const TopologyComparison comparison = WorkedOutSet({folder.Path()}).Compare();
+    EXPECT_EQ(comparison.differences.size(), 2U) << LinesOf(comparison);
+    for (const TopologyDifference& difference : comparison.differences) {
+      EXPECT_EQ(difference.isByDesign, isOther) << LinesOf(comparison);
+    }
+    if (isOther) text.replace(text.find("next.example"), host.size(), host);
+  }
+}
+
+TEST(CgmesTopologyComparison, ATerminalWithoutEquipmentIsPassedOver) {
+  TestGrid grid;
+  grid.Switches("closed", "closed", "open").Text().Add("Terminal", "Bare", {{"Terminal.ConnectivityNode", "#A"}});
+  ProfileText topology = TopologyOf(kAllClosed);
+  topology.About("Terminal", "Bare", {{"Terminal.TopologicalNode", "#T2"}});
+  EXPECT_EQ(DifferencesOf(grid, topology), "");
+}
+
 TEST(CgmesTopologyComparison, ASetWithoutTopologyIsRefused) {
   const SetFolder folder;
   const std::string path = folder.Write("grid.xml", TestGrid().Switches("closed", "closed", "open").File());
