@@ -27,6 +27,8 @@ class Objects {
 
   int Count() const { return static_cast<int>(m_objects.size()); }
 
+  /// Makes room for so many objects.
+  void Reserve(long long objects) { m_byId.reserve(static_cast<std::size_t>(objects)); }
   /// A new object in the object `parent`; kNone when there is one with this id.
   int Add(const ElementRow& row, int parent, long long line, std::string_view id);
   /// The object with this id, kNone without one.

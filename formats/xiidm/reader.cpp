@@ -41,7 +41,11 @@ OwnProperty OwnPropertyOf(QStringView name) {
 /// The reading of one file.
 class Reading {
  public:
-  Reading(QIODevice& input, const std::string& name) : m_guard(input), m_xml(&m_guard) { m_network.file = name; }
+  Reading(QIODevice& input, const std::string& name) : m_guard(input), m_xml(&m_guard) {
+    constexpr qint64 kBytesOfObject = 200;  // about as many has one
+    m_network.file = name;
+    if (!input.isSequential()) m_network.objects.Reserve(input.size() / kBytesOfObject);
+  }
 
   Network Read() {
     while (!m_xml.atEnd()) {
@@ -142,7 +146,7 @@ class Reading {
       if (known >= kNode && known <= kNode3) CheckNode(object, text);
       Set(object, known, text);
     }
-    if (row.role == Role::kWithout) m_network.unknown.Count(row.name, kNoRoom, [&] { return id; });
+    if (row.role == Role::kWithout) m_network.unknown.Count(row.name, kNoRoom, [&] { return m_network.objects.Id(object); });
   }
 
   [[noreturn]] void RefuseSecond(const ElementRow& row, const std::string& id) const {
@@ -252,12 +256,15 @@ class Reading {
 
   /// The same text in UTF-8; it holds until the next call.
   std::string_view Utf8(QStringView text) {
-    m_utf8.clear();
-    for (const QChar c : text) {
-      if (c.unicode() >= 0x80) return m_utf8 = text.toUtf8().toStdString();
-      m_utf8 += static_cast<char>(c.unicode());
+    const auto size = static_cast<std::size_t>(text.size());
+    m_utf8.resize(size);
+    char16_t all = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      const char16_t letter = text.utf16()[i];
+      m_utf8[i] = static_cast<char>(letter);
+      all |= letter;
     }
-    return m_utf8;
+    return all < 0x80 ? m_utf8 : m_utf8 = text.toUtf8().toStdString();
   }
 
   Network m_network;
