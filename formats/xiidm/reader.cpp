@@ -146,7 +146,8 @@ class Reading {
       if (known >= kNode && known <= kNode3) CheckNode(object, text);
       Set(object, known, text);
     }
-    if (row.role == Role::kWithout) m_network.unknown.Count(row.name, kNoRoom, [&] { return m_network.objects.Id(object); });
+    if (row.role == Role::kWithout)
+      m_network.unknown.Count(row.name, kNoRoom, [&] { return m_network.objects.Id(object); });
   }
 
   [[noreturn]] void RefuseSecond(const ElementRow& row, const std::string& id) const {
