@@ -64,8 +64,9 @@ void AddImportOptions(CommandLine& command, ModelName& model) {
   command.AddChoice(
       "--ties", [&model](const std::string& ties) { model.Import().tiesAreUnits = ties == "unit"; }, {"load", "unit"},
       "What CGMES equivalent injections and neighbours behind XIIDM boundary lines become (default: load)");
-  command.AddFlag("--merge-retained", model.Import().mergesRetained,
-                  "Closed switches that are retained in CGMES or XIIDM join their nodes, without a zero-impedance branch");
+  command.AddFlag(
+      "--merge-retained", model.Import().mergesRetained,
+      "Closed switches that are retained in CGMES or XIIDM join their nodes, without a zero-impedance branch");
 }
 
 DTSDB ReadModel(const ModelName& name, ImportReport* report) {

@@ -1,5 +1,5 @@
-// Any bytes as a CGMES profile: refused with file and line, or read and mapped onto tables. What is a good model is worked
-// out, and its topology compared with the one that the profile publishes.
+// Any bytes as a CGMES profile: refused with file and line, or read and mapped onto tables. What is a good model is
+// worked out, and its topology compared with the one that the profile publishes.
 #include <QBuffer>
 #include <cstddef>
 #include <cstdint>
