@@ -29,9 +29,9 @@ struct Validation {
 /// A model in memory. Moving it moves the handle; what works on the model keeps it alive. One thread at a time.
 class Model {
  public:
-  /// Reads a model: an object file, a folder of text tables, CGMES profiles, an XIIDM file, or "rtdb:NAME" for a realtime
-  /// database. `import` is how a grid in an exchange format becomes a model; while its files are read `progress` is
-  /// called.
+  /// Reads a model: an object file, a folder of text tables, CGMES profiles, an XIIDM file, or "rtdb:NAME" for a
+  /// realtime database. `import` is how a grid in an exchange format becomes a model; while its files are read
+  /// `progress` is called.
   static Result<Model> Open(const std::string& name, const ImportOptions& import = {},
                             const ReadingProgress& progress = {});
 

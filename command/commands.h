@@ -46,8 +46,9 @@ void AddCommand(CommandLine& app, Action& action, const std::string& name, const
 // What several subcommands take.
 Parameter AddArgument(CommandLine& command, const std::string& name, std::string& value, const std::string& what);
 /// A MODEL, read into `model`.
-Parameter AddModelArgument(CommandLine& command, ModelName& model, const std::string& name = "MODEL",
-                           const std::string& what = "Object file, text tables, CGMES profiles, XIIDM file or rtdb:NAME");
+Parameter AddModelArgument(
+    CommandLine& command, ModelName& model, const std::string& name = "MODEL",
+    const std::string& what = "Object file, text tables, CGMES profiles, XIIDM file or rtdb:NAME");
 /// The argument NAME, a realtime database.
 void AddDatabaseArgument(CommandLine& command, ModelName& database);
 void AddIdOption(CommandLine& command, std::string& id, const std::string& what);
