@@ -181,7 +181,7 @@ void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
   forEach(m_network.Table<R_KV_LD>(), [&](const LD& load) { WriteDevice(rows.Of<LD>(), load); });
   forEach(m_network.Table<R_KV_CP>(), [&](const CP& device) { WriteDevice(rows.Of<CP>(), device); });
   m_network.ForEachNode(kv, [&](int nd) {
-    rows.Of<ND>().Update(m_network.Node(nd), &ND::ibs, &ND::next, &ND::n1, &ND::flags);
+    rows.Of<ND>().Update(m_network.NodeRecord(nd), &ND::ibs, &ND::next, &ND::n1, &ND::flags);
     return m_network.ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](const auto& branch, int, const auto& end, int) {
       using Branch = std::remove_cvref_t<decltype(branch)>;
       using End = std::remove_cvref_t<decltype(end)>;

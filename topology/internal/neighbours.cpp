@@ -40,8 +40,10 @@ class Reader {
     return !(m_network.Table<Device>().GetPh(device).status & SHUNT_ISOLATED);
   }
 
+  /// Their records are wide. In a full run nobody asks for them.
   template <class Device>
   bool TakeDevice(int device) {
+    if (m_network.IsFlat()) return true;
     if (IsInService<Device>(device)) ++m_found->devices;
     return true;
   }
@@ -49,12 +51,11 @@ class Reader {
   /// Takes the section at the other end of the branch that owns end record `end`, unless that end is isolated.
   template <class Branch>
   bool TakeBranch(int end) {
-    using Kind = BranchKind<Branch>;
-    const auto& record = m_network.Table<typename Kind::End>().GetPh(end);
-    if (record.flags & END_ISOLATED) return true;
-    const Branch& branch = m_network.Table<Branch>().GetPh(record.*Kind::kOwner);
-    const int section = branch.ibs == m_bs ? branch.izbs : branch.ibs;
-    if (section != m_dead && m_found->count < kMaxNeighbours) m_found->sections[m_found->count++] = section;
+    m_network.VisitBranchOfEnd<Branch>(end, [&](const auto& branch, const auto& record) {
+      if (record.flags & END_ISOLATED) return;
+      const int section = branch.ibs == m_bs ? branch.izbs : branch.ibs;
+      if (section != m_dead && m_found->count < kMaxNeighbours) m_found->sections[m_found->count++] = section;
+    });
     return true;
   }
 

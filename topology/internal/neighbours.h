@@ -13,7 +13,7 @@ inline constexpr int kMaxNeighbours = 100;
 /// What hangs on a section.
 struct Neighbours {
   int unit = -1;                 ///< the last unit in service, -1 for none
-  int devices = 0;               ///< loads and shunt devices in service
+  int devices = 0;               ///< loads and shunt devices in service; not counted on a FlatNetwork
   int count = 0;                 ///< sections that branches lead to, one for each branch
   int sections[kMaxNeighbours];  ///< these
 };
