@@ -13,15 +13,15 @@ bool BranchEnds::WorkOutLevel(int kv) const {
 bool BranchEnds::WorkOut(int kv, int nd, const BranchView& branch, const EndMemory& memory) const {
   const int ownEnd = branch.EndAt(nd);
   const BranchEnd& facing = branch.ends[1 - ownEnd];
-  const BranchSide own = m_fragments.SideOf(kv, branch.EndFrom(ownEnd, nd), branch.out);
-  const BranchSide other = m_fragments.SideOf(m_network.LevelOfNode(facing.nd), facing, branch.out);
+  const BranchSide own = m_fragments.SideOf(branch.EndFrom(ownEnd, nd), branch.out);
+  const BranchSide other = m_fragments.SideOf(facing, branch.out);
 
   memory.SetIsolated(own.cut);
   branch.SetIsolated(ownEnd, own.cut);
   branch.SetBothIsolated();
   // The fragments that are missing are made, and those that are there without need removed.
-  const bool adjusted =
-      (!own.IsDue(other) || m_fragments.Toggle(own)) && (!other.IsDue(own) || m_fragments.Toggle(other));
+  const bool adjusted = (!own.IsDue(other) || m_fragments.Toggle(kv, own.end)) &&
+                        (!other.IsDue(own) || m_fragments.Toggle(m_network.LevelOfNode(facing.nd), other.end));
   return adjusted || FailedIn("tpBsBranch");
 }
 

@@ -31,7 +31,10 @@ class Chains {
   /// `turn(child)` is what stands for a child.
   template <class Turn>
   Chains(const DTSDB& model, Turn turn)
-      : m_links(Copied(TableOf<Row>(model), [&](const Row& row) { return Link{turn(row.ChildNumber()), row.next}; })),
+      : m_links(Copied(TableOf<Row>(model),
+                       [&](const Row& row) {
+                         return Link{turn(row.ChildNumber()), row.next};
+                       })),
         m_count(TableOf<Row>(model).GetCount()),
         m_left(m_count) {}
 
@@ -70,10 +73,7 @@ class FlatNetwork::Builder {
 
   bool Build() {
     m_made.m_ofLevel.resize(static_cast<std::size_t>(TableOf<KV>(m_model).GetSize()));
-    m_made.m_ofNode = Copied(TableOf<ND>(m_model), [](const ND& node) {
-      return FlatNode{FlatNode::kNoLevel, node.ibs0, node.next, node.flags};
-    });
-    m_made.m_sectionOf = Copied(TableOf<ND>(m_model), [](const ND& node) { return node.ibs; });
+    CopyNodes();
     m_made.m_nodes.reserve(static_cast<std::size_t>(m_nodes.Count()));
     m_made.m_joints.reserve(static_cast<std::size_t>(m_breakerEnds.Count()));
     m_made.m_ends.reserve(
@@ -107,6 +107,20 @@ class FlatNetwork::Builder {
     int znd;
     u32 flags;
   };
+
+  void CopyNodes() {
+    const auto& nodes = TableOf<ND>(m_model);
+    const auto size = static_cast<std::size_t>(nodes.GetSize());
+    m_made.m_ofNode.reserve(size);
+    m_made.m_sectionOf.reserve(size);
+    m_hanging.reserve(size);
+    for (int i = 0; i < nodes.GetSize(); ++i) {
+      const ND& node = nodes.GetPh(i);
+      m_made.m_ofNode.push_back({FlatNode::kNoLevel, node.ibs0, node.next, node.flags});
+      m_made.m_sectionOf.push_back(node.ibs);
+      m_hanging.push_back({node.r_kv_nd, node.r_nd_cb2, node.r_nd_ln2, node.r_nd_xf2, node.r_nd_zbr2, node.r_nd_dln2});
+    }
+  }
 
   template <class Branch>
   void CopyBranches() {
@@ -213,11 +227,11 @@ class FlatNetwork::Builder {
                                    const int* const breaker = Find(m_breakerOfEnd, end);
                                    return breaker != nullptr ? *breaker : -1;
                                  }};
-  std::vector<Hanging> m_hanging = Copied(TableOf<ND>(m_model), [](const ND& node) {  // by number
-    return Hanging{node.r_kv_nd, node.r_nd_cb2, node.r_nd_ln2, node.r_nd_xf2, node.r_nd_zbr2, node.r_nd_dln2};
-  });
+  std::vector<Hanging> m_hanging;    // by ND number
   std::vector<Breaker> m_breakers =  // by number
-      Copied(TableOf<CB>(m_model), [](const CB& cb) { return Breaker{cb.ind, cb.iznd, cb.flags}; });
+      Copied(TableOf<CB>(m_model), [](const CB& cb) {
+        return Breaker{cb.ind, cb.iznd, cb.flags};
+      });
   FlatNetwork m_made;
 };
 

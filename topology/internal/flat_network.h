@@ -118,7 +118,9 @@ class FlatNetwork {
  private:
   class Builder;
   template <class Device>
-  static constexpr std::size_t kPlaceOf = std::is_same_v<Device, UN> ? 0 : std::is_same_v<Device, LD> ? 1 : 2;
+  static constexpr std::size_t kPlaceOf = std::is_same_v<Device, UN>   ? 0
+                                          : std::is_same_v<Device, LD> ? 1
+                                                                       : 2;
 
   struct Range {
     int first = 0;

@@ -8,8 +8,8 @@
 
 namespace dtsdb::internal {
 
-/// A copy of the links of all sections that were ever in use. In it each section that an island takes leaves the section ring and joins the
-/// ring of its island, without harm to the sections themselves.
+/// A copy of the links of all sections that were ever in use. In it each section that an island takes leaves the
+/// section ring and joins the ring of its island, without harm to the sections themselves.
 class IslandRing {
  public:
   /// Copies the links of `sections`, whose ring runs through `head`. An entry that its neighbours don't refer back to

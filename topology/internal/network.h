@@ -221,8 +221,9 @@ template <class Visit>
 bool Network::ForEachEndOnLevel(int kv, Visit visit) const {
   if (m_flat == nullptr) {
     return ForEachNode(kv, [&](int nd) {
-      return ForEachEnd<LN, XF, ZBR, DLN>(
-          nd, [&](auto& branch, int number, auto& end, int endNumber) { return visit(nd, branch, number, end, endNumber); });
+      return ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](auto& branch, int number, auto& end, int endNumber) {
+        return visit(nd, branch, number, end, endNumber);
+      });
     });
   }
   const std::span<const NodeEnd> ends = m_flat->EndsOf(kv);
@@ -271,7 +272,9 @@ void Network::VisitBranchOfEnd(int number, Visit visit) const {
 
 inline int Network::EndCount(int nd) const {
   if (m_flat != nullptr) return m_flat->EndCountOf(nd);
-  const auto count = [&]<class... Rows>() { return (ChainLength(Table<Rows>(), NodeRecord(nd).*Relation<Rows>::kHead) + ...); };
+  const auto count = [&]<class... Rows>() {
+    return (ChainLength(Table<Rows>(), NodeRecord(nd).*Relation<Rows>::kHead) + ...);
+  };
   return count.template operator()<R_ND_LN2, R_ND_XF2, R_ND_DLN2, R_ND_ZBR2>();
 }
 
@@ -285,7 +288,8 @@ bool Network::ForEachDevice(int kv, Visit& visit) const {
   auto& devices = Table<Device>();
   if (m_flat != nullptr) {
     const std::span<const int> numbers = m_flat->DevicesOf<Device>(kv);
-    return std::all_of(numbers.begin(), numbers.end(), [&](int number) { return visit(devices.GetPh(number), number); });
+    return std::all_of(numbers.begin(), numbers.end(),
+                       [&](int number) { return visit(devices.GetPh(number), number); });
   }
   using Row = ParentRow<Device>;
   for (const Row& row : Chain(Table<Row>(), Level(kv).*Relation<Row>::kHead)) {

@@ -10,6 +10,7 @@ bool SectionStore::NameAndStore() const {
   const int used = UsedCount();
   if (!m_network.Table<BS>().SetData(m_sections.List().Data(used), used, true)) return false;
   const int entries = m_entries.Size();
+  m_changes->allUnstored = true;
   if (!m_network.Table<BSL>().SetData(m_entries.List().Data(entries), entries, true)) return false;
   m_changes->End(m_network, m_sections.Size(), m_entries.Size());
   return true;
@@ -24,7 +25,10 @@ bool SectionStore::NameAndStoreChanged() const {
   for (const int bs : m_changes->sections.Numbers()) {
     if (bs < sections.GetCount()) sections.GetPh(bs) = m_sections[bs];
   }
-  for (const int n : m_changes->entries.Numbers()) m_network.Table<BSL>().GetPh(n) = m_entries[n];
+  for (const int n : m_changes->entries.Numbers()) {
+    m_network.Table<BSL>().GetPh(n) = m_entries[n];
+    m_changes->unstored.Add(n);
+  }
   m_changes->End(m_network, m_sections.Size(), m_entries.Size());
   return true;
 }
