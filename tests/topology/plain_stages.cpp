@@ -22,7 +22,7 @@ bool PlainRun::Run() const {
   const Network& network = m_state.network;
   network.Table<TPL>().Clear();
   const int waiting = network.Table<TPTRACE>().GetCount();
-  if (m_state.levels.IsEmpty() || waiting >= 50) return internal::FullRun(m_state).Run() || FailedIn("tpChange");
+  if (m_state.levels.IsEmpty() || waiting >= 50) return RunAnew() || FailedIn("tpChange");
   if (waiting == 0) return true;
   if (!internal::ChangedLevels(m_state).Find()) return FailedIn("tpChange");
   m_state.allnew = false;
@@ -30,6 +30,8 @@ bool PlainRun::Run() const {
   network.Global().u1 = static_cast<u32>(QDateTime::currentSecsSinceEpoch());
   return true;
 }
+
+bool PlainRun::RunAnew() const { return internal::FullRun(m_state).RunAlongChains(); }
 
 bool PlainRun::RunStages() const {
   if (!internal::NodePass(m_state).Sort(false)) return false;
@@ -202,7 +204,7 @@ void PlainRun::NameSections() const {
   for (int i = 0; i < buses.GetCount(); ++i) {
     if (buses[i].ibs > 0) m_state.bs[buses[i].ibs].name = buses[i].id;
   }
-  for (int n = 0; n < m_state.Sections().Size(); ++n) {
+  for (int n = 0; n < m_state.Sections().List().ReachedCount(); ++n) {
     if (m_state.bs[n].name.isEmpty() && m_state.bs[n].ibsl != -1) NameByEquipment(m_state.bs[n]);
   }
 }
@@ -251,7 +253,7 @@ int PlainRun::UsedCount() const {
 
 bool PlainRun::Store() const {
   const int count = UsedCount();
-  return count >= 0 && m_state.network.Table<BS>().SetData(m_state.bs, count, true) &&
+  return count >= 0 && m_state.network.Table<BS>().SetData(m_state.Sections().List().Data(count), count, true) &&
          m_state.network.Table<BSL>().SetData(m_state.bsl, m_state.Entries().Size(), true);
 }
 

@@ -15,6 +15,8 @@ class PlainRun {
 
   /// As TP::tpChange.
   bool Run() const;
+  /// As TP::tpAllnew, along the chains of relation rows.
+  bool RunAnew() const;
 
  private:
   bool RunStages() const;

@@ -50,7 +50,7 @@ class TpProbe {
   bool FindPassPath(int cb) { return m_tp.tpFindPassPath(cb); }
 
   /// The entries of the work arrays. The number is in range.
-  BS& Section(int n) { return m_tp.m_bs[n]; }
+  BS& Section(int n) { return m_tp.m_arrays->sections.Reach(n); }
   BSL& Entry(int n) { return m_tp.m_bsl[n]; }
   bool HasArrays() const { return m_tp.m_bs != nullptr; }
   int SectionCount() { return m_tp.Lend().Sections().Size(); }
@@ -69,13 +69,13 @@ class TpProbe {
   /// The sections of the ring through `head` in ring order, without the head.
   std::vector<int> Ring(int head = 0) {
     std::vector<int> ring;
-    for (int bs = m_tp.m_bs[head].next; bs != head; bs = m_tp.m_bs[bs].next) ring.push_back(bs);
+    for (int bs = Section(head).next; bs != head; bs = Section(bs).next) ring.push_back(bs);
     return ring;
   }
   /// The free sections in the order of the free list.
   std::vector<int> FreeSections() {
     std::vector<int> free;
-    for (int bs = Global().bs_free; bs != -1; bs = m_tp.m_bs[bs].next) free.push_back(bs);
+    for (int bs = Global().bs_free; bs != -1; bs = Section(bs).next) free.push_back(bs);
     return free;
   }
   /// Leaves `left` sections in the free list.
@@ -84,7 +84,7 @@ class TpProbe {
     if (left == 0) {
       Global().bs_free = -1;
     } else {
-      m_tp.m_bs[free[static_cast<std::size_t>(left - 1)]].next = -1;
+      Section(free[static_cast<std::size_t>(left - 1)]).next = -1;
     }
   }
 

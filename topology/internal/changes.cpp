@@ -25,9 +25,15 @@ void Changes::Begin(const Network& network) {
 void Changes::End(const Network& network, int sectionCount, int entryCount) {
   sections.Reset(sectionCount);
   entries.Reset(entryCount);
+  m_entryCount = entryCount;
   levels.Reset(network.Table<KV>().GetSize());
   m_counts = CountsOf(network);
   all = m_givenUp;
+}
+
+void Changes::NoteStored() {
+  unstored.Reset(m_entryCount);
+  allUnstored = false;
 }
 
 std::vector<int> Changes::BusesOfLevels(const Network& network) const {

@@ -36,6 +36,10 @@ struct Changes {
   int highest = 0;
   IslandMemory islands;
 
+  /// Entries written into their table since the list was last stored in a realtime database.
+  NumberSet unstored;
+  bool allUnstored = true;  ///< all of them count as such
+
   /// Lets everything count as changed until the next full run, which begins on arrays of its own: a run has failed or
   /// another TP has run, a table that runs read was filled anew, or the list has come to stand as the sets can't
   /// express.
@@ -45,6 +49,11 @@ struct Changes {
   void Begin(const Network& network);
   /// Ends a run whose results are stored, of arrays of these sizes: the sets are empty, and nothing counts as changed.
   void End(const Network& network, int sectionCount, int entryCount);
+
+  /// Notes that the list has been stored in a realtime database.
+  void NoteStored();
+  /// True when `unstored` has all entries that have changed since: only runs have written their table.
+  bool KnowsUnstored(const tTable<BSL>& list) const { return !allUnstored && list.ChangeCount() == m_counts.entries; }
 
   /// The logical numbers of the buses of `levels`, rising.
   std::vector<int> BusesOfLevels(const Network& network) const;
@@ -59,6 +68,7 @@ struct Changes {
   static Counts CountsOf(const Network& network);
 
   Counts m_counts;
+  int m_entryCount = 0;
   bool m_givenUp = false;
 };
 

@@ -62,13 +62,13 @@ bool ComponentChange::FollowBranch(int kv, int nd, const BranchView& branch, con
   const int nearEnd = branch.EndAt(nd);
   const int farEnd = 1 - nearEnd;
   const BranchEnd& facing = branch.ends[farEnd];
-  const BranchSide near = m_fragments.SideOf(kv, branch.EndFrom(nearEnd, nd), branch.out);
-  Sides sides{near, m_fragments.SideOf(m_network.LevelOfNode(facing.nd), facing, branch.out)};
+  const BranchSide near = m_fragments.SideOf(branch.EndFrom(nearEnd, nd), branch.out);
+  Sides sides{near, m_fragments.SideOf(facing, branch.out)};
   const EndMemory& memory = visit.memory[nearEnd];
   const bool nearWas = memory.IsIsolated();
   const bool farWas = visit.memory[farEnd].IsIsolated();
 
-  if (!AdjustFragments(sides)) return FailedIn("tpBranchChanged");
+  if (!AdjustFragments(kv, sides)) return FailedIn("tpBranchChanged");
   sides.nearBs = m_fragments.SectionAt(near.end);
   sides.farBs = m_fragments.SectionAt(facing);
   if (nearWas != near.cut) {
@@ -84,12 +84,13 @@ bool ComponentChange::FollowBranch(int kv, int nd, const BranchView& branch, con
          FailedIn("tpBranchChanged");
 }
 
-/// Makes the fragments that are missing and removes those that are there without need.
-bool ComponentChange::AdjustFragments(const Sides& sides) const {
-  if (sides.near.IsDue(sides.far) && !m_fragments.Toggle(sides.near)) return false;
+/// Makes the fragments that are missing and removes those that are there without need. The near end is on level `kv`.
+bool ComponentChange::AdjustFragments(int kv, const Sides& sides) const {
+  if (sides.near.IsDue(sides.far) && !m_fragments.Toggle(kv, sides.near.end)) return false;
   if (!sides.far.IsDue(sides.near)) return true;
-  if (!m_fragments.Toggle(sides.far)) return false;
-  m_levels.AddChangedOnce(sides.far.kv);
+  const int farKv = m_network.LevelOfNode(sides.far.end.nd);
+  if (!m_fragments.Toggle(farKv, sides.far.end)) return false;
+  m_levels.AddChangedOnce(farKv);
   return true;
 }
 

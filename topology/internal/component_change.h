@@ -47,7 +47,7 @@ class ComponentChange {
   struct Sides;
   bool FollowBranches(int kv, const ChangeReach& reach) const;
   bool FollowShunts(int kv, const ChangeReach& reach) const;
-  bool AdjustFragments(const Sides& sides) const;
+  bool AdjustFragments(int kv, const Sides& sides) const;
   void CompareEnd(const Sides& sides, bool nearWas, bool farWas, bool* islandChanged) const;
 
   Network m_network;

@@ -1,7 +1,9 @@
 #include "topology/internal/fastdb.h"
 
+#include <algorithm>
 #include <tuple>
 #include <type_traits>
+#include <vector>
 
 #include "model/exchange.h"
 #include "topology/internal/stored_rows.h"
@@ -49,6 +51,17 @@ void WriteChangedRows(dbDatabase* db, tTable<T>& table, StoredRows<T>& stored, V
   stored.NoteAll(db, table);
 }
 
+/// The same for the section list, where the record of changes has what is to be looked at.
+void WriteChangedEntries(dbDatabase* db, tTable<BSL>& table, StoredRows<BSL>& stored, const Changes& changes) {
+  if (!changes.KnowsUnstored(table) || !stored.Begin(db, table, true)) return WriteChangedRows(db, table, stored);
+  std::vector<int> numbers = changes.unstored.Numbers();
+  std::sort(numbers.begin(), numbers.end());
+  TwinWriter<BSL> writer(db);
+  for (const int n : numbers) {
+    if (stored.Note(n, table[n])) writer.Merge(table[n]);
+  }
+}
+
 }  // namespace
 
 void Exchange::Read(dbDatabase* db) const {
@@ -74,6 +87,7 @@ void Exchange::WriteAll(dbDatabase* db) const {
   stored->sections.NoteAll(db, m_network.Table<BS>());
   stored->entries.NoteAll(db, TableOf<BSL>(m_model));
   stored->islands.NoteAll(db, TableOf<ISLAND>(m_model));
+  NoteStored();
   stored->Commit(db);
 }
 
@@ -82,6 +96,10 @@ std::shared_ptr<StoredResults> Exchange::Stored() const {
   if (m_arrays == nullptr) return std::make_shared<StoredResults>();
   if (m_arrays->stored == nullptr) m_arrays->stored = std::make_shared<StoredResults>();
   return m_arrays->stored;
+}
+
+void Exchange::NoteStored() const {
+  if (m_arrays != nullptr) m_arrays->changes.NoteStored();
 }
 
 namespace {
@@ -115,6 +133,7 @@ void Exchange::WriteChanges(dbDatabase* db, LogNumbers* numbers) const {
   for (int k = 0; k < m_levels.ChangedCount(); ++k) {
     if (m_levels.Changed(k) >= 0) WriteLevel(m_levels.Changed(k), rows);
   }
+  NoteStored();
   stored->Commit(db);
 }
 
@@ -127,7 +146,11 @@ void Exchange::WriteChangedResults(dbDatabase* db, StoredResults& stored) const 
   std::apply(write(m_network.Table<UN>(), stored.units), kUnitFields);
   std::apply(write(sections, stored.sections), kSectionFields);
   RemoveRowsBeyond(db, sections);
-  WriteChangedRows(db, entries, stored.entries);
+  if (m_arrays != nullptr && &entries == &m_network.Table<BSL>()) {
+    WriteChangedEntries(db, entries, stored.entries, m_arrays->changes);
+  } else {
+    WriteChangedRows(db, entries, stored.entries);
+  }
   RemoveRowsBeyond(db, entries);
   WriteChangedRows(db, TableOf<ISLAND>(m_model), stored.islands);
 }
@@ -181,7 +204,7 @@ void Exchange::WriteLevel(int kv, ChangedRows& rows) const {
   forEach(m_network.Table<R_KV_LD>(), [&](const LD& load) { WriteDevice(rows.Of<LD>(), load); });
   forEach(m_network.Table<R_KV_CP>(), [&](const CP& device) { WriteDevice(rows.Of<CP>(), device); });
   m_network.ForEachNode(kv, [&](int nd) {
-    rows.Of<ND>().Update(m_network.Node(nd), &ND::ibs, &ND::next, &ND::n1, &ND::flags);
+    rows.Of<ND>().Update(m_network.NodeRecord(nd), &ND::ibs, &ND::next, &ND::n1, &ND::flags);
     return m_network.ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](const auto& branch, int, const auto& end, int) {
       using Branch = std::remove_cvref_t<decltype(branch)>;
       using End = std::remove_cvref_t<decltype(end)>;

@@ -43,6 +43,7 @@ class Exchange {
  private:
   struct ChangedRows;
   std::shared_ptr<StoredResults> Stored() const;
+  void NoteStored() const;
   void WriteChangedResults(dbDatabase* db, StoredResults& stored) const;
   LogNumbers WriteLog(dbDatabase* db) const;
   void WriteLevel(int kv, ChangedRows& rows) const;

@@ -4,10 +4,10 @@
 
 namespace dtsdb::internal {
 
-BranchSide Fragments::SideOf(int kv, const BranchEnd& end, bool out) const {
+BranchSide Fragments::SideOf(const BranchEnd& end, bool out) const {
   const int section = SectionAt(end);
   const bool isolated = end.open || m_sections.IsIsolated(section);
-  return {kv, end, isolated && section != m_sections.Dead(), isolated || out};
+  return {end, isolated && section != m_sections.Dead(), isolated || out};
 }
 
 bool Fragments::Toggle(int kv, const BranchEnd& end) const {

@@ -12,7 +12,6 @@ namespace dtsdb::internal {
 /// One end of a branch as its fragment is decided on. A fragment is only for a branch with exactly one live end, and
 /// stands for the other one.
 struct BranchSide {
-  int kv;
   BranchEnd end;
   bool hasFragment;  ///< it stands on a fragment
   bool cut;          ///< no power passes: open, on no proper section, or the branch is out of service
@@ -31,15 +30,14 @@ class Fragments {
  public:
   explicit Fragments(const State& state) : m_network(state.network), m_sections(state.Sections()), m_log(state.Log()) {}
 
-  /// How the end `end` of a branch stands, at a node of level `kv`. `out`: the branch is out of service.
-  BranchSide SideOf(int kv, const BranchEnd& end, bool out) const;
+  /// How the end `end` of a branch stands. `out`: the branch is out of service.
+  BranchSide SideOf(const BranchEnd& end, bool out) const;
   /// The section that a branch end stands on now: an open end what the branch holds, a closed one that of its node.
   int SectionAt(const BranchEnd& end) const { return end.open ? *end.bs : m_network.Node(end.nd).ibs; }
 
   /// Makes or removes the fragment of a branch end at a node of level `kv`. The fragment of an open end belongs to the
   /// branch alone; the fragment of a closed one takes all nodes of the group.
   bool Toggle(int kv, const BranchEnd& end) const;
-  bool Toggle(const BranchSide& side) const { return Toggle(side.kv, side.end); }
   /// The same for the group of a node, without a branch.
   bool ToggleGroup(int kv, int nd) const;
   /// Makes the fragment of an open end, with the number `*bs`.

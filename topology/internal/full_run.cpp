@@ -1,6 +1,7 @@
 #include "topology/internal/full_run.h"
 
 #include <QDateTime>
+#include <optional>
 
 #include "model/text.h"
 #include "topology/internal/chain_bound.h"
@@ -14,17 +15,33 @@
 namespace dtsdb::internal {
 
 bool FullRun::Run() const {
+  if (!IsValid()) return true;
+  std::optional<FlatNetwork> flat = FlatNetwork::Of(m_state.network.Tables());
+  if (!flat) return RunAlongChains();
+  const bool done = FullRun(m_state.Over(*flat)).WorkOut();
+  flat->Store(m_state.network.Tables());  // after a failure as well: the results are as far as the run came
+  return done;
+}
+
+bool FullRun::RunAlongChains() const {
+  if (!IsValid()) return true;
+  const ChainLimit limit(StepsOfFullRun(m_state.network.Tables()));
+  return WorkOut();
+}
+
+/// Without a validated model nothing is done, with success. Kept: K36.
+bool FullRun::IsValid() const {
   const Network& network = m_state.network;
-  // Without a validated model nothing is done, with success. Kept: K36.
   if (network.Table<GLOBAL>().GetCount() == 0) {
     PrintText(QStringLiteral("请首先运行网络校验程序!"));
-    return true;
+    return false;
   }
-  if (network.Global().valid == 0) {
-    PrintText(QStringLiteral("请首先运行网络校验程序并成功!"));
-    return true;
-  }
-  const ChainLimit limit(StepsOfFullRun(network.Tables()));
+  if (network.Global().valid == 0) PrintText(QStringLiteral("请首先运行网络校验程序并成功!"));
+  return network.Global().valid != 0;
+}
+
+bool FullRun::WorkOut() const {
+  const Network& network = m_state.network;
   network.Table<GLOBAL>().NoteChange();  // for the records of other TPs, whose arrays no longer count
   network.Table<BS>().Clear();
   network.Table<BSL>().Clear();
@@ -39,57 +56,19 @@ bool FullRun::Run() const {
   return true;
 }
 
-namespace {
-
-/// Numbers the entries of a list and chains them all as free. Everything else in them is as in a new entry.
-template <class Entry>
-void ResetEntry(Entry& entry, int n, int size) {
-  entry.id = n;
-  entry.next = n + 1 < size ? n + 1 : -1;
-  entry.prev = -1;
-}
-
-/// Puts both ends of every branch in `table` on section `bs`.
-template <class Branch>
-void PutBranchesOn(tTable<Branch>& table, int bs) {
-  for (int i = 0; i < table.GetCount(); ++i) table[i].ibs = table[i].izbs = bs;
-}
-
-}  // namespace
-
-/// Makes all sections but the two heads free, and lets no branch stand on any.
+/// Makes two of the sections the heads, and lets no branch stand on any.
 void FullRun::ResetSections() const {
-  const Sections sections = m_state.Sections();
-  for (int n = 0; n < sections.Size(); ++n) {
-    BS& section = sections.Edit(n);
-    ResetEntry(section, n, sections.Size());
-    section.name = QStringLiteral("");
-    section.ikv = -1;
-    section.island = ISLAND_NOT_PLACED;
-    section.ibsl = -1;
-    section.status = section.flags = 0;
-  }
   const Network& network = m_state.network;
   GLOBAL& global = network.Global();
   global.bs_dead = 0;
   global.bs_live = 1;
   global.bs_free = 2;
-  PutBranchesOn(network.Table<LN>(), global.bs_dead);
-  PutBranchesOn(network.Table<XF>(), global.bs_dead);
-  PutBranchesOn(network.Table<DLN>(), global.bs_dead);
-  PutBranchesOn(network.Table<ZBR>(), global.bs_dead);
+  network.ForEachBranch<LN, XF, DLN, ZBR>([&](auto& branch) { branch.ibs = branch.izbs = global.bs_dead; });
 }
 
-/// Makes all list entries but the head free, and the head a ring of one.
+/// Makes one of the list entries the head, a ring of one.
 void FullRun::ResetEntries() const {
-  const Entries entries = m_state.Entries();
-  for (int n = 0; n < entries.Size(); ++n) {
-    BSL& entry = entries.Edit(n);
-    ResetEntry(entry, n, entries.Size());
-    entry.kind = KIND_NONE;
-    entry.ref = -1;
-  }
-  BSL& head = entries.Edit(0);
+  BSL& head = m_state.Entries().Edit(0);
   head.next = head.prev = 0;
   GLOBAL& global = m_state.network.Global();
   global.bsl_head = 0;

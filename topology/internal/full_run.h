@@ -17,15 +17,19 @@ class FullRun {
   /// True when the run went through, and when there was nothing to do: on a model that isn't validated with success one
   /// line is written on the standard output. A failure has written its line through qDebug.
   bool Run() const;
+  /// The same along the chains of relation rows: how Run goes over a damaged model.
+  bool RunAlongChains() const;
 
  private:
+  bool IsValid() const;
+  bool WorkOut() const;
   void ResetSections() const;
   void ResetEntries() const;
   bool BuildSkeleton() const;
   void ListLevel(int kv, int* cursor) const;
   bool RunStages() const;
 
-  const State& m_state;
+  State m_state;
 };
 
 }  // namespace dtsdb::internal

@@ -5,17 +5,17 @@
 namespace dtsdb::internal {
 
 IslandRing::IslandRing(const WorkList<BS>& sections, int head)
-    : m_sections(sections),
-      m_head(head),
-      m_next(At(sections.Size())),
-      m_prev(At(sections.Size())),
-      m_firstOf(At(sections.Size()), -1),
-      m_nextOf(At(sections.Size()), -1) {
-  for (int n = 0; n < sections.Size(); ++n) {
+    : m_head(head),
+      m_next(At(sections.ReachedCount())),
+      m_prev(At(sections.ReachedCount())),
+      m_firstOf(At(sections.ReachedCount()), -1),
+      m_nextOf(At(sections.ReachedCount()), -1) {
+  const int count = sections.ReachedCount();
+  const auto isReached = [count](int n) { return n >= 0 && n < count; };
+  for (int n = 0; n < count; ++n) {
     const int next = sections[n].next;
     const int prev = sections[n].prev;
-    const bool linked =
-        sections.Has(next) && sections.Has(prev) && sections[next].prev == n && sections[prev].next == n;
+    const bool linked = isReached(next) && isReached(prev) && sections[next].prev == n && sections[prev].next == n;
     m_next[At(n)] = next;
     m_prev[At(n)] = linked ? prev : -1;
   }
@@ -25,14 +25,14 @@ IslandRing::IslandRing(const WorkList<BS>& sections, int head)
   });
   for (auto bs = m_inOrder.rbegin(); bs != m_inOrder.rend(); ++bs) {
     const int island = sections[*bs].island;
-    if (!sections.Has(island)) continue;
+    if (!isReached(island)) continue;
     m_nextOf[At(*bs)] = m_firstOf[At(island)];
     m_firstOf[At(island)] = *bs;
   }
 }
 
 int IslandRing::Seed(int number) {
-  if (m_sections.Has(number)) {
+  if (number >= 0 && At(number) < m_firstOf.size()) {
     int& bearer = m_firstOf[At(number)];
     while (bearer != -1 && !IsFree(bearer)) bearer = m_nextOf[At(bearer)];
     if (bearer != -1) return bearer;

@@ -8,8 +8,8 @@
 
 namespace dtsdb::internal {
 
-/// A copy of the links of all sections. In it each section that an island takes leaves the section ring and joins the
-/// ring of its island, without harm to the sections themselves.
+/// A copy of the links of all sections that were ever in use. In it each section that an island takes leaves the
+/// section ring and joins the ring of its island, without harm to the sections themselves.
 class IslandRing {
  public:
   /// Copies the links of `sections`, whose ring runs through `head`. An entry that its neighbours don't refer back to
@@ -21,7 +21,7 @@ class IslandRing {
   /// True when no section is left in the section ring.
   bool IsEmpty() const { return m_next[At(m_head)] == m_head; }
   /// True when `bs` stands in a ring and no island has taken it.
-  bool IsFree(int bs) const { return m_sections.Has(bs) && m_prev[At(bs)] >= 0; }
+  bool IsFree(int bs) const { return bs >= 0 && At(bs) < m_prev.size() && m_prev[At(bs)] >= 0; }
 
   /// The section from which to search for island `number`: the first one of the section ring that bore this number
   /// before, else the first one. Fragments are passed over. -1 when only fragments are left.
@@ -37,7 +37,6 @@ class IslandRing {
  private:
   static std::size_t At(int bs) { return static_cast<std::size_t>(bs); }
 
-  WorkList<BS> m_sections;
   int m_head;
   bool m_whole;
   std::vector<int> m_next;

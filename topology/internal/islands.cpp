@@ -1,5 +1,6 @@
 #include "topology/internal/islands.h"
 
+#include <optional>
 #include <utility>
 
 #include "topology/internal/failure.h"
@@ -17,6 +18,24 @@ bool Islands::Sort(bool* changed) {
   return done;
 }
 
+/// Collects in a ring all sections that branches in service join to `seed`, and notes one with a unit, -1 for none.
+/// Loads and shunt devices alone make no island live. `find(bs, found)` is FindNeighbours.
+template <class Find>
+bool Islands::Gather(IslandRing& ring, int seed, Find find, int* unitAt) {
+  ring.Begin(seed);
+  int bs = seed;
+  do {
+    Neighbours found;
+    if (!find(bs, &found)) return false;
+    if (found.unit >= 0) *unitAt = bs;
+    for (int i = 0; i < found.count; ++i) {
+      if (ring.IsFree(found.sections[i])) ring.Join(found.sections[i], bs);
+    }
+    bs = ring.Next(bs);
+  } while (bs != seed);
+  return true;
+}
+
 /// Notes for each island a section with a unit in service.
 bool Islands::SortAll(bool* changed, std::vector<int>* unitAt) {
   *changed = false;
@@ -26,34 +45,22 @@ bool Islands::SortAll(bool* changed, std::vector<int>* unitAt) {
   if (m_sections[dead].island != ISLAND_DEAD) m_sections.Edit(dead).island = ISLAND_DEAD;
   IslandRing ring(m_sections.List(), dead);
   if (!ring.IsWhole()) return FailedIn("tpBsSort");
+  std::optional<AllNeighbours> all;
+  if (m_network.IsFlat()) all.emplace(m_network, m_sections, m_entries);
+  const auto find = [&](int bs, Neighbours* found) {
+    return all ? all->Find(bs, found) : FindNeighbours(m_network, m_sections, m_entries, bs, found);
+  };
 
   while (!ring.IsEmpty()) {
     const int seed = ring.Seed(islands.GetCount());
     // Fragments are left that nothing leads to. Kept: K51.
     if (seed == -1) return FailedIn("tpBsSort", "infinite loop-failed");
     int unit = -1;
-    if (!Gather(ring, seed, &unit)) return FailedIn("tpBsNeighbor");
+    if (!Gather(ring, seed, find, &unit)) return FailedIn("tpBsNeighbor");
     const bool done = unit != -1 ? MakeLive(ring, seed, changed) : MakeDead(ring, seed);
     if (!done) return FailedIn("tpBsSort");
     if (unit != -1) unitAt->push_back(unit);
   }
-  return true;
-}
-
-/// Collects in a ring all sections that branches in service join to `seed`, and notes one with a unit, -1 for none.
-/// Loads and shunt devices alone make no island live.
-bool Islands::Gather(IslandRing& ring, int seed, int* unitAt) const {
-  ring.Begin(seed);
-  int bs = seed;
-  do {
-    Neighbours found;
-    if (!FindNeighbours(m_network, m_sections, m_entries, bs, &found)) return false;
-    if (found.unit >= 0) *unitAt = bs;
-    for (int i = 0; i < found.count; ++i) {
-      if (ring.IsFree(found.sections[i])) ring.Join(found.sections[i], bs);
-    }
-    bs = ring.Next(bs);
-  } while (bs != seed);
   return true;
 }
 

@@ -35,7 +35,8 @@ class Islands {
 
  private:
   bool SortAll(bool* changed, std::vector<int>* unitAt);
-  bool Gather(IslandRing& ring, int seed, int* unitAt) const;
+  template <class Find>
+  static bool Gather(IslandRing& ring, int seed, Find find, int* unitAt);
   bool MakeLive(const IslandRing& ring, int seed, bool* changed);
   bool MakeDead(const IslandRing& ring, int seed);
   bool AddRow();

@@ -1,5 +1,7 @@
 #include "topology/internal/neighbours.h"
 
+#include <algorithm>
+
 #include "topology/internal/failure.h"
 
 namespace dtsdb::internal {
@@ -40,8 +42,10 @@ class Reader {
     return !(m_network.Table<Device>().GetPh(device).status & SHUNT_ISOLATED);
   }
 
+  /// Their records are wide. In a full run nobody asks for them.
   template <class Device>
   bool TakeDevice(int device) {
+    if (m_network.IsFlat()) return true;
     if (IsInService<Device>(device)) ++m_found->devices;
     return true;
   }
@@ -49,12 +53,11 @@ class Reader {
   /// Takes the section at the other end of the branch that owns end record `end`, unless that end is isolated.
   template <class Branch>
   bool TakeBranch(int end) {
-    using Kind = BranchKind<Branch>;
-    const auto& record = m_network.Table<typename Kind::End>().GetPh(end);
-    if (record.flags & END_ISOLATED) return true;
-    const Branch& branch = m_network.Table<Branch>().GetPh(record.*Kind::kOwner);
-    const int section = branch.ibs == m_bs ? branch.izbs : branch.ibs;
-    if (section != m_dead && m_found->count < kMaxNeighbours) m_found->sections[m_found->count++] = section;
+    m_network.VisitBranchOfEnd<Branch>(end, [&](const auto& branch, const auto& record) {
+      if (record.flags & END_ISOLATED) return;
+      const int section = branch.ibs == m_bs ? branch.izbs : branch.ibs;
+      if (section != m_dead && m_found->count < kMaxNeighbours) m_found->sections[m_found->count++] = section;
+    });
     return true;
   }
 
@@ -82,6 +85,31 @@ bool ReadNeighbours(const Network& network, const Sections& sections, const Entr
     return !stopped;
   });
   return (stopped || around) && found->count < kMaxNeighbours;
+}
+
+AllNeighbours::AllNeighbours(const Network& network, const Sections& sections, const Entries& entries)
+    : m_network(network),
+      m_sections(sections),
+      m_entries(entries),
+      m_places(static_cast<std::size_t>(sections.List().ReachedCount())) {
+  const int head = sections.Dead();
+  sections.Walk(sections[head].next, head, [&](int bs) {
+    Neighbours found;
+    if (!ReadNeighbours(network, sections, entries, bs, &found)) return true;
+    m_places[static_cast<std::size_t>(bs)] = {static_cast<int>(m_found.size()), found.count, found.unit};
+    m_found.insert(m_found.end(), found.sections, found.sections + found.count);
+    return true;
+  });
+}
+
+bool AllNeighbours::Find(int bs, Neighbours* found) const {
+  const bool known = bs >= 0 && static_cast<std::size_t>(bs) < m_places.size();
+  const Place place = known ? m_places[static_cast<std::size_t>(bs)] : Place();
+  if (place.count == kUnknown) return FindNeighbours(m_network, m_sections, m_entries, bs, found);
+  found->unit = place.unit;
+  found->count = place.count;
+  std::copy_n(m_found.begin() + place.first, place.count, found->sections);
+  return true;
 }
 
 }  // namespace dtsdb::internal

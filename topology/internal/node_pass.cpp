@@ -12,8 +12,8 @@ bool IsSection(int branchEnds, u32 nodeFlags) {
 }
 
 /// A breaker that carries a zero-impedance branch never merges its nodes: the branch stands between them.
-bool CanMerge(const CB& cb) { return !(cb.flags & CB_ZBR); }
-bool Merges(const CB& cb) { return !(cb.flags & (CB_ZBR | CB_OPEN)); }
+bool CanMerge(u32 breakerFlags) { return !(breakerFlags & CB_ZBR); }
+bool Merges(u32 breakerFlags) { return !(breakerFlags & (CB_ZBR | CB_OPEN)); }
 
 }  // namespace
 
@@ -28,7 +28,7 @@ bool NodePass::LayBaseSections() {
 
   auto& nodes = m_network.Table<ND>();
   for (int i = 0; i < nodes.GetCount(); ++i) {
-    ND& node = nodes[i];
+    const NodeView node = m_network.Node(nodes.LgToPh(i));
     node.ibs = node.ibs0 = global.bs_dead;
     node.flags |= ND_MARK;
   }
@@ -81,42 +81,38 @@ bool NodePass::SortLevel(int kv, int* givenBack, bool allnew) {
     u32 flags = 0;
     int branchEnds = 0;
     m_network.GrowGroup(first, Merges, [&](int nd) {
-      const ND& node = m_network.Node(nd);
+      const NodeView node = m_network.Node(nd);
       flags |= node.flags;
-      branchEnds += BranchEndsOn(node);
-      if (m_network.LevelOfNode(nd) == kv) --MarkedNodes(node.ibs0);
+      branchEnds += m_network.EndCount(nd);  // out of service or not
+      if (m_network.LevelOfNode(nd) == kv) CountMarked(node.ibs0, -1);
     });
     return IsSection(branchEnds, flags) ? GiveSection(first, kv, end, allnew) : TakeSection(first, kv, allnew);
   });
 }
 
-/// How many branch ends stand on a node, out of service or not.
-int NodePass::BranchEndsOn(const ND& node) const {
-  const auto count = [&]<class... Rows>() {
-    return (ChainLength(m_network.Table<Rows>(), node.*Relation<Rows>::kHead) + ...);
-  };
-  return count.template operator()<R_ND_LN2, R_ND_XF2, R_ND_DLN2, R_ND_ZBR2>();
+/// How many nodes of the voltage level being sorted belong to base section `bs` and still carry ND_MARK; null for what
+/// is no section.
+int* NodePass::MarkedNodes(int bs) {
+  const bool known = m_markedNodes != nullptr && bs >= 0 && static_cast<std::size_t>(bs) < m_markedNodes->size();
+  return known ? &(*m_markedNodes)[static_cast<std::size_t>(bs)] : nullptr;
 }
 
-/// How many nodes of the voltage level being sorted belong to base section `bs` and still carry ND_MARK.
-int& NodePass::MarkedNodes(int bs) {
-  static thread_local int none;
-  none = 0;
-  const bool known = m_markedNodes != nullptr && bs >= 0 && static_cast<std::size_t>(bs) < m_markedNodes->size();
-  return known ? (*m_markedNodes)[static_cast<std::size_t>(bs)] : none;
+/// Counts `step` more of them.
+void NodePass::CountMarked(int bs, int step) {
+  if (int* const marked = MarkedNodes(bs)) *marked += step;
 }
 
 /// Sets ND_MARK on all nodes of a voltage level and counts them by base section.
 void NodePass::MarkNodes(int kv) {
   m_network.ForEachNode(kv, [&](int nd) {
-    ND& node = m_network.Node(nd);
+    const NodeView node = m_network.Node(nd);
     node.flags &= ~ND_MARK;
-    MarkedNodes(node.ibs0) = 0;
+    if (int* const marked = MarkedNodes(node.ibs0)) *marked = 0;
     return true;
   });
   m_network.ForEachNode(kv, [&](int nd) {
-    ND& node = m_network.Node(nd);
-    if (!(node.flags & ND_MARK) && m_network.LevelOfNode(nd) == kv) ++MarkedNodes(node.ibs0);
+    const NodeView node = m_network.Node(nd);
+    if (!(node.flags & ND_MARK) && m_network.LevelOfNode(nd) == kv) CountMarked(node.ibs0, 1);
     node.flags |= ND_MARK;
     return true;
   });
@@ -149,7 +145,7 @@ bool NodePass::SetSectionsAside(int kv, int end, int* givenBack) {
 bool NodePass::MoveToSection(int nd, int bs, int kv, bool allnew) {
   const bool dead = bs == m_sections.Dead();
   return m_network.ForEachInGroup(nd, [&](int member) {
-    ND& node = m_network.Node(member);
+    const NodeView node = m_network.Node(member);
     if (!allnew && node.ibs != bs && !m_log.RecordMove(member, bs, node.ibs, kv)) return false;
     node.ibs = bs;
     SetBit(node.flags, ND_DEAD, dead);
@@ -200,7 +196,8 @@ bool NodePass::GiveSection(int nd, int kv, int end, bool allnew) {
 bool NodePass::TakeSection(int nd, int kv, bool allnew) {
   if (!MoveToSection(nd, m_sections.Dead(), kv, allnew)) return FailedIn("tpBslegal");
   const int base = m_network.Node(nd).ibs0;
-  if ((m_sections[base].flags & BS_UNCLAIMED) && MarkedNodes(base) == 0) Claim(base);
+  const int* const marked = MarkedNodes(base);
+  if ((m_sections[base].flags & BS_UNCLAIMED) && (marked == nullptr || *marked == 0)) Claim(base);
   return true;
 }
 
@@ -212,7 +209,7 @@ void NodePass::Claim(int bs) {
 
 int NodePass::SectionNear(int kv, int nd) const {
   m_network.ForEachNode(kv, [&](int member) {
-    m_network.Node(member).n1 = 0;
+    m_network.NodeRecord(member).n1 = 0;
     return true;
   });
   int found = -1;
@@ -222,12 +219,12 @@ int NodePass::SectionNear(int kv, int nd) const {
         const int other = OtherNode(cb, member);
         const int section = m_network.Node(other).ibs;
         if (found == -1 && !m_sections.IsIsolated(section)) found = section;
-        if (found == -1 && m_network.Node(other).n1 == 0) m_network.Node(other).n1 = -1;
+        if (found == -1 && m_network.NodeRecord(other).n1 == 0) m_network.NodeRecord(other).n1 = -1;
       });
-      m_network.Node(member).n1 = 1;
+      m_network.NodeRecord(member).n1 = 1;
       return found == -1;
     });
-    m_network.Node(group).n1 = 1;
+    m_network.NodeRecord(group).n1 = 1;
   }
   return found != -1 ? found : m_network.Node(nd).ibs0;
 }
@@ -236,7 +233,7 @@ int NodePass::SectionNear(int kv, int nd) const {
 int NodePass::FirstReached(int kv) const {
   int reached = -1;
   m_network.ForEachNode(kv, [&](int nd) {
-    if (m_network.Node(nd).n1 < 0) reached = nd;
+    if (m_network.NodeRecord(nd).n1 < 0) reached = nd;
     return reached == -1;
   });
   return reached;

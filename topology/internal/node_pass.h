@@ -39,13 +39,13 @@ class NodePass {
 
  private:
   bool SortLevel(int kv, int* givenBack, bool allnew);
-  int& MarkedNodes(int bs);
+  int* MarkedNodes(int bs);
+  void CountMarked(int bs, int step);
   void MarkNodes(int kv);
   bool SetSectionsAside(int kv, int end, int* givenBack);
   int UnlinkSectionFor(int nd);
   bool MoveToSection(int nd, int bs, int kv, bool allnew);
   void Claim(int bs);
-  int BranchEndsOn(const ND& node) const;
   int FirstReached(int kv) const;
 
   Network m_network;

@@ -65,11 +65,9 @@ bool SectionList::HangShunt(const ShuntView& device) const {
 }
 
 bool SectionList::ListBranchEnds(int kv) const {
-  return m_network.ForEachNode(kv, [&](int nd) {
-    return m_network.ForEachEnd<LN, XF, ZBR, DLN>(nd, [&](auto& branch, int, auto& end, int number) {
-      using End = std::remove_reference_t<decltype(end)>;
-      return HangBranchEnd(kKindOf<End>, number, nd != branch.ind ? branch.izbs : branch.ibs);
-    });
+  return m_network.ForEachEndOnLevel(kv, [&](int nd, auto& branch, int, auto& end, int number) {
+    using End = std::remove_reference_t<decltype(end)>;
+    return HangBranchEnd(kKindOf<End>, number, nd != branch.ind ? branch.izbs : branch.ibs);
   });
 }
 

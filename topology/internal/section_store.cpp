@@ -6,10 +6,12 @@ namespace dtsdb::internal {
 
 bool SectionStore::NameAndStore() const {
   Name();
-  if (!FindHighest() || !m_network.Table<BS>().SetData(m_sections.List().Data(), UsedCount(), true) ||
-      !m_network.Table<BSL>().SetData(m_entries.List().Data(), m_entries.Size(), true)) {
-    return false;
-  }
+  if (!FindHighest()) return false;
+  const int used = UsedCount();
+  if (!m_network.Table<BS>().SetData(m_sections.List().Data(used), used, true)) return false;
+  const int entries = m_entries.Size();
+  m_changes->allUnstored = true;
+  if (!m_network.Table<BSL>().SetData(m_entries.List().Data(entries), entries, true)) return false;
   m_changes->End(m_network, m_sections.Size(), m_entries.Size());
   return true;
 }
@@ -18,11 +20,15 @@ bool SectionStore::NameAndStoreChanged() const {
   NameChanged();
   FollowHighest();
   auto& sections = m_network.Table<BS>();
-  if (!sections.SetDataTail(m_sections.List().Data(), UsedCount())) return false;
+  const int used = UsedCount();
+  if (!sections.SetDataTail(m_sections.List().Data(used), used)) return false;
   for (const int bs : m_changes->sections.Numbers()) {
     if (bs < sections.GetCount()) sections.GetPh(bs) = m_sections[bs];
   }
-  for (const int n : m_changes->entries.Numbers()) m_network.Table<BSL>().GetPh(n) = m_entries[n];
+  for (const int n : m_changes->entries.Numbers()) {
+    m_network.Table<BSL>().GetPh(n) = m_entries[n];
+    m_changes->unstored.Add(n);
+  }
   m_changes->End(m_network, m_sections.Size(), m_entries.Size());
   return true;
 }
@@ -31,7 +37,7 @@ void SectionStore::Name() const {
   auto& buses = m_network.Table<BUS>();
   for (int i = 0; i < buses.GetCount(); ++i) NameByBus(buses[i]);
   std::vector<int> unnamed;
-  for (int bs = 0; bs < m_sections.Size(); ++bs) NameIfUnnamed(bs, &unnamed);
+  for (int bs = 0; bs < m_sections.List().ReachedCount(); ++bs) NameIfUnnamed(bs, &unnamed);
   if (m_changes != nullptr) m_changes->unnamed = std::move(unnamed);
 }
 

@@ -10,6 +10,12 @@ int SizeOf(const Network& network) {
 
 }  // namespace
 
+State State::Over(FlatNetwork& flat) const {
+  State state = *this;
+  state.network = Network(network.Tables(), &flat);
+  return state;
+}
+
 /// Every node can have a section of its own and every voltage level a fragment beside the two heads and two spares;
 /// every device, end, section, station and voltage level its list entry: the free lists can't run out in normal use.
 void State::Make() const {
@@ -19,12 +25,12 @@ void State::Make() const {
   network.Table<BSL>().SetSize(sizes.template operator()<ST, KV, BS, LN2, XF2, ZBR2, LD, UN, CP, DLN2>() + 3);
 
   arrays = std::make_shared<WorkArrays>();
-  arrays->sections.resize(static_cast<std::size_t>(SizeOf<BS>(network)));
-  arrays->entries.resize(static_cast<std::size_t>(SizeOf<BSL>(network)));
-  arrays->markedNodes.assign(arrays->sections.size(), 0);
+  arrays->sections = WorkArray<BS>(SizeOf<BS>(network));
+  arrays->entries = WorkArray<BSL>(SizeOf<BSL>(network));
+  arrays->markedNodes.assign(static_cast<std::size_t>(arrays->sections.Size()), 0);
   arrays->moveOfNode.assign(static_cast<std::size_t>(SizeOf<ND>(network)), -1);
-  bs = arrays->sections.data();
-  bsl = arrays->entries.data();
+  bs = arrays->sections.Data();
+  bsl = arrays->entries.Data();
   levels.Make(SizeOf<KV>(network));
 }
 
@@ -36,14 +42,13 @@ void State::Clear() const {
 }
 
 Sections State::Sections() const {
-  const int size = arrays ? static_cast<int>(arrays->sections.size()) : 0;
-  Changes* const changes = arrays ? &arrays->changes : nullptr;
-  return internal::Sections({bs, size, changes != nullptr ? &changes->sections : nullptr}, network, levels, changes);
+  if (!arrays) return internal::Sections({nullptr, nullptr}, network, levels, nullptr);
+  return internal::Sections({&arrays->sections, &arrays->changes.sections}, network, levels, &arrays->changes);
 }
 
 Entries State::Entries() const {
-  const int size = arrays ? static_cast<int>(arrays->entries.size()) : 0;
-  return internal::Entries({bsl, size, arrays ? &arrays->changes.entries : nullptr}, network);
+  if (!arrays) return internal::Entries({nullptr, nullptr}, network);
+  return internal::Entries({&arrays->entries, &arrays->changes.entries}, network);
 }
 
 }  // namespace dtsdb::internal

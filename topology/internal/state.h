@@ -19,8 +19,8 @@ struct StoredResults;
 /// What a TP keeps between two runs. The copies of a TP share it.
 struct WorkArrays {
   std::shared_ptr<StoredResults> stored;  ///< made with the first storing in a realtime database
-  std::vector<BS> sections;
-  std::vector<BSL> entries;
+  WorkArray<BS> sections;
+  WorkArray<BSL> entries;
   std::vector<int> allKvs;       ///< all voltage levels with nodes, in list order
   std::vector<int> placeOfKv;    ///< by KV number: the place in allKvs, -1 for none
   std::vector<int> placeInRun;   ///< by KV number: the place in the list of the run that had it last
@@ -40,7 +40,10 @@ struct State {
   bool& allnew;
   Levels levels;
 
-  /// Sizes the BS and BSL tables and makes the work arrays.
+  /// The same on `flat` in the place of nodes, branches and their ends. It must outlive what is returned.
+  State Over(FlatNetwork& flat) const;
+
+  /// Sizes the BS and BSL tables and makes the work arrays: all sections and entries are free.
   void Make() const;
   /// Lets the work arrays go.
   void Clear() const;

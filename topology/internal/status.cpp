@@ -7,6 +7,83 @@
 
 namespace dtsdb::internal {
 
+/// What the status goes by, read where it stands.
+class EquipmentStatus::Standing {
+ public:
+  Standing(const Network& network, const Sections& sections) : m_network(network), m_sections(sections) {}
+  int SectionOf(int nd) const { return m_network.Node(nd).ibs; }
+  bool IsDead(int bs) const { return m_sections.IsDead(bs); }
+  bool IsIsolated(int bs) const { return m_sections.IsIsolated(bs); }
+  /// The level of a section; that of none for the head, and for what is no section.
+  int LevelOf(int bs) const { return bs != m_sections.Dead() && m_sections.Has(bs) ? m_sections[bs].ikv : kNoLevel; }
+
+ protected:
+  const Network& m_network;
+  const Sections& m_sections;
+};
+
+/// The same side by side, for a pass over everything: it comes back to each node and section several times, and their
+/// records are wide.
+class EquipmentStatus::Copied : public Standing {
+ public:
+  Copied(const Network& network, const Sections& sections) : Standing(network, sections) {
+    const auto& nodes = network.Table<ND>();
+    m_sectionOf.reserve(static_cast<std::size_t>(nodes.GetSize()));
+    for (int nd = 0; nd < nodes.GetSize(); ++nd) m_sectionOf.push_back(network.Node(nd).ibs);
+    const int reached = sections.List().ReachedCount();
+    m_states.reserve(static_cast<std::size_t>(reached));
+    for (int bs = 0; bs < reached; ++bs) {
+      m_states.push_back({Standing::LevelOf(bs), sections.IsDead(bs), sections.IsIsolated(bs)});
+    }
+  }
+  int SectionOf(int nd) const { return Has(m_sectionOf, nd) ? At(m_sectionOf, nd) : Standing::SectionOf(nd); }
+  bool IsDead(int bs) const { return Has(m_states, bs) ? At(m_states, bs).dead : Standing::IsDead(bs); }
+  bool IsIsolated(int bs) const { return Has(m_states, bs) ? At(m_states, bs).isolated : Standing::IsIsolated(bs); }
+  int LevelOf(int bs) const { return Has(m_states, bs) ? At(m_states, bs).level : Standing::LevelOf(bs); }
+
+ private:
+  struct SectionState {
+    int level;
+    bool dead;
+    bool isolated;
+  };
+  template <class T>
+  static bool Has(const std::vector<T>& values, int i) {
+    return i >= 0 && static_cast<std::size_t>(i) < values.size();
+  }
+  template <class T>
+  static const T& At(const std::vector<T>& values, int i) {
+    return values[static_cast<std::size_t>(i)];
+  }
+  std::vector<int> m_sectionOf;        // by ND number
+  std::vector<SectionState> m_states;  // by section
+};
+
+namespace {
+
+void PutBit(u32& word, u32 bit, bool on) { Put(word, on ? word | bit : word & ~bit); }
+
+template <class View, class Device>
+void UpdateShunt(const View& view, Device& device) {
+  PutBit(device.tp_status, SHUNT_DEAD, view.IsDead(device.ibs));
+}
+
+template <class View, class Branch>
+void UpdateBranch(const View& view, Branch& branch) {
+  PutBit(branch.tp_status, TP_BOTH_DEAD, view.IsDead(branch.ibs) && view.IsDead(branch.izbs));
+}
+
+template <class View>
+void UpdateBreaker(const View& view, CB& cb) {
+  Put(cb.ibs, view.SectionOf(cb.ind));
+  Put(cb.izbs, view.SectionOf(cb.iznd));
+  PutBit(cb.tp_status, TP_END1_ISOLATED, view.IsIsolated(cb.ibs));
+  PutBit(cb.tp_status, TP_END2_ISOLATED, view.IsIsolated(cb.izbs));
+  PutBit(cb.tp_status, TP_BOTH_DEAD, view.IsDead(cb.ibs) && view.IsDead(cb.izbs));
+}
+
+}  // namespace
+
 /// Visits all records of some tables, one table after the other.
 template <class... Records, class Visit>
 void EquipmentStatus::ForAll(Visit visit) const {
@@ -16,26 +93,40 @@ void EquipmentStatus::ForAll(Visit visit) const {
   (visitAll(m_network.Table<Records>()), ...);
 }
 
+/// The bus with the logical number `rank`.
+template <class View>
+bool EquipmentStatus::UpdateBus(const View& view, int rank) const {
+  auto& buses = m_network.Table<BUS>();
+  BUS& bus = buses[rank];
+  const int old = bus.ibs;
+  Put(bus.ibs, view.SectionOf(bus.ind));
+  PutBit(bus.tp_status, SHUNT_DEAD, view.IsDead(bus.ibs));
+  if (!m_log.IsOn() || bus.ibs == old) return true;
+  return m_log.Record({KIND_BUS, buses.LgToPh(rank), bus.tp_status, old, bus.ibs, "BS"});
+}
+
 bool EquipmentStatus::Update() const {
+  const Copied view(m_network, m_sections);
   for (int i = 0; i < m_network.Table<BUS>().GetCount(); ++i) {
-    if (!UpdateBus(i)) return FailedIn("tpUpdateStatus");
+    if (!UpdateBus(view, i)) return FailedIn("tpUpdateStatus");
   }
-  ForAll<UN, LD, CP>([&](auto& device) { UpdateShunt(device); });
-  ForAll<LN, XF, DLN, ZBR>([&](auto& branch) { UpdateBranch(branch); });
-  ForAll<CB>([&](CB& cb) { UpdateBreaker(cb); });
-  FindAllAstray();
+  ForAll<UN, LD, CP>([&](auto& device) { UpdateShunt(view, device); });
+  m_network.ForEachBranch<LN, XF, DLN, ZBR>([&](auto& branch) { UpdateBranch(view, branch); });
+  ForAll<CB>([&](CB& cb) { UpdateBreaker(view, cb); });
+  FindAllAstray(view);
   return true;
 }
 
 /// The order in which levels are visited leaves no trace: only buses are logged, in the order of their table.
 bool EquipmentStatus::UpdateChanged() const {
   CollectLevels();
+  const Standing view(m_network, m_sections);
   for (const int rank : m_changes->BusesOfLevels(m_network)) {
-    if (!UpdateBus(rank)) return FailedIn("tpUpdateStatus");
+    if (!UpdateBus(view, rank)) return FailedIn("tpUpdateStatus");
   }
   m_changes->astray.clear();
   for (const int kv : m_changes->levels.Numbers()) {
-    if (UpdateLevel(kv)) m_changes->astray.push_back(kv);
+    if (UpdateLevel(view, kv)) m_changes->astray.push_back(kv);
   }
   return true;
 }
@@ -56,81 +147,54 @@ void EquipmentStatus::CollectLevels() const {
   }
 }
 
+/// True when `bs`, which something on level `kv` names, is a section and not one of that level.
+template <class View>
+bool EquipmentStatus::IsAstray(const View& view, int kv, int bs) {
+  const int level = view.LevelOf(bs);
+  return level != kNoLevel && level != kv;
+}
+
 /// Updates what stands on the nodes of a level, but its buses. True when something there names a section of another
 /// level, or one that is out of use.
-bool EquipmentStatus::UpdateLevel(int kv) const {
+bool EquipmentStatus::UpdateLevel(const Standing& view, int kv) const {
   bool astray = false;
   m_network.ForEachShunt(kv, [&](auto& device, int) {
-    UpdateShunt(device);
-    astray = astray || IsAstray(kv, device.ibs);
+    UpdateShunt(view, device);
+    astray = astray || IsAstray(view, kv, device.ibs);
     return true;
   });
   m_network.ForEachNode(kv, [&](int nd) {
-    astray = astray || IsAstray(kv, m_network.Node(nd).ibs);
+    astray = astray || IsAstray(view, kv, m_network.Node(nd).ibs);
     return m_network.ForEachEnd<LN, XF, DLN, ZBR>(nd, [&](auto& branch, int, auto&, int) {
-      UpdateBranch(branch);
-      astray = astray || IsAstray(kv, nd != branch.ind ? branch.izbs : branch.ibs);
+      UpdateBranch(view, branch);
+      astray = astray || IsAstray(view, kv, nd != branch.ind ? branch.izbs : branch.ibs);
       return true;
     });
   });
   for (const R_KV_CB& row : Chain(m_network.Table<R_KV_CB>(), m_network.Level(kv).r_kv_cb)) {
-    UpdateBreaker(m_network.Table<CB>().GetPh(row.icb));
+    UpdateBreaker(view, m_network.Table<CB>().GetPh(row.icb));
   }
   return astray;
 }
 
-/// True when `bs`, which something on level `kv` names, is no section of that level.
-bool EquipmentStatus::IsAstray(int kv, int bs) const {
-  return bs != m_sections.Dead() && m_sections.Has(bs) && m_sections[bs].ikv != kv;
-}
-
 /// Notes the levels where something is astray.
-void EquipmentStatus::FindAllAstray() const {
+void EquipmentStatus::FindAllAstray(const Copied& view) const {
   if (m_changes == nullptr) return;
   std::vector<int>& found = m_changes->astray;
   found.clear();
   const auto check = [&](int nd, int bs) {
     const int kv = m_network.LevelOfNode(nd);
-    if (kv != -1 && IsAstray(kv, bs)) found.push_back(kv);
+    if (kv != -1 && IsAstray(view, kv, bs)) found.push_back(kv);
   };
   auto& nodes = m_network.Table<ND>();
-  for (int i = 0; i < nodes.GetCount(); ++i) check(nodes.LgToPh(i), nodes[i].ibs);
+  for (int i = 0; i < nodes.GetCount(); ++i) check(nodes.LgToPh(i), view.SectionOf(nodes.LgToPh(i)));
   ForAll<UN, LD, CP>([&](const auto& device) { check(device.ind, device.ibs); });
-  ForAll<LN, XF, DLN, ZBR>([&](const auto& branch) {
+  m_network.ForEachBranch<LN, XF, DLN, ZBR>([&](const auto& branch) {
     check(branch.ind, branch.ibs);
     check(branch.iznd, branch.izbs);
   });
   std::sort(found.begin(), found.end());
   found.erase(std::unique(found.begin(), found.end()), found.end());
-}
-
-/// The bus with the logical number `rank`.
-bool EquipmentStatus::UpdateBus(int rank) const {
-  auto& buses = m_network.Table<BUS>();
-  BUS& bus = buses[rank];
-  const int old = bus.ibs;
-  bus.ibs = m_network.Node(bus.ind).ibs;
-  SetBit(bus.tp_status, SHUNT_DEAD, m_sections.IsDead(bus.ibs));
-  if (!m_log.IsOn() || bus.ibs == old) return true;
-  return m_log.Record({KIND_BUS, buses.LgToPh(rank), bus.tp_status, old, bus.ibs, "BS"});
-}
-
-template <class Device>
-void EquipmentStatus::UpdateShunt(Device& device) const {
-  SetBit(device.tp_status, SHUNT_DEAD, m_sections.IsDead(device.ibs));
-}
-
-template <class Branch>
-void EquipmentStatus::UpdateBranch(Branch& branch) const {
-  SetBit(branch.tp_status, TP_BOTH_DEAD, m_sections.IsDead(branch.ibs) && m_sections.IsDead(branch.izbs));
-}
-
-void EquipmentStatus::UpdateBreaker(CB& cb) const {
-  cb.ibs = m_network.Node(cb.ind).ibs;
-  cb.izbs = m_network.Node(cb.iznd).ibs;
-  SetBit(cb.tp_status, TP_END1_ISOLATED, m_sections.IsIsolated(cb.ibs));
-  SetBit(cb.tp_status, TP_END2_ISOLATED, m_sections.IsIsolated(cb.izbs));
-  SetBit(cb.tp_status, TP_BOTH_DEAD, m_sections.IsDead(cb.ibs) && m_sections.IsDead(cb.izbs));
 }
 
 }  // namespace dtsdb::internal

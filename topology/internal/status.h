@@ -28,18 +28,19 @@ class EquipmentStatus {
   bool UpdateChanged() const;
 
  private:
+  class Standing;
+  class Copied;
+  static constexpr int kNoLevel = -2;  // below what a section can have
+
   void CollectLevels() const;
-  bool UpdateLevel(int kv) const;
-  bool UpdateBus(int rank) const;
-  template <class Device>
-  void UpdateShunt(Device& device) const;
-  template <class Branch>
-  void UpdateBranch(Branch& branch) const;
-  void UpdateBreaker(CB& cb) const;
+  bool UpdateLevel(const Standing& view, int kv) const;
+  template <class View>
+  bool UpdateBus(const View& view, int rank) const;
   template <class... Records, class Visit>
   void ForAll(Visit visit) const;
-  bool IsAstray(int kv, int bs) const;
-  void FindAllAstray() const;
+  template <class View>
+  static bool IsAstray(const View& view, int kv, int bs);
+  void FindAllAstray(const Copied& view) const;
 
   Network m_network;
   Levels m_levels;

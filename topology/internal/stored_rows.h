@@ -54,8 +54,9 @@ class StoredRows {
  public:
   /// Begins a storing of `table`: whether the rows stand, one for each record of `table` that is not new. If so the
   /// transaction writes from here on.
-  bool Begin(dbDatabase* db, tTable<Record>& table) {
-    const bool stand = IsUnchanged(db) && Fits(table);
+  /// `known`: the records are known to have the identities that were stored, and need no look at each.
+  bool Begin(dbDatabase* db, tTable<Record>& table, bool known = false) {
+    const bool stand = IsUnchanged(db) && (known ? table.GetCount() == m_stored : Fits(table));
     m_number = 0;
     if (!stand) return false;
     m_records.resize(static_cast<std::size_t>(table.GetCount()));

@@ -5,6 +5,7 @@
 #include "include/check.h"
 #include "model/records.h"
 #include "topology/internal/number_set.h"
+#include "topology/internal/work_array.h"
 
 namespace dtsdb::internal {
 
@@ -17,13 +18,18 @@ namespace dtsdb::internal {
 template <class Entry>
 class WorkList {
  public:
-  /// `changed` is null where nobody wants to know.
-  WorkList(Entry* entries, int size, NumberSet* changed) : m_entries(entries), m_size(size), m_changed(changed) {}
+  /// `array` is null where there is none: the list is then empty. `changed` is null where nobody wants to know.
+  WorkList(WorkArray<Entry>* array, NumberSet* changed) : m_array(array), m_changed(changed) {}
 
-  int Size() const { return m_size; }
-  /// The entries themselves, Size() of them.
-  Entry* Data() const { return m_entries; }
-  bool Has(int n) const { return n >= 0 && n < m_size; }
+  int Size() const { return m_array != nullptr ? m_array->Size() : 0; }
+  /// So many of them were reached. The entries behind them are free, each leads to the next one.
+  int ReachedCount() const { return m_array != nullptr ? m_array->Made() : 0; }
+  /// The first `n` entries, at most Size().
+  Entry* Data(int n) const {
+    m_array->MakeTo(n);
+    return m_array->Data();
+  }
+  bool Has(int n) const { return n >= 0 && n < Size(); }
 
   const Entry& operator[](int n) const { return At(n); }
   /// The entry, to be changed.
@@ -38,9 +44,9 @@ class WorkList {
   bool Insert(i32* free, int* cursor) const {
     const int taken = *free;
     if (!Has(taken) || !Has(*cursor)) return false;
-    const int behind = m_entries[*cursor].next;
-    if (!Has(behind) || m_entries[*cursor].prev == -1) return false;
-    *free = m_entries[taken].next;
+    const int behind = At(*cursor).next;
+    if (!Has(behind) || At(*cursor).prev == -1) return false;
+    *free = At(taken).next;
     Link(taken, *cursor, behind);
     *cursor = taken;
     return true;
@@ -55,7 +61,7 @@ class WorkList {
   void Delete(i32* free, int* cursor) const {
     const int deleted = *cursor;
     if (!Has(deleted)) return;
-    *cursor = m_entries[deleted].next;
+    *cursor = At(deleted).next;
     Unlink(deleted);
     Entry& entry = Edit(deleted);
     entry.next = *free;
@@ -76,10 +82,10 @@ class WorkList {
   /// walk, when a link leads outside the array, or when the walk takes more steps than there are entries.
   template <class Visit>
   bool Walk(int first, int end, Visit visit) const {
-    int left = m_size;
+    int left = Size();
     for (int n = first; n != end;) {
       if (!Has(n) || left-- == 0) return false;
-      const int next = m_entries[n].next;
+      const int next = At(n).next;
       if (!visit(n)) return false;
       n = next;
     }
@@ -96,8 +102,9 @@ class WorkList {
   }
 
   Entry& At(int n) const {
+    if (n >= 0 && n < ReachedCount()) return m_array->Data()[n];
     if (!DTSDB_ASSERT(Has(n), "n >= 0 && n < m_size")) return Spare();
-    return m_entries[n];
+    return m_array->Reach(n);
   }
   void Note(int n) const {
     if (m_changed != nullptr) m_changed->Add(n);
@@ -109,8 +116,7 @@ class WorkList {
     return spare;
   }
 
-  Entry* m_entries;
-  int m_size;
+  WorkArray<Entry>* m_array;
   NumberSet* m_changed;
 };
 

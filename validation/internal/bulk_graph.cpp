@@ -69,11 +69,23 @@ std::vector<int> OrderOfEnds(tTable<Branch>& table, const std::vector<int>& bran
   return order;
 }
 
+/// So many records ahead texts are fetched: each lies apart from the others, and a copy waits until it has counted
+/// itself there.
+constexpr int kFetchAhead = 12;
+
+/// Fetches where copies of `text` are counted.
+void Fetch(const QString& text) { __builtin_prefetch(const_cast<QString&>(text).data_ptr().d_ptr(), 1); }
+
 /// Makes the planned rows of a relation. `parent` and `child` return number and identity of an item's parent and child.
 template <class Row, class Parent, class Child>
 void FillRows(DTSDB& model, const RowPlan& plan, Parent parent, Child child) {
   using R = Relation<Row>;
   TableFiller<Row>::Fill(TableOf<Row>(model), plan.Count(), [&](int lg, Row& row) {
+    if (lg + kFetchAhead < plan.Count()) {
+      const int ahead = plan.ItemAt(lg + kFetchAhead);
+      Fetch(parent(ahead).id);
+      Fetch(child(ahead).id);
+    }
     const int item = plan.ItemAt(lg);
     const Named from = parent(item);
     const Named to = child(item);
@@ -230,6 +242,7 @@ void BulkGraph::NumbersToLogical() {
 
 void BulkGraph::FillNodes() {
   TableFiller<ND>::Fill(*m_model.m_ndTable, m_nodeNames.Count(), [this](int lg, ND& nd) {
+    if (lg + kFetchAhead < m_nodeNames.Count()) Fetch(*m_nodes[At(m_nodeOrder[At(lg + kFetchAhead)])].name);
     const int number = m_nodeOrder[At(lg)];
     const Node& node = m_nodes[At(number)];
     nd = ND(*node.name);
