@@ -254,7 +254,8 @@ int PlainRun::UsedCount() const {
 bool PlainRun::Store() const {
   const int count = UsedCount();
   return count >= 0 && m_state.network.Table<BS>().SetData(m_state.Sections().List().Data(count), count, true) &&
-         m_state.network.Table<BSL>().SetData(m_state.bsl, m_state.Entries().Size(), true);
+         m_state.network.Table<BSL>().SetData(m_state.Entries().List().Data(m_state.Entries().Size()),
+                                              m_state.Entries().Size(), true);
 }
 
 }  // namespace dtsdb::test

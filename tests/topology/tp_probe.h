@@ -51,7 +51,7 @@ class TpProbe {
 
   /// The entries of the work arrays. The number is in range.
   BS& Section(int n) { return m_tp.m_arrays->sections.Reach(n); }
-  BSL& Entry(int n) { return m_tp.m_bsl[n]; }
+  BSL& Entry(int n) { return m_tp.m_arrays->entries.Reach(n); }
   bool HasArrays() const { return m_tp.m_bs != nullptr; }
   int SectionCount() { return m_tp.Lend().Sections().Size(); }
   int EntryCount() { return m_tp.Lend().Entries().Size(); }

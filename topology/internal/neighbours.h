@@ -31,7 +31,7 @@ bool FindNeighbours(const Network& network, const Sections& sections, const Entr
 bool ReadNeighbours(const Network& network, const Sections& sections, const Entries& entries, int bs,
                     Neighbours* found);
 
-/// The same for all sections of the section ring, read at once in its order and kept: a search for islands comes to
+/// The same for all sections of the section ring, read at once in its order and held: a search for islands comes to
 /// them in an order of its own, and what hangs on a section lies scattered.
 class AllNeighbours {
  public:
