@@ -50,7 +50,7 @@ class Chains {
     return true;
   }
 
-  int Count() const { return m_count; }
+  std::size_t Count() const { return static_cast<std::size_t>(m_count); }
 
  private:
   struct Link {
@@ -74,15 +74,14 @@ class FlatNetwork::Builder {
   bool Build() {
     m_made.m_ofLevel.resize(static_cast<std::size_t>(TableOf<KV>(m_model).GetSize()));
     CopyNodes();
-    m_made.m_nodes.reserve(static_cast<std::size_t>(m_nodes.Count()));
-    m_made.m_joints.reserve(static_cast<std::size_t>(m_breakerEnds.Count()));
-    m_made.m_ends.reserve(
-        static_cast<std::size_t>(m_lines.Count() + m_windings.Count() + m_zbrs.Count() + m_dcLines.Count()));
+    m_made.m_nodes.reserve(m_nodes.Count());
+    m_made.m_joints.reserve(m_breakerEnds.Count());
+    m_made.m_ends.reserve(m_lines.Count() + m_windings.Count() + m_zbrs.Count() + m_dcLines.Count());
     CopyBranches<LN>();
     CopyBranches<XF>();
     CopyBranches<ZBR>();
     CopyBranches<DLN>();
-    m_made.m_devices.reserve(static_cast<std::size_t>(m_units.Count() + m_loads.Count() + m_capacitors.Count()));
+    m_made.m_devices.reserve(m_units.Count() + m_loads.Count() + m_capacitors.Count());
     const auto& stations = TableOf<ST>(m_model);
     for (int i = 0; i < stations.GetCount(); ++i) {
       if (!m_levels.Follow(stations[i].r_st_kv, [&](int kv, int) { return AddLevel(kv); })) return false;
