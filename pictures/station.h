@@ -71,7 +71,7 @@ struct StationDevice {
   std::string far;    ///< identity of what its other end stands on: of a line the station, of a winding the level
   std::string state;  ///< of a branch the state of the whole branch
   bool open = false;  ///< switched off, out of service, or open at this end
-  bool isReference = false;   ///< the reference unit of its island
+  bool isReference = false;     ///< the reference unit of its island
   std::optional<Power> flow{};  ///< out of the node, into the device
 };
 

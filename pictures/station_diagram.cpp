@@ -50,19 +50,19 @@ class StationDrawing {
         m_options(options),
         m_stack(station, internal::TransformerPlan(station), options.flows),
         m_connections(m_stack.Connections()),
-        m_channels(m_connections, static_cast<int>(m_stack.Tiers().size()) + 1) {}
+        m_channels(m_connections, static_cast<int>(m_stack.Tiers().size()) + 1, m_stack.Left(), m_stack.Right()) {}
 
   Picture Draw() {
     int titles = 0;
     for (const Tier& tier : m_stack.Tiers()) {
       for (const std::string& line : TitleOf(tier.Level())) titles = std::max(titles, internal::TextWidth(line));
     }
-    m_tops = m_stack.Place(m_channels, kMargin + titles + kLevelGap, kTitleHeight);
+    m_tops = m_stack.Place(m_channels, kMargin + titles + kLevelGap + m_channels.LeftWidth(), kTitleHeight);
     DrawTitle();
     m_levels.reserve(m_stack.Tiers().size());
     for (const Tier& tier : m_stack.Tiers()) DrawLevel(tier);
     DrawTransformers();
-    m_picture.width = std::max(m_picture.width, m_stack.Right() + kMargin + m_channels.LanesWidth());
+    m_picture.width = std::max(m_picture.width, m_stack.Right() + kMargin + m_channels.RightWidth());
     m_picture.height = m_tops.back() + kMargin;
     return std::move(m_picture);
   }
@@ -132,7 +132,8 @@ class StationDrawing {
     connection.second.x = pin.x;
     connection.second.y = pin.y;
     const int node = m_station.levels[Number(end.level)].devices[Number(end.device)].node;
-    drawing.NodeElement(node).wires.push_back(m_channels.WireOf(number, connection, m_tops, m_stack.Right() + kMargin));
+    drawing.NodeElement(node).wires.push_back(
+        m_channels.WireOf(number, connection, m_tops, m_stack.Left(), m_stack.Right()));
   }
 
   const Station& m_station;

@@ -1,6 +1,8 @@
 #include "pictures/internal/cell_placer.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
 #include <set>
 
 namespace dtsdb::pictures::internal {
@@ -97,44 +99,51 @@ bool CellPlacer::HasSides(int node) const {
          std::any_of(switches.begin(), switches.end(), [&](int number) { return !m_grid.IsPlaced(number); });
 }
 
-/// The direction of what hangs on a node between two bars: windings to their other level, the rest away from the
-/// middle.
-int CellPlacer::StepOf(int node, bool upperHalf) const {
+/// The nodes that hang on a node between two bars, and the first device on them that is a winding, or -1.
+CellPlacer::Side CellPlacer::SideOf(int node) const {
+  Side side;
   std::vector<int> waiting = {node};
   std::set<int> seen = {node};
   while (!waiting.empty()) {
     const int here = waiting.back();
     waiting.pop_back();
     for (const int device : m_shape.DevicesOf(here)) {
-      if (m_shape.Level().devices[Place(device)].kind == DeviceKind::kWinding)
-        return m_shape.IsUp()[Place(device)] ? -1 : 1;
+      const bool isWinding = m_shape.Level().devices[Place(device)].kind == DeviceKind::kWinding;
+      if (isWinding && side.winding < 0) side.winding = device;
     }
     for (const int number : m_shape.SwitchesOf(here)) {
       const int other = m_shape.Other(number, here);
       if (!m_grid.IsPlaced(number) && !m_shape.IsBar(other) && seen.insert(other).second) waiting.push_back(other);
     }
   }
-  return upperHalf ? -1 : 1;
+  side.nodes = static_cast<int>(seen.size()) - 1;
+  return side;
 }
 
 void CellPlacer::PutRowOfBreakers(const Cell& cell) {
   Path way = WayThrough(m_shape, cell, cell.bars[0], cell.bars[1]);
   if (m_plan.PlaceOf(way.nodes.front()).below) way = Reversed(std::move(way));
-  // Rows enough for all that may hang on a node, above it and below; empty ones are taken out at the end.
-  const int room = static_cast<int>(cell.nodes.size()) + 1;
-  const int inner = static_cast<int>(way.nodes.size()) - 2;
-  for (int i = 1; i <= inner; ++i) m_grid.PutNode(way.nodes[Place(i)], kBetweenBars + 2 * room * i);
+  for (const int number : way.switches) m_grid.MarkPlaced(number);
+  const std::vector<int> inner(way.nodes.begin() + 1, way.nodes.end() - 1);
+  std::vector<int> withSides;
+  std::copy_if(inner.begin(), inner.end(), std::back_inserter(withSides), [&](int node) { return HasSides(node); });
+  // Windings go towards their other level, the rest away from the middle. Each node has rows for what hangs on it.
+  std::map<int, int> steps;
+  int row = kBetweenBars;
+  for (const int node : inner) {
+    const Side side = SideOf(node);
+    const auto place = std::find(withSides.begin(), withSides.end(), node) - withSides.begin();
+    const bool isUpper = 2 * static_cast<std::size_t>(place) + 1 < withSides.size();
+    const bool goesUp = side.winding < 0 ? isUpper : m_shape.IsUp()[Place(side.winding)];
+    steps[node] = goesUp ? -1 : 1;
+    m_grid.PutNode(node, row + (goesUp ? side.nodes : 0));
+    row += side.nodes + 1;
+  }
   const int column = m_grid.NewColumn();
   for (std::size_t i = 0; i < way.switches.size(); ++i) {
     m_grid.PutUpright(way.switches[i], column, i == 0 ? way.nodes[1] : way.nodes[i]);
   }
-  std::vector<int> withSides;
-  for (int i = 1; i <= inner; ++i) {
-    if (HasSides(way.nodes[Place(i)])) withSides.push_back(way.nodes[Place(i)]);
-  }
-  for (std::size_t i = 0; i < withSides.size(); ++i) {
-    m_grid.PutSides(withSides[i], StepOf(withSides[i], 2 * i + 1 < withSides.size()));
-  }
+  for (const int node : withSides) m_grid.PutSides(node, steps[node]);
 }
 
 }  // namespace dtsdb::pictures::internal

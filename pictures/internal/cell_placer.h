@@ -27,7 +27,11 @@ class CellPlacer {
   void PutUpright(const Path& way, int column, int firstRow);
   void PutRowOfBreakers(const Cell& cell);
   bool HasSides(int node) const;
-  int StepOf(int node, bool upperHalf) const;
+  struct Side {
+    int nodes = 0;
+    int winding = -1;
+  };
+  Side SideOf(int node) const;
 
   const LevelShape& m_shape;
   const BarPlan& m_plan;

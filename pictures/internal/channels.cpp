@@ -16,7 +16,7 @@ bool IsStraight(const Connection& connection) {
 
 }  // namespace
 
-Channels::Channels(const std::vector<Connection>& connections, int channels)
+Channels::Channels(const std::vector<Connection>& connections, int channels, int left, int right)
     : m_tracks(connections.size()), m_used(static_cast<std::size_t>(channels)) {
   std::vector<std::size_t> order(connections.size());
   std::iota(order.begin(), order.end(), 0);
@@ -36,7 +36,8 @@ Channels::Channels(const std::vector<Connection>& connections, int channels)
     tracks.first = m_used[static_cast<std::size_t>(connection.first.channel)]++;
     if (connection.first.channel == connection.second.channel) continue;
     tracks.second = m_used[static_cast<std::size_t>(connection.second.channel)]++;
-    tracks.lane = m_lanes++;
+    const int twiceMiddle = connection.first.x + connection.second.x;
+    tracks.lane = twiceMiddle < left + right ? -++m_leftLanes : ++m_rightLanes;
   }
 }
 
@@ -45,7 +46,8 @@ int Channels::HeightOf(int channel) const {
   return used == 0 ? kChannelMargin : (used - 1) * kTrack + 2 * kChannelMargin;
 }
 
-Wire Channels::WireOf(std::size_t number, const Connection& connection, const std::vector<int>& tops, int lanes) const {
+Wire Channels::WireOf(std::size_t number, const Connection& connection, const std::vector<int>& tops, int left,
+                      int right) const {
   const Tracks& tracks = m_tracks[number];
   const ChannelPin& first = connection.first;
   const ChannelPin& second = connection.second;
@@ -54,9 +56,9 @@ Wire Channels::WireOf(std::size_t number, const Connection& connection, const st
     return tops[static_cast<std::size_t>(pin.channel)] + kChannelMargin + track * kTrack;
   };
   const int y = yOf(first, tracks.first);
-  if (tracks.lane < 0) return {{first.x, first.y}, {first.x, y}, {second.x, y}, {second.x, second.y}};
+  if (tracks.lane == 0) return {{first.x, first.y}, {first.x, y}, {second.x, y}, {second.x, second.y}};
   const int end = yOf(second, tracks.second);
-  const int lane = lanes + tracks.lane * kTrack;
+  const int lane = (tracks.lane < 0 ? left : right) + tracks.lane * kTrack;
   return {{first.x, first.y}, {first.x, y}, {lane, y}, {lane, end}, {second.x, end}, {second.x, second.y}};
 }
 

@@ -24,29 +24,34 @@ struct Connection {
   ChannelPin second;
 };
 
-/// Gives each connection a track of its own in its channels, and one that leads past a tier a lane beside all tiers.
+/// Gives each connection a track of its own in its channels, and one that leads past a tier a lane beside all tiers, on
+/// the side that is nearer.
 class Channels {
  public:
-  Channels(const std::vector<Connection>& connections, int channels);
+  /// The tiers stand between `left` and `right`.
+  Channels(const std::vector<Connection>& connections, int channels, int left, int right);
 
   /// Height that channel `channel` needs.
   int HeightOf(int channel) const;
-  /// Width that the lanes need.
-  int LanesWidth() const { return m_lanes * kTrack; }
+  /// Width that the lanes on one side need.
+  int LeftWidth() const { return m_leftLanes * kTrack; }
+  int RightWidth() const { return m_rightLanes * kTrack; }
 
   /// The wire of connection `number`, whose pins are where `connection` has them. `tops` are the upper edges of the
-  /// channels, `lanes` is where the lanes begin.
-  Wire WireOf(std::size_t number, const Connection& connection, const std::vector<int>& tops, int lanes) const;
+  /// channels, `left` and `right` the edges of the tiers, beside which the lanes are.
+  Wire WireOf(std::size_t number, const Connection& connection, const std::vector<int>& tops, int left,
+              int right) const;
 
  private:
   struct Tracks {
     int first = -1;
     int second = -1;
-    int lane = -1;
+    int lane = 0;  // below 0 on the left, above 0 on the right
   };
   std::vector<Tracks> m_tracks;
   std::vector<int> m_used;  // tracks by channel
-  int m_lanes = 0;
+  int m_leftLanes = 0;
+  int m_rightLanes = 0;
 };
 
 }  // namespace dtsdb::pictures::internal

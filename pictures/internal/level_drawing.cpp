@@ -180,8 +180,8 @@ void LevelDrawing::DrawSwitch(const GridSwitch& where) {
   const int turns = where.upright ? 0 : 3;
   if (Contains(item.state, "isolated")) element.symbols.push_back(MakeSymbol("hatch", centre));
   element.symbols.push_back(MakeSymbol(kind + (item.open ? "-open" : "-closed"), centre, turns));
-  if (m_flows && item.flow && !item.open) {
-    const bool along = (item.flow->p >= 0) == where.fromIsFirst;
+  if (m_flows && ShowsFlow(item)) {
+    const bool along = GoesAlong(*item.flow) == where.fromIsFirst;
     const Point beside = where.upright ? Point{centre.x, centre.y - kArrowGap} : Point{centre.x - kArrowGap, centre.y};
     element.symbols.push_back(MakeSymbol("arrow", beside, where.upright ? (along ? 0 : 2) : (along ? 3 : 1)));
   }
@@ -253,7 +253,7 @@ void LevelDrawing::DrawFeeder(const GridFeeder& feeder) {
   DrawLabels(element, feeder, centre);
   if (device.isReference) element.symbols.push_back(MakeSymbol("reference", {x + kBadgeGap, centre.y}));
   if (m_flows && device.flow) {
-    const bool away = device.flow->p >= 0;
+    const bool away = GoesAlong(*device.flow);
     element.symbols.push_back(MakeSymbol("arrow", {x, start - step * 8}, away == (step > 0) ? 0 : 2));
   }
   m_picture.elements.push_back(std::move(element));

@@ -31,15 +31,24 @@ class LevelLayout {
  private:
   void PutBlock(std::size_t block) {
     const int first = m_grid.NewColumn();
-    for (std::size_t i = 0; i < m_shape.Cells().size(); ++i) {
-      if (BelongsTo(static_cast<int>(i), block)) m_cells.Put(static_cast<int>(i));
-    }
+    PutCells(block, true);
+    const int end = m_grid.LastColumn();
+    // What stands above a single bar and what hangs below it meet nowhere, so they share columns.
+    if (m_plan.Blocks()[block].size() == 1) m_grid.ContinueAt(first + 1);
+    PutCells(block, false);
+    m_grid.ContinueAt(std::max(end, m_grid.LastColumn()) + 1);
     for (const int bar : m_plan.Blocks()[block]) m_grid.PutBar(bar, first, m_grid.LastColumn());
     const int link = m_plan.LinkBehind(block);
     if (link < 0) return;
     const Cell& coupler = m_shape.Cells()[static_cast<std::size_t>(link)];
     const bool firstIsLeft = m_plan.PlaceOf(coupler.bars[0]).block == static_cast<int>(block);
     m_cells.PutInLine(coupler, coupler.bars[firstIsLeft ? 0 : 1]);
+  }
+
+  void PutCells(std::size_t block, bool up) {
+    for (std::size_t i = 0; i < m_shape.Cells().size(); ++i) {
+      if (m_shape.Cells()[i].up == up && BelongsTo(static_cast<int>(i), block)) m_cells.Put(static_cast<int>(i));
+    }
   }
 
   bool BelongsTo(int cell, std::size_t block) const {

@@ -1,6 +1,7 @@
 #include "pictures/internal/ring_layout.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "pictures/internal/grid_builder.h"
 
@@ -65,6 +66,8 @@ bool IsRing(const LevelShape& shape, const Ring& ring, std::size_t nodesInLoops)
     const std::size_t things = ThingsOn(shape, node);
     if (things > kMostThingsOnPlace) return false;
     if (things > 0) ++places;
+    // A bar on which nothing hangs but the ring: two rows of breakers between two bars make a closed way too.
+    if (things == 0 && shape.IsBar(node) && !shape.Level().buses.empty()) return false;
   }
   const auto isOnRing = [&](int node) {
     return std::find(ring.nodes.begin(), ring.nodes.end(), node) != ring.nodes.end();
@@ -104,9 +107,12 @@ class RingLayout {
   int NodeAt(int place) const { return m_ring.nodes[Place(Wrapped(place))]; }
   int SwitchAt(int place) const { return m_ring.switches[Place(Wrapped(place))]; }
 
-  /// 1 for a place that belongs above, -1 for one that belongs below, 0 for one that carries nothing.
+  /// Above 0 for a place that belongs above, below 0 for one that belongs below. Windings count most: wires lead on.
   int Wish(int place) const {
-    for (const int device : m_shape.DevicesOf(NodeAt(place))) return m_shape.IsUp()[Place(device)] ? 1 : -1;
+    for (const int device : m_shape.DevicesOf(NodeAt(place))) {
+      const bool isWinding = m_shape.Level().devices[Place(device)].kind == DeviceKind::kWinding;
+      return (m_shape.IsUp()[Place(device)] ? 1 : -1) * (isWinding ? 3 : 1);
+    }
     return 0;
   }
 
@@ -121,7 +127,7 @@ class RingLayout {
     const int upper = (count + 1) / 2;
     const auto at = [&](int i) { return places[Place(i % count)]; };
     int best = 0;
-    int bestSum = -count - 1;
+    int bestSum = std::numeric_limits<int>::min();
     const int tried = std::min(count, 64);
     for (int first = 0; first < tried; ++first) {
       int sum = 0;

@@ -53,7 +53,7 @@ void Tier::FindWords(const std::vector<std::vector<std::string>>& names, const W
   for (const StationSwitch& item : m_level->switches) {
     std::vector<std::string>& lines = m_words.ofSwitches.emplace_back();
     lines.push_back(ShortName(item.name.identity, rules.owners));
-    if (rules.flows && item.flow && !item.open) lines.push_back(ShortPowerText(*item.flow));
+    if (rules.flows && ShowsFlow(item)) lines.push_back(ShortPowerText(*item.flow));
   }
   for (std::size_t i = 0; i < m_level->devices.size(); ++i) {
     const StationDevice& device = m_level->devices[i];

@@ -13,6 +13,7 @@ namespace dtsdb::pictures::internal {
 struct TierStack::Side {
   int x = 0;
   std::size_t transformer = 0;
+  bool isNext = false;  ///< in the channel between the two tiers
 };
 
 TierStack::TierStack(const Station& station, TransformerPlan plan, bool flows)
@@ -48,10 +49,11 @@ int TierStack::BestOffset(std::size_t tier) {
   std::vector<Side> below;
   for (std::size_t i = 0; i < m_plan.transformers.size(); ++i) {
     const Transformer& transformer = m_plan.transformers[i];
-    if (TierOf(transformer.primary.level) + 1 == static_cast<int>(tier))
-      above.push_back({ColumnOf(transformer.primary), i});
+    const int top = TierOf(transformer.primary.level);
+    const bool isNext = top + 1 == static_cast<int>(tier);
+    if (top < static_cast<int>(tier)) above.push_back({ColumnOf(transformer.primary), i, isNext});
     for (const WindingEnd& end : transformer.others) {
-      if (TierOf(end.level) == static_cast<int>(tier)) below.push_back({ColumnOf(end), i});
+      if (TierOf(end.level) == static_cast<int>(tier)) below.push_back({ColumnOf(end), i, true});
     }
   }
   int best = m_tiers[tier - 1].Left() % kStep == 0 ? kStep / 2 : 0;
@@ -78,7 +80,7 @@ int TierStack::CostOf(int offset, const std::vector<Side>& above, const std::vec
       const int distance = std::abs(other.x + offset - one.x);
       if (one.transformer == other.transformer) {
         cost += distance;
-      } else if (distance < kStep / 2) {
+      } else if (one.isNext && distance < kStep / 2) {
         return std::numeric_limits<int>::max();
       }
     }
@@ -102,8 +104,7 @@ std::vector<Connection> TierStack::Connections() const {
 }
 
 std::vector<int> TierStack::Place(const Channels& channels, int left, int top) {
-  int leftmost = 0;
-  for (const Tier& tier : m_tiers) leftmost = std::min(leftmost, tier.Left());
+  const int leftmost = Left();
   std::vector<int> tops = {top};
   int y = top + channels.HeightOf(0);
   for (std::size_t i = 0; i < m_tiers.size(); ++i) {
@@ -113,6 +114,12 @@ std::vector<int> TierStack::Place(const Channels& channels, int left, int top) {
   }
   tops.push_back(y);
   return tops;
+}
+
+int TierStack::Left() const {
+  int left = m_tiers.empty() ? 0 : m_tiers.front().Left();
+  for (const Tier& tier : m_tiers) left = std::min(left, tier.Left());
+  return left;
 }
 
 int TierStack::Right() const {

@@ -28,6 +28,7 @@ class TierStack {
   /// Gives the tiers their places below `top`, with the channels between them, at least at `left`. Returns the upper
   /// edges of the channels; the last one ends behind them.
   std::vector<int> Place(const Channels& channels, int left, int top);
+  int Left() const;
   int Right() const;
 
  private:

@@ -53,7 +53,7 @@ void AddLines(const std::vector<std::string>& lines, Point at, Element& element)
 void AddPowerOf(const DrawnEnd& end, Element& element) {
   if (!end.device->flow) return;
   const int step = end.pin.up ? -1 : 1;
-  const bool away = end.device->flow->p >= 0;
+  const bool away = GoesAlong(*end.device->flow);
   element.symbols.push_back(
       MakeSymbol("arrow", {end.pin.x, end.pin.y - step * 8}, away == (step > 0) ? 0 : 2, end.classes));
 }

@@ -35,10 +35,12 @@ std::size_t BytesWithin(const std::string& text, int width) {
   return end;
 }
 
-/// Reactive power in the direction of the active one; without a minus in front of zero.
+constexpr float kShownAsZero = 0.05F;  // with one digit behind the point
+
+/// Reactive power in the direction of the arrow; without a minus in front of zero.
 float ReactiveAlong(const Power& power) {
-  const float q = std::signbit(power.p) ? -power.q : power.q;
-  return std::fabs(q) < 0.05F ? 0.0F : q;
+  const float q = GoesAlong(power) ? power.q : -power.q;
+  return std::fabs(q) < kShownAsZero ? 0.0F : q;
 }
 
 std::string Shortened(const std::string& text, int width) {
@@ -47,6 +49,8 @@ std::string Shortened(const std::string& text, int width) {
 }
 
 }  // namespace
+
+bool GoesAlong(const Power& power) { return std::fabs(power.p) < kShownAsZero ? power.q >= 0 : power.p > 0; }
 
 int TextWidth(const std::string& text) { return tools::DisplayWidth(text) * kColumnWidth; }
 

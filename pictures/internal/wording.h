@@ -28,7 +28,13 @@ std::string ShortName(const std::string& identity, const std::vector<std::string
 /// A name in lines that are not too long, three at most.
 std::vector<std::string> Wrapped(const std::string& text);
 
-// An arrow shows where active power goes, so texts have its size only; reactive power below zero goes the other way.
+// An arrow shows where power goes: the active one, or the reactive one where that is all. Texts have the size of the
+// active power; reactive power below zero goes the other way.
+
+/// The breaker is closed and has a known flow.
+inline bool ShowsFlow(const StationSwitch& item) { return item.isBreaker && !item.open && item.flow.has_value(); }
+/// Power goes as counted, not the other way.
+bool GoesAlong(const Power& power);
 
 /// "12.5 MW" and "-3.1 Mvar".
 std::vector<std::string> PowerTexts(const Power& power);
