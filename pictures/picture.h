@@ -59,6 +59,7 @@ struct Element {
   std::string title;    ///< what it is, in words
   std::vector<Wire> wires;
   std::vector<Point> dots;  ///< where wires are joined
+  int dotRadius = 3;
   std::vector<Symbol> symbols;
   std::vector<Label> labels;
 };

@@ -59,7 +59,9 @@ class SvgWriter {
     }
     Add("><title>{}</title>", Clean(element.title));
     for (const Wire& wire : element.wires) WriteWire(wire);
-    for (const Point& dot : element.dots) Add("<circle class=\"dot\" cx=\"{}\" cy=\"{}\" r=\"3\"/>", dot.x, dot.y);
+    for (const Point& dot : element.dots) {
+      Add("<circle class=\"dot\" cx=\"{}\" cy=\"{}\" r=\"{}\"/>", dot.x, dot.y, element.dotRadius);
+    }
     for (const Symbol& symbol : element.symbols) WriteSymbol(symbol);
     for (const Label& label : element.labels) {
       Add("<text x=\"{}\" y=\"{}\" text-anchor=\"{}\">{}</text>", label.at.x, label.at.y, AnchorText(label.anchor),

@@ -17,6 +17,7 @@ constexpr int kArrowGap = 16;  // from the middle of a switch to that of the arr
 constexpr int kBranchGap = 20;
 constexpr int kBranchStep = 14;
 constexpr int kBadgeGap = 20;
+constexpr int kDotOnBar = 5;
 constexpr int kBarEnd = 8;  // how far a bar goes beyond its column
 
 std::size_t Place(int number) { return static_cast<std::size_t>(number); }
@@ -105,6 +106,7 @@ void LevelDrawing::DrawRails() {
     const int y = m_tier.Y(row->second);
     const bool isBar = bars.contains(static_cast<int>(i));
     Element& element = NodeElement(static_cast<int>(i));
+    if (isBar) element.dotRadius = kDotOnBar;
     if (rail.left < rail.right && !isBar) element.wires.push_back({{rail.left, y}, {rail.right, y}});
     for (const auto& [x, ways] : rail.waysAt) {
       const int along = (x > rail.left ? 1 : 0) + (x < rail.right ? 1 : 0);

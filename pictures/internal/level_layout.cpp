@@ -1,6 +1,7 @@
 #include "pictures/internal/level_layout.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "pictures/internal/bar_plan.h"
 #include "pictures/internal/cell_placer.h"
@@ -31,12 +32,11 @@ class LevelLayout {
  private:
   void PutBlock(std::size_t block) {
     const int first = m_grid.NewColumn();
-    PutCells(block, true);
-    const int end = m_grid.LastColumn();
-    // What stands above a single bar and what hangs below it meet nowhere, so they share columns.
-    if (m_plan.Blocks()[block].size() == 1) m_grid.ContinueAt(first + 1);
-    PutCells(block, false);
-    m_grid.ContinueAt(std::max(end, m_grid.LastColumn()) + 1);
+    if (m_plan.Blocks()[block].size() == 1) {
+      PutOnBothSides(block, first + 1);
+    } else {
+      PutCells(block, {});
+    }
     for (const int bar : m_plan.Blocks()[block]) m_grid.PutBar(bar, first, m_grid.LastColumn());
     const int link = m_plan.LinkBehind(block);
     if (link < 0) return;
@@ -45,9 +45,20 @@ class LevelLayout {
     m_cells.PutInLine(coupler, coupler.bars[firstIsLeft ? 0 : 1]);
   }
 
-  void PutCells(std::size_t block, bool up) {
+  /// What stands above a single bar and what hangs below it meet nowhere, so they share columns.
+  void PutOnBothSides(std::size_t block, int first) {
+    PutCells(block, true);
+    const int end = m_grid.LastColumn();
+    m_grid.ContinueAt(first);
+    PutCells(block, false);
+    m_grid.ContinueAt(std::max(end, m_grid.LastColumn()) + 1);
+  }
+
+  /// The cells of a block, or those on one side of its bars.
+  void PutCells(std::size_t block, std::optional<bool> up) {
     for (std::size_t i = 0; i < m_shape.Cells().size(); ++i) {
-      if (m_shape.Cells()[i].up == up && BelongsTo(static_cast<int>(i), block)) m_cells.Put(static_cast<int>(i));
+      const bool isMeant = !up || m_shape.Cells()[i].up == *up;
+      if (isMeant && BelongsTo(static_cast<int>(i), block)) m_cells.Put(static_cast<int>(i));
     }
   }
 

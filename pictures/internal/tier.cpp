@@ -15,6 +15,7 @@ constexpr int kWithBranchHalf = 30;  // of one with a zero-impedance branch besi
 constexpr int kLabelMargin = 8;
 constexpr int kPlainSlot = 26;
 constexpr int kSymbolSlot = 48;
+constexpr int kLevelSlot = 56;  // with a switch on its upper row, whose label stands below it
 
 int WidestOf(const std::vector<std::string>& lines) {
   int widest = 0;
@@ -83,7 +84,7 @@ void Tier::SizeColumns() {
   for (const GridFeeder& feeder : m_grid.feeders) {
     const int label = WidestOf(m_words.ofDevices[static_cast<std::size_t>(feeder.number)]) + kLabelMargin;
     Half& half = halves[static_cast<std::size_t>(feeder.from.column)];
-    if (m_level->devices[static_cast<std::size_t>(feeder.number)].kind == DeviceKind::kWinding) {
+    if (RoleOf(feeder.number) != Role::kAlone) {
       half.Need(kSymbolHalf + 8, kSymbolHalf + 8 + label);
     } else {
       half.Need(std::max(label / 2 + 1, kSymbolHalf + 8), std::max(label / 2 + 1, kSymbolHalf + 8));
@@ -104,15 +105,20 @@ void Tier::SizeColumns() {
 
 void Tier::SizeRows() {
   std::vector<int> gaps(static_cast<std::size_t>(m_grid.rows), kPlainSlot);
-  for (const GridSwitch& item : m_grid.switches) gaps[static_cast<std::size_t>(item.at.row)] = kSymbolSlot;
+  for (const GridSwitch& item : m_grid.switches) {
+    int& gap = gaps[static_cast<std::size_t>(item.at.row)];
+    gap = std::max(gap, item.upright ? kSymbolSlot : kLevelSlot);
+  }
   int above = 0;
   int below = 0;
   for (const GridFeeder& feeder : m_grid.feeders) {
     const auto number = static_cast<std::size_t>(feeder.number);
+    const bool isBeside = m_roles[number] != Role::kAlone;  // its label stands beside the symbol, else behind it
     const bool isWinding = m_level->devices[number].kind == DeviceKind::kWinding;
+    const int symbol = isWinding ? kWindingHeight : kDeviceHeight;
     const int lines = static_cast<int>(m_words.ofDevices[number].size());
-    const int room = kFeederWire + (isWinding ? std::max(kWindingHeight, lines * kLineHeight)
-                                              : kDeviceHeight + 4 + lines * kLineHeight);
+    const int room =
+        kFeederWire + (isBeside ? std::max(symbol, lines * kLineHeight) : symbol + 4 + lines * kLineHeight);
     int& side = feeder.up ? above : below;
     side = std::max(side, room + 4);
   }
@@ -121,7 +127,7 @@ void Tier::SizeRows() {
     m_rows.push_back(y);
     y += row + 1 < m_grid.rows ? gaps[static_cast<std::size_t>(row)] : 0;
   }
-  m_height = y + std::max(below, m_grid.rows > 0 && gaps.back() == kSymbolSlot ? kSymbolSlot : kLineHeight);
+  m_height = y + std::max(below, m_grid.rows > 0 && gaps.back() > kPlainSlot ? kLevelSlot : kLineHeight);
 }
 
 }  // namespace dtsdb::pictures::internal

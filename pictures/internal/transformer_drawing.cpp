@@ -11,7 +11,7 @@ constexpr int kRadius = 10;
 constexpr int kCircleStep = 16;  // from the middle of one circle to that of the next
 constexpr int kStarStep = 14;
 constexpr int kNameGap = 24;
-constexpr int kPowerGap = 6;
+constexpr int kPowerGap = 8;
 
 int StepOf(const DrawnTransformer& transformer) { return transformer.primary.pin.up ? -1 : 1; }
 

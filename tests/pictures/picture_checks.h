@@ -76,7 +76,8 @@ inline void ExpectSoundSvg(const std::string& svg) {
   while (!reader.atEnd()) {
     if (reader.readNext() != QXmlStreamReader::StartElement) continue;
     const QString id = reader.attributes().value(QLatin1String("id")).toString();
-    if (!id.isEmpty()) EXPECT_TRUE(ids.insert(id).second) << id.toStdString() << " stands there twice";
+    const bool isNew = id.isEmpty() || ids.insert(id).second;
+    EXPECT_TRUE(isNew) << id.toStdString() << " stands there twice";
   }
   EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
 }
