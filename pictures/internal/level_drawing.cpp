@@ -110,7 +110,9 @@ void LevelDrawing::DrawRails() {
     if (rail.left < rail.right && !isBar) element.wires.push_back({{rail.left, y}, {rail.right, y}});
     for (const auto& [x, ways] : rail.waysAt) {
       const int along = (x > rail.left ? 1 : 0) + (x < rail.right ? 1 : 0);
-      if (isBar || ways + along > 2) element.dots.push_back({x, y});
+      const auto sideways = rail.sidewaysAt.find(x);
+      const int all = ways + along + (sideways == rail.sidewaysAt.end() ? 0 : sideways->second);
+      if (isBar || all > 2) element.dots.push_back({x, y});
     }
   }
 }
@@ -157,7 +159,8 @@ void LevelDrawing::AddWay(int node, const std::vector<GridPoint>& way, Point end
   rail.left = rail.isEmpty ? x : std::min(rail.left, x);
   rail.right = rail.isEmpty ? x : std::max(rail.right, x);
   rail.isEmpty = false;
-  ++rail.waysAt[x];
+  const bool isSideways = wire[1].y == wire[0].y;
+  ++(isSideways ? rail.sidewaysAt : rail.waysAt)[x];
   NodeElement(node).wires.push_back(std::move(wire));
 }
 

@@ -57,7 +57,8 @@ class LevelDrawing {
     int left = 0;
     int right = 0;
     bool isEmpty = true;
-    std::map<int, int> waysAt;  // upwards, downwards and sideways, by x
+    std::map<int, int> waysAt;      // upwards and downwards, by x
+    std::map<int, int> sidewaysAt;  // along the rail to a switch, by x
   };
 
   const Tier& m_tier;
