@@ -38,6 +38,7 @@ template <class T>
 Error Unknown(DTSDB& tables, const QString& id, const char* what) {
   std::vector<std::string> known;
   tTable<T>& table = TableOf<T>(tables);
+  known.reserve(static_cast<std::size_t>(table.GetCount()));
   for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
   const std::string text = IdText(id);
   return {ErrorCode::kUnknownComponent,
@@ -198,6 +199,7 @@ Result<Station> StationReader::ReadLevel(const QString& id) const {
 
 std::vector<QString> StationReader::Stations() const {
   std::vector<QString> stations;
+  stations.reserve(static_cast<std::size_t>(m_tables.m_stTable->GetCount()));
   for (int i = 0; i < m_tables.m_stTable->GetCount(); ++i) stations.push_back((*m_tables.m_stTable)[i].id);
   return stations;
 }

@@ -79,7 +79,8 @@ void LevelDrawing::DrawNodes() {
     Element& element = m_picture.elements.emplace_back();
     element.record = node.name;
     element.id = ElementId(node.name);
-    element.classes = "node " + ClassesOf(static_cast<int>(i));
+    element.classes = "node ";
+    element.classes += ClassesOf(static_cast<int>(i));
     const std::string section = node.section >= 0 ? fmt::format("section {}", node.section) : "no section";
     const std::string island = node.island >= 0 ? fmt::format("island {}", node.island) : "dead";
     element.title = TitleOf(node.name, section + ", " + island);
@@ -190,6 +191,14 @@ void LevelDrawing::DrawSwitch(const GridSwitch& where) {
     const Point beside = where.upright ? Point{centre.x, centre.y - kArrowGap} : Point{centre.x - kArrowGap, centre.y};
     element.symbols.push_back(MakeSymbol("arrow", beside, where.upright ? (along ? 0 : 2) : (along ? 3 : 1)));
   }
+  DrawLabels(element, where);
+  m_picture.elements.push_back(std::move(element));
+  DrawBranches(item, where);
+}
+
+/// The lines beside an upright switch, or below a level one.
+void LevelDrawing::DrawLabels(Element& element, const GridSwitch& where) const {
+  const Point centre = CentreOf(where);
   int y = where.upright ? centre.y - 2 : centre.y + kHalfSymbol + kLineHeight;
   if (where.upright && m_tier.Words().ofSwitches[Place(where.number)].size() == 1) y += 6;
   for (const std::string& line : m_tier.Words().ofSwitches[Place(where.number)]) {
@@ -197,8 +206,6 @@ void LevelDrawing::DrawSwitch(const GridSwitch& where) {
     element.labels.push_back(MakeLabel(line, at, where.upright ? Anchor::kStart : Anchor::kMiddle));
     y += kLineHeight;
   }
-  m_picture.elements.push_back(std::move(element));
-  DrawBranches(item, where);
 }
 
 /// The zero-impedance branches beside the breaker that carries them.

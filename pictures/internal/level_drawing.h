@@ -49,6 +49,7 @@ class LevelDrawing {
   void DrawSwitch(const GridSwitch& item);
   void DrawBranches(const StationSwitch& item, const GridSwitch& where);
   void DrawFeeder(const GridFeeder& feeder);
+  void DrawLabels(Element& element, const GridSwitch& where) const;
   void DrawLabels(Element& element, const GridFeeder& feeder, Point centre) const;
   Point CentreOf(const GridSwitch& item) const;
   void AddWay(int node, const std::vector<GridPoint>& way, Point end);

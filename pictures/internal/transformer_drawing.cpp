@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "pictures/internal/wording.h"
 
 namespace dtsdb::pictures::internal {
@@ -58,12 +60,26 @@ void AddPowerOf(const DrawnEnd& end, Element& element) {
       MakeSymbol("arrow", {end.pin.x, end.pin.y - step * 8}, away == (step > 0) ? 0 : 2, end.classes));
 }
 
-/// Powers of the other ends stand where these leave their levels.
-void AddOther(const DrawnEnd& end, bool flows, Element& element) {
+/// The circle of another end. Its powers stand where it leaves its level.
+void AddOther(const DrawnTransformer& transformer, std::size_t number, Element& element) {
+  const DrawnEnd& end = transformer.others[number];
+  element.symbols.push_back(MakeSymbol("winding", OtherCircle(transformer, number), 0, end.classes));
   const int count = static_cast<int>(end.words.size());
   const int y = end.pin.up ? end.pin.y + kLineHeight : end.pin.y - count * kLineHeight + kLineHeight - 4;
   AddLines(end.words, {end.pin.x + kPowerGap, y}, element);
-  if (flows) AddPowerOf(end, element);
+  if (transformer.flows) AddPowerOf(end, element);
+}
+
+/// The element of the primary end: its circle, and the names of all.
+Element PrimaryElement(const DrawnTransformer& transformer) {
+  const Point first = FirstCircle(transformer);
+  const int count = static_cast<int>(transformer.primary.words.size());
+  const int names = StepOf(transformer) > 0 ? first.y + 2 : first.y - (count - 1) * kLineHeight;
+  Element element = ElementOf(transformer.primary);
+  element.symbols.push_back(MakeSymbol("winding", first, 0, transformer.primary.classes));
+  AddLines(transformer.primary.words, {first.x + kNameGap, names}, element);
+  if (transformer.flows) AddPowerOf(transformer.primary, element);
+  return element;
 }
 
 void DrawStar(const StationLevel& star, Point centre, Picture& picture) {
@@ -92,25 +108,20 @@ std::vector<Point> TerminalsOf(const DrawnTransformer& transformer) {
 }
 
 void DrawTransformer(const DrawnTransformer& transformer, Picture& picture) {
-  const bool hasStar = transformer.star != nullptr;
-  const Point first = FirstCircle(transformer);
-  const int count = static_cast<int>(transformer.primary.words.size());
-  const int names = StepOf(transformer) > 0 ? first.y + 2 : first.y - (count - 1) * kLineHeight;
-  Element element = ElementOf(transformer.primary);
-  element.symbols.push_back(MakeSymbol("winding", first, 0, transformer.primary.classes));
-  AddLines(transformer.primary.words, {first.x + kNameGap, names}, element);
-  if (transformer.flows) AddPowerOf(transformer.primary, element);
-  std::vector<Element> others;
-  for (std::size_t i = 0; i < transformer.others.size(); ++i) {
-    const DrawnEnd& end = transformer.others[i];
-    Element other = hasStar ? ElementOf(end) : std::move(element);
-    other.symbols.push_back(MakeSymbol("winding", OtherCircle(transformer, i), 0, end.classes));
-    AddOther(end, transformer.flows, other);
-    others.push_back(std::move(other));
+  Element primary = PrimaryElement(transformer);
+  if (transformer.star == nullptr) {
+    AddOther(transformer, 0, primary);
+    picture.elements.push_back(std::move(primary));
+    return;
   }
-  if (hasStar) picture.elements.push_back(std::move(element));
-  for (Element& other : others) picture.elements.push_back(std::move(other));
-  if (hasStar) DrawStar(*transformer.star, {first.x, first.y + StepOf(transformer) * (kRadius - 1)}, picture);
+  picture.elements.push_back(std::move(primary));
+  for (std::size_t i = 0; i < transformer.others.size(); ++i) {
+    Element other = ElementOf(transformer.others[i]);
+    AddOther(transformer, i, other);
+    picture.elements.push_back(std::move(other));
+  }
+  const Point first = FirstCircle(transformer);
+  DrawStar(*transformer.star, {first.x, first.y + StepOf(transformer) * (kRadius - 1)}, picture);
 }
 
 }  // namespace dtsdb::pictures::internal

@@ -34,30 +34,11 @@ bool LooksLikeStar(const StationLevel& level) {
 }  // namespace
 
 TransformerPlan::TransformerPlan(const Station& station) : isStar(station.levels.size()) {
-  const EndsOfWinding ends = EndsOf(station);
-  for (std::size_t level = 0; level < station.levels.size(); ++level) {
-    roles.emplace_back(station.levels[level].devices.size(), Role::kAlone);
-    isUp.emplace_back(station.levels[level].devices.size());
+  for (const StationLevel& level : station.levels) {
+    roles.emplace_back(level.devices.size(), Role::kAlone);
+    isUp.emplace_back(level.devices.size());
   }
-  const auto byLevel = [](const WindingEnd& a, const WindingEnd& b) { return a.level < b.level; };
-  for (std::size_t level = 0; level < station.levels.size(); ++level) {
-    if (!LooksLikeStar(station.levels[level])) continue;
-    std::vector<WindingEnd> far;
-    for (const StationDevice& device : station.levels[level].devices) {
-      for (const WindingEnd& end : ends.at(device.name.id)) {
-        if (end.level != static_cast<int>(level) && !LooksLikeStar(station.levels[Place(end.level)]))
-          far.push_back(end);
-      }
-    }
-    if (far.size() != 3) continue;
-    std::stable_sort(far.begin(), far.end(), byLevel);
-    isStar[level] = true;
-    transformers.push_back({far[0], {far[1], far[2]}, static_cast<int>(level)});
-  }
-  for (const auto& [id, both] : ends) {
-    const bool isWhole = both.size() == 2 && !IsStar(both[0].level) && !IsStar(both[1].level);
-    if (isWhole) transformers.push_back({both[0], {both[1]}, -1});
-  }
+  FindTransformers(station);
   for (const Transformer& transformer : transformers) {
     roles[Place(transformer.primary.level)][Place(transformer.primary.device)] = Role::kPrimary;
     for (const WindingEnd& end : transformer.others) {
@@ -73,6 +54,31 @@ TransformerPlan::TransformerPlan(const Station& station) : isStar(station.levels
   }
 }
 
+/// Star points with their three windings, then what joins two levels.
+void TransformerPlan::FindTransformers(const Station& station) {
+  const EndsOfWinding ends = EndsOf(station);
+  for (std::size_t level = 0; level < station.levels.size(); ++level) {
+    if (!LooksLikeStar(station.levels[level])) continue;
+    std::vector<WindingEnd> far;
+    for (const StationDevice& device : station.levels[level].devices) {
+      for (const WindingEnd& end : ends.at(device.name.id)) {
+        if (end.level != static_cast<int>(level) && !LooksLikeStar(station.levels[Place(end.level)]))
+          far.push_back(end);
+      }
+    }
+    if (far.size() != 3) continue;
+    std::stable_sort(far.begin(), far.end(),
+                     [](const WindingEnd& a, const WindingEnd& b) { return a.level < b.level; });
+    isStar[level] = true;
+    transformers.push_back({far[0], {far[1], far[2]}, static_cast<int>(level)});
+  }
+  for (const auto& [id, both] : ends) {
+    const bool isWhole = both.size() == 2 && !IsStar(both[0].level) && !IsStar(both[1].level);
+    if (isWhole) transformers.push_back({both[0], {both[1]}, -1});
+  }
+}
+
+/// Three windings are named at the primary one.
 void TransformerPlan::NameDevices(const Station& station) {
   for (std::size_t level = 0; level < station.levels.size(); ++level) {
     std::vector<std::vector<std::string>>& ofLevel = names.emplace_back();

@@ -42,6 +42,7 @@ struct TransformerPlan {
   std::vector<std::vector<bool>> isUp;                       ///< likewise: it belongs above the bars of its level
 
  private:
+  void FindTransformers(const Station& station);
   void NameDevices(const Station& station);
 };
 
