@@ -83,7 +83,7 @@ void LevelDrawing::DrawNodes() {
     element.classes += ClassesOf(static_cast<int>(i));
     const std::string section = node.section >= 0 ? fmt::format("section {}", node.section) : "no section";
     const std::string island = node.island >= 0 ? fmt::format("island {}", node.island) : "dead";
-    element.title = TitleOf(node.name, section + ", " + island);
+    element.title = TitleOf(node.name, fmt::format("{}, {}", section, island));
   }
 }
 
