@@ -64,7 +64,7 @@ void AddDraw(CommandLine& app, Action& action) {
       [](CommandLine& command, DrawOptions& options) {
         AddModelArgument(command, options.model).Required();
         AddPlaceOptions(command, options.place);
-        command.AddFlag("--flows", options.flows, "Show the powers at feeders and through switches, with arrows");
+        command.AddFlag("--flows", options.flows, "Show the powers at feeders and through breakers, with arrows");
         AddPathOption(command, "-o,--output", options.output, "Where the picture is written");
         AddLogOption(command, "the validation and the breaker flow where the model needs them");
         command.Footer(kFooter);
