@@ -6,12 +6,6 @@
 #include "analysis/topology.h"
 
 namespace dtsdb::analysis {
-namespace {
-
-bool HasTopology(const Model& model) { return model.IsGood() && model.Tables().m_bsTable->GetCount() > 0; }
-
-}  // namespace
-
 Result<Flows> WorkOutFlows(Model& model, const FlowSettings& settings) {
   if (!HasTopology(model)) {
     const Result<Topology> topology = WorkOutTopology(model);

@@ -114,6 +114,8 @@ Result<Topology> WorkOutTopology(Model& model) {
   });
 }
 
+bool HasTopology(const Model& model) { return model.IsGood() && model.Tables().m_bsTable->GetCount() > 0; }
+
 Topology DescribeTopology(DTSDB& tables) {
   Topology topology;
   topology.sections = internal::SectionContents(tables).InRingOrder();

@@ -97,6 +97,9 @@ inline constexpr const char* kLeftOutCode = "TOPOLOGY_ZBR_LEFT_OUT";
 /// named in `leftOut`. An Error when the model has errors, and when a section has 100 or more neighbours, by name.
 Result<Topology> WorkOutTopology(Model& model);
 
+/// True when a good model holds the results of a run.
+bool HasTopology(const Model& model);
+
 /// What the last run has left in the tables, whoever made it. Without findings and without `leftOut`.
 Topology DescribeTopology(DTSDB& tables);
 /// Only its live islands.

@@ -26,7 +26,7 @@ constexpr const char* kFooter =
     "'dtsdb COMMAND --help' prints more about a command.";
 
 void AddCommands(CommandLine commands, Action& action) {
-  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddRun, AddFlow, AddEdit, AddConvert,
+  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddRun, AddFlow, AddEdit, AddConvert,
                          AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb}) {
     add(commands, action);
   }

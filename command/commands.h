@@ -22,6 +22,7 @@ void AddValidate(CommandLine& app, Action& action);
 void AddTopology(CommandLine& app, Action& action);
 void AddSwitch(CommandLine& app, Action& action);
 void AddScreen(CommandLine& app, Action& action);
+void AddDraw(CommandLine& app, Action& action);
 void AddRun(CommandLine& app, Action& action);
 void AddFlow(CommandLine& app, Action& action);
 void AddConvert(CommandLine& app, Action& action);

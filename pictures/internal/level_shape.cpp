@@ -1,0 +1,151 @@
+#include "pictures/internal/level_shape.h"
+
+#include <algorithm>
+#include <deque>
+#include <map>
+
+namespace dtsdb::pictures::internal {
+namespace {
+
+std::size_t Place(int number) { return static_cast<std::size_t>(number); }
+
+void SortUnique(std::vector<int>& numbers) {
+  std::sort(numbers.begin(), numbers.end());
+  numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+}
+
+}  // namespace
+
+LevelShape::LevelShape(const StationLevel& level, const std::vector<bool>& isUp)
+    : m_level(level),
+      m_isUp(isUp),
+      m_switchesOf(level.nodes.size()),
+      m_devicesOf(level.nodes.size()),
+      m_isBar(level.nodes.size()) {
+  for (std::size_t i = 0; i < level.switches.size(); ++i) {
+    const StationSwitch& item = level.switches[i];
+    m_switchesOf[Place(item.from)].push_back(static_cast<int>(i));
+    if (item.to != item.from) m_switchesOf[Place(item.to)].push_back(static_cast<int>(i));
+  }
+  for (std::size_t i = 0; i < level.devices.size(); ++i) {
+    m_devicesOf[Place(level.devices[i].node)].push_back(static_cast<int>(i));
+  }
+  ChooseBars();
+  CollectCells();
+}
+
+/// The nodes with buses; in a level without any the node on which most things hang.
+void LevelShape::ChooseBars() {
+  for (const StationBus& bus : m_level.buses) m_bars.push_back(bus.node);
+  if (m_bars.empty() && !m_level.nodes.empty()) {
+    const auto weight = [&](int node) { return SwitchesOf(node).size() + DevicesOf(node).size(); };
+    int best = 0;
+    for (int node = 1; node < static_cast<int>(m_level.nodes.size()); ++node) {
+      if (weight(node) > weight(best)) best = node;
+    }
+    m_bars.push_back(best);
+  }
+  std::vector<int> inOrder;
+  for (const int bar : m_bars) {
+    if (!IsBar(bar)) inOrder.push_back(bar);
+    m_isBar[Place(bar)] = true;
+  }
+  m_bars = inOrder;
+}
+
+void LevelShape::CollectCells() {
+  std::vector<bool> done = m_isBar;
+  for (int node = 0; node < static_cast<int>(m_level.nodes.size()); ++node) {
+    if (!done[Place(node)]) CollectCellOf(node, done);
+  }
+  for (std::size_t i = 0; i < m_level.switches.size(); ++i) {
+    const StationSwitch& item = m_level.switches[i];
+    if (!IsBar(item.from) || !IsBar(item.to)) continue;
+    Cell& cell = m_cells.emplace_back();
+    cell.switches = {static_cast<int>(i)};
+    Finish(cell);
+  }
+  for (const int bar : m_bars) {
+    for (const int device : DevicesOf(bar)) {
+      Cell& cell = m_cells.emplace_back();
+      cell.devices = {device};
+      cell.bars = {bar};
+      Finish(cell);
+    }
+  }
+  // By the first switch or device, as the names run.
+  const auto first = [](const Cell& cell) {
+    const bool hasSwitches = !cell.switches.empty();
+    return std::pair(!hasSwitches, hasSwitches            ? cell.switches.front()
+                                   : cell.devices.empty() ? 0
+                                                          : cell.devices.front());
+  };
+  std::stable_sort(m_cells.begin(), m_cells.end(), [&](const Cell& a, const Cell& b) { return first(a) < first(b); });
+}
+
+void LevelShape::CollectCellOf(int node, std::vector<bool>& done) {
+  Cell& cell = m_cells.emplace_back();
+  std::vector<int> waiting = {node};
+  done[Place(node)] = true;
+  while (!waiting.empty()) {
+    const int here = waiting.back();
+    waiting.pop_back();
+    cell.nodes.push_back(here);
+    for (const int number : SwitchesOf(here)) {
+      cell.switches.push_back(number);
+      const int other = Other(number, here);
+      if (done[Place(other)]) continue;
+      done[Place(other)] = true;
+      waiting.push_back(other);
+    }
+    cell.devices.insert(cell.devices.end(), DevicesOf(here).begin(), DevicesOf(here).end());
+  }
+  Finish(cell);
+}
+
+void LevelShape::Finish(Cell& cell) const {
+  SortUnique(cell.nodes);
+  SortUnique(cell.switches);
+  SortUnique(cell.devices);
+  for (const int number : cell.switches) {
+    for (const int node : {Switch(number).from, Switch(number).to}) {
+      if (IsBar(node)) cell.bars.push_back(node);
+    }
+  }
+  SortUnique(cell.bars);
+  cell.up = !cell.devices.empty() &&
+            std::all_of(cell.devices.begin(), cell.devices.end(), [&](int device) { return m_isUp[Place(device)]; });
+}
+
+Path WayThrough(const LevelShape& shape, const Cell& cell, int from, int to) {
+  std::map<int, int> cameBy = {{from, -1}};  // a switch
+  std::deque<int> waiting = {from};
+  while (!waiting.empty() && !cameBy.contains(to)) {
+    const int here = waiting.front();
+    waiting.pop_front();
+    if (here != from && shape.IsBar(here)) continue;
+    for (const int number : shape.SwitchesOf(here)) {
+      const bool inCell = std::binary_search(cell.switches.begin(), cell.switches.end(), number);
+      if (inCell && cameBy.emplace(shape.Other(number, here), number).second) {
+        waiting.push_back(shape.Other(number, here));
+      }
+    }
+  }
+  Path path;
+  if (from == to || !cameBy.contains(to)) return path;
+  for (int here = to; here != from; here = shape.Other(cameBy[here], here)) {
+    path.nodes.push_back(here);
+    path.switches.push_back(cameBy[here]);
+  }
+  path.nodes.push_back(from);
+  std::reverse(path.nodes.begin(), path.nodes.end());
+  std::reverse(path.switches.begin(), path.switches.end());
+  return path;
+}
+
+bool IsCoupler(const LevelShape& shape, const Cell& cell) {
+  if (cell.bars.size() != 2 || !cell.devices.empty()) return false;
+  return WayThrough(shape, cell, cell.bars[0], cell.bars[1]).switches.size() == cell.switches.size();
+}
+
+}  // namespace dtsdb::pictures::internal

@@ -1,0 +1,49 @@
+// The command dtsdb draw on the network of tests/command/golden_test.cpp; its picture is kept in tests/command/golden.
+
+#include <gtest/gtest.h>
+
+#include "tests/support/command_runner.h"
+
+namespace dtsdb::tools {
+namespace {
+
+using test::CommandResult;
+using test::Workplace;
+
+TEST(DrawCommand, WritesTheSamePictureIntoAFile) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult printed = here.Run("draw m --station 甲站");
+  const CommandResult written = here.Run("draw m --station 甲站 -o station.svg");
+  EXPECT_EQ(printed.code, 0);
+  EXPECT_EQ(written.code, 0);
+  EXPECT_EQ(written.out, "");
+  EXPECT_EQ(here.Read("station.svg"), printed.out);
+}
+
+TEST(DrawCommand, DrawsOneLevelOfAStation) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult result = here.Run("draw m --kv 乙站220");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_NE(result.out.find("data-table=\"CB\" data-id=\"乙开关\""), std::string::npos);
+}
+
+TEST(DrawCommand, AsksWhatToDraw) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult result = here.Run("draw m");
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.err, "dtsdb: name what to draw with --station ID or --kv ID\n");
+}
+
+TEST(DrawCommand, RefusesAnUnknownStation) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult result = here.Run("draw m --station 丙站");
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("丙站"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace dtsdb::tools
