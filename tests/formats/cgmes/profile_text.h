@@ -12,8 +12,7 @@
 
 #include "formats/cgmes/import.h"
 #include "formats/failure.h"
-#include "model/dtsdb.h"
-#include "model/text.h"
+#include "tests/formats/imported_tables.h"
 
 namespace dtsdb::tools::cgmes::test {
 
@@ -119,7 +118,7 @@ class SetFolder {
 };
 
 /// A grid that was imported from texts, a file each.
-struct Imported {
+struct Imported : tools::test::ImportedTables {
   explicit Imported(const std::vector<std::string>& texts, const ImportOptions& options = {}) {
     const SetFolder folder;
     for (std::size_t i = 0; i < texts.size(); ++i) folder.Write(std::to_string(i) + ".xml", texts[i]);
@@ -127,21 +126,6 @@ struct Imported {
   }
   explicit Imported(const ProfileText& profile, const ImportOptions& options = {})
       : Imported(std::vector<std::string>{profile.Text()}, options) {}
-
-  /// The record with this identity; one without identity where there is none.
-  template <class T>
-  T Of(const char* id) {
-    tTable<T>& table = TableOf<T>(model);
-    const int number = table.Find(T(IdFromLiteral(id)));
-    return number == -1 ? T() : table.GetPh(number);
-  }
-  template <class T>
-  int Count() {
-    return TableOf<T>(model).GetCount();
-  }
-
-  DTSDB model;
-  ImportReport report;
 };
 
 /// The line with which `work` fails, empty when it doesn't.

@@ -8,7 +8,7 @@
 #include "formats/failure.h"
 #include "formats/xiidm/import.h"
 #include "formats/xiidm/reader.h"
-#include "model/text.h"
+#include "tests/formats/imported_tables.h"
 
 namespace dtsdb::tools::xiidm::test {
 
@@ -43,25 +43,10 @@ inline Network Read(const std::string& text) {
 }
 
 /// A model made of a text.
-struct Imported {
+struct Imported : tools::test::ImportedTables {
   explicit Imported(const std::string& text, const ImportOptions& options = {}) {
     report = ImportNetwork(Read(text), options, model);
   }
-
-  /// The record with this identity; one without identity where there is none.
-  template <class T>
-  T Of(const char* id) {
-    tTable<T>& table = TableOf<T>(model);
-    const int number = table.Find(T(IdFromLiteral(id)));
-    return number == -1 ? T() : table.GetPh(number);
-  }
-  template <class T>
-  int Count() {
-    return TableOf<T>(model).GetCount();
-  }
-
-  DTSDB model;
-  ImportReport report;
 };
 
 inline std::string Real(const QString& id) { return TextFromId(id).toStdString(); }
