@@ -143,7 +143,7 @@ int Events(const DiffOptions& options) {
   const analysis::Model b = OpenModel(WithImport(options.b, options.a.Import()));
   const analysis::Way way = Take(analysis::FindWay(a, b));
   if (options.format == Format::kText && options.sheet.empty()) {
-    WriteResult(Format::kJson, Take(analysis::ScriptOf(way.events)));  // scripts are UTF-8 in every terminal
+    WriteUtf8(Take(analysis::ScriptOf(way.events)));
     for (const auto& [table, identity, why] : way.unreachable) {
       WriteMessage(fmt::format("{} {}: {}", table, Quoted(identity), why));
     }

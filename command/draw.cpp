@@ -49,7 +49,7 @@ int Draw(const DrawOptions& options) {
   if (options.place.IsEmpty()) throw Failure(kExitUsage, "name what to draw with --station ID or --kv ID");
   const std::string svg = pictures::ToSvg(pictures::DrawStation(StationOf(options), {options.flows}));
   if (options.output.empty()) {
-    WriteResult(Format::kJson, svg);
+    WriteUtf8(svg);
   } else {
     WriteFile(options.output, svg);
   }

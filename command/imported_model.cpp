@@ -16,8 +16,6 @@
 namespace dtsdb::tools {
 namespace {
 
-Cell TextOrNothing(const std::string& text) { return text.empty() ? Cell() : Cell(text); }
-
 Sheet ExceptionSheet(const char* name, const char* title, const std::vector<ImportReport::Exception>& exceptions) {
   Sheet sheet(name, title, {"count", "class", "why", "first"});
   sheet.HideWhenEmpty();

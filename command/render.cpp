@@ -261,13 +261,14 @@ std::string Report::Render(Format format, bool colour, const std::string& sheet)
   return chosen != nullptr ? chosen->Text(colour) : Text(colour);
 }
 
-void WriteResult(Format format, const std::string& utf8) {
-  const QByteArray bytes =
-      format == Format::kText ? TerminalBytes(QString::fromStdString(utf8)) : QByteArray::fromStdString(utf8);
-  const auto size = static_cast<std::size_t>(bytes.size());
-  if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
+void WriteUtf8(const std::string& utf8) {
+  if (std::fwrite(utf8.data(), 1, utf8.size(), stdout) != utf8.size() || std::fflush(stdout) != 0) {
     throw Failure(kExitFile, fmt::format("standard output: {}", std::strerror(errno)));
   }
+}
+
+void WriteResult(Format format, const std::string& utf8) {
+  WriteUtf8(format == Format::kText ? TerminalBytes(QString::fromStdString(utf8)).toStdString() : utf8);
 }
 
 void WriteReport(const Report& report, Format format, const std::string& sheet) {

@@ -90,6 +90,9 @@ class Report {
 /// Writes a command's result on the standard output: text in the terminal's encoding, the other formats in UTF-8.
 /// A Failure when it can't be written.
 void WriteResult(Format format, const std::string& utf8);
+/// Writes what another program reads on the standard output, in UTF-8 whatever the terminal's encoding. A Failure when
+/// it can't be written.
+void WriteUtf8(const std::string& utf8);
 
 /// Renders `report` and writes it, in colour where a terminal shows it and NO_COLOR doesn't forbid it.
 void WriteReport(const Report& report, Format format, const std::string& sheet = "");

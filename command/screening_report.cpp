@@ -22,8 +22,6 @@ using analysis::OutageResult;
 using analysis::Screening;
 using analysis::Supplied;
 
-Cell TextOrNothing(const std::string& text) { return text.empty() ? Cell() : Cell(text); }
-
 Cell CountCell(std::size_t count) { return NumberCell(static_cast<long long>(count)); }
 
 /// Number of things for which `holds`.

@@ -24,7 +24,7 @@ void WriteLine(const std::string& line) { WriteResult(Format::kText, Now() + " "
 void WriteEvent(const char* event, const Json& properties) {
   Json object = {{"time", Now()}, {"event", event}};
   object.update(properties);
-  WriteResult(Format::kJson, object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+  WriteUtf8(object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 Json TextOrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }

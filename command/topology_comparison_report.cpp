@@ -9,8 +9,6 @@
 namespace dtsdb::tools {
 namespace {
 
-Cell TextOrNothing(const std::string& text) { return text.empty() ? Cell() : Cell(text); }
-
 Sheet DifferenceSheet(const char* name, const char* title, const cgmes::TopologyComparison& comparison,
                       bool isByDesign) {
   Sheet sheet(name, title, {"what", "station", "voltage_level", "here", "published", "why"});

@@ -18,8 +18,6 @@ using analysis::Topology;
 
 Cell NumberOrNothing(int number) { return number >= 0 ? NumberCell(number) : Cell(); }
 
-Cell TextOrNothing(const std::string& text) { return text.empty() ? Cell() : Cell(text); }
-
 /// Live, dead, or a fragment that only holds the open or dead end of a branch.
 std::string StateOf(const Section& section) {
   const std::string state = section.IsLive() ? "live" : "dead";

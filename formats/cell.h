@@ -16,6 +16,8 @@ struct Number {
 using Cell = std::variant<std::monostate, std::string, Number, bool>;
 
 Cell NumberCell(long long number);
+/// A text, nothing for an empty one.
+Cell TextOrNothing(const std::string& text);
 
 /// What a cell holds as plain text, empty for nothing.
 std::string CellText(const Cell& cell);

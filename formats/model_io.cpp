@@ -51,13 +51,10 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgre
     ReadRealtime(path, database);
     return database;
   }
-  if (name.Form() == ModelForm::kCgmes) {
-    ImportReport made = cgmes::Import(name.Paths(), name.Import(), database, progress);
-    if (report != nullptr) *report = std::move(made);
-    return database;
-  }
-  if (name.Form() == ModelForm::kXiidm) {
-    ImportReport made = xiidm::Import(path, name.Import(), database, progress);
+  const ModelForm form = name.Form();
+  if (form == ModelForm::kCgmes || form == ModelForm::kXiidm) {
+    ImportReport made = form == ModelForm::kCgmes ? cgmes::Import(name.Paths(), name.Import(), database, progress)
+                                                  : xiidm::Import(path, name.Import(), database, progress);
     if (report != nullptr) *report = std::move(made);
     return database;
   }
@@ -65,7 +62,7 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgre
   if (!fs::exists(path, error) && !FindTextTables(path)) {
     RefuseFile(path, error ? error.message() : "there is no such file or folder");
   }
-  if (name.Form() == ModelForm::kTextTables) {
+  if (form == ModelForm::kTextTables) {
     ReadTextTables(path, database, progress);
   } else {
     Check(path, ReadObjectFile(database, QtPath(path)));

@@ -1,7 +1,7 @@
 #include "generate/generator.h"
 
+#include "formats/input_rows.h"
 #include "generate/equipment.h"
-#include "generate/input_rows.h"
 #include "generate/plan_rows.h"
 #include "generate/power_balance.h"
 #include "generate/random.h"

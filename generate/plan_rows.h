@@ -2,7 +2,7 @@
 /// The last step of a utility: names, and rows of the tables.
 #pragma once
 
-#include "generate/input_rows.h"
+#include "formats/input_rows.h"
 #include "generate/plan.h"
 
 namespace dtsdb::tools {

@@ -5,10 +5,6 @@
 namespace dtsdb::tools {
 namespace {
 
-constexpr u32 kBreakerType = 1;
-constexpr u32 kDisconnectorType = 4;
-static_assert((kBreakerType | kDisconnectorType) == CB_TYPES);
-
 constexpr i8 kPointClosed = 1;
 constexpr i8 kPointOpen = 2;
 
@@ -79,7 +75,7 @@ void Switchyard::PutSwitch(const QString& id, const QString& nd, const QString& 
 
   CB& breaker = m_rows.Put<CB>(id);
   breaker.kv = m_id;
-  breaker.flags = (isBreaker ? kBreakerType : kDisconnectorType) | (closed ? 0 : CB_OPEN);
+  breaker.flags = (isBreaker ? CB_BREAKER : CB_DISCONNECTOR) | (closed ? 0 : CB_OPEN);
   breaker.status_id = point.id;
   breaker.nd = nd;
   breaker.znd = znd;

@@ -4,8 +4,8 @@
 
 #include <QString>
 
+#include "formats/input_rows.h"
 #include "generate/arrangements.h"
-#include "generate/input_rows.h"
 #include "generate/plan.h"
 
 namespace dtsdb::tools {

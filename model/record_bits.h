@@ -46,7 +46,9 @@ inline constexpr u8 ST_HAS_CB = 16;
 
 /// \name CB `flags`
 ///@{
-inline constexpr u32 CB_TYPES = 1 | 4;      ///< the breaker's type: exactly one of the two is set in a valid model
+inline constexpr u32 CB_BREAKER = 1;       ///< the breaker's type is a circuit breaker
+inline constexpr u32 CB_DISCONNECTOR = 4;  ///< or a disconnector: exactly one of the two is set in a valid model
+inline constexpr u32 CB_TYPES = CB_BREAKER | CB_DISCONNECTOR;
 inline constexpr u32 CB_OPEN = 0x100;       ///< the breaker is open
 inline constexpr u32 CB_READ_OPEN = 0x800;  ///< set by other programs: the realtime exchange reads the breaker as open
 inline constexpr u32 CB_ZBR = 0x2000;       ///< a zero-impedance branch stands on the breaker

@@ -17,7 +17,6 @@ using analysis::Error;
 using analysis::ErrorCode;
 using tools::IdText;
 
-constexpr u32 kBreakerType = 1;
 constexpr const char* kLive = "live";
 
 template <class T>
@@ -100,7 +99,7 @@ class LevelReader {
 
   void AddSwitch(const CB& breaker) {
     StationSwitch added{NameOf(breaker), PlaceOf(breaker.ind), PlaceOf(breaker.iznd)};
-    added.isBreaker = (breaker.flags & kBreakerType) != 0;
+    added.isBreaker = (breaker.flags & CB_BREAKER) != 0;
     added.open = (breaker.flags & CB_OPEN) != 0;
     added.state = StateOf(added.name);
     const auto flow = m_station.m_flows.find(breaker.id);

@@ -42,14 +42,14 @@ void AddTo(Mapping& mapping, TableKind table, int object, const QString& contain
 void MapRegions(Mapping& mapping, const Regions& regions) {
   for (const int company : regions.companies) AddTo(mapping, KIND_CO, company);
   mapping.ids.Settle(KIND_CO);
-  for (const int company : regions.companies) mapping.rows.co.emplace_back(mapping.ids.Id(KIND_CO, company));
+  for (const int company : regions.companies) mapping.rows.Of<CO>().emplace_back(mapping.ids.Id(KIND_CO, company));
   const auto companyOf = [&](int district) { return mapping.objects.Target(district, kRegionOfRegion); };
   for (const int district : regions.districts) {
     AddTo(mapping, KIND_DV, district, mapping.ids.Text(KIND_CO, companyOf(district)));
   }
   mapping.ids.Settle(KIND_DV);
   for (const int district : regions.districts) {
-    DV& row = mapping.rows.dv.emplace_back(mapping.ids.Id(KIND_DV, district));
+    DV& row = mapping.rows.Of<DV>().emplace_back(mapping.ids.Id(KIND_DV, district));
     row.co = mapping.ids.Id(KIND_CO, companyOf(district));
   }
 }
@@ -65,7 +65,7 @@ void MapStations(Mapping& mapping) {
   }
   mapping.ids.Settle(KIND_ST);
   for (const auto& [station, region] : regionOf) {
-    ST& row = mapping.rows.st.emplace_back(mapping.ids.Id(KIND_ST, station));
+    ST& row = mapping.rows.Of<ST>().emplace_back(mapping.ids.Id(KIND_ST, station));
     row.dv = mapping.ids.Id(KIND_DV, region);
   }
 }
@@ -110,7 +110,7 @@ void MapLevels(Mapping& mapping) {
   ReportJoined(mapping);
   AddStarPoints(mapping);
   mapping.ids.Settle(KIND_KV);
-  for (const Level& level : mapping.places.Levels()) mapping.rows.kv.push_back(LevelRow(mapping, level));
+  for (const Level& level : mapping.places.Levels()) mapping.rows.Of<KV>().push_back(LevelRow(mapping, level));
 }
 
 /// The records of nodes are made by the validation, from the names that equipment gives them.

@@ -1,8 +1,8 @@
 #include <map>
 
 #include "formats/cgmes/branch_rows.h"
-#include "formats/cgmes/groups.h"
 #include "formats/cgmes/steps.h"
+#include "formats/import/groups.h"
 
 namespace dtsdb::tools::cgmes {
 namespace {
@@ -84,7 +84,7 @@ std::vector<int> MapDcLines(Mapping& mapping) {
     }
   }
   mapping.ids.Settle(KIND_DLN);
-  for (const DcNetwork& line : lines) mapping.rows.dln.push_back(LineRow(mapping, line));
+  for (const DcNetwork& line : lines) mapping.rows.Of<DLN>().push_back(LineRow(mapping, line));
   return others;
 }
 

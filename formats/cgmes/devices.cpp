@@ -13,7 +13,7 @@ void MapBuses(Mapping& mapping) {
   mapping.ids.Settle(KIND_BUS);
   for (const int bus : buses) {
     const int terminal = mapping.Terminal(bus, 0);
-    BUS& row = mapping.rows.bus.emplace_back(mapping.ids.Id(KIND_BUS, bus));
+    BUS& row = mapping.rows.Of<BUS>().emplace_back(mapping.ids.Id(KIND_BUS, bus));
     row.kv = mapping.LevelId(terminal);
     row.nd = mapping.NodeId(terminal);
     row.ana_v = mapping.Point(terminal, Measured::kV);
@@ -109,9 +109,9 @@ void MapDevices(Mapping& mapping, const std::vector<int>& converters) {
   name(KIND_UN, devices.units);
   name(KIND_LD, devices.loads);
   name(KIND_CP, devices.shunts);
-  for (const int unit : devices.units) mapping.rows.un.push_back(UnitRow(mapping, unit));
-  for (const int load : devices.loads) mapping.rows.ld.push_back(LoadRow(mapping, load));
-  for (const int shunt : devices.shunts) mapping.rows.cp.push_back(DeviceRow<CP>(mapping, shunt, 1));
+  for (const int unit : devices.units) mapping.rows.Of<UN>().push_back(UnitRow(mapping, unit));
+  for (const int load : devices.loads) mapping.rows.Of<LD>().push_back(LoadRow(mapping, load));
+  for (const int shunt : devices.shunts) mapping.rows.Of<CP>().push_back(DeviceRow<CP>(mapping, shunt, 1));
 }
 
 }  // namespace dtsdb::tools::cgmes

@@ -2,6 +2,7 @@
 
 #include "formats/cgmes/branch_rows.h"
 #include "formats/cgmes/steps.h"
+#include "formats/import/line_voltages.h"
 
 namespace dtsdb::tools::cgmes {
 namespace {
@@ -22,7 +23,7 @@ LN LineRow(const Mapping& mapping, int equipment) {
 /// The row of the level with this object.
 KV& LevelRow(Mapping& mapping, const Level& level) {
   const auto place = static_cast<std::size_t>(&level - mapping.places.Levels().data());
-  return mapping.rows.kv[place];
+  return mapping.rows.Of<KV>()[place];
 }
 
 /// Lets a line join two base voltages, and reports at which of its levels.
@@ -43,7 +44,7 @@ void MapLines(Mapping& mapping) {
   for (const int line : lines) mapping.ids.Add(KIND_LN, line, mapping.LevelText(line));
   mapping.ids.Settle(KIND_LN);
   for (const int line : lines) {
-    mapping.rows.ln.push_back(LineRow(mapping, line));
+    mapping.rows.Of<LN>().push_back(LineRow(mapping, line));
     PartVoltages(mapping, line);
   }
 }

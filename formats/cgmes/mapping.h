@@ -11,8 +11,8 @@
 #include "formats/cgmes/places.h"
 #include "formats/cgmes/set.h"
 #include "formats/import/identities.h"
-#include "formats/import/rows.h"
 #include "formats/import_options.h"
+#include "formats/input_rows.h"
 
 namespace dtsdb::tools::cgmes {
 
@@ -31,7 +31,7 @@ class Mapping {
   const Places places;
   Identities ids;
   Account account;
-  Rows rows;
+  InputRows rows;
   /// Identities of measurement points by equipment, terminal (Objects::kNone for the equipment as a whole) and what is
   /// measured.
   std::map<std::tuple<int, int, Measured>, QString> points;

@@ -71,7 +71,7 @@ void MapMeasurements(Mapping& mapping) {
   const std::vector<int> analogs = mapping.connections.WithRole(Role::kAnalog);
   Name(mapping, KIND_ANALOG, analogs);
   for (const int point : analogs) {
-    ANALOG& row = mapping.rows.analog.emplace_back(mapping.ids.Id(KIND_ANALOG, point));
+    ANALOG& row = mapping.rows.Of<ANALOG>().emplace_back(mapping.ids.Id(KIND_ANALOG, point));
     const int value = mapping.connections.ReferringTo(point, kAnalogOfValue);
     row.value = Single(mapping.connections.Number(value, kAnalogValue));
     Link(mapping, point, MeasuredBy(mapping, point), row.id);
@@ -79,7 +79,7 @@ void MapMeasurements(Mapping& mapping) {
   const std::vector<int> discretes = mapping.connections.WithRole(Role::kDiscrete);
   Name(mapping, KIND_STATUS, discretes);
   for (const int point : discretes) {
-    STATUS& row = mapping.rows.status.emplace_back(mapping.ids.Id(KIND_STATUS, point));
+    STATUS& row = mapping.rows.Of<STATUS>().emplace_back(mapping.ids.Id(KIND_STATUS, point));
     row.value = StatusValue(mapping, point);
     Link(mapping, point, MeasuredBy(mapping, point), row.id);
   }

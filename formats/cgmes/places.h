@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "formats/cgmes/connections.h"
-#include "formats/cgmes/groups.h"
+#include "formats/import/groups.h"
 
 namespace dtsdb::tools::cgmes {
 

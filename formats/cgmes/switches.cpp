@@ -46,13 +46,13 @@ ZBR BranchRow(const Mapping& mapping, int equipment, const QString& breaker) {
 void MapRole(Mapping& mapping, const std::vector<int>& switches, bool areBreakers) {
   for (const int equipment : switches) {
     const CB row = BreakerRow(mapping, equipment, areBreakers);
-    mapping.rows.cb.push_back(row);
+    mapping.rows.Of<CB>().push_back(row);
     const bool isRetained = mapping.objects.IsTrue(equipment, kSwitchRetained) && !(row.flags & CB_OPEN);
     if (!isRetained) continue;
     if (mapping.options.mergesRetained) {
       mapping.account.Change(equipment, "it is retained, but joins its nodes, as --merge-retained asks for");
     } else {
-      mapping.rows.zbr.push_back(BranchRow(mapping, equipment, row.id));
+      mapping.rows.Of<ZBR>().push_back(BranchRow(mapping, equipment, row.id));
     }
   }
 }

@@ -10,10 +10,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "formats/cgmes/groups.h"
 #include "formats/cgmes/island_comparison.h"
 #include "formats/cgmes/switch_joints.h"
 #include "formats/failure.h"
+#include "formats/import/groups.h"
 
 namespace dtsdb::tools::cgmes {
 namespace {

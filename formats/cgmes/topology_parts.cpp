@@ -85,9 +85,10 @@ class Parts {
         if constexpr (requires { row.znd; }) used.insert(row.znd);
       }
     };
-    const Rows& rows = m_mapping.rows;
+    const InputRows& rows = m_mapping.rows;
     std::apply([&](const auto&... each) { (use(each), ...); },
-               std::tie(rows.cb, rows.bus, rows.un, rows.ld, rows.cp, rows.ln, rows.xf, rows.dln));
+               std::tie(rows.Of<CB>(), rows.Of<BUS>(), rows.Of<UN>(), rows.Of<LD>(), rows.Of<CP>(), rows.Of<LN>(),
+                        rows.Of<XF>(), rows.Of<DLN>()));
     for (const int node : m_mapping.places.Nodes()) {
       if (used.contains(m_mapping.ids.Id(KIND_ND, node))) continue;
       const int level = m_mapping.places.Levels()[static_cast<std::size_t>(m_mapping.places.LevelOf(node))].object;

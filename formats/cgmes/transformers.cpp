@@ -33,7 +33,7 @@ void AddWinding(Mapping& mapping, int transformer) {
   SetEnds(mapping, row, ends[0], ends[1]);
   SetPowers(mapping, row, ends[0], ends[1]);
   row.status = StatusOf<XF>(mapping, ends[0], ends[1]);
-  mapping.rows.xf.push_back(row);
+  mapping.rows.Of<XF>().push_back(row);
 }
 
 /// The level of a star point. Its base voltage is 0: no line leads to it.
@@ -47,7 +47,7 @@ KV StarLevel(const Mapping& mapping, int transformer, const QString& station) {
 void AddStar(Mapping& mapping, int transformer) {
   const std::vector<int> ends = HighFirst(mapping, transformer);
   const QString station = StationOf(mapping, transformer, ends[0]);
-  mapping.rows.kv.push_back(StarLevel(mapping, transformer, station));
+  mapping.rows.Of<KV>().push_back(StarLevel(mapping, transformer, station));
   for (std::size_t i = 0; i < ends.size(); ++i) {
     XF row(mapping.ids.Id(KIND_XF, transformer, static_cast<int>(i) + 1));
     row.type = static_cast<u8>(i + 1);
@@ -59,7 +59,7 @@ void AddStar(Mapping& mapping, int transformer) {
     row.p = row.zp = Single(in.p);
     row.q = row.zq = Single(in.q);
     row.status = StatusOf<XF>(mapping, ends[i], Objects::kNone);
-    mapping.rows.xf.push_back(row);
+    mapping.rows.Of<XF>().push_back(row);
   }
 }
 

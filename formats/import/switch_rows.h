@@ -4,13 +4,13 @@
 
 #include <QString>
 
-#include "model/basic_types.h"
+#include "model/record_bits.h"
 #include "model/text.h"
 
 namespace dtsdb::tools {
 
 /// CB `flags` of a breaker, or else of a disconnector.
-inline u32 TypeOfSwitch(bool isBreaker) { return isBreaker ? 1 : 4; }
+inline u32 TypeOfSwitch(bool isBreaker) { return isBreaker ? CB_BREAKER : CB_DISCONNECTOR; }
 
 /// The identity of the zero-impedance branch on a breaker, of whose identity `breaker` is the real text. None begins
 /// another's: "|Z" ends each, and a "|" in the breaker's own stands twice.

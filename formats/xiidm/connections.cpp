@@ -2,8 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <numeric>
-
+#include "formats/import/groups.h"
 #include "formats/text_layout.h"
 
 namespace dtsdb::tools::xiidm {
@@ -120,27 +119,19 @@ void Connections::Join() {
   for (const InternalConnection& connection : m_network.connections) {
     joined.emplace_back(NodeOf(connection.level, connection.node1), NodeOf(connection.level, connection.node2));
   }
-  m_parent.resize(m_nodes.size());
-  std::iota(m_parent.begin(), m_parent.end(), 0);
+  Groups groups(m_nodes.size());
   const auto numberOf = [this](int node) { return m_nodes[static_cast<std::size_t>(node)].number; };
-  for (const auto& [node1, node2] : joined) {
-    const int a = Root(node1);
-    const int b = Root(node2);
-    const int lower = numberOf(a) < numberOf(b) ? a : b;
-    m_parent[static_cast<std::size_t>(a)] = m_parent[static_cast<std::size_t>(b)] = lower;
+  for (const auto& [node1, node2] : joined) {  // that with the lower number stands for both
+    const int a = groups.Of(node1);
+    const int b = groups.Of(node2);
+    groups.Join(numberOf(a) < numberOf(b) ? b : a, numberOf(a) < numberOf(b) ? a : b);
   }
-  for (int i = 0; i < static_cast<int>(m_parent.size()); ++i) m_parent[static_cast<std::size_t>(i)] = Root(i);
+  m_parent.reserve(m_nodes.size());
+  for (int i = 0; i < static_cast<int>(m_nodes.size()); ++i) m_parent.push_back(groups.Of(i));
   for (const NodeName& named : m_network.nodeNames) {
     const int node = FindNode(named.level, named.node);
     if (node != kNone) m_nodes[static_cast<std::size_t>(node)].name = named.name;
   }
-}
-
-/// The node that stands for those joined so far; ways to it become shorter.
-int Connections::Root(int node) {
-  const auto parent = [this](int of) -> int& { return m_parent[static_cast<std::size_t>(of)]; };
-  while (parent(node) != node) node = parent(node) = parent(parent(node));
-  return node;
 }
 
 std::span<const Terminal> Connections::TerminalsOf(int object) const {

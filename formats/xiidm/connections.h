@@ -65,7 +65,6 @@ class Connections {
   int BusOf(int object, int side, int level, std::string_view id) const;
   void MoveDisconnected();
   void Join();
-  int Root(int node);
 
   const Network& m_network;
   std::vector<Node> m_nodes;

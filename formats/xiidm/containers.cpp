@@ -45,14 +45,15 @@ void MapRegions(Mapping& mapping, const std::vector<int>& stations) {
   }
   for (const auto& [name, number] : companies) mapping.ids.AddMade(KIND_CO, number, QString::fromStdString(name));
   mapping.ids.Settle(KIND_CO);
-  for (const auto& [name, number] : companies) mapping.rows.co.emplace_back(mapping.ids.Id(KIND_CO, number));
+  for (const auto& [name, number] : companies) mapping.rows.Of<CO>().emplace_back(mapping.ids.Id(KIND_CO, number));
   for (const auto& [key, number] : districts) {
     mapping.ids.AddMade(KIND_DV, number, QString::fromStdString(key.second),
                         mapping.ids.Text(KIND_CO, companies.at(key.first)));
   }
   mapping.ids.Settle(KIND_DV);
   for (const auto& [key, number] : districts) {
-    mapping.rows.dv.emplace_back(mapping.ids.Id(KIND_DV, number)).co = mapping.ids.Id(KIND_CO, companies.at(key.first));
+    mapping.rows.Of<DV>().emplace_back(mapping.ids.Id(KIND_DV, number)).co =
+        mapping.ids.Id(KIND_CO, companies.at(key.first));
   }
 }
 
@@ -69,7 +70,7 @@ void MapStations(Mapping& mapping, const std::vector<int>& stations) {
   }
   mapping.ids.Settle(KIND_ST);
   for (const int station : stations) {
-    ST& row = mapping.rows.st.emplace_back(mapping.ids.Id(KIND_ST, station));
+    ST& row = mapping.rows.Of<ST>().emplace_back(mapping.ids.Id(KIND_ST, station));
     row.dv = mapping.ids.Id(KIND_DV, mapping.districtOf.at(station));
   }
 }

@@ -20,7 +20,7 @@ int Station(const Mapping& mapping, int line, Attribute end) {
 void AddLine(Mapping& mapping, int line) {
   const Terminal& from = mapping.connections.End(Station(mapping, line, kConverter1), 0);
   const Terminal& to = mapping.connections.End(Station(mapping, line, kConverter2), 0);
-  DLN& row = mapping.rows.dln.emplace_back(mapping.ids.Id(KIND_DLN, line));
+  DLN& row = mapping.rows.Of<DLN>().emplace_back(mapping.ids.Id(KIND_DLN, line));
   row.dv = mapping.DistrictId(from);
   row.st = mapping.StationId(from);
   row.zst = mapping.StationId(to);

@@ -27,7 +27,7 @@ void MapBuses(Mapping& mapping) {
   }
   mapping.ids.Settle(KIND_BUS);
   const auto add = [&mapping](int object) -> BUS& {
-    BUS& row = mapping.rows.bus.emplace_back(mapping.ids.Id(KIND_BUS, object));
+    BUS& row = mapping.rows.Of<BUS>().emplace_back(mapping.ids.Id(KIND_BUS, object));
     row.v = mapping.objects.NumberOrZero(object, kV);
     row.a = mapping.objects.NumberOrZero(object, kAngle);
     return row;
@@ -199,14 +199,14 @@ void MapDevices(Mapping& mapping, const std::vector<int>& converters) {
   Name(mapping, KIND_CP, devices.shunts);
   const References references(mapping);
   for (const Device& unit : devices.units) {
-    UN& row = mapping.rows.un.emplace_back(UnitRow(mapping, unit));
+    UN& row = mapping.rows.Of<UN>().emplace_back(UnitRow(mapping, unit));
     row.ref = references.Has(unit, true) ? 0 : -1;
   }
   for (const Device& load : devices.loads) {
-    LD& row = mapping.rows.ld.emplace_back(DeviceRow<LD>(mapping, load, 1));
+    LD& row = mapping.rows.Of<LD>().emplace_back(DeviceRow<LD>(mapping, load, 1));
     row.ref = references.Has(load, false) ? 0 : -1;
   }
-  for (const Device& shunt : devices.shunts) mapping.rows.cp.push_back(DeviceRow<CP>(mapping, shunt, 1));
+  for (const Device& shunt : devices.shunts) mapping.rows.Of<CP>().push_back(DeviceRow<CP>(mapping, shunt, 1));
 }
 
 }  // namespace dtsdb::tools::xiidm

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "formats/failure.h"
@@ -92,7 +93,11 @@ class Planning {
     QString id = text;
     const QString withTable = QLatin1String(table) + QLatin1Char(' ') + text;
     if (id.isEmpty() || m_used.contains(id)) id = withTable;
-    for (int i = 2; m_used.contains(id); ++i) id = withTable + QStringLiteral(" (%1)").arg(i);
+    while (m_used.contains(id)) {
+      int& number = m_lastNumber[withTable];
+      number = std::max(number + 1, 2);
+      id = withTable + QStringLiteral(" (%1)").arg(number);
+    }
     m_used.insert(id);
     return id;
   }
@@ -333,6 +338,7 @@ class Planning {
   std::vector<QSet<int>> m_taken;              // nodes with an end of equipment on them, by level
   QSet<int> m_ofStars;                         // windings
   QSet<QString> m_used;                        // ids
+  QHash<QString, int> m_lastNumber;            // put behind a text that several records have
 };
 
 }  // namespace

@@ -72,7 +72,7 @@ ImportReport ImportNetwork(const Network& network, const ImportOptions& options,
   MapLines(mapping);
   MapTransformers(mapping);
   MapDevices(mapping, MapDcLines(mapping));
-  mapping.rows.Fill(model);
+  mapping.rows.FillTables(model);
   return mapping.Report();
 }
 

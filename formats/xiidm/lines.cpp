@@ -1,3 +1,4 @@
+#include "formats/import/line_voltages.h"
 #include "formats/xiidm/branch_rows.h"
 #include "formats/xiidm/steps.h"
 
@@ -28,7 +29,7 @@ std::vector<Line> FindLines(Mapping& mapping) {
 }
 
 void AddLine(Mapping& mapping, const Line& line) {
-  LN& row = mapping.rows.ln.emplace_back(mapping.ids.Id(KIND_LN, line.object));
+  LN& row = mapping.rows.Of<LN>().emplace_back(mapping.ids.Id(KIND_LN, line.object));
   row.dv = mapping.DistrictId(*line.from);
   row.st = mapping.StationId(*line.from);
   row.zst = mapping.StationId(*line.to);
@@ -47,7 +48,7 @@ void AddLine(Mapping& mapping, const Line& line) {
 void AddBorderLine(Mapping& mapping, int border) {
   const Terminal& from = mapping.connections.End(border, 0);
   const Inflow atBorder = mapping.AtBorder(border);
-  LN& row = mapping.rows.ln.emplace_back(mapping.ids.Id(KIND_LN, border));
+  LN& row = mapping.rows.Of<LN>().emplace_back(mapping.ids.Id(KIND_LN, border));
   row.dv = mapping.DistrictId(from);
   row.st = mapping.StationId(from);
   row.zst = mapping.ids.Id(KIND_ST, border);

@@ -87,8 +87,8 @@ int Mapping::NodeNumber(int node) const {
 }
 
 void Mapping::AddLevelRow(int level, const KV& row) {
-  m_levelRows.emplace(level, rows.kv.size());
-  rows.kv.push_back(row);
+  m_levelRows.emplace(level, rows.Of<KV>().size());
+  rows.Of<KV>().push_back(row);
 }
 
 ImportReport Mapping::Report() const {

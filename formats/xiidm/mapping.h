@@ -8,8 +8,8 @@
 
 #include "formats/import/exceptions.h"
 #include "formats/import/identities.h"
-#include "formats/import/rows.h"
 #include "formats/import_options.h"
+#include "formats/input_rows.h"
 #include "formats/xiidm/connections.h"
 #include "formats/xiidm/network.h"
 
@@ -32,7 +32,7 @@ class Mapping {
   const ImportOptions& options;
   const Connections connections;
   Identities ids;
-  Rows rows;
+  InputRows rows;
   std::vector<TieLine> tieLines;
   std::vector<int> borders;                 ///< boundary lines that are no half of a tie line
   std::unordered_map<int, int> districtOf;  ///< by the station: the number of its district's identity
@@ -63,7 +63,7 @@ class Mapping {
   /// The number by which a node's identity is found: that of the bus, or one that no object has.
   int NodeNumber(int node) const;
   /// The row of a level.
-  KV& LevelRow(int level) { return rows.kv[m_levelRows.at(level)]; }
+  KV& LevelRow(int level) { return rows.Of<KV>()[m_levelRows.at(level)]; }
   void AddLevelRow(int level, const KV& row);
 
  private:

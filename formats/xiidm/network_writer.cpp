@@ -20,6 +20,12 @@ constexpr const char* kDate = "1970-01-01T00:00:00.000Z";  // the tables have no
 constexpr const char* kNone = "(none)";  // what an import calls a company or district that isn't given
 constexpr double kNoLimit = 1.7976931348623157E308;
 
+/// The shortest digits from which a number is read again as it was.
+template <std::floating_point Number>
+QString Digits(Number number) {
+  return QString::fromStdString(fmt::format("{}", number));
+}
+
 /// Elements and their attributes.
 class Elements {
  public:
@@ -42,7 +48,7 @@ class Elements {
   template <std::floating_point Number>
   void Add(const char* name, Number value) {
     const Number written = std::isfinite(value) && value != 0 ? value : Number{0};  // and none is -0
-    Add(name, QString::fromStdString(fmt::format("{}", written)));
+    Add(name, Digits(written));
   }
 
   void Property(const QString& name, const QString& value) {
@@ -112,16 +118,14 @@ class Writer {
     const PlannedLevel& level = m_plan.levels[At(number)];
     const KV& row = Of<KV>()[number];
     m_out.Open("voltageLevel", level.name);
-    m_out.Add("nominalV", level.nominal == row.vbase ? QString::fromStdString(fmt::format("{}", row.vbase))
-                                                     : QString::fromStdString(fmt::format("{}", level.nominal)));
+    const bool hasOwn = level.nominal == row.vbase;  // then with the digits of a float
+    m_out.Add("nominalV", hasOwn ? Digits(row.vbase) : Digits(level.nominal));
     if (row.vmin != 0 || row.vmax != 0) {
       m_out.Add("lowVoltageLimit", row.vmin);
       m_out.Add("highVoltageLimit", row.vmax);
     }
     m_out.Add("topologyKind", "NODE_BREAKER");
-    if (level.nominal != row.vbase) {
-      m_out.Property(kOwnVoltage, QString::fromStdString(fmt::format("{}", row.vbase)));
-    }
+    if (!hasOwn) m_out.Property(kOwnVoltage, Digits(row.vbase));
     WriteNodeNames(level);
     WriteTopology(number);
     for (const int unit : level.units) WriteUnit(unit, number);
@@ -178,7 +182,7 @@ class Writer {
     const ZBR* const branch = m_plan.branches.value(row.id, nullptr);
     const bool isOpen = (row.flags & CB_OPEN) != 0;
     m_out.Open("switch", planned.name);
-    WriteSwitch((row.flags & TypeOfSwitch(true)) != 0, branch != nullptr, isOpen, planned.from.node, planned.to.node);
+    WriteSwitch((row.flags & CB_BREAKER) != 0, branch != nullptr, isOpen, planned.from.node, planned.to.node);
     if (branch != nullptr) {
       if (isOpen || branch->id != ZeroImpedanceId(TextFromId(row.id))) {
         m_out.Property(kOwnZeroImpedance, TextFromId(branch->id));
@@ -190,7 +194,7 @@ class Writer {
   }
 
   void WritePowerProperty(Attribute own, float power) {
-    if (power != 0 && std::isfinite(power)) m_out.Property(own, QString::fromStdString(fmt::format("{}", power)));
+    if (power != 0 && std::isfinite(power)) m_out.Property(own, Digits(power));
   }
 
   void WriteDisconnector(const Disconnector& disconnector) {

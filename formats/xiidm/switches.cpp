@@ -46,14 +46,14 @@ void MapSwitches(Mapping& mapping) {
   mapping.ids.Settle(KIND_CB);
   for (const int device : switches) {
     const CB row = BreakerRow(mapping, device);
-    mapping.rows.cb.push_back(row);
+    mapping.rows.Of<CB>().push_back(row);
     const bool isClosed = (row.flags & CB_OPEN) == 0;
     const bool isRetained = mapping.objects.IsTrue(device, kRetained) && isClosed;
     if (!isRetained && !mapping.objects.Has(device, kOwnZeroImpedance)) continue;
     if (mapping.options.mergesRetained) {
       mapping.Change(device, "it is retained, but joins its nodes, as --merge-retained asks for");
     } else {
-      mapping.rows.zbr.push_back(BranchRow(mapping, device, row.id));
+      mapping.rows.Of<ZBR>().push_back(BranchRow(mapping, device, row.id));
     }
   }
 }

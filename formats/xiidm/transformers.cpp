@@ -15,7 +15,7 @@ QString StationOf(const Mapping& mapping, int transformer) {
 void AddWinding(Mapping& mapping, int transformer) {
   const Terminal& from = mapping.connections.End(transformer, 0);
   const Terminal& to = mapping.connections.End(transformer, 1);
-  XF& row = mapping.rows.xf.emplace_back(mapping.ids.Id(KIND_XF, transformer));
+  XF& row = mapping.rows.Of<XF>().emplace_back(mapping.ids.Id(KIND_XF, transformer));
   const double winding = mapping.objects.NumberOrZero(transformer, kOwnWinding);
   row.type = winding == 2 || winding == 3 ? static_cast<u8>(winding) : u8{1};
   row.st = StationOf(mapping, transformer);
@@ -30,10 +30,10 @@ void AddStar(Mapping& mapping, int transformer) {
   const QString station = StationOf(mapping, transformer);
   KV level(mapping.ids.Id(KIND_KV, transformer));  // its base voltage is 0: no line leads to it
   level.st = station;
-  mapping.rows.kv.push_back(level);
+  mapping.rows.Of<KV>().push_back(level);
   for (int i = 0; i < kWindings; ++i) {
     const Terminal& end = mapping.connections.End(transformer, static_cast<std::size_t>(i));
-    XF& row = mapping.rows.xf.emplace_back(mapping.ids.Id(KIND_XF, transformer, i + 1));
+    XF& row = mapping.rows.Of<XF>().emplace_back(mapping.ids.Id(KIND_XF, transformer, i + 1));
     row.type = static_cast<u8>(i + 1);
     row.st = station;
     SetFrom(mapping, row, end);

@@ -29,21 +29,46 @@ void GridBuilder::PutLevel(int number, int leftNode, GridPoint at, std::vector<G
 void GridBuilder::PutTree(int node, int row, int column, int step, bool isRoot) {
   PutNode(node, row);
   PutLegs(node, column, isRoot);
-  bool taken = false;
-  const auto next = [&] { return std::exchange(taken, true) ? NewColumn() : column; };
-  for (const int device : m_shape.DevicesOf(node)) PutFeeder(device, {next(), row}, step < 0);
-  for (const int number : m_shape.SwitchesOf(node)) {
+  PutHanging({node, row, column, false}, step);
+}
+
+void GridBuilder::PutSides(int node, int step) { PutHanging({node, RowOf(node), 0, true}, step); }
+
+int GridBuilder::ColumnFor(Branching& branching) {
+  return std::exchange(branching.isColumnTaken, true) ? NewColumn() : branching.column;
+}
+
+/// What hangs on a node, then on what hangs there. A level can be one long chain: no call stands for a node.
+void GridBuilder::PutHanging(Branching first, int step) {
+  std::vector<Branching> open;
+  const auto begin = [&](Branching branching) {
+    for (const int device : m_shape.DevicesOf(branching.node)) {
+      PutFeeder(device, {ColumnFor(branching), branching.row}, step < 0);
+    }
+    open.push_back(branching);
+  };
+  begin(first);
+  while (!open.empty()) {
+    Branching& here = open.back();
+    const std::vector<int>& switches = m_shape.SwitchesOf(here.node);
+    if (here.next == switches.size()) {
+      open.pop_back();
+      continue;
+    }
+    const int number = switches[here.next++];
     if (IsPlaced(number)) continue;
-    const int other = m_shape.Other(number, node);
-    if (other == node) {
-      PutLoop(number, node, node, row + step);
+    const int other = m_shape.Other(number, here.node);
+    const int row = here.row + step;
+    if (other == here.node) {
+      PutLoop(number, other, other, row);
     } else if (HasRow(other)) {  // the way closes a loop to a node nearer the bars
-      PutUpright(number, NewColumn(), node);
+      PutUpright(number, NewColumn(), here.node);
     } else {
-      const int below = next();
-      PutNode(other, row + step);
-      PutUpright(number, below, node);
-      PutTree(other, row + step, below, step, false);
+      const int column = ColumnFor(here);
+      PutNode(other, row);
+      PutUpright(number, column, here.node);
+      PutLegs(other, column, false);
+      begin({other, row, column, false});
     }
   }
 }
@@ -63,25 +88,6 @@ void GridBuilder::PutLoop(int number, int leftNode, int rightNode, int row) {
   const int right = NewColumn();
   PutLevel(number, leftNode, {middle, row}, {{left, RowOf(leftNode)}, {left, row}},
            {{right, RowOf(rightNode)}, {right, row}});
-}
-
-void GridBuilder::PutSides(int node, int step) {
-  const int row = RowOf(node);
-  for (const int device : m_shape.DevicesOf(node)) PutFeeder(device, {NewColumn(), row}, step < 0);
-  for (const int number : m_shape.SwitchesOf(node)) {
-    if (IsPlaced(number)) continue;
-    const int other = m_shape.Other(number, node);
-    if (other == node) {
-      PutLoop(number, node, node, row + step);
-    } else if (HasRow(other)) {
-      PutUpright(number, NewColumn(), node);
-    } else {
-      const int column = NewColumn();
-      PutNode(other, row + step);
-      PutUpright(number, column, node);
-      PutTree(other, row + step, column, step, false);
-    }
-  }
 }
 
 LevelGrid GridBuilder::Finish() {

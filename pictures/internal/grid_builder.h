@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include "pictures/internal/bar_plan.h"
@@ -60,7 +61,18 @@ class GridBuilder {
   LevelGrid Finish();
 
  private:
+  /// A node of a tree while what hangs on it is put on the grid.
+  struct Branching {
+    int node;
+    int row;
+    int column;            ///< for the first thing; others get new ones
+    bool isColumnTaken;    ///< there is one in it
+    std::size_t next = 0;  ///< place of the switch to be looked at next
+  };
+
   void PutLegs(int node, int column, bool isRoot);
+  void PutHanging(Branching first, int step);
+  int ColumnFor(Branching& branching);
 
   const LevelShape& m_shape;
   LevelGrid m_grid;

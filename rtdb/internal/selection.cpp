@@ -120,6 +120,10 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
   const bool sort = order == Order::kByColumns;
   MDB_cursor* cursor = nullptr;
   if (Status status = m_context->CursorOf(*m_table, cursor); !status) return status;
+  if (query == nullptr || !query->HasCondition()) {  // then all of them are selected
+    MDB_stat rows{};
+    if (mdb_stat(m_context->Transaction(), m_table->handle, &rows) == MDB_SUCCESS) m_rows.reserve(rows.ms_entries);
+  }
   std::vector<std::string> sortKeys;
   MDB_val key = Val(m_range.low);
   MDB_val data{};

@@ -124,6 +124,15 @@ TEST(LevelLayout, PutsEverySwitchAndDeviceOfAMeshInAColumnOfItsOwn) {
   }
 }
 
+// Such a level comes from a damaged file, or from switches that were read as a chain.
+TEST(LevelLayout, FollowsAChainOfAnyLength) {
+  constexpr int kSwitches = 100'000;
+  std::string words = "0";
+  for (int i = 0; i < kSwitches; ++i) words += " " + std::to_string(i) + "-" + std::to_string(i + 1) + ":Q";
+  const DrawnLevel level(words);
+  EXPECT_EQ(level.RowOf(std::to_string(kSwitches)) - level.RowOf("0"), kSwitches);
+}
+
 TEST(LevelLayout, OfALevelWithoutAnythingIsEmpty) { EXPECT_EQ(DrawnLevel("").Grid().rows, 0); }
 
 }  // namespace

@@ -22,24 +22,20 @@ class EquipmentStatus::Standing {
   const Sections& m_sections;
 };
 
-/// The same side by side, for a pass over everything: it comes back to each node and section several times, and their
+/// The same with the sections side by side, for a pass over everything: it comes back to each several times, and their
 /// records are wide.
 class EquipmentStatus::Copied : public Standing {
  public:
   Copied(const Network& network, const Sections& sections) : Standing(network, sections) {
-    const auto& nodes = network.Table<ND>();
-    m_sectionOf.reserve(static_cast<std::size_t>(nodes.GetSize()));
-    for (int nd = 0; nd < nodes.GetSize(); ++nd) m_sectionOf.push_back(network.Node(nd).ibs);
     const int reached = sections.List().ReachedCount();
     m_states.reserve(static_cast<std::size_t>(reached));
     for (int bs = 0; bs < reached; ++bs) {
       m_states.push_back({Standing::LevelOf(bs), sections.IsDead(bs), sections.IsIsolated(bs)});
     }
   }
-  int SectionOf(int nd) const { return Has(m_sectionOf, nd) ? At(m_sectionOf, nd) : Standing::SectionOf(nd); }
-  bool IsDead(int bs) const { return Has(m_states, bs) ? At(m_states, bs).dead : Standing::IsDead(bs); }
-  bool IsIsolated(int bs) const { return Has(m_states, bs) ? At(m_states, bs).isolated : Standing::IsIsolated(bs); }
-  int LevelOf(int bs) const { return Has(m_states, bs) ? At(m_states, bs).level : Standing::LevelOf(bs); }
+  bool IsDead(int bs) const { return Has(bs) ? At(bs).dead : Standing::IsDead(bs); }
+  bool IsIsolated(int bs) const { return Has(bs) ? At(bs).isolated : Standing::IsIsolated(bs); }
+  int LevelOf(int bs) const { return Has(bs) ? At(bs).level : Standing::LevelOf(bs); }
 
  private:
   struct SectionState {
@@ -47,15 +43,9 @@ class EquipmentStatus::Copied : public Standing {
     bool dead;
     bool isolated;
   };
-  template <class T>
-  static bool Has(const std::vector<T>& values, int i) {
-    return i >= 0 && static_cast<std::size_t>(i) < values.size();
-  }
-  template <class T>
-  static const T& At(const std::vector<T>& values, int i) {
-    return values[static_cast<std::size_t>(i)];
-  }
-  std::vector<int> m_sectionOf;        // by ND number
+  bool Has(int bs) const { return bs >= 0 && static_cast<std::size_t>(bs) < m_states.size(); }
+  const SectionState& At(int bs) const { return m_states[static_cast<std::size_t>(bs)]; }
+
   std::vector<SectionState> m_states;  // by section
 };
 

@@ -18,7 +18,17 @@ class InputRows {
   /// A new row with the identity `id`. The reference holds until the next row of the same table.
   template <class T>
   T& Put(const QString& id) {
-    return std::get<std::vector<T>>(m_rows).emplace_back(id);
+    return Of<T>().emplace_back(id);
+  }
+
+  /// The rows of one table so far.
+  template <class T>
+  std::vector<T>& Of() {
+    return std::get<std::vector<T>>(m_rows);
+  }
+  template <class T>
+  const std::vector<T>& Of() const {
+    return std::get<std::vector<T>>(m_rows);
   }
 
   /// Moves the rows into the tables of `database`.

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <vector>
 
-namespace dtsdb::tools::cgmes {
+namespace dtsdb::tools {
 
 /// The numbers from 0 on in groups, each alone at first.
 class Groups {
@@ -30,4 +30,4 @@ class Groups {
   std::vector<int> m_parent;
 };
 
-}  // namespace dtsdb::tools::cgmes
+}  // namespace dtsdb::tools
