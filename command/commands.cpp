@@ -17,7 +17,7 @@ namespace {
 constexpr const char* kPurpose =
     "dtsdb - the network model of a power-system control centre: validation, topology, breaker flows, conversion.";
 
-constexpr const char* kFooter =
+constexpr const char* kProgramFooter =
     "A MODEL is an object file, a folder of text tables (one CSV file a table), rtdb:NAME, the realtime database\n"
     "NAME.fdb, an XIIDM file, or CGMES profiles: a folder, a file, a zip archive, or several as cgmes:PATH,PATH.\n"
     "Results go to the standard output, messages to the standard error.\n"
@@ -145,7 +145,7 @@ Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::
 int RunCommand(int argc, const char* const* argv) {
   qInstallMessageHandler(WriteLibraryMessage);
   try {
-    Program program("dtsdb", kPurpose, kFooter, "dtsdb " DTSDB_VERSION);
+    Program program("dtsdb", kPurpose, kProgramFooter, "dtsdb " DTSDB_VERSION);
     Action action;
     std::string encoding;
     CommandLine commands = program.Commands();

@@ -22,7 +22,7 @@ struct DrawOptions {
   bool flows = false;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kDrawFooter =
     "The picture is an SVG document, complete in itself. Without -o it goes to the standard output.\n"
     "A model without a topology gets one first. Each bus section has its colour, what is dead is grey and dashed, "
     "what\n"
@@ -67,7 +67,7 @@ void AddDraw(CommandLine& app, Action& action) {
         command.AddFlag("--flows", options.flows, "Show the powers at feeders and through breakers, with arrows");
         AddPathOption(command, "-o,--output", options.output, "Where the picture is written");
         AddLogOption(command, "the validation and the breaker flow where the model needs them");
-        command.Footer(kFooter);
+        command.Footer(kDrawFooter);
         AddExitCodes(command, "the picture is drawn", "the model has errors or no topology");
       },
       Draw);

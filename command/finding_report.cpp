@@ -15,13 +15,13 @@ namespace {
 
 const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
 
-Cell FieldCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
+Cell NameCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
 
 std::vector<Cell> FindingCells(const Finding& finding, Language language) {
   const MessageInfo& message = *FindMessage(finding.code);
   return {SeverityName(finding.severity), finding.code,
           TableName(finding.table),       IdText(finding.id),
-          FieldCell(finding.field),       TextOf(message, language),
+          NameCell(finding.field),        TextOf(message, language),
           RemedyOf(message, language)};
 }
 

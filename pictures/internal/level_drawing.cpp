@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "pictures/internal/place.h"
 #include "pictures/internal/symbols.h"
 #include "pictures/internal/wording.h"
 
@@ -19,8 +20,6 @@ constexpr int kBranchStep = 14;
 constexpr int kBadgeGap = 20;
 constexpr int kDotOnBar = 5;
 constexpr int kBarEnd = 8;  // how far a bar goes beyond its column
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 bool Contains(const std::string& text, const char* word) { return text.find(word) != std::string::npos; }
 

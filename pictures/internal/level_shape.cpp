@@ -4,10 +4,10 @@
 #include <deque>
 #include <map>
 
+#include "pictures/internal/place.h"
+
 namespace dtsdb::pictures::internal {
 namespace {
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 void SortUnique(std::vector<int>& numbers) {
   std::sort(numbers.begin(), numbers.end());

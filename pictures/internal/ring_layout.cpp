@@ -4,14 +4,13 @@
 #include <limits>
 
 #include "pictures/internal/grid_builder.h"
+#include "pictures/internal/place.h"
 
 namespace dtsdb::pictures::internal {
 namespace {
 
 constexpr std::size_t kFewestPlaces = 3;
 constexpr std::size_t kMostThingsOnPlace = 3;  // more hang on a busbar
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 /// Number of switches of each node that lie on closed ways: ends of trees are taken away one by one.
 std::vector<int> SwitchesInLoops(const LevelShape& shape, std::vector<bool>& isInLoop) {
