@@ -10,6 +10,7 @@ packages=(
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev
   python3-jinja2
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
+  zsh fish mandoc
 )
 
 heading() { printf '\n== %s\n' "$*"; }
