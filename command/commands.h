@@ -23,6 +23,7 @@ void AddTopology(CommandLine& app, Action& action);
 void AddSwitch(CommandLine& app, Action& action);
 void AddScreen(CommandLine& app, Action& action);
 void AddDraw(CommandLine& app, Action& action);
+void AddReport(CommandLine& app, Action& action);
 void AddRun(CommandLine& app, Action& action);
 void AddFlow(CommandLine& app, Action& action);
 void AddConvert(CommandLine& app, Action& action);

@@ -135,12 +135,25 @@ analysis::Result<std::string> Documents::Station(const std::string& id) const {
   return internal::TextOf(*station);
 }
 
+std::string Documents::StationSvg(const std::string& id) const {
+  const QString raw = IdFromText(QString::fromStdString(id)).value_or(QString());
+  if (!m_content->hasTopology) return "\"\"";
+  const analysis::Result<Json> station = internal::StationJson(*m_content, raw);
+  return station ? internal::TextOf((*station)["svg"]) : "\"\"";
+}
+
 std::string Documents::Search(const std::string& text) const {
   Json matches = Json::array();
   for (const Thing& thing : internal::FindLike(m_content->grid->records, text)) {
     matches.push_back(internal::ToJson(thing));
   }
   return internal::TextOf({{"matches", std::move(matches)}});
+}
+
+std::string Documents::Records() const {
+  Json records = Json::array();
+  for (const auto& [table, id, station] : m_content->grid->records) records.push_back({table, id, station});
+  return internal::TextOf(records);
 }
 
 Changes Documents::ChangesSince(const Documents& before) const {

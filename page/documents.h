@@ -76,9 +76,13 @@ class Documents {
   std::string Grid() const;
   /// A station's diagram, and the state of each element in it. An Error when there is no such station or no topology.
   analysis::Result<std::string> Station(const std::string& id) const;
+  /// Its diagram alone, a JSON string; an empty one where there is none.
+  std::string StationSvg(const std::string& id) const;
   /// At most 50 records whose identity is like `text`: first those that begin with it, then those that contain it, then
   /// those near to it.
   std::string Search(const std::string& text) const;
+  /// What a search goes through: an array of table, identity and station for each record.
+  std::string Records() const;
 
   /// What has changed from `before`, documents of the same grid, to these.
   Changes ChangesSince(const Documents& before) const;
