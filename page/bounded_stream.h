@@ -39,7 +39,7 @@ class BoundedStream : public httplib::Stream {
   ssize_t write(const char* bytes, std::size_t size) override;
   void get_remote_ip_and_port(std::string& ip, int& port) const override;
   void get_local_ip_and_port(std::string& ip, int& port) const override;
-  httplib::socket_t socket() const override { return m_socket; }
+  socket_t socket() const override { return m_socket; }
 
  private:
   using Time = std::chrono::steady_clock::time_point;

@@ -1,8 +1,6 @@
 #include "page/live_model.h"
 
-#include <fmt/format.h>
-
-#include <ctime>
+#include <QDateTime>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
@@ -42,19 +40,19 @@ Result<void> CompleteTopology(Model& model) {
 }  // namespace
 
 Result<std::unique_ptr<LiveModel>> LiveModel::Show(const Model& model, Subject subject) {
-  std::unique_ptr<LiveModel> live(new LiveModel(std::move(subject), nullptr));
+  std::unique_ptr<LiveModel> live(new LiveModel(model.Name(), std::move(subject), nullptr));
   if (const auto taken = live->Take(model); !taken) return tl::unexpected(taken.error());
   return live;
 }
 
 Result<std::unique_ptr<LiveModel>> LiveModel::Follow(const std::string& database, Subject subject, EventHub& hub) {
-  std::unique_ptr<LiveModel> live(new LiveModel(std::move(subject), &hub));
+  std::unique_ptr<LiveModel> live(new LiveModel("rtdb:" + database, std::move(subject), &hub));
   live->m_database = std::make_unique<FollowedDatabase>(database);
   DatabaseLook look = live->m_database->Look();
   if (look.kind != DatabaseLook::Kind::kRead) {
     return tl::unexpected(Error{ErrorCode::kFile, look.why, database});
   }
-  if (const auto taken = live->Take(Model::Of(look.tables, live->m_subject.source)); !taken) {
+  if (const auto taken = live->Take(Model::Of(look.tables, live->m_name)); !taken) {
     return tl::unexpected(taken.error());
   }
   return live;
@@ -116,7 +114,7 @@ void LiveModel::TakeRead(DatabaseLook look) {
     if (wasLost) Banner("back", "the database is back");
     return;
   }
-  const Model model = Model::Of(look.tables, m_subject.source);
+  const Model model = Model::Of(look.tables, m_name);
   const bool isLater = !log.isOtherGrid && model.IsGood();
   if (const auto taken = isLater ? TakeLater(model) : Take(model); !taken) {
     Banner("replaced", taken.error().message + "; the page shows what was there before");
@@ -163,7 +161,7 @@ void LiveModel::SendCommit(const CommitLog& log, const Changes& changes) {
   for (const Thing& thing : changes.becameLive) add(thing.table, thing.id, "live");
   for (const LogLine& line : log.others) add(line.table, line.id, line.text);
   Send("commit", Compact({{"version", m_version},
-                          {"time", static_cast<long long>(std::time(nullptr))},
+                          {"time", QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString()},
                           {"count", log.count + changes.becameDead.size() + changes.becameLive.size()},
                           {"changes", std::move(lines)},
                           {"stations", changes.stations}}));

@@ -38,7 +38,8 @@ class LiveModel {
   void Look();
 
  private:
-  LiveModel(Subject subject, EventHub* hub) : m_subject(std::move(subject)), m_hub(hub) {}
+  LiveModel(std::string name, Subject subject, EventHub* hub)
+      : m_name(std::move(name)), m_subject(std::move(subject)), m_hub(hub) {}
 
   analysis::Result<void> Take(const analysis::Model& model);
   analysis::Result<void> TakeLater(const analysis::Model& model);
@@ -51,6 +52,7 @@ class LiveModel {
   void Send(const char* name, const std::string& data);
   void Greet();
 
+  std::string m_name;  // what errors call the model
   Subject m_subject;
   EventHub* m_hub;
   std::unique_ptr<FollowedDatabase> m_database;

@@ -77,7 +77,7 @@ class Server::Listener : public httplib::Server {
     set_payload_max_length(site.Limits().body);
     set_tcp_nodelay(true);
     // The library's own choice lets two programs listen on one port.
-    set_socket_options([](httplib::socket_t socket) {
+    set_socket_options([](socket_t socket) {
       const int yes = 1;
       ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
     });
@@ -143,7 +143,7 @@ class Server::Listener : public httplib::Server {
         });
   }
 
-  bool process_and_close_socket(httplib::socket_t socket) override {
+  bool process_and_close_socket(socket_t socket) override {
     if (ConnectionQueue::IsRefusing()) {
       const std::string_view text =
           "HTTP/1.1 503 Service Unavailable\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";

@@ -1,12 +1,16 @@
 #include "page/site.h"
 
-#include <QByteArray>
-#include <QCryptographicHash>
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <string_view>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
+#include "analysis/error.h"
 #include "formats/failure.h"
+#include "page/assets.h"
 #include "script/switch_events.h"
 
 namespace dtsdb::page {
@@ -19,6 +23,11 @@ using SiteJson = nlohmann::ordered_json;
 
 constexpr const char* kJsonType = "application/json; charset=utf-8";
 constexpr const char* kTextType = "text/plain; charset=utf-8";
+
+/// Scripts come from the server alone. Pictures bring their styles along, so these may stand within the page.
+constexpr const char* kPolicy =
+    "default-src 'none'; script-src 'self'; style-src 'self' 'unsafe-inline'; img-src 'self' data: blob:; "
+    "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 std::string Written(const SiteJson& json) { return json.dump(-1, ' ', false, SiteJson::error_handler_t::replace); }
 
@@ -100,17 +109,27 @@ std::optional<V> Member(const SiteJson& object, const char* name) {
   }
 }
 
-Result<SwitchEvent> ReadEvent(const SiteJson& json) {
+/// An event as the page has written it, and as the topology knows it.
+struct AskedEvent {
+  std::string table;
+  std::string id;
+  bool open = false;
+  std::string end;  ///< of a branch; empty for all of it
+  SwitchEvent event;
+};
+
+Result<AskedEvent> ReadEvent(const SiteJson& json) {
   const auto table = Member<std::string>(json, "table");
   const auto id = Member<std::string>(json, "id");
   const auto open = Member<bool>(json, "open");
   if (!table || !id || !open) {
     return tl::unexpected(Error{ErrorCode::kUsage, "an event has a table, an id and open, which is true or false", ""});
   }
-  const std::vector<std::string> words = WordsOf(*table, *id, Member<std::string>(json, "end").value_or(""), *open);
+  const std::string end = Member<std::string>(json, "end").value_or("");
+  const std::vector<std::string> words = WordsOf(*table, *id, end, *open);
   try {
     std::size_t at = 0;
-    return tools::TakeSwitchEvent(words, at);
+    return AskedEvent{*table, *id, *open, end, tools::TakeSwitchEvent(words, at)};
   } catch (const tools::Failure& failure) {
     return tl::unexpected(Error{ErrorCode::kUsage, failure.what(), *id});
   }
@@ -120,7 +139,13 @@ Result<SwitchEvent> ReadEvent(const SiteJson& json) {
 struct Trial {
   std::string viewer;
   std::optional<int> version;
-  std::vector<SwitchEvent> events;
+  std::vector<AskedEvent> asked;
+
+  std::vector<SwitchEvent> Events() const {
+    std::vector<SwitchEvent> events;
+    for (const AskedEvent& each : asked) events.push_back(each.event);
+    return events;
+  }
 };
 
 Result<Trial> ReadTrial(const std::string& body, std::size_t mostEvents) {
@@ -135,56 +160,34 @@ Result<Trial> ReadTrial(const std::string& body, std::size_t mostEvents) {
   if (events == json.end() || !events->is_array()) return wrong("the list of events is missing");
   if (events->size() > mostEvents) return wrong("there are more than " + std::to_string(mostEvents) + " events");
   for (const SiteJson& event : *events) {
-    Result<SwitchEvent> read = ReadEvent(event);
+    Result<AskedEvent> read = ReadEvent(event);
     if (!read) return tl::unexpected(read.error());
-    trial.events.push_back(std::move(*read));
+    trial.asked.push_back(std::move(*read));
   }
   return trial;
 }
 
-std::string TrialText(int version, const std::vector<TriedEvent>& events, const Changes& changes) {
-  SiteJson tried = SiteJson::array();
-  for (const TriedEvent& event : events) {
-    tried.push_back({{"text", event.text}, {"applied", event.applied}});
+/// `tried` is what has become of the events that were asked for, in their order.
+std::string TrialText(int version, const Trial& trial, const std::vector<TriedEvent>& tried, const Changes& changes) {
+  SiteJson events = SiteJson::array();
+  for (std::size_t i = 0; i < std::min(trial.asked.size(), tried.size()); ++i) {
+    const AskedEvent& asked = trial.asked[i];
+    SiteJson event = {{"table", asked.table}, {"id", asked.id}, {"open", asked.open}};
+    if (!asked.end.empty()) event["end"] = asked.end;
+    event["applied"] = tried[i].applied;
+    event["text"] = tried[i].text;
+    events.push_back(std::move(event));
   }
-  return Written({{"version", version}, {"events", std::move(tried)}, {"changes", SiteJson::parse(ToJson(changes))}});
-}
-
-/// The hashes of the scripts that stand within a page, as the policy names them.
-std::string ScriptHashes(std::string_view page) {
-  std::string hashes;
-  for (std::size_t at = page.find("<script"); at != std::string_view::npos; at = page.find("<script", at + 1)) {
-    const std::size_t begin = page.find('>', at);
-    const std::size_t end = page.find("</script>", at);
-    if (begin == std::string_view::npos || end == std::string_view::npos) break;
-    if (page.substr(at, begin - at).find(" src") != std::string_view::npos) continue;
-    const std::string_view script = page.substr(begin + 1, end - begin - 1);
-    const QByteArray bytes(script.data(), static_cast<qsizetype>(script.size()));
-    hashes += " 'sha256-" + QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toBase64().toStdString() + "'";
-  }
-  return hashes;
-}
-
-std::string PolicyFor(const std::map<std::string, PageFile>& files) {
-  const auto index = files.find("index.html");
-  const std::string hashes = index != files.end() ? ScriptHashes(index->second.bytes) : "";
-  return "default-src 'none'; script-src 'self'" + hashes +
-         "; style-src 'self' 'unsafe-inline'; img-src 'self' data: blob:; connect-src 'self'; base-uri 'none'; "
-         "form-action 'none'; frame-ancestors 'none'";
+  return Written({{"version", version}, {"events", std::move(events)}, {"changes", SiteJson::parse(ToJson(changes))}});
 }
 
 }  // namespace
 
-Site::Site(const LiveModel& model, Access access, std::map<std::string, PageFile> files, SiteLimits limits)
-    : m_model(model),
-      m_access(std::move(access)),
-      m_files(std::move(files)),
-      m_limits(limits),
-      m_copies(limits.copies, limits.copyIdle),
-      m_policy(PolicyFor(m_files)) {}
+Site::Site(const LiveModel& model, Access access, SiteLimits limits)
+    : m_model(model), m_access(std::move(access)), m_limits(limits), m_copies(limits.copies, limits.copyIdle) {}
 
-std::map<std::string, std::string> Site::Headers() const {
-  return {{"Content-Security-Policy", m_policy},
+std::map<std::string, std::string> Site::Headers() {
+  return {{"Content-Security-Policy", kPolicy},
           {"X-Content-Type-Options", "nosniff"},
           {"X-Frame-Options", "DENY"},
           {"Referrer-Policy", "no-referrer"},
@@ -233,10 +236,10 @@ PageAnswer Site::AnswerTo(const PageRequest& request) {
   return File(path == "/" ? "index.html" : path.substr(1));
 }
 
-PageAnswer Site::File(const std::string& name) const {
-  const auto found = m_files.find(name);
-  if (found == m_files.end()) return Refuse(404, "the page has no such file");
-  return {200, found->second.type, std::string(found->second.bytes)};
+PageAnswer Site::File(const std::string& name) {
+  const Asset* const asset = FindAsset(name);
+  if (asset == nullptr) return Refuse(404, "the page has no such file");
+  return {200, std::string(asset->type), std::string(asset->bytes)};
 }
 
 PageAnswer Site::Api(const std::string& name, const PageRequest& request) {
@@ -281,11 +284,11 @@ PageAnswer Site::Try(const PageRequest& request) {
   const Result<Trial> trial = ReadTrial(request.body, m_limits.events);
   if (!trial) return Refuse(400, trial.error().message);
   const auto now = m_model.Now();
-  if (trial->events.empty()) {
+  if (trial->asked.empty()) {
     m_copies.Drop(trial->viewer);
     const Changes none =
         now->InTurnWith(*now, [](const Documents& a, const Documents& b) { return a.ChangesSince(b); });
-    return {200, kJsonType, TrialText(now->Version(), {}, none)};
+    return {200, kJsonType, TrialText(now->Version(), *trial, {}, none)};
   }
   const auto copy = m_copies.FindOrMake(trial->viewer);
   if (!copy) return Refuse(503, copy.error().message);
@@ -298,11 +301,11 @@ PageAnswer Site::Try(const PageRequest& request) {
     if (!begun) return Refuse(begun.error());
     whatIf = std::move(*begun);
   }
-  if (const Result<void> tried = whatIf->Try(trial->events); !tried) {
+  if (const Result<void> tried = whatIf->Try(trial->Events()); !tried) {
     whatIf.reset();
     return Refuse(tried.error());
   }
-  return {200, kJsonType, TrialText(whatIf->State().Version(), whatIf->Events(), whatIf->ChangesSinceState())};
+  return {200, kJsonType, TrialText(whatIf->State().Version(), *trial, whatIf->Events(), whatIf->ChangesSinceState())};
 }
 
 PageAnswer Site::Script(const std::string& viewer) {

@@ -6,15 +6,11 @@
 #include <cstddef>
 #include <map>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "analysis/error.h"
 #include "page/access.h"
 #include "page/event_hub.h"
 #include "page/live_model.h"
 #include "page/what_if_copies.h"
-#include "topology/switch_event.h"
 
 namespace dtsdb::page {
 
@@ -37,12 +33,6 @@ struct PageAnswer {
   bool isEventStream = false;                    ///< in the place of a body the events follow, as they come
 };
 
-/// A file of the page.
-struct PageFile {
-  std::string type;
-  std::string_view bytes;  ///< lives as long as the program
-};
-
 /// How much there may be of what costs memory.
 struct SiteLimits {
   std::size_t copies = 16;                      ///< viewers that try something out
@@ -54,8 +44,8 @@ struct SiteLimits {
 /// Answers requests. Any thread may call it.
 class Site {
  public:
-  /// `files` are the page's by their names, among them index.html. The model must outlive the site.
-  Site(const LiveModel& model, Access access, std::map<std::string, PageFile> files, SiteLimits limits = {});
+  /// The model must outlive the site.
+  Site(const LiveModel& model, Access access, SiteLimits limits = {});
 
   PageAnswer AnswerTo(const PageRequest& request);
 
@@ -63,14 +53,14 @@ class Site {
   bool TakesBody(const PageRequest& request) const;
 
   /// The headers that every answer has.
-  std::map<std::string, std::string> Headers() const;
+  static std::map<std::string, std::string> Headers();
 
   const SiteLimits& Limits() const { return m_limits; }
 
  private:
   /// What is left of the path behind the token; false when the request is none of this page's.
   bool Admits(const PageRequest& request, std::string& path, PageAnswer& refusal) const;
-  PageAnswer File(const std::string& name) const;
+  static PageAnswer File(const std::string& name);
   PageAnswer Api(const std::string& name, const PageRequest& request);
   PageAnswer Document(const std::string& name, const PageRequest& request);
   PageAnswer DocumentOfCopy(const std::string& name, const std::string& argument, const std::string& viewer);
@@ -79,10 +69,8 @@ class Site {
 
   const LiveModel& m_model;
   Access m_access;
-  std::map<std::string, PageFile> m_files;
   SiteLimits m_limits;
   WhatIfCopies m_copies;
-  std::string m_policy;  // the content-security policy
 };
 
 }  // namespace dtsdb::page
