@@ -21,7 +21,7 @@ using analysis::ErrorCode;
 using analysis::Result;
 using SiteJson = nlohmann::ordered_json;
 
-constexpr const char* kJsonType = "application/json; charset=utf-8";
+constexpr const char* kJsonType = "application/json";
 constexpr const char* kTextType = "text/plain; charset=utf-8";
 
 /// Scripts come from the server alone. Pictures bring their styles along, so these may stand within the page.

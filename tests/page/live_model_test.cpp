@@ -65,7 +65,7 @@ TEST_F(LivePlace, ReportsACommitWithWhatItHasDone) {
   EXPECT_EQ(events[0].data["version"], 2);
   EXPECT_TRUE(HasLine(events[0], "CB", "B2", "opened")) << events[0].data;
   EXPECT_TRUE(HasLine(events[0], "LD", "D2", "dead")) << events[0].data;
-  EXPECT_EQ(events[0].data["stations"], Json({"S2"}));
+  EXPECT_EQ(events[0].data["stations"], Json({"S1", "S2"})) << "the line is in both";
   EXPECT_EQ(Document(&Documents::State)["version"], 2);
   EXPECT_EQ(Document(&Documents::State)["dead"][0]["id"], "D2");
 }
@@ -80,6 +80,7 @@ TEST_F(LivePlace, ReportsValuesWithTheirUnits) {
   ASSERT_EQ(events.size(), 1U);
   EXPECT_TRUE(HasLine(events[0], "LD", "D2", "p 50 to 62.5 MW")) << events[0].data;
   EXPECT_EQ(events[0].data["count"], 1);
+  EXPECT_EQ(events[0].data["stations"], Json::array({"S2"}));
 }
 
 TEST_F(LivePlace, StateOfBeforeStaysAsItWas) {

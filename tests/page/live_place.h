@@ -19,6 +19,7 @@
 #include "tests/support/model_builder.h"
 #include "tests/support/temporary_directory.h"
 #include "topology/switch_event.h"
+#include "topology/tp.h"
 
 namespace dtsdb::page::test {
 

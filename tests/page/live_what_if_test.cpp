@@ -70,7 +70,7 @@ RC_GTEST_PROP(WhatIf, CopyIsThatOfAFullRunWhateverWasTakenBack, (unsigned seed, 
   const Model before = *state->InTurn([](const Model& model, const Documents&) { return model.Copy(); });
   const auto whatIf = std::move(*WhatIf::Begin(state));
   Events events;
-  for (int steps = network.Number(1, 12); steps > 0; --steps) {
+  for (int steps = network.Number(1, 6); steps > 0; --steps) {
     Edit(network, events);
     RC_ASSERT(whatIf->Try(events).has_value());
     RC_ASSERT(whatIf->Events().size() == events.size());
@@ -103,7 +103,7 @@ TEST(WhatIf, ReportsWhatGoesDead) {
   ASSERT_EQ(changes.becameDead.size(), 1U);
   EXPECT_EQ(changes.becameDead[0].id, "D2");
   EXPECT_EQ(changes.lostLoad, 50);
-  EXPECT_EQ(changes.stations, std::vector<std::string>{"S2"});
+  EXPECT_EQ(changes.stations, (std::vector<std::string>{"S1", "S2"})) << "the line is in both";
   ASSERT_TRUE(whatIf->Try({}).has_value());
   EXPECT_TRUE(whatIf->ChangesSinceState().becameDead.empty());
 }
@@ -129,7 +129,7 @@ TEST(WhatIf, EventsThatDoNothingAreReportedInTheirPlace) {
   EXPECT_FALSE(events[0].applied);
   EXPECT_EQ(events[0].text, "close CB B1: it is so already");
   EXPECT_FALSE(events[1].applied);
-  EXPECT_NE(events[1].text.find("no record \"B3\""), std::string::npos) << events[1].text;
+  EXPECT_NE(events[1].text.find("no record 'B3'"), std::string::npos) << events[1].text;
   EXPECT_TRUE(events[2].applied);
   EXPECT_EQ(events[2].text, "open CB B2");
   EXPECT_EQ(whatIf->Script().value(), "open CB B2\n");

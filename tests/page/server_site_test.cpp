@@ -124,7 +124,7 @@ TEST_F(SiteTest, ReportsWhatThereIsNot) {
 }
 
 TEST_F(SiteTest, TriesEventsOut) {
-  const PageAnswer answer = Try({Event("CB", "B2", true)});
+  const PageAnswer answer = Try(Json::array({Event("CB", "B2", true)}));
   ASSERT_EQ(answer.status, 200) << answer.body;
   const Json json = Body(answer);
   EXPECT_EQ(json["version"], 1);
@@ -138,7 +138,7 @@ TEST_F(SiteTest, TriesEventsOut) {
 }
 
 TEST_F(SiteTest, AnEmptyListDropsTheCopy) {
-  ASSERT_EQ(Try({Event("CB", "B2", true)}).status, 200);
+  ASSERT_EQ(Try(Json::array({Event("CB", "B2", true)})).status, 200);
   const PageAnswer answer = Try(Json::array());
   EXPECT_EQ(answer.status, 200);
   EXPECT_TRUE(Body(answer)["changes"]["becameDead"].empty());
@@ -160,8 +160,8 @@ TEST_F(SiteTest, KnowsAllThatCanBeSwitched) {
 }
 
 TEST_F(SiteTest, ViewersDoNotSeeEachOthersCopies) {
-  ASSERT_EQ(Try({Event("CB", "B1", true)}, "viewerAAAAAAAAAA").status, 200);
-  ASSERT_EQ(Try({Event("CB", "B2", true)}, "viewerBBBBBBBBBB").status, 200);
+  ASSERT_EQ(Try(Json::array({Event("CB", "B1", true)}), "viewerAAAAAAAAAA").status, 200);
+  ASSERT_EQ(Try(Json::array({Event("CB", "B2", true)}), "viewerBBBBBBBBBB").status, 200);
   EXPECT_EQ(Get("/api/script", {{"viewer", "viewerAAAAAAAAAA"}}).body, "open CB B1\n");
   EXPECT_EQ(Get("/api/script", {{"viewer", "viewerBBBBBBBBBB"}}).body, "open CB B2\n");
   EXPECT_EQ(Body(Get("/api/state", {{"viewer", "viewerAAAAAAAAAA"}}))["islands"].size(), 0U);
@@ -169,13 +169,13 @@ TEST_F(SiteTest, ViewersDoNotSeeEachOthersCopies) {
 }
 
 TEST_F(SiteTest, CopyStaysWhereItBeganUntilTheViewerGoesOn) {
-  ASSERT_EQ(Try({Event("CB", "B2", true)}).status, 200);
+  ASSERT_EQ(Try(Json::array({Event("CB", "B2", true)})).status, 200);
   Switch(3, false, "D2");
   live->Look();
   EXPECT_EQ(Body(Get("/api/state"))["version"], 2);
   EXPECT_EQ(Body(Get("/api/state", {{"viewer", kViewer}}))["version"], 1);
-  EXPECT_EQ(Body(Try({Event("CB", "B2", true)}))["version"], 1);
-  EXPECT_EQ(Body(Try({Event("CB", "B2", true)}, kViewer, 2))["version"], 2);
+  EXPECT_EQ(Body(Try(Json::array({Event("CB", "B2", true)})))["version"], 1);
+  EXPECT_EQ(Body(Try(Json::array({Event("CB", "B2", true)}), kViewer, 2))["version"], 2);
 }
 
 TEST_F(SiteTest, RefusesWhatItCanNotRead) {
@@ -208,9 +208,9 @@ TEST_F(SiteTest, LimitsEventsBodiesAndCopies) {
   MakeSite(limits);
   EXPECT_EQ(Try({Event("CB", "B1", true), Event("CB", "B2", true), Event("CB", "B1", false)}).status, 400);
   EXPECT_EQ(Post(std::string(1001, ' ')).status, 413);
-  EXPECT_EQ(Try({Event("CB", "B1", true)}, "viewerAAAAAAAAAA").status, 200);
-  EXPECT_EQ(Try({Event("CB", "B1", true)}, "viewerBBBBBBBBBB").status, 503);
-  EXPECT_EQ(Try({Event("CB", "B2", true)}, "viewerAAAAAAAAAA").status, 200);
+  EXPECT_EQ(Try(Json::array({Event("CB", "B1", true)}), "viewerAAAAAAAAAA").status, 200);
+  EXPECT_EQ(Try(Json::array({Event("CB", "B1", true)}), "viewerBBBBBBBBBB").status, 503);
+  EXPECT_EQ(Try(Json::array({Event("CB", "B2", true)}), "viewerAAAAAAAAAA").status, 200);
 }
 
 TEST_F(SiteTest, HeadersKeepThePageToItself) {

@@ -110,7 +110,7 @@ TEST_F(ServerTest, ServesThePageAndItsDocuments) {
   const auto page = client.Get(Path("/"));
   ASSERT_TRUE(page);
   EXPECT_EQ(page->status, 200);
-  for (const auto& [name, value] : Site::Headers()) EXPECT_EQ(page->get_header_value(name), value) << name;
+  for (const auto& [header, value] : Site::Headers()) EXPECT_EQ(page->get_header_value(header), value) << header;
   const auto model = client.Get(Path("/api/model"));
   ASSERT_TRUE(model);
   EXPECT_EQ(Json::parse(model->body)["version"], 1);
@@ -141,13 +141,16 @@ TEST_F(ServerTest, PacksWhatItSends) {
   const auto plain = client.Get(Path("/api/model"), {{"Accept-Encoding", "br"}});
   ASSERT_TRUE(plain);
   EXPECT_EQ(plain->get_header_value("Content-Encoding"), "");
+  RawClient viewer(server->Port());
+  viewer.Send(Head("/api/events") + "Accept-Encoding: gzip\r\n\r\n");
+  EXPECT_NE(viewer.ReadUntil("event: hello").find("event: hello"), std::string::npos) << "events come as they are";
 }
 
 TEST_F(ServerTest, TakesListsOfEvents) {
   Open();
   httplib::Client client = Client();
   const Json event = {{"table", "CB"}, {"id", "B2"}, {"open", true}};
-  const Json list = {{"viewer", "viewer0123456789"}, {"version", 1}, {"events", {event}}};
+  const Json list = {{"viewer", "viewer0123456789"}, {"version", 1}, {"events", Json::array({event})}};
   const auto answer = client.Post(Path("/api/whatif"), list.dump(), "application/json");
   ASSERT_TRUE(answer);
   ASSERT_EQ(answer->status, 200) << answer->body;
@@ -344,7 +347,7 @@ TEST_F(ServerTest, ManyViewersAskWhileCommitsCome) {
     viewers.emplace_back([&, i] {
       const std::string viewer = "viewer000000000" + std::to_string(i);
       const Json event = {{"table", "CB"}, {"id", i % 2 == 0 ? "B1" : "B2"}, {"open", true}};
-      const Json list = {{"viewer", viewer}, {"events", {event}}};
+      const Json list = {{"viewer", viewer}, {"events", Json::array({event})}};
       while (!ended) {
         httplib::Client client = Client();
         const auto tried = client.Post(Path("/api/whatif"), list.dump(), "application/json");
