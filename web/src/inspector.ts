@@ -32,7 +32,7 @@ export class Inspector {
          facts.map((each) => factList(each, facts.length > 1)),
          findingList(findings),
          this.links(thing),
-         this.fields(thing));
+         this.fields(thing, facts.length === 0));
     this.element.hidden = false;
   }
 
@@ -56,11 +56,11 @@ export class Inspector {
   }
 
   /** The fields of the record, fetched when they are asked for. */
-  private fields(thing: Thing): HTMLElement | null {
+  private fields(thing: Thing, isOpen: boolean): HTMLElement | null {
     const info = this.app.tableInfo(thing.table);
     if (!info) return null;
     const content = h("div");
-    const details = h("details", { class: "all-fields" }, h("summary", {}, "Fields"), content);
+    const details = h("details", { class: "all-fields", open: isOpen }, h("summary", {}, "Fields"), content);
     const load = async () => {
       const table = await this.app.source.table(thing.table);
       const row = rowOf(table, thing.id);
