@@ -9,8 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "analysis/switching.h"
-#include "analysis/topology.h"
-#include "tests/support/model_builder.h"
+#include "tests/page/documents_of.h"
 
 namespace dtsdb::page {
 namespace {
@@ -29,13 +28,7 @@ class DocumentsTest : public testing::Test {
   }
 
   /// The documents of the network as it now is.
-  Documents Make() {
-    analysis::Model model = analysis::Model::Of(m_network.Db());
-    const auto validation = model.Validate();
-    EXPECT_TRUE(validation) << validation.error().message;
-    if (validation->good) EXPECT_TRUE(analysis::WorkOutTopology(model));
-    return {model, *validation, {"two", "test", false}};
-  }
+  Documents Make() { return test::DocumentsOf(m_network); }
 
   /// A copy in which `events` were followed up.
   analysis::Model Switched(const std::string& events) {
@@ -52,7 +45,7 @@ class DocumentsTest : public testing::Test {
     return Json::parse(*station);
   }
 
-  test::ModelBuilder m_network;
+  dtsdb::test::ModelBuilder m_network;
 };
 
 TEST_F(DocumentsTest, ModelCountsWhatIsThereAndDescribesAllTables) {
@@ -123,7 +116,7 @@ TEST_F(DocumentsTest, FindingsStandBesideTheirEquipment) {
 }
 
 TEST_F(DocumentsTest, ModelWithErrorsHasTablesAndFindingsOnly) {
-  m_network.Of<LD>("D1").kv = test::Id("Nowhere");
+  m_network.Of<LD>("D1").kv = dtsdb::test::Id("Nowhere");
   const Documents documents = Make();
   EXPECT_FALSE(documents.HasPictures());
   EXPECT_EQ(Json::parse(documents.State())["verdict"], "faulty");

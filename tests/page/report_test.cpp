@@ -8,20 +8,11 @@
 #include <QCryptographicHash>
 #include <string>
 
-#include "analysis/topology.h"
 #include "page/assets.h"
-#include "tests/support/model_builder.h"
+#include "tests/page/documents_of.h"
 
 namespace dtsdb::page {
 namespace {
-
-std::string ReportOn(test::ModelBuilder& network) {
-  analysis::Model model = analysis::Model::Of(network.Db());
-  const auto validation = model.Validate();
-  EXPECT_TRUE(validation);
-  if (validation->good) EXPECT_TRUE(analysis::WorkOutTopology(model));
-  return WriteReport(Documents(model, *validation, {"grid", "test", false}));
-}
 
 std::size_t Count(const std::string& text, const std::string& part) {
   std::size_t count = 0;
@@ -29,24 +20,24 @@ std::size_t Count(const std::string& text, const std::string& part) {
   return count;
 }
 
-void FillStations(test::ModelBuilder& network) {
+void FillStations(dtsdb::test::ModelBuilder& network) {
   network.Station("A&\"B").Kv("K1", 110).Unit("U1", "K1", "N1").Breaker("B1", "K1", "N1", "N2").Load("D1", "K1", "N2");
   network.Station("C").Kv("K2", 110).Breaker("B2", "K2", "N3", "N4").Load("D2", "K2", "N4");
 }
 
 TEST(Report, HasOneBlockForAllAndOneForEachStation) {
-  test::ModelBuilder network;
+  dtsdb::test::ModelBuilder network;
   FillStations(network);
-  const std::string report = ReportOn(network);
+  const std::string report = WriteReport(test::DocumentsOf(network));
   EXPECT_EQ(Count(report, "<script type=\"application/octet-stream\" id=\"data\">"), 1U);
   EXPECT_EQ(Count(report, "<script type=\"application/octet-stream\" data-station="), 2U);
   EXPECT_EQ(Count(report, "data-station=\"A&amp;&quot;B\">"), 1U);
 }
 
 TEST(Report, ContainsScriptAndStyleAndRefersToNothing) {
-  test::ModelBuilder network;
+  dtsdb::test::ModelBuilder network;
   FillStations(network);
-  const std::string report = ReportOn(network);
+  const std::string report = WriteReport(test::DocumentsOf(network));
   EXPECT_EQ(Count(report, std::string(FindAsset("page.js")->bytes)), 1U);
   EXPECT_EQ(Count(report, std::string(FindAsset("page.css")->bytes)), 1U);
   EXPECT_EQ(Count(report, "src=\"page.js\""), 0U);
@@ -54,21 +45,21 @@ TEST(Report, ContainsScriptAndStyleAndRefersToNothing) {
 }
 
 TEST(Report, HasAPolicyThatKnowsItsScriptByItsHash) {
-  test::ModelBuilder network;
+  dtsdb::test::ModelBuilder network;
   const std::string_view script = FindAsset("page.js")->bytes;
   const QByteArray bytes(script.data(), static_cast<qsizetype>(script.size()));
   const std::string hash = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toBase64().toStdString();
-  const std::string report = ReportOn(network);
+  const std::string report = WriteReport(test::DocumentsOf(network));
   EXPECT_EQ(Count(report, "default-src 'none'; script-src 'sha256-" + hash + "'; style-src 'sha256-"), 1U);
   EXPECT_EQ(Count(report, "unsafe-inline"), 0U);
 }
 
 TEST(Report, IsTheSameEachTime) {
-  test::ModelBuilder first;
-  test::ModelBuilder second;
+  dtsdb::test::ModelBuilder first;
+  dtsdb::test::ModelBuilder second;
   FillStations(first);
   FillStations(second);
-  EXPECT_EQ(ReportOn(first), ReportOn(second));
+  EXPECT_EQ(WriteReport(test::DocumentsOf(first)), WriteReport(test::DocumentsOf(second)));
 }
 
 TEST(Assets, AreTheThreeFilesOfTheFrontEnd) {
