@@ -7,7 +7,7 @@ packages=(
   g++ cmake ninja-build ccache mold
   qt6-base-dev liblmdb-dev zlib1g-dev
   g++-multilib
-  libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev
+  libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
   python3-jinja2
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
 )

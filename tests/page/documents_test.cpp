@@ -25,6 +25,8 @@ class DocumentsTest : public testing::Test {
     m_network.Breaker("B2", "South-110", "N4", "N5").Load("D1", "South-110", "N5");
     m_network.Of<LD>("D1").p = 30;
     m_network.Of<UN>("U1").p = 30;
+    m_network.Of<LN>("L1").p = 30;
+    m_network.Of<LN>("L1").zp = 30;
   }
 
   /// The documents of the network as it now is.
@@ -96,6 +98,19 @@ TEST_F(DocumentsTest, StationDescribesEachElementOfItsPicture) {
   EXPECT_NE(station["svg"].get<std::string>().find("id=\"CB-B2\""), std::string::npos);
 }
 
+TEST_F(DocumentsTest, GridIsAMapOfTheStationsAndLines) {
+  const std::string svg = Json::parse(Make().Grid())["svg"];
+  EXPECT_NE(svg.find("data-table=\"ST\" data-id=\"North\""), std::string::npos);
+  EXPECT_NE(svg.find("data-table=\"LN\" data-id=\"L1\""), std::string::npos);
+}
+
+TEST_F(DocumentsTest, StationThatBecameDeadIsMarkedOnTheMap) {
+  const Documents before = Make();
+  const std::string svg = Json::parse(before.Tried(Switched("out LN L1")).Grid())["svg"];
+  EXPECT_NE(svg.find("changed\" data-table=\"ST\" data-id=\"South\""), std::string::npos);
+  EXPECT_EQ(svg.find("changed\" data-table=\"ST\" data-id=\"North\""), std::string::npos);
+}
+
 TEST_F(DocumentsTest, UnknownStationIsAnErrorWithTheNearestName) {
   const auto station = Make().Station("Nort");
   ASSERT_FALSE(station);
@@ -130,7 +145,8 @@ TEST_F(DocumentsTest, SearchFindsWhatBeginsSoBeforeWhatContainsIt) {
   const Documents documents = Make();
   const auto ids = [&](const std::string& text) {
     std::vector<std::string> found;
-    for (const Json& match : Json::parse(documents.Search(text))["matches"]) {
+    const Json result = Json::parse(documents.Search(text));
+    for (const Json& match : result["matches"]) {
       found.push_back(match["table"].get<std::string>() + " " + match["id"].get<std::string>());
     }
     return found;
@@ -145,16 +161,15 @@ TEST_F(DocumentsTest, ChangesNameWhatLostSupply) {
   const Documents before = Make();
   const Documents after = before.Tried(Switched("open CB B2"));
   const Changes changes = after.ChangesSince(before);
-  ASSERT_EQ(changes.becameDead.size(), 2U);
-  EXPECT_EQ(changes.becameDead[0].id, "South");
-  EXPECT_EQ(changes.becameDead[1].id, "D1");
-  EXPECT_EQ(changes.becameDead[1].station, "South");
+  ASSERT_EQ(changes.becameDead.size(), 1U);  // the line still feeds the station up to the breaker
+  EXPECT_EQ(changes.becameDead[0].id, "D1");
+  EXPECT_EQ(changes.becameDead[0].station, "South");
   EXPECT_TRUE(changes.becameLive.empty());
   EXPECT_EQ(changes.lostLoad, 30);
   EXPECT_EQ(changes.islandsBefore, 1);
   const Json json = Json::parse(ToJson(changes));
   EXPECT_EQ(json["lostLoad"], 30);
-  EXPECT_EQ(json["becameDead"][1]["table"], "LD");
+  EXPECT_EQ(json["becameDead"][0]["table"], "LD");
 }
 
 TEST_F(DocumentsTest, WhatIsTriedIsMarked) {

@@ -131,7 +131,7 @@ describe("diagram", () => {
     await page.waitForFunction((before) =>
       Number(document.querySelector(".stage svg").getAttribute("viewBox").split(" ")[2]) < before, {}, first);
     const near = await width();
-    await page.focus('.stage g[tabindex="0"]');
+    await page.$eval('.stage g[tabindex="0"]', (group) => group.focus());
     await page.keyboard.press("-");
     assert.ok(await width() > near);
     await page.keyboard.press("0");
@@ -140,7 +140,7 @@ describe("diagram", () => {
 
   test("is gone through by keys", () => inSample(kDiagram, async (tab, page) => {
     await page.waitForSelector('.stage g[tabindex="0"]');
-    await page.focus('.stage g[tabindex="0"]');
+    await page.$eval('.stage g[tabindex="0"]', (group) => group.focus());
     const focused = () => page.evaluate(() => document.activeElement.getAttribute("data-id"));
     const start = await focused();
     await page.keyboard.press("ArrowDown");
@@ -177,7 +177,7 @@ describe("diagram", () => {
 describe("tables", () => {
   test("one of 10,000 rows is quick: few elements, filter and sorting over all", async () => {
     const model = join(folder, "large.obj");
-    dtsdb(["generate", "--stations", "220", "--seed", "7", "-o", model]);
+    dtsdb(["generate", "--stations", "600", "--seed", "7", "-o", model]);
     const tab = await Tab.open(browser);
     await tab.show(reportOn(model, folder, "large.html"), "table/CB");
     await tab.page.waitForSelector(".body .row");

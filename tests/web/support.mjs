@@ -55,7 +55,8 @@ export async function openBrowser() {
 /** A tab that notes what it must not do: errors, refusals of the policy, requests to elsewhere. */
 export class Tab {
   static async open(browser, { width = 1280, height = 800, theme = "light" } = {}) {
-    const tab = new Tab(await browser.newPage());
+    const context = await browser.createBrowserContext();  // nothing that another tab has stored
+    const tab = new Tab(await context.newPage());
     await tab.page.setViewport({ width, height });
     await tab.page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: theme },
                                          { name: "prefers-reduced-motion", value: "reduce" }]);
@@ -112,7 +113,7 @@ export class Tab {
       requestAnimationFrame(() => requestAnimationFrame(() => done())))));
   }
 
-  close() { return this.page.close(); }
+  close() { return this.page.browserContext().close(); }
 }
 
 // A pixel differs when a channel is further off than this.

@@ -108,17 +108,23 @@ function factList(facts: ElementFacts, namesEnd: boolean): HTMLElement {
   if (facts.far) add("Leads to", facts.far);
   if (facts.breaker) add("Carried by", facts.breaker);
   if (facts.p !== undefined && !facts.open) {
-    add("Flow", h("strong", {}, power(facts.p, "MW")), ` / ${power(facts.q, "Mvar")}`);
-    const way = flowWay(facts);
-    if (way) add("Counted", way);
+    const { p, q, way } = flowOf(facts);
+    add("Flow", h("strong", {}, power(p, "MW")), ` / ${power(q, "Mvar")}`);
+    if (way) add("Direction", way);
   }
   return list;
 }
 
-function flowWay(facts: ElementFacts): string | null {
-  if (facts.p === null || facts.p === undefined) return null;
-  if (facts.from && facts.to) return `from ${facts.from} to ${facts.to}`;
-  return "out of the node";
+/** The power in the direction in which it goes, and that direction in words. */
+function flowOf(facts: ElementFacts): { p: number | null; q: number | null; way: string | null } {
+  const p = facts.p ?? null;
+  const q = facts.q ?? null;
+  if (p === null || q === null) return { p, q, way: null };
+  const isBack = p < 0 || (p === 0 && q < 0);
+  const kind = facts.kind === "DC line" ? "line" : facts.kind;
+  const between = facts.from && facts.to ? [`${facts.from} → ${facts.to}`, `${facts.to} → ${facts.from}`]
+    : [`into the ${kind}`, `out of the ${kind}`];
+  return { p: isBack ? -p : p, q: isBack ? -q : q, way: between[isBack ? 1 : 0]! };
 }
 
 export function findingList(findings: Finding[]): HTMLElement | null {

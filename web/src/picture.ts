@@ -151,7 +151,8 @@ export class PictureView {
       const title = group.querySelector(":scope > title")?.textContent ?? group.dataset.id ?? "";
       if (group.childElementCount < 2) continue;  // nothing to be seen
       group.setAttribute("role", "button");
-      group.setAttribute("aria-label", title);
+      const seen = [...group.querySelectorAll(":scope > text")].map((text) => text.textContent).join(" ");
+      group.setAttribute("aria-label", seen === "" ? title : `${seen} – ${title}`);
       group.setAttribute("tabindex", first ? "0" : "-1");
       first = false;
     }
