@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "analysis/internal/guard.h"
+#include "formats/import_report.h"
 #include "formats/model_io.h"
 #include "formats/text_layout.h"
 #include "include/log_sink.h"
@@ -33,11 +34,15 @@ Result<Model> Model::Open(const std::string& name, const ImportOptions& import, 
   return internal::Guarded(name, [&]() -> Result<Model> {
     tools::ModelName model(name);
     model.Import() = import;
-    return Model(std::make_shared<DTSDB>(tools::LoadModel(model, nullptr, progress)), name);
+    tools::ImportReport report;
+    auto tables = std::make_shared<DTSDB>(tools::LoadModel(model, &report, progress));
+    return Model(std::move(tables), name, tools::PositionsOf(report));
   });
 }
 
-Model Model::Of(const DTSDB& tables, const std::string& name) { return Model(std::make_shared<DTSDB>(tables), name); }
+Model Model::Of(const DTSDB& tables, const std::string& name, StationPositions positions) {
+  return Model(std::make_shared<DTSDB>(tables), name, std::move(positions));
+}
 
 Result<void> Model::Save(const std::string& name) {
   return internal::Guarded(name, [&]() -> Result<void> {
@@ -89,7 +94,7 @@ Result<Model> Model::Copy() const {
     if (out.status() != QDataStream::Ok || in.IsRefused() || in.BytesLeft() != 0) {
       return tl::unexpected(Error{ErrorCode::kInternal, m_name + ": the model can't be copied", m_name});
     }
-    return Model(std::move(copy), m_name);
+    return Model(std::move(copy), m_name, m_positions);
   });
 }
 

@@ -9,6 +9,7 @@
 #include "analysis/error.h"
 #include "formats/import_options.h"
 #include "formats/reading_progress.h"
+#include "formats/station_positions.h"
 #include "model/dtsdb.h"
 #include "validation/finding.h"
 #include "validation/message_catalog.h"
@@ -17,6 +18,7 @@ namespace dtsdb::analysis {
 
 using tools::ImportOptions;
 using tools::ReadingProgress;
+using tools::StationPositions;
 
 /// What a validation found.
 struct Validation {
@@ -36,7 +38,7 @@ class Model {
                             const ReadingProgress& progress = {});
 
   /// A model that shares the tables of `tables`. `name` is what errors call it.
-  static Model Of(const DTSDB& tables, const std::string& name = "the model");
+  static Model Of(const DTSDB& tables, const std::string& name = "the model", StationPositions positions = {});
 
   /// Writes the model in the form that `name` asks for, as Open reads it: to a new name with an extension an object
   /// file, to one without a folder of text tables. A failure leaves what stood there.
@@ -58,16 +60,22 @@ class Model {
   /// The name by which errors call the model.
   const std::string& Name() const { return m_name; }
 
+  /// Where its stations stand on the map; empty unless the model was made of a grid that has such places. Saving
+  /// doesn't keep them.
+  const StationPositions& Positions() const { return m_positions; }
+
   /// The tables, for the classes of the core. What changes states here is followed up by no session: begin a new one.
   DTSDB& Tables() const { return *m_tables; }
   /// The tables, kept alive by the holder.
   const std::shared_ptr<DTSDB>& Shared() const { return m_tables; }
 
  private:
-  Model(std::shared_ptr<DTSDB> tables, std::string name) : m_tables(std::move(tables)), m_name(std::move(name)) {}
+  Model(std::shared_ptr<DTSDB> tables, std::string name, StationPositions positions)
+      : m_tables(std::move(tables)), m_name(std::move(name)), m_positions(std::move(positions)) {}
 
   std::shared_ptr<DTSDB> m_tables;
   std::string m_name;
+  StationPositions m_positions;
 };
 
 }  // namespace dtsdb::analysis

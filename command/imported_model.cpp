@@ -91,7 +91,10 @@ ImportedModel LoadImported(const ModelName& name, cgmes::ProfileSet& set) {
   return model;
 }
 
-analysis::Model OpenModel(const ModelName& name) { return analysis::Model::Of(LoadImported(name).tables, name.Text()); }
+analysis::Model OpenModel(const ModelName& name) {
+  const ImportedModel model = LoadImported(name);
+  return analysis::Model::Of(model.tables, name.Text(), PositionsOf(model.report));
+}
 
 void WriteIdsBeside(const ImportedModel& model, const ModelName& output) {
   if (model.report.identities.empty()) {

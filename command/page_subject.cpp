@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "formats/import_ids.h"
+
 namespace dtsdb::tools {
 
 page::Subject PageSubject(const ModelName& model, Language language) {
@@ -12,6 +14,7 @@ page::Subject PageSubject(const ModelName& model, Language language) {
   subject.name = name.empty() || name == "." || name == ".." ? "Grid" : name;
   subject.source = FormName(model.Form());
   subject.language = language;
+  subject.positions = PositionsBeside(model);
   return subject;
 }
 

@@ -1,3 +1,7 @@
+#include <malloc.h>
+
+#include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <ctime>
 #include <memory>
@@ -26,7 +30,7 @@ struct ServeOptions {
   int port = 8017;
   std::string listen;
   std::string token;
-  int interval = 200;
+  int interval = 50;
   Language language = LocaleLanguage();
 };
 
@@ -62,6 +66,24 @@ class EndSignals {
   sigset_t m_signals{};
 };
 
+/// Tables and copies come and go by tens of megabytes, on many threads: what is given back goes back to the system.
+void ReturnMemory() {
+  constexpr int kLargeBlock = 128 * 1024;
+  ::mallopt(M_MMAP_THRESHOLD, kLargeBlock);
+  ::mallopt(M_ARENA_MAX, 2);
+}
+
+/// Looks for commits until the end. At most half of the time goes into reading them.
+void Follow(page::LiveModel& live, EndSignals& end, int interval) {
+  for (int pause = interval; !end.Wait(pause);) {
+    const auto begin = std::chrono::steady_clock::now();
+    live.Look();
+    const auto taken = std::chrono::steady_clock::now() - begin;
+    const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(taken).count();
+    pause = std::max(interval, static_cast<int>(milliseconds));
+  }
+}
+
 std::unique_ptr<page::LiveModel> OpenLive(const ServeOptions& options, page::EventHub& hub) {
   const ModelName& name = options.model;
   page::Subject subject = PageSubject(name, options.language);
@@ -78,6 +100,7 @@ int Serve(const ServeOptions& options) {
   if (const std::string why = options.token.empty() ? "" : page::WhyNoToken(options.token); !why.empty()) {
     throw Failure(kExitUsage, "--token: " + why);
   }
+  ReturnMemory();
   EndSignals end;
   const std::string address = options.listen.empty() ? kThisMachine : options.listen;
   const page::Access access(options.token.empty() ? page::RandomToken() : options.token, address);
@@ -88,7 +111,7 @@ int Serve(const ServeOptions& options) {
   page::Site site(*live, access, limits);
   const auto server = Take(page::Server::Open(site, hub, address, options.port, serverLimits));
   WriteUtf8("http://" + page::HostAndPort(address, server->Port()) + "/" + access.Token() + "/\n");
-  while (!end.Wait(options.interval)) live->Look();
+  Follow(*live, end, options.interval);
   return kExitGood;
 }
 
@@ -107,7 +130,7 @@ void AddServe(CommandLine& app, Action& action) {
             .Shown("ADDRESS");
         command.Add("--token", options.token, "The word in the address that admits viewers, in place of a random one")
             .Shown("TOKEN");
-        command.Add("--interval", options.interval, "Look for commits each MS milliseconds (default 200)")
+        command.Add("--interval", options.interval, "Look for commits each MS milliseconds (default 50)")
             .Shown("MS")
             .Within(10, 10000);
         AddLanguageOption(command, options.language);

@@ -102,4 +102,12 @@ ImportReport ReadIds(const ModelName& model) {
   return report;
 }
 
+StationPositions PositionsBeside(const ModelName& model) {
+  try {
+    return PositionsOf(ReadIds(model));
+  } catch (const Failure&) {
+    return {};  // a model is whole without them
+  }
+}
+
 }  // namespace dtsdb::tools

@@ -6,6 +6,7 @@
 
 #include "formats/import_report.h"
 #include "formats/model_name.h"
+#include "formats/station_positions.h"
 
 namespace dtsdb::tools {
 
@@ -23,5 +24,8 @@ void CopyIds(const ModelName& from, const ModelName& to);
 /// Reads what WriteIds wrote beside `model`; nothing where there is no such file. Throws Failure with the line of the
 /// first fault.
 ImportReport ReadIds(const ModelName& model);
+
+/// The positions of stations that WriteIds wrote beside `model`. None where that file isn't there or can't be read.
+StationPositions PositionsBeside(const ModelName& model);
 
 }  // namespace dtsdb::tools

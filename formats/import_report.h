@@ -15,10 +15,11 @@ inline constexpr const char* kTopological = "ND.TopologicalNode";  ///< the topo
 inline constexpr const char* kNodeVoltage = "ND.BaseVoltage";      ///< its base voltage, where its level has none
 inline constexpr const char* kLevelVoltage = "KV.BaseVoltage";     ///< the base voltage of the level
 inline constexpr const char* kUnusedNode = "KV.ConnectivityNode";  ///< a node in the level without equipment
-inline constexpr const char* kIdleNode = "KV.ND";   ///< one without equipment in the model; its name is its identity
-inline constexpr const char* kProfile = "Profile";  ///< a file that was read; its identity is "KIND VERSION TIME"
+inline constexpr const char* kIdleNode = "KV.ND";  ///< one without equipment in the model; its name is its identity
+inline constexpr const char* kPosition = "ST.Location";  ///< where the station stands; its name is the position
+inline constexpr const char* kProfile = "Profile";       ///< a file that was read; its identity is "KIND VERSION TIME"
 inline constexpr const char* kAll[] = {kTerminal,   kTopological, kNodeVoltage, kLevelVoltage,
-                                       kUnusedNode, kIdleNode,    kProfile};
+                                       kUnusedNode, kIdleNode,    kPosition,    kProfile};
 
 }  // namespace part_of
 
@@ -61,7 +62,7 @@ struct ImportReport {
   std::vector<Exception> changed;    ///< by class
   std::vector<Exception> unknown;    ///< by class: what no table has room for
   std::vector<Identity> identities;  ///< by table and identity
-  std::vector<Identity> parts;       ///< likewise: objects that no record stands for, but an export names (part_of)
+  std::vector<Identity> parts;  ///< likewise: objects that no record stands for, but an export or a map names (part_of)
 
   /// The object that the record of `table` with the identity `identity` stands for; null for none.
   const Identity* Find(const std::string& table, const std::string& identity) const;

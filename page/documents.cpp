@@ -1,6 +1,7 @@
 #include "page/documents.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "analysis/effect.h"
@@ -37,12 +38,18 @@ Json FieldsJson(const TableInfo& table) {
   return fields;
 }
 
+/// True for the time of a run: the documents on a model don't depend on when they were made.
+bool IsTime(const TableInfo& table, const FieldInfo& field) {
+  return table.kind == KIND_GLOBAL && std::string_view(field.unit) == "s";
+}
+
 /// The values of one field, as the text of a JSON array.
 std::string ColumnText(const AnyTable& table, const FieldInfo& field) {
+  const bool isLeftOut = IsTime(table.Info(), field);
   std::string text = "[";
   for (int i = 0; i < table.GetCount(); ++i) {
     if (i > 0) text += ',';
-    text += tools::JsonCell(tools::FieldCell(field, table[i]));
+    text += isLeftOut ? "null" : tools::JsonCell(tools::FieldCell(field, table[i]));
   }
   return text + "]";
 }
@@ -123,7 +130,7 @@ std::string Documents::State() const { return internal::TextOf(internal::StateJs
 
 std::string Documents::Findings() const { return internal::TextOf(internal::FindingsJson(*m_content->grid)); }
 
-std::string Documents::Grid() const { return internal::TextOf({{"version", m_content->version}, {"svg", ""}}); }
+std::string Documents::Grid() const { return internal::TextOf(internal::MapJson(*m_content)); }
 
 analysis::Result<std::string> Documents::Station(const std::string& id) const {
   if (!m_content->hasTopology) {

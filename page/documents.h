@@ -18,6 +18,7 @@ struct Subject {
   std::string source;                      ///< where it was read from
   bool live = false;                       ///< its states go on changing
   Language language = Language::kEnglish;  ///< of the findings
+  analysis::StationPositions positions{};  ///< where stations stand on the map, unless the model itself has positions
 };
 
 /// A record by its table, its identity in UTF-8, and the identity of its station, which is empty for what is in none.
@@ -66,13 +67,14 @@ class Documents {
 
   /// Name, summary and the tables with their fields.
   std::string Model() const;
-  /// The columns of a table. An Error of usage, with the nearest names, when there is none of this name.
+  /// The columns of a table; the times of the last runs are left out. An Error of usage, with the nearest names, when
+  /// there is none of this name.
   analysis::Result<std::string> Table(const std::string& name) const;
   /// The verdict, the islands, what is dead, and the sets of breakers without whole flows.
   std::string State() const;
   /// What the validation and the topology have found.
   std::string Findings() const;
-  /// The map of the grid; without pictures its SVG is empty.
+  /// The map of the grid, laid out each time: keep it where it is asked for often. Without pictures its SVG is empty.
   std::string Grid() const;
   /// A station's diagram, and the state of each element in it. An Error when there is no such station or no topology.
   analysis::Result<std::string> Station(const std::string& id) const;

@@ -36,6 +36,7 @@ struct Symbol {
   Point centre;
   int quarterTurns = 0;  ///< clockwise
   Box box;               ///< what it covers, turned as it is
+  int degrees = 0;       ///< clockwise, besides the quarter turns
 };
 
 enum class Anchor { kStart, kMiddle, kEnd };

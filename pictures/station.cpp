@@ -3,26 +3,19 @@
 #include <algorithm>
 
 #include "formats/field_text.h"
-#include "formats/nearest.h"
-#include "formats/text_layout.h"
 #include "include/chain.h"
 #include "model/branch_kinds.h"
 #include "model/record_bits.h"
 #include "model/relations.h"
+#include "pictures/internal/records.h"
 
 namespace dtsdb::pictures {
 namespace {
 
-using analysis::Error;
-using analysis::ErrorCode;
+using internal::kLive;
+using internal::NameOf;
+using internal::Unknown;
 using tools::IdText;
-
-constexpr const char* kLive = "live";
-
-template <class T>
-RecordName NameOf(const T& record) {
-  return {T::kTableName, record.id, IdText(record.id)};
-}
 
 /// Calls `visit` with each record of class T in the chain of `parent`.
 template <class T, class Parent, class Visit>
@@ -31,17 +24,6 @@ void ForEachChild(DTSDB& tables, const Parent& parent, Visit visit) {
   for (const Row& row : Chain(TableOf<Row>(tables), parent.*Relation<Row>::kHead)) {
     visit(TableOf<T>(tables).GetPh(row.ChildNumber()));
   }
-}
-
-template <class T>
-Error Unknown(DTSDB& tables, const QString& id, const char* what) {
-  std::vector<std::string> known;
-  tTable<T>& table = TableOf<T>(tables);
-  known.reserve(static_cast<std::size_t>(table.GetCount()));
-  for (int i = 0; i < table.GetCount(); ++i) known.push_back(IdText(table[i].id));
-  const std::string text = IdText(id);
-  return {ErrorCode::kUnknownComponent,
-          "the model has no " + std::string(what) + " " + tools::Quoted(text) + tools::DidYouMean(text, known), text};
 }
 
 template <class T>

@@ -82,7 +82,8 @@ class SvgWriter {
         -size.height / 2, size.width, size.height);
     if (!symbol.classes.empty()) Add(" class=\"{}\"", symbol.classes);
     Add(" transform=\"translate({},{})", symbol.centre.x, symbol.centre.y);
-    if (symbol.quarterTurns != 0) Add(" rotate({})", 90 * symbol.quarterTurns);
+    const int degrees = 90 * symbol.quarterTurns + symbol.degrees;
+    if (degrees != 0) Add(" rotate({})", degrees);
     m_out += "\"/>";
   }
 

@@ -10,7 +10,10 @@ const kMostBytes = 300_000;
 const here = dirname(fileURLToPath(import.meta.url));
 const out = process.argv[2] ?? join(here, "dist");
 
-/** The style of the pictures, for both themes: what is meant for a dark system goes with the page's own theme. */
+/**
+ * The style of the pictures, for both themes: what is meant for a dark system goes with the page's own theme. It isn't
+ * bound to an ancestor, which would keep it from the symbols, and is a layer, so that all rules of the page win.
+ */
 function pictureStyle() {
   const text = readFileSync(join(here, "../pictures/style.css"), "utf8");
   const begin = text.indexOf("@media (prefers-color-scheme: dark)");
@@ -18,7 +21,8 @@ function pictureStyle() {
   const close = text.lastIndexOf("}");
   if (begin < 0) throw new Error("pictures/style.css has no part for dark systems");
   const light = text.slice(0, begin) + text.slice(close + 1);
-  return `.picture {\n${light}\n}\n:root[data-theme="dark"] .picture {\n${text.slice(open + 1, close)}\n}\n`;
+  const dark = `:root[data-theme="dark"] {\n${text.slice(open + 1, close)}\n}`;
+  return `@layer pictures {\n${light}\n${dark}\n}\n`;
 }
 
 const pictures = {

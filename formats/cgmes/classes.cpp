@@ -84,6 +84,11 @@ constexpr ClassRow kClasses[] = {
     {"SvShuntCompensatorSections", Role::kPart, ""},
     {"TopologicalNode", Role::kPart, ""},
     {"TopologicalIsland", Role::kPart, ""},
+
+    // Where things stand on the map.
+    {"CoordinateSystem", Role::kPart, ""},
+    {"Location", Role::kPart, ""},
+    {"PositionPoint", Role::kPoint, ""},
 };
 // clang-format on
 

@@ -29,6 +29,7 @@ enum class Role {
   kConverter,  ///< between AC and DC
   kAnalog,
   kDiscrete,
+  kPoint,  ///< of a location on the map
 };
 
 /// How the objects of a class are mapped. The properties are those of the steady-state hypothesis, kPropertyCount for

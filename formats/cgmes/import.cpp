@@ -1,5 +1,6 @@
 #include "formats/cgmes/import.h"
 
+#include "formats/cgmes/positions.h"
 #include "formats/cgmes/steps.h"
 #include "formats/cgmes/topology_parts.h"
 
@@ -17,6 +18,7 @@ ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSD
   ImportReport report = mapping.account.Report(mapping.connections);
   report.identities = mapping.ids.List();
   report.parts = TopologyParts(mapping);
+  AddPositions(mapping, report.parts);
   return report;
 }
 

@@ -21,6 +21,7 @@ const std::vector<KindRow>& Kinds() {
       {ProfileKind::kSteadyState, "SSH", {"/SteadyStateHypothesis"}},
       {ProfileKind::kTopology, "TP", {"/Topology"}},
       {ProfileKind::kStateVariables, "SV", {"/StateVariables"}},
+      {ProfileKind::kGeographical, "GL", {"/GeographicalLocation"}},
       {ProfileKind::kOther, "other", {}},
   };
   return rows;

@@ -17,6 +17,7 @@ enum class ProfileKind {
   kTopology,          ///< TP: the topological nodes as published
   kStateVariables,    ///< SV: voltages, flows and islands as published
   kTopologyBoundary,  ///< topological nodes of the border (2.4.15)
+  kGeographical,      ///< GL: where things stand on the map
   kOther,             ///< nothing that the import reads
 };
 

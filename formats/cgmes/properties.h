@@ -83,6 +83,12 @@
   X(kStatusInService, "SvStatus.inService")                                        \
   X(kSectionsShunt, "SvShuntCompensatorSections.ShuntCompensator")                 \
   X(kSectionsCount, "SvShuntCompensatorSections.sections")                         \
+  X(kLocation, "PowerSystemResource.Location")                                     \
+  X(kLocationOf, "Location.PowerSystemResources")                                  \
+  X(kPointLocation, "PositionPoint.Location")                                      \
+  X(kPointNumber, "PositionPoint.sequenceNumber")                                  \
+  X(kPointX, "PositionPoint.xPosition")                                            \
+  X(kPointY, "PositionPoint.yPosition")                                            \
   X(kIslandNodes, "TopologicalIsland.TopologicalNodes")
 
 namespace dtsdb::tools::cgmes {

@@ -100,6 +100,11 @@ std::vector<std::string> TouchedStations(const GridState& before, const GridStat
   return touched.Take();
 }
 
+analysis::Effect EffectBetween(const GridState& before, const GridState& after) {
+  return analysis::EffectOf(analysis::DescribeSupply(before.model.Tables()),
+                            analysis::DescribeSupply(after.model.Tables()));
+}
+
 std::vector<Thing> ThingsOf(const std::vector<analysis::Supplied>& supplied) {
   std::vector<Thing> things;
   for (const analysis::Supplied& thing : supplied) things.push_back({thing.table, thing.identity, thing.station});
@@ -110,19 +115,22 @@ std::vector<Thing> ThingsOf(const std::vector<analysis::Supplied>& supplied) {
 
 std::set<RecordKey> ChangedRecords(const GridState& before, const GridState& after) {
   std::set<RecordKey> changed;
+  const analysis::Effect effect = EffectBetween(before, after);
   for (const analysis::Difference& difference :
        analysis::CompareTopology(before.model.Tables(), after.model.Tables())) {
     changed.emplace(difference.table, difference.identity);
   }
   AddSwitched(before, after, changed);
+  for (const auto* const things : {&effect.lost, &effect.regained}) {
+    for (const analysis::Supplied& thing : *things) changed.emplace(thing.table, thing.identity);
+  }
   return changed;
 }
 
 Changes ChangesBetween(const GridState& before, const GridState& after) {
   Changes changes;
   if (!before.hasTopology || !after.hasTopology) return changes;
-  const analysis::Effect effect = analysis::EffectOf(analysis::DescribeSupply(before.model.Tables()),
-                                                     analysis::DescribeSupply(after.model.Tables()));
+  const analysis::Effect effect = EffectBetween(before, after);
   changes.becameDead = ThingsOf(effect.lost);
   changes.becameLive = ThingsOf(effect.regained);
   changes.islandsBefore = static_cast<int>(before.topology.islands.size());

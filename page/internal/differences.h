@@ -9,8 +9,8 @@
 
 namespace dtsdb::page::internal {
 
-/// The nodes and equipment whose state differs; both states have a topology. Numbers of sections and islands don't
-/// count, nor do powers.
+/// The nodes and equipment whose state differs, and the stations that are dead in one of the two; both states have a
+/// topology. Numbers of sections and islands don't count, nor do powers.
 std::set<RecordKey> ChangedRecords(const GridState& before, const GridState& after);
 
 /// The whole account. A picture differs too where only a power does.

@@ -51,6 +51,7 @@ std::shared_ptr<const Grid> ReadGrid(const analysis::Model& model, const analysi
   DTSDB& tables = model.Tables();
   const auto grid = std::make_shared<Grid>();
   grid->subject = std::move(subject);
+  if (!model.Positions().empty()) grid->subject.positions = model.Positions();
   grid->good = validation.good;
   grid->errors = validation.errors;
   grid->warnings = validation.warnings;

@@ -32,7 +32,7 @@ struct PageFinding {
 
 /// What all states of one grid share.
 struct Grid {
-  Subject subject;
+  Subject subject;  ///< with the positions of the model where it has any
   bool good = false;
   int errors = 0;
   int warnings = 0;

@@ -5,6 +5,8 @@
 
 #include "formats/field_text.h"
 #include "model/record_bits.h"
+#include "pictures/grid_map.h"
+#include "pictures/svg.h"
 
 namespace dtsdb::page::internal {
 namespace {
@@ -143,6 +145,19 @@ Json StateJson(const GridState& state) {
   json["dead"] = state.hasTopology ? DeadJson(state) : Json::array();
   json["unbalanced"] = state.hasTopology ? UnbalancedJson(state) : Json::array();
   return json;
+}
+
+Json MapJson(const GridState& state) {
+  std::string svg;
+  if (state.hasTopology) {
+    const pictures::GridReader reader(state.model.Tables(), state.grid->subject.positions);
+    pictures::Picture picture = pictures::DrawGrid(reader.Read(), {.flows = true});
+    for (pictures::Element& element : picture.elements) {
+      if (state.changed.contains({element.record.table, element.record.identity})) element.classes += " changed";
+    }
+    svg = pictures::ToSvg(picture);
+  }
+  return {{"version", state.version}, {"svg", std::move(svg)}};
 }
 
 Json FindingsJson(const Grid& grid) {

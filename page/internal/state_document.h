@@ -10,6 +10,8 @@ namespace dtsdb::page::internal {
 /// How much of what there is.
 Json SummaryJson(const GridState& state);
 Json StateJson(const GridState& state);
+/// The map; an empty picture without a topology.
+Json MapJson(const GridState& state);
 Json FindingsJson(const Grid& grid);
 
 }  // namespace dtsdb::page::internal

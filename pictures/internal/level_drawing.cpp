@@ -271,14 +271,4 @@ void LevelDrawing::DrawFeeder(const GridFeeder& feeder) {
   m_picture.elements.push_back(std::move(element));
 }
 
-Symbol MakeSymbol(const std::string& name, Point centre, int quarterTurns, const std::string& classes) {
-  Size size = SizeOfSymbol(name);
-  if (quarterTurns % 2 == 1) std::swap(size.width, size.height);
-  return {name,
-          classes,
-          centre,
-          quarterTurns,
-          {centre.x - size.width / 2, centre.y - size.height / 2, size.width, size.height}};
-}
-
 }  // namespace dtsdb::pictures::internal

@@ -72,7 +72,4 @@ class LevelDrawing {
   std::map<int, Pin> m_pins;
 };
 
-/// A symbol of the size that pictures/symbols.svg gives it.
-Symbol MakeSymbol(const std::string& name, Point centre, int quarterTurns = 0, const std::string& classes = "");
-
 }  // namespace dtsdb::pictures::internal

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QXmlStreamReader>
 #include <map>
+#include <utility>
 
 namespace dtsdb::pictures::internal {
 namespace {
@@ -34,6 +35,16 @@ std::string_view SymbolDefinitions() {
   const std::size_t last = file.find("</defs>");
   if (first == std::string_view::npos || last == std::string_view::npos) return {};
   return file.substr(first + 6, last - first - 6);
+}
+
+Symbol MakeSymbol(const std::string& name, Point centre, int quarterTurns, const std::string& classes) {
+  Size size = SizeOfSymbol(name);
+  if (quarterTurns % 2 == 1) std::swap(size.width, size.height);
+  return {name,
+          classes,
+          centre,
+          quarterTurns,
+          {centre.x - size.width / 2, centre.y - size.height / 2, size.width, size.height}};
 }
 
 }  // namespace dtsdb::pictures::internal

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "pictures/picture.h"
+
 namespace dtsdb::pictures::internal {
 
 extern const char* const kSymbolsFile;  ///< the contents of pictures/symbols.svg
@@ -17,6 +19,9 @@ struct Size {
 
 /// The size of a symbol as it stands upright. {0, 0} for a name that isn't in the file.
 Size SizeOfSymbol(const std::string& name);
+
+/// A symbol of the size that the file gives it.
+Symbol MakeSymbol(const std::string& name, Point centre, int quarterTurns = 0, const std::string& classes = "");
 
 /// The <symbol> elements of the file, for an SVG.
 std::string_view SymbolDefinitions();

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "pictures/internal/symbols.h"
 #include "pictures/internal/wording.h"
 
 namespace dtsdb::pictures::internal {

@@ -34,7 +34,7 @@ TEST(DrawCommand, AsksWhatToDraw) {
   here.CopyModel("m");
   const CommandResult result = here.Run("draw m");
   EXPECT_EQ(result.code, 2);
-  EXPECT_EQ(result.err, "dtsdb: name what to draw with --station ID or --kv ID\n");
+  EXPECT_EQ(result.err, "dtsdb: name what to draw with --station ID, --kv ID or --grid\n");
 }
 
 TEST(DrawCommand, RefusesAnUnknownStation) {

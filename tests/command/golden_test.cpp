@@ -98,6 +98,7 @@ constexpr Golden kGolden[] = {
     {"screen_pairs.csv", "screen m --sample 3 --format csv", 0},
     {"draw.svg", "draw m --station 甲站", 0},
     {"draw_flows.svg", "draw solved --station 甲站 --flows", 0},
+    {"draw_grid.svg", "draw solved --grid --flows", 0},
     {"flow.txt", "flow solved", 0},
     {"flow.json", "flow solved --format json", 0},
     {"flow_sets.csv", "flow solved --format csv", 0},

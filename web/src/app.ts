@@ -39,6 +39,7 @@ export class App {
   private readonly search: SearchBox;
   private readonly place = h("main", { id: "view", tabindex: -1 });
   private readonly tabs = h("nav", { class: "tabs", "aria-label": "Views" });
+  private readonly side = h("div", { class: "side" });
   private readonly banner = h("div", { class: "banner", role: "status", hidden: true });
   private readonly message = h("div", { class: "message", role: "alert", hidden: true });
   private readonly status = h("span", { class: "live-status", hidden: true });
@@ -47,6 +48,7 @@ export class App {
     this.inspector = new Inspector(this, () => this.closeInspector());
     this.stations = new StationList(this);
     this.search = new SearchBox(this);
+    fill(this.side, this.tabs, this.stations.element);
   }
 
   /** Fetches what the page needs at once, and shows it. */
@@ -65,7 +67,7 @@ export class App {
       event.preventDefault();
       this.place.focus();
     } }, "Skip to the view"), this.head(), this.banner, this.message, this.trialBar?.element,
-         h("div", { class: "frame" }, h("div", { class: "side" }, this.tabs, this.stations.element), this.place,
+         h("div", { class: "frame" }, this.side, this.place,
            this.inspector.element));
     addEventListener("hashchange", () => this.route());
     addEventListener("keydown", (event) => this.onKey(event));
@@ -120,15 +122,24 @@ export class App {
     const tab = (name: string, title: string, address: Route, count?: number) =>
       h("a", { href: writeRoute(address), "aria-current": this.viewName === name ? "page" : null }, title,
         count !== undefined && count > 0 && h("span", { class: "badge" }, number(count)));
-    fill(this.tabs, this.runs.length > 0 && tab("runs", "Runs", ["runs"], this.runs.length), tab("grid", "Grid", ["grid"]),
+    const stations = h("button", { type: "button", class: "stations-button", "aria-expanded": "false",
+                                   onclick: () => this.toggleStations() }, "Stations");
+    fill(this.tabs, stations, this.runs.length > 0 && tab("runs", "Runs", ["runs"], this.runs.length), tab("grid", "Grid", ["grid"]),
          tab("table", "Tables", ["table", "ST"]), tab("findings", "Findings", ["findings"], this.findings.length),
          tab("state", "Islands", ["state"], this.state.islands.length),
          this.model.live && tab("log", "Log", ["log"], this.log.length));
   }
 
+  /** On a narrow screen the list of stations lies over the view, when it is asked for. */
+  private toggleStations(isOpen = !this.side.classList.contains("stations-open")): void {
+    this.side.classList.toggle("stations-open", isOpen);
+    this.tabs.querySelector(".stations-button")?.setAttribute("aria-expanded", String(isOpen));
+  }
+
   private route(): void {
     const [name = "grid", ...args] = readRoute(location.hash);
     this.complain("");
+    this.toggleStations(false);
     if (name !== this.viewName || !this.view?.go(args)) {
       this.view?.dispose?.();
       this.inspector.hide();

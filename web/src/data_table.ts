@@ -130,9 +130,9 @@ export class DataTable {
 
   private widthOf(i: number): number {
     const column = this.options.columns[i]!;
-    let width = column.name.length + (column.unit ? column.unit.length + 1 : 0) + 3;
+    let width = column.name.length + (column.unit ? column.unit.length + 1 : 0) + 4;
     const step = Math.max(1, Math.floor(this.size / kSample));
-    for (let row = 0; row < this.size; row += step) width = Math.max(width, this.textOf(i, row).length + 2);
+    for (let row = 0; row < this.size; row += step) width = Math.max(width, this.textOf(i, row).length + 3);
     return Math.min(width, kWidest);
   }
 

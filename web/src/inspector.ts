@@ -32,7 +32,7 @@ export class Inspector {
          facts.map((each) => factList(each, facts.length > 1)),
          findingList(findings),
          this.links(thing),
-         this.fields(thing));
+         this.fields(thing, facts.length === 0));
     this.element.hidden = false;
   }
 
@@ -56,11 +56,11 @@ export class Inspector {
   }
 
   /** The fields of the record, fetched when they are asked for. */
-  private fields(thing: Thing): HTMLElement | null {
+  private fields(thing: Thing, isOpen: boolean): HTMLElement | null {
     const info = this.app.tableInfo(thing.table);
     if (!info) return null;
     const content = h("div");
-    const details = h("details", { class: "all-fields" }, h("summary", {}, "Fields"), content);
+    const details = h("details", { class: "all-fields", open: isOpen }, h("summary", {}, "Fields"), content);
     const load = async () => {
       const table = await this.app.source.table(thing.table);
       const row = rowOf(table, thing.id);
@@ -108,17 +108,23 @@ function factList(facts: ElementFacts, namesEnd: boolean): HTMLElement {
   if (facts.far) add("Leads to", facts.far);
   if (facts.breaker) add("Carried by", facts.breaker);
   if (facts.p !== undefined && !facts.open) {
-    add("Flow", h("strong", {}, power(facts.p, "MW")), ` / ${power(facts.q, "Mvar")}`);
-    const way = flowWay(facts);
-    if (way) add("Counted", way);
+    const { p, q, way } = flowOf(facts);
+    add("Flow", h("strong", {}, power(p, "MW")), ` / ${power(q, "Mvar")}`);
+    if (way) add("Direction", way);
   }
   return list;
 }
 
-function flowWay(facts: ElementFacts): string | null {
-  if (facts.p === null || facts.p === undefined) return null;
-  if (facts.from && facts.to) return `from ${facts.from} to ${facts.to}`;
-  return "out of the node";
+/** The power in the direction in which it goes, and that direction in words. */
+function flowOf(facts: ElementFacts): { p: number | null; q: number | null; way: string | null } {
+  const p = facts.p ?? null;
+  const q = facts.q ?? null;
+  if (p === null || q === null) return { p, q, way: null };
+  const isBack = p < 0 || (p === 0 && q < 0);
+  const kind = facts.kind === "DC line" ? "line" : facts.kind;
+  const between = facts.from && facts.to ? [`${facts.from} → ${facts.to}`, `${facts.to} → ${facts.from}`]
+    : [`into the ${kind}`, `out of the ${kind}`];
+  return { p: isBack ? -p : p, q: isBack ? -q : q, way: between[isBack ? 1 : 0]! };
 }
 
 export function findingList(findings: Finding[]): HTMLElement | null {

@@ -6,15 +6,16 @@ const kSvg = "http://www.w3.org/2000/svg";
 const kElements = new Set(["svg", "g", "defs", "symbol", "use", "title", "desc", "path", "rect", "circle", "ellipse",
   "line", "polyline", "polygon", "text", "tspan", "marker", "pattern"]);
 const kMostZoom = 8;
+const kLeastFirst = 0.75;  // below it texts are too small to be read
 const kDragThreshold = 4;
 const kPanStep = 60;
 
 /** Reads a picture of the program. What it never contains (scripts, listeners, links out of it) makes it refused. */
 export function parsePicture(text: string): SVGSVGElement {
-  const parsed = new DOMParser().parseFromString(text, "image/svg+xml");
+  const bare = text.replace(/<style>[^<]*<\/style>/, "");  // the page has the style already, for both themes
+  const parsed = new DOMParser().parseFromString(bare, "image/svg+xml");
   const root = parsed.documentElement;
   if (root.namespaceURI !== kSvg || root.localName !== "svg") throw new Error("The picture can't be read.");
-  for (const style of parsed.querySelectorAll("style")) style.remove();  // the page has it already, for both themes
   for (const element of [root, ...root.querySelectorAll("*")]) checkElement(element);
   return document.importNode(root, true) as unknown as SVGSVGElement;
 }
@@ -30,6 +31,15 @@ function checkElement(element: Element): void {
       throw new Error(`The picture is refused: it contains the attribute ${name}.`);
     }
   }
+}
+
+/** A frame behind what has been chosen. */
+function addHalo(group: SVGGElement): void {
+  const box = group.getBBox();
+  const halo = document.createElementNS(kSvg, "rect");
+  const values = { class: "halo", x: box.x - 5, y: box.y - 5, width: box.width + 10, height: box.height + 10, rx: 4 };
+  for (const [name, value] of Object.entries(values)) halo.setAttribute(name, String(value));
+  if (box.width > 0 || box.height > 0) group.prepend(halo);
 }
 
 export interface PictureOptions {
@@ -52,7 +62,7 @@ export class PictureView {
   private width = 1;
   private height = 1;
   private view = { x: 0, y: 0, scale: 1 };
-  private isFitted = true;
+  private isPlaced = false;
   private readonly pointers = new Map<number, Point>();
   private dragged = 0;
   private readonly observer: ResizeObserver;
@@ -60,7 +70,7 @@ export class PictureView {
   constructor(private readonly options: PictureOptions) {
     this.stage = h("div", { class: "stage picture" });
     this.element = h("section", { class: "picture-view", "aria-label": options.label }, this.stage, this.tools());
-    this.observer = new ResizeObserver(() => (this.isFitted ? this.fit() : this.apply()));
+    this.observer = new ResizeObserver(() => (this.isPlaced ? this.apply() : this.begin()));
     this.observer.observe(this.stage);
     this.listen();
   }
@@ -80,14 +90,16 @@ export class PictureView {
     this.svg = svg;
     this.nameElements(svg);
     this.stage.replaceChildren(svg);
-    if (isSameSize) this.apply();
-    else this.fit();
+    this.isPlaced = this.isPlaced && isSameSize;
+    if (this.isPlaced) this.apply();
+    else this.begin();
   }
 
   /** Marks the elements of a record, and brings them into sight. Returns whether there are any. */
   select(table: string | undefined, id: string | undefined): boolean {
     const all = this.elements();
     const meant = all.filter((each) => each.dataset.table === table && each.dataset.id === id);
+    this.svg?.querySelectorAll(".halo").forEach((halo) => halo.remove());
     for (const each of all) {
       const isMeant = meant.includes(each);
       each.classList.toggle("selected", isMeant);
@@ -95,6 +107,7 @@ export class PictureView {
       else each.removeAttribute("aria-current");
     }
     const first = meant[0];
+    for (const each of meant) addHalo(each);
     if (first) {
       this.makeTabStop(first);
       this.reveal(first);
@@ -109,8 +122,20 @@ export class PictureView {
     if (width === 0 || height === 0) return;
     const scale = Math.min(width / this.width, height / this.height, 1.5);
     this.view = { scale, x: (this.width - width / scale) / 2, y: (this.height - height / scale) / 2 };
-    this.isFitted = true;
+    this.isPlaced = true;
     this.apply();
+  }
+
+  /** The first look: all of the picture where it can be read then, else its upper left part. */
+  private begin(): void {
+    this.fit();
+    if (!this.isPlaced || this.view.scale >= kLeastFirst) return;
+    const { width, height } = this.stage.getBoundingClientRect();
+    const start = (size: number, room: number) => Math.min(0, (size - room / kLeastFirst) / 2);
+    this.view = { scale: kLeastFirst, x: start(this.width, width), y: start(this.height, height) };
+    this.apply();
+    const chosen = this.svg?.querySelector<SVGGElement>("g.selected");
+    if (chosen) this.reveal(chosen);
   }
 
   /** The whole picture, whatever is in sight now; for printing. */
@@ -126,7 +151,8 @@ export class PictureView {
       const title = group.querySelector(":scope > title")?.textContent ?? group.dataset.id ?? "";
       if (group.childElementCount < 2) continue;  // nothing to be seen
       group.setAttribute("role", "button");
-      group.setAttribute("aria-label", title);
+      const seen = [...group.querySelectorAll(":scope > text")].map((text) => text.textContent).join(" ");
+      group.setAttribute("aria-label", seen === "" ? title : `${seen} – ${title}`);
       group.setAttribute("tabindex", first ? "0" : "-1");
       first = false;
     }
@@ -157,14 +183,12 @@ export class PictureView {
     this.view.x += point.x / this.view.scale - point.x / scale;
     this.view.y += point.y / this.view.scale - point.y / scale;
     this.view.scale = scale;
-    this.isFitted = false;
     this.apply();
   }
 
   private pan(dx: number, dy: number): void {
     this.view.x -= dx / this.view.scale;
     this.view.y -= dy / this.view.scale;
-    this.isFitted = false;
     this.apply();
   }
 

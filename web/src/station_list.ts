@@ -45,6 +45,10 @@ export class StationList {
   }
 
   render(): void {
+    if (this.shown.length === 0) {
+      this.list.replaceChildren();
+      return;
+    }
     const dead = new Set(this.app.state.dead.filter((each) => each.table === "ST").map((each) => each.id));
     const marked = this.app.findingsByStation;
     const first = Math.max(0, Math.floor(this.scroller.scrollTop / kRowHeight) - kOverscan);

@@ -56,7 +56,9 @@ TEST(CgmesReader, KindsOfProfileInBothVersions) {
   EXPECT_EQ(kind("http://iec.ch/TC57/ns/CIM/ShortCircuit-EU/3.0"), "EQ");
   EXPECT_EQ(kind("http://iec.ch/TC57/ns/CIM/EquipmentBoundary-EU/3.0"), "EQBD");
   EXPECT_EQ(kind("http://iec.ch/TC57/ns/CIM/Topology-EU/3.0"), "TP");
-  EXPECT_EQ(kind("http://iec.ch/TC57/ns/CIM/GeographicalLocation-EU/3.0"), "other");
+  EXPECT_EQ(kind("http://iec.ch/TC57/ns/CIM/GeographicalLocation-EU/3.0"), "GL");
+  EXPECT_EQ(kind("http://entsoe.eu/CIM/GeographicalLocation/2/1"), "GL");
+  EXPECT_EQ(kind("http://iec.ch/TC57/ns/CIM/Dynamics-EU/3.0"), "other");
 }
 
 TEST(CgmesReader, AFileWithoutAHeaderIsRefused) {

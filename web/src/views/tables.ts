@@ -20,7 +20,7 @@ export class TablesView implements View {
     this.title = name;
     const options = app.model.tables.map((table) =>
       h("option", { value: table.name, selected: table.name === name },
-        `${table.name} – ${table.title} (${number(table.rows)})`));
+        `${table.name} (${number(table.rows)})`));
     const choice = h("select", { "aria-label": "Table", onchange: () => (location.hash = tableRoute(choice.value)) },
                      groupOptions(app.model.tables, options));
     this.element = h("div", { class: "view table-view" }, h("div", { class: "view-head" }, choice, this.about),

@@ -1,0 +1,187 @@
+#include "pictures/internal/map_layout.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <set>
+
+#include "pictures/internal/spacing.h"
+#include "pictures/internal/spring_layout.h"
+
+namespace dtsdb::pictures::internal {
+namespace {
+
+constexpr double kNearestBySprings = 76;  // pixels to the nearest station, of half of the stations at least
+constexpr double kNearestOnMap = 44;      // likewise; cities are dense, and the land between them wide
+constexpr double kMostPerStation = 220;   // width and height of a map, for the root of its number of stations
+constexpr int kBlockGap = 40;
+constexpr int kVerticalMargin = 30;
+constexpr int kRowColumn = 170;  // stations without lines
+constexpr int kRowHeight = 34;
+constexpr int kLeastWidth = 640;
+
+std::size_t At(int place) { return static_cast<std::size_t>(place); }
+
+/// Degrees, unless a position is beyond them.
+bool AreDegrees(const std::vector<GridStation>& stations) {
+  return std::all_of(stations.begin(), stations.end(), [](const GridStation& station) {
+    return !station.position || (std::fabs(station.position->x) <= 180 && std::fabs(station.position->y) <= 90);
+  });
+}
+
+/// The factor by which distances in `points` become pixels.
+double ScaleOf(const std::vector<PlanePoint>& points, double nearest, double most) {
+  std::vector<double> distances = NearestDistances(points);
+  distances.erase(std::remove(distances.begin(), distances.end(), 0.0), distances.end());
+  if (distances.empty()) return 1;
+  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
+  std::nth_element(distances.begin(), middle, distances.end());
+  const PlaneBox box = BoxAround(points);
+  const double extent = std::max(box.right - box.left, box.bottom - box.top);
+  return std::min(nearest / *middle, most / extent);
+}
+
+/// The layout of one map, block by block from top to bottom.
+class Layouter {
+ public:
+  Layouter(const Grid& grid, int top) : m_grid(grid), m_neighbours(grid.stations.size()), m_top(top) {
+    m_layout.stations.resize(grid.stations.size());
+    for (const GridLine& line : grid.lines) {
+      if (line.from == line.to) continue;
+      m_neighbours[At(line.from)].insert(line.to);
+      m_neighbours[At(line.to)].insert(line.from);
+    }
+  }
+
+  MapLayout LayOut() {
+    const std::vector<int> located = Located();
+    std::vector<int> sprung;
+    std::vector<int> alone;
+    for (std::size_t i = 0; i < m_neighbours.size(); ++i) {
+      if (m_isPlaced[i]) continue;
+      (m_neighbours[i].empty() ? alone : sprung).push_back(static_cast<int>(i));
+    }
+    m_layout.width = kLeastWidth;
+    if (!located.empty()) PutBlock(located, m_located, kNearestOnMap);
+    if (!sprung.empty()) PutBySprings(sprung, alone);
+    PutInRows(alone);
+    m_layout.height = m_top;
+    return std::move(m_layout);
+  }
+
+ private:
+  /// The stations with a position, and what hangs on them: each where its neighbours stand in the mean.
+  std::vector<int> Located() {
+    m_isPlaced.resize(m_grid.stations.size());
+    std::vector<PlanePoint> places(m_grid.stations.size());
+    PlaceLocated(places);
+    for (bool isChanged = true; isChanged;) {
+      const std::vector<bool> wasPlaced = m_isPlaced;
+      isChanged = false;
+      for (std::size_t i = 0; i < m_neighbours.size(); ++i) {
+        int count = 0;
+        PlanePoint sum;
+        for (const int neighbour : m_neighbours[i]) {
+          if (!wasPlaced[At(neighbour)]) continue;
+          sum = {sum.x + places[At(neighbour)].x, sum.y + places[At(neighbour)].y};
+          ++count;
+        }
+        if (wasPlaced[i] || count == 0) continue;
+        places[i] = {sum.x / count, sum.y / count};
+        m_isPlaced[i] = true;
+        isChanged = true;
+      }
+    }
+    std::vector<int> located;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      if (!m_isPlaced[i]) continue;
+      located.push_back(static_cast<int>(i));
+      m_located.push_back(places[i]);
+    }
+    return located;
+  }
+
+  /// North is up. Degrees of longitude are as long as in the middle of the map.
+  void PlaceLocated(std::vector<PlanePoint>& places) {
+    double south = 90;
+    double north = -90;
+    for (const GridStation& station : m_grid.stations) {
+      if (!station.position) continue;
+      south = std::min(south, station.position->y);
+      north = std::max(north, station.position->y);
+    }
+    const double middle = (south + north) / 2 * std::numbers::pi / 180;
+    const double stretch = AreDegrees(m_grid.stations) ? std::max(std::cos(middle), 0.1) : 1;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      const auto& position = m_grid.stations[i].position;
+      if (!position) continue;
+      places[i] = {position->x * stretch, -position->y};
+      m_isPlaced[i] = true;
+    }
+  }
+
+  void PutBySprings(const std::vector<int>& stations, std::vector<int>& alone) {
+    std::vector<PlanePoint> points = LayOutBySprings(static_cast<int>(stations.size()), EdgesAmong(stations));
+    if (points.size() != stations.size()) {
+      alone.insert(alone.end(), stations.begin(), stations.end());
+      std::sort(alone.begin(), alone.end());
+      return;
+    }
+    const PlaneBox box = BoxAround(points);
+    if (box.bottom - box.top > box.right - box.left) {
+      for (PlanePoint& point : points) std::swap(point.x, point.y);
+    }
+    PutBlock(stations, points, kNearestBySprings);
+  }
+
+  /// The lines among `stations`, by their places in it.
+  Edges EdgesAmong(const std::vector<int>& stations) const {
+    std::vector<int> placeOf(m_neighbours.size(), -1);
+    for (std::size_t i = 0; i < stations.size(); ++i) placeOf[At(stations[i])] = static_cast<int>(i);
+    Edges edges;
+    for (const int station : stations) {
+      for (const int other : m_neighbours[At(station)]) {
+        if (station < other && placeOf[At(other)] >= 0) edges.emplace_back(placeOf[At(station)], placeOf[At(other)]);
+      }
+    }
+    return edges;
+  }
+
+  void PutBlock(const std::vector<int>& stations, std::vector<PlanePoint> points, double nearest) {
+    const double scale = ScaleOf(points, nearest, kMostPerStation * std::sqrt(static_cast<double>(points.size())));
+    for (PlanePoint& point : points) point = {point.x * scale, point.y * scale};
+    Spread(points, EdgesAmong(stations));
+    const PlaneBox box = BoxAround(points);
+    m_top += kVerticalMargin;
+    for (std::size_t i = 0; i < stations.size(); ++i) {
+      m_layout.stations[At(stations[i])] = {kMapMargin + static_cast<int>(std::lround(points[i].x - box.left)),
+                                            m_top + static_cast<int>(std::lround(points[i].y - box.top))};
+    }
+    m_layout.width = std::max(m_layout.width, static_cast<int>(std::lround(box.right - box.left)) + 2 * kMapMargin);
+    m_top += static_cast<int>(std::lround(box.bottom - box.top)) + kBlockGap;
+  }
+
+  void PutInRows(const std::vector<int>& stations) {
+    const int columns = std::max(1, (m_layout.width - kMapMargin / 2) / kRowColumn);
+    int column = 0;
+    for (const int station : stations) {
+      if (column == 0) m_top += kRowHeight;
+      m_layout.stations[At(station)] = {kMapMargin / 3 + column * kRowColumn, m_top};
+      column = (column + 1) % columns;
+    }
+    if (!stations.empty()) m_top += kRowHeight;
+  }
+
+  const Grid& m_grid;
+  std::vector<std::set<int>> m_neighbours;  // by station
+  std::vector<bool> m_isPlaced;
+  std::vector<PlanePoint> m_located;
+  int m_top;
+  MapLayout m_layout;
+};
+
+}  // namespace
+
+MapLayout LayOutMap(const Grid& grid, int top) { return Layouter(grid, top).LayOut(); }
+
+}  // namespace dtsdb::pictures::internal
