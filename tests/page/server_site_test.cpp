@@ -217,6 +217,7 @@ TEST_F(SiteTest, HeadersKeepThePageToItself) {
   const auto headers = Site::Headers();
   const std::string policy = headers.at("Content-Security-Policy");
   EXPECT_TRUE(policy.starts_with("default-src 'none'; script-src 'self'; ")) << policy;
+  EXPECT_EQ(policy.find("unsafe"), std::string::npos) << policy;
   EXPECT_NE(policy.find("frame-ancestors 'none'"), std::string::npos);
   EXPECT_EQ(headers.at("X-Content-Type-Options"), "nosniff");
   EXPECT_EQ(headers.at("Referrer-Policy"), "no-referrer");
