@@ -26,8 +26,8 @@ constexpr const char* kProgramFooter =
     "'dtsdb COMMAND --help' prints more about a command.";
 
 void AddCommands(CommandLine commands, Action& action) {
-  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddRun, AddFlow, AddEdit, AddConvert,
-                         AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb, AddCompletion}) {
+  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddReport, AddServe, AddRun, AddFlow,
+                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb, AddCompletion}) {
     add(commands, action);
   }
 }

@@ -1,7 +1,6 @@
 #include "command/place_filter.h"
 
 #include <algorithm>
-#include <concepts>
 #include <set>
 #include <utility>
 #include <vector>
@@ -9,84 +8,11 @@
 #include "formats/failure.h"
 #include "formats/field_text.h"
 #include "formats/nearest.h"
-#include "model/branch_kinds.h"
-#include "model/relations.h"
+#include "formats/record_places.h"
 #include "model/table_info.h"
 
 namespace dtsdb::tools {
 namespace {
-
-using Branches = TypeList<CB, LN, DLN, XF, ZBR>;
-
-template <class T>
-concept IsRelation = requires {
-  sizeof(Relation<T>);
-};
-
-template <class T>
-concept HasStation = requires(const T& record) {
-  { record.st } -> std::convertible_to<QString>;
-};
-template <class T>
-concept HasOtherStation = requires(const T& record) {
-  { record.zst } -> std::convertible_to<QString>;
-};
-template <class T>
-concept HasLevel = requires(const T& record) {
-  { record.kv } -> std::convertible_to<QString>;
-};
-template <class T>
-concept HasOtherLevel = requires(const T& record) {
-  { record.zkv } -> std::convertible_to<QString>;
-};
-
-/// The stations and voltage levels to which a record belongs, by what it names itself, or through the record that it is
-/// an end or a row of. Before a validation the latter lead nowhere.
-class Places {
- public:
-  explicit Places(DTSDB& database) : m_database(database) {}
-
-  template <class T>
-  void Add(const T& record) {
-    if constexpr (std::is_same_v<T, ST>) m_stations.push_back(record.id);
-    if constexpr (std::is_same_v<T, KV>) m_levels.push_back(record.id);
-    if constexpr (HasStation<T>) m_stations.push_back(record.st);
-    if constexpr (HasOtherStation<T>) m_stations.push_back(record.zst);
-    if constexpr (HasLevel<T>) AddLevel(record.kv);
-    if constexpr (HasOtherLevel<T>) AddLevel(record.zkv);
-    if constexpr (std::is_same_v<T, BS> || std::is_same_v<T, CHND>) AddNumbered<KV>(record.ikv);
-    if constexpr (std::is_same_v<T, ZBR>) AddNumbered<CB>(m_database.m_cbTable->Find(CB(record.cb)));
-    if constexpr (std::is_same_v<T, ND>) AddLevelOfNode(record);
-    if constexpr (IsRelation<T>) AddNumbered<typename Relation<T>::Child>(record.ChildNumber());
-    ForEachType(Branches(), [&]<class Branch> {
-      using Kind = BranchKind<Branch>;
-      if constexpr (std::is_same_v<T, typename Kind::End>) AddNumbered<Branch>(record.*Kind::kOwner);
-    });
-  }
-
-  bool HaveStation(const QString& id) const {
-    return std::find(m_stations.begin(), m_stations.end(), id) != m_stations.end();
-  }
-  bool HaveLevel(const QString& id) const { return std::find(m_levels.begin(), m_levels.end(), id) != m_levels.end(); }
-
- private:
-  template <class T>
-  void AddNumbered(int number) {
-    tTable<T>& table = TableOf<T>(m_database);
-    if (number >= 0 && number < table.GetSize()) Add(table.GetPh(number));
-  }
-
-  void AddLevel(const QString& id) { AddNumbered<KV>(m_database.m_kvTable->Find(KV(id))); }
-
-  void AddLevelOfNode(const ND& node) {
-    const tTable<R_KV_ND>& rows = *m_database.m_rKvNdTable;
-    if (node.r_kv_nd >= 0 && node.r_kv_nd < rows.GetSize()) AddNumbered<KV>(rows.GetPh(node.r_kv_nd).ikv);
-  }
-
-  DTSDB& m_database;
-  std::vector<QString> m_stations;
-  std::vector<QString> m_levels;
-};
 
 /// The identity of the record of class `T` that the user calls `name`; empty for an empty name.
 template <class T>
@@ -123,11 +49,9 @@ PlaceFilter::PlaceFilter(const Place& place, DTSDB& database)
 
 bool PlaceFilter::Takes(TableKind table, const void* record) const {
   if (IsEmpty()) return true;
-  Places places(m_database);
-  ForEachRecordClass([&]<class T> {
-    if (T::kKind == table) places.Add(*static_cast<const T*>(record));
-  });
-  return m_level.isEmpty() ? places.HaveStation(m_station) : places.HaveLevel(m_level);
+  const RecordPlaces places = PlacesOf(m_database, table, record);
+  const std::vector<QString>& found = m_level.isEmpty() ? places.stations : places.levels;
+  return std::find(found.begin(), found.end(), m_level.isEmpty() ? m_station : m_level) != found.end();
 }
 
 bool PlaceFilter::TakesLevel(const QString& level) const {

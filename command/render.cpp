@@ -10,10 +10,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <nlohmann/json.hpp>
-
 #include "formats/csv.h"
 #include "formats/failure.h"
+#include "formats/json_text.h"
 #include "formats/text_layout.h"
 #include "model/text.h"
 
@@ -29,21 +28,6 @@ constexpr struct {
 } kColours[] = {{"error", "\033[31m"}, {"warning", "\033[33m"}};
 constexpr const char* kBold = "\033[1m";
 constexpr const char* kPlain = "\033[0m";
-
-std::string JsonText(const std::string& text) {
-  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
-bool IsFinite(const Number& number) { return number.digits.find_first_not_of("0123456789+-.e") == std::string::npos; }
-
-std::string JsonCell(const Cell& cell) {
-  if (const auto* text = std::get_if<std::string>(&cell)) return JsonText(*text);
-  if (const auto* number = std::get_if<Number>(&cell)) {
-    return IsFinite(*number) ? number->digits : JsonText(number->digits);  // JSON has no nan
-  }
-  if (const auto* yes = std::get_if<bool>(&cell)) return *yes ? "true" : "false";
-  return "null";
-}
 
 CsvField CsvCell(const Cell& cell) {
   return std::holds_alternative<std::monostate>(cell) ? CsvField() : CellText(cell);

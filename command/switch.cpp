@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "command/effect_report.h"
 #include "command/finding_report.h"
 #include "command/imported_model.h"
+#include "command/page_subject.h"
 #include "command/topology_report.h"
 #include "formats/failure.h"
 #include "formats/field_text.h"
@@ -16,6 +18,7 @@
 #include "formats/messages.h"
 #include "formats/text_layout.h"
 #include "model/text.h"
+#include "page/report.h"
 #include "script/switch_script.h"
 
 namespace dtsdb::tools {
@@ -27,6 +30,7 @@ struct SwitchOptions {
   std::string script;
   ModelName output;
   std::string undo;
+  std::string page;
   std::string sheet;
   bool asIs = false;
   bool verify = false;
@@ -63,6 +67,7 @@ class SwitchingReport {
 
   void Do(const SwitchRun& events) {
     ++m_run;
+    m_lastEvents.clear();
     for (const SwitchEvent& event : events) Request(event);
     const analysis::Result<analysis::Outcome> outcome = m_session.Run();
     m_hasTopology = outcome.has_value();
@@ -77,6 +82,10 @@ class SwitchingReport {
   }
 
   /// True when every run came to its end and, as far as that was looked at, is the same as a full one.
+  /// The events of the last run with what became of them, for a page.
+  const std::vector<page::RunEvent>& LastEvents() const { return m_lastEvents; }
+  bool HasTopology() const { return m_hasTopology; }
+
   bool IsGood() const { return m_failed == 0 && m_differences.Rows().empty(); }
 
   Report MakeReport() {
@@ -101,8 +110,9 @@ class SwitchingReport {
   /// Hands one event to the topology and notes what it reports.
   void Request(const SwitchEvent& event) {
     const analysis::EventResult done = Take(m_session.Request(event));
-    m_events.Add(
-        {NumberCell(m_run), SwitchEventText(event), NumberCell(done.result), Effect(event, done.result, done.stood)});
+    const std::string effect = Effect(event, done.result, done.stood);
+    m_events.Add({NumberCell(m_run), SwitchEventText(event), NumberCell(done.result), effect});
+    m_lastEvents.push_back({SwitchEventText(event), effect});
   }
 
   static std::string Effect(const SwitchEvent& event, int result, bool stood) {
@@ -119,7 +129,9 @@ class SwitchingReport {
       WriteMessage(fmt::format("run {}: the incremental run failed; a full run has taken its place", m_run));
     }
     for (const auto& [branch, breaker, on] : run.followed) {
-      m_events.Add({NumberCell(m_run), (on ? "in ZBR " : "out ZBR ") + branch, Cell(), "with its breaker " + breaker});
+      const std::string text = (on ? "in ZBR " : "out ZBR ") + branch;
+      m_events.Add({NumberCell(m_run), text, Cell(), "with its breaker " + breaker});
+      m_lastEvents.push_back({text, "with its breaker " + breaker});
     }
     NoteFindings(run);
     NoteChanges(outcome);
@@ -184,7 +196,8 @@ class SwitchingReport {
   Sheet m_moved{"moved", "Moved nodes", {"run", "node", "voltage_level", "old_section", "new_section"}};
   Sheet m_islands{"islands", "Live islands before (run 0) and after", WithRun(IslandSheet({}))};
   Sheet m_findings{"findings", "Findings", WithRun(RunFindingSheet({}, {}, Language::kEnglish))};
-  std::set<std::string> m_known;  // what the last run has found
+  std::set<std::string> m_known;             // what the last run has found
+  std::vector<page::RunEvent> m_lastEvents;  // of the last run
   Sheet m_differences{"differences", "Differences", {"run", "table", "identity", "here", "full_run"}};
 };
 
@@ -194,6 +207,35 @@ void WriteUndo(const analysis::Switching& session, const SwitchOptions& options)
   const char* const rules = options.asIs ? "with --as-is" : "without --as-is";
   WriteFile(options.undo, fmt::format("# The way back, for 'dtsdb switch MODEL --script', {}.\n{}", rules, script));
 }
+
+/// The page on the runs, with the pictures before and after each.
+class SwitchingPage {
+ public:
+  /// `model` is as the session has begun with it.
+  SwitchingPage(const analysis::Model& model, const SwitchOptions& options)
+      : m_model(model), m_path(options.page), m_runs(First(model, options)) {}
+
+  /// Takes up the run that has just ended.
+  void Note(int number, const SwitchingReport& report) {
+    if (!report.HasTopology()) return;
+    m_runs.Add(fmt::format("Run {}", number), report.LastEvents(), Take(m_model.Copy()));
+  }
+
+  void Write() const { WriteFile(m_path, page::WriteReport(m_runs)); }
+
+ private:
+  /// What the validation has found comes from a copy: validating the model itself would drop its topology.
+  static page::RunHistory First(const analysis::Model& model, const SwitchOptions& options) {
+    analysis::Model validated = Take(model.Copy());
+    const analysis::Validation validation = Take(validated.Validate(options.language));
+    const analysis::Model copy = Take(model.Copy());
+    return page::RunHistory({copy, validation, PageSubject(options.model, options.language)}, copy);
+  }
+
+  const analysis::Model& m_model;
+  std::string m_path;
+  page::RunHistory m_runs;
+};
 
 int Switch(const SwitchOptions& options) {
   const std::vector<SwitchRun> runs = ReadRuns(options);
@@ -206,7 +248,14 @@ int Switch(const SwitchOptions& options) {
   const analysis::Rules rules = options.asIs ? analysis::Rules::kAsIs : analysis::Rules::kCareful;
   analysis::Switching session = Take(analysis::Switching::Begin(model, rules));
   SwitchingReport report(session, options);
-  for (const SwitchRun& events : runs) report.Do(events);
+  std::optional<SwitchingPage> page;
+  if (!options.page.empty()) page.emplace(model, options);
+  int number = 0;
+  for (const SwitchRun& events : runs) {
+    report.Do(events);
+    if (page) page->Note(++number, report);
+  }
+  if (page) page->Write();
   if (!options.undo.empty()) WriteUndo(session, options);
   if (!options.output.IsEmpty()) {
     Take(model.Save(options.output.Text()));
@@ -228,6 +277,8 @@ void AddSwitch(CommandLine& app, Action& action) {
         command.Add("--script", options.script, "Take events from FILE first").Shown("FILE");
         AddOutputOption(command, options.output, "Write the model with its topology to OUT");
         AddPathOption(command, "--undo", options.undo, "Write a script that switches everything back to FILE");
+        AddPathOption(command, "--report", options.page,
+                      "Write a page that shows each run before and after to FILE, an HTML document");
         command.AddFlag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
         command.AddFlag("--verify", options.verify, "Compare each run with a full one on a copy");
         AddSheetOption(command, options.sheet,

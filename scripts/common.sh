@@ -5,13 +5,17 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # Debian packages that building, running and testing need.
 packages=(
   g++ cmake ninja-build ccache mold
-  qt6-base-dev liblmdb-dev
+  qt6-base-dev liblmdb-dev zlib1g-dev
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
   python3-jinja2
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
   zsh fish mandoc
 )
+# What building the page's front end needs, and what the tests that look at the page in a browser need besides. Users
+# and the demo need neither: the front end comes built.
+web_packages=(nodejs npm)
+browser_packages=("${web_packages[@]}" chromium fonts-liberation fonts-dejavu-core)
 
 heading() { printf '\n== %s\n' "$*"; }
 
