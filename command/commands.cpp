@@ -26,8 +26,8 @@ constexpr const char* kFooter =
     "'dtsdb COMMAND --help' prints more about a command.";
 
 void AddCommands(CommandLine commands, Action& action) {
-  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddReport, AddRun, AddFlow, AddEdit,
-                         AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb}) {
+  for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddReport, AddServe, AddRun, AddFlow,
+                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb}) {
     add(commands, action);
   }
 }

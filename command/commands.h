@@ -25,6 +25,7 @@ void AddScreen(CommandLine& app, Action& action);
 void AddDraw(CommandLine& app, Action& action);
 void AddReport(CommandLine& app, Action& action);
 void AddRun(CommandLine& app, Action& action);
+void AddServe(CommandLine& app, Action& action);
 void AddFlow(CommandLine& app, Action& action);
 void AddConvert(CommandLine& app, Action& action);
 void AddEdit(CommandLine& app, Action& action);
