@@ -16,6 +16,7 @@
 #include "pictures/internal/map_room.h"
 #include "pictures/internal/map_style.h"
 #include "pictures/internal/map_wires.h"
+#include "pictures/internal/place.h"
 #include "pictures/internal/symbols.h"
 #include "pictures/internal/wording.h"
 
@@ -24,6 +25,7 @@ namespace {
 
 using internal::MakeLabel;
 using internal::MakeSymbol;
+using internal::Place;
 
 constexpr int kMargin = 16;
 constexpr int kTitleBase = 30;
@@ -36,8 +38,6 @@ constexpr int kArrowBox = 12;      // an arrow, whichever way it points
 constexpr int kWindingBox = 36;    // likewise a transformer
 constexpr int kArrowMargin = 14;   // from the end of a wire to an arrow at least
 constexpr double kArrowStep = 14;  // from one try for an arrow to the next
-
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
 bool IsZero(const Power& power) { return internal::ShortPowerText(power) == "0.0 / 0.0"; }
 
@@ -133,8 +133,8 @@ class MapDrawing {
         fmt::format("on-map {} {} {}{}", ClassOf(line.kind), internal::TierClass(internal::TierOf(line.voltage)),
                     internal::IslandClass(line.island), isWhole || line.island < 0 ? "" : " off");
     element.title = fmt::format("{} {}: {} from {} to {}, {}, {}{}", line.name.table, line.name.identity,
-                                internal::KindText(line.kind), m_grid.stations[At(line.from)].name.identity,
-                                m_grid.stations[At(line.to)].name.identity, internal::VoltageText(line.voltage),
+                                internal::KindText(line.kind), m_grid.stations[Place(line.from)].name.identity,
+                                m_grid.stations[Place(line.to)].name.identity, internal::VoltageText(line.voltage),
                                 isWhole ? internal::IslandText(line.island) : line.state,
                                 line.flow ? fmt::format(", {:.3f} MW, {:.3f} Mvar", line.flow->p, line.flow->q) : "");
     element.wires.push_back(m_wires[number]);
@@ -204,8 +204,8 @@ class MapDrawing {
   std::vector<std::size_t> ByImportance() const {
     std::vector<int> lines(m_grid.stations.size());
     for (const GridLine& line : m_grid.lines) {
-      ++lines[At(line.from)];
-      ++lines[At(line.to)];
+      ++lines[Place(line.from)];
+      ++lines[Place(line.to)];
     }
     std::vector<std::size_t> order(m_grid.stations.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
