@@ -33,9 +33,8 @@ constexpr int kTitleHeight = 42;
 constexpr int kLabelGap = 4;  // from a disc to its name
 constexpr int kAscent = 10;
 constexpr int kHalfAscent = 4;
-constexpr int kAnyWires = 1000;    // a name may lie on as many wires
-constexpr int kArrowBox = 12;      // an arrow, whichever way it points
-constexpr int kWindingBox = 36;    // likewise a transformer
+constexpr int kAnyWires = 1000;  // a name may lie on as many wires
+constexpr int kArrowRadius = 6;
 constexpr int kArrowMargin = 14;   // from the end of a wire to an arrow at least
 constexpr double kArrowStep = 14;  // from one try for an arrow to the next
 
@@ -165,20 +164,26 @@ class MapDrawing {
       const GridLine& line = m_grid.lines[i];
       Element& element = m_picture.elements[m_firstLine + i];
       if (line.kind == DeviceKind::kDcLine) PutAlong(m_wires[i], MakeSymbol("dc", {}), element);
-      if (line.kind == DeviceKind::kWinding) PutTurned("transformer", kWindingBox, true, i);
+      if (line.kind == DeviceKind::kWinding) PutTurned("transformer", true, i);
       if (m_options.flows && line.flow && !IsZero(*line.flow)) {
-        PutTurned("arrow", kArrowBox, internal::GoesAlong(*line.flow), i);
+        PutTurned("arrow", internal::GoesAlong(*line.flow), i);
       }
     }
   }
 
-  /// A symbol on a line, in a box of `side` by `side`, whose lower end points along the line or against it.
-  void PutTurned(const char* name, int side, bool along, std::size_t line) {
+  /// A symbol on a line, whose lower end points along the line or against it.
+  void PutTurned(const char* name, bool along, std::size_t line) {
     const auto [a, b] = LongestPiece(m_wires[line]);
-    const int way = along ? 1 : -1;
+    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    if (length == 0) return;
     Symbol symbol = MakeSymbol(name, {});
+    const int way = along ? 1 : -1;
     symbol.degrees = DegreesDownTo(way * (b.x - a.x), way * (b.y - a.y));
-    symbol.box = {-side / 2, -side / 2, side, side};
+    const double x = std::fabs(b.x - a.x) / length;
+    const double y = std::fabs(b.y - a.y) / length;
+    const int halfWidth = static_cast<int>(std::ceil((symbol.box.height * x + symbol.box.width * y) / 2));
+    const int halfHeight = static_cast<int>(std::ceil((symbol.box.height * y + symbol.box.width * x) / 2));
+    symbol.box = {-halfWidth, -halfHeight, 2 * halfWidth, 2 * halfHeight};
     PutAlong(m_wires[line], std::move(symbol), m_picture.elements[m_firstLine + line]);
   }
 
@@ -233,7 +238,7 @@ class MapDrawing {
       Element& element = m_picture.elements[m_firstLine + i];
       if (element.symbols.empty() || element.symbols.back().name != "arrow") continue;
       const std::string power = internal::PowerTexts(*m_grid.lines[i].flow).front();
-      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowBox / 2, internal::kSmallFont), 0, element);
+      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowRadius, internal::kSmallFont), 0, element);
     }
   }
 

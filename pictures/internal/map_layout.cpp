@@ -65,7 +65,7 @@ class Layouter {
       (m_neighbours[i].empty() ? alone : sprung).push_back(static_cast<int>(i));
     }
     m_layout.width = kLeastWidth;
-    if (!located.empty()) PutParts({Sized(located, m_located, kNearestOnMap)});
+    if (!located.empty()) PutParts({Sized(located, m_located, HasFew() ? kNearestOfFew : kNearestOnMap)});
     if (!sprung.empty()) PutBySprings(sprung, alone);
     PutInRows(alone);
     m_layout.height = m_top;
@@ -73,6 +73,8 @@ class Layouter {
   }
 
  private:
+  bool HasFew() const { return m_neighbours.size() <= kFew; }
+
   /// Stations that stand together, in pixels from the upper left corner of the box around them.
   struct Part {
     std::vector<int> stations;
@@ -144,8 +146,7 @@ class Layouter {
       if (box.bottom - box.top > box.right - box.left) {
         for (PlanePoint& point : points) std::swap(point.x, point.y);
       }
-      parts.push_back(
-          Sized(std::move(part), std::move(points), m_neighbours.size() > kFew ? kNearestBySprings : kNearestOfFew));
+      parts.push_back(Sized(std::move(part), std::move(points), HasFew() ? kNearestOfFew : kNearestBySprings));
     }
     std::sort(alone.begin(), alone.end());
     PutParts(parts);
