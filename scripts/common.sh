@@ -13,7 +13,8 @@ packages=(
 )
 # What building the page's front end needs, and what the tests that look at the page in a browser need besides. Users
 # and the demo need neither: the front end comes built.
-web_packages=(nodejs npm)
+web_packages=(nodejs)
+command -v npm >/dev/null || web_packages+=(npm)  # a nodejs that isn't Debian's brings its own
 browser_packages=("${web_packages[@]}" chromium fonts-liberation fonts-dejavu-core)
 
 heading() { printf '\n== %s\n' "$*"; }

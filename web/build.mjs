@@ -37,7 +37,7 @@ mkdirSync(out, { recursive: true });
 const result = await build({
   entryPoints: { page: join(here, "src/main.ts"), style: join(here, "src/page.css") },
   bundle: true, minify: true, write: false, outdir: out, charset: "utf8", legalComments: "none",
-  target: ["chrome110", "firefox110", "safari16.4"], format: "iife", plugins: [pictures], logLevel: "warning",
+  target: ["chrome110", "firefox113", "safari16.4"], format: "iife", plugins: [pictures], logLevel: "warning",
 });
 for (const file of result.outputFiles) {
   const name = file.path.endsWith(".js") ? "page.js" : "page.css";

@@ -1,6 +1,6 @@
 // The page as a whole: its head, its navigation, the view in the middle and the panel beside it.
 
-import type { Finding, ModelDocument, Run, StateDocument, TableInfo } from "./documents";
+import { isException, type Finding, type ModelDocument, type Run, type StateDocument, type TableInfo } from "./documents";
 import { fill, h, icon, number } from "./dom";
 import { Inspector } from "./inspector";
 import { readRoute, writeRoute, type Route } from "./route";
@@ -55,10 +55,7 @@ export class App {
   async start(root: HTMLElement): Promise<void> {
     [this.model, this.state, this.findings, this.runs] = await Promise.all([
       this.source.model(), this.source.state(), this.source.findings(), this.source.runs()]);
-    for (const finding of this.findings) {
-      if (finding.station === "" || this.findingsByStation.get(finding.station) === "error") continue;
-      this.findingsByStation.set(finding.station, finding.severity);
-    }
+    this.noteFindings();
     if (this.source.session) this.beginSession();
     applyTheme(this.theme);
     followSystem(() => this.theme);
@@ -74,6 +71,18 @@ export class App {
     if (this.runs.length > 0 && location.hash === "") location.hash = writeRoute(["runs"]);
     await this.stations.load();
     this.route();
+  }
+
+  /** Notes which stations are marked for their findings. */
+  private noteFindings(): void {
+    for (const finding of this.findings) {
+      if (finding.station === "" || this.findingsByStation.get(finding.station) === "error") continue;
+      this.findingsByStation.set(finding.station, finding.severity);
+    }
+    if (isException(this.findingsByStation.size, this.model.summary.stations ?? 0)) return;
+    for (const [station, worst] of this.findingsByStation) {
+      if (worst !== "error") this.findingsByStation.delete(station);
+    }
   }
 
   tableInfo(name: string): TableInfo | undefined {

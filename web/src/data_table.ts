@@ -23,6 +23,8 @@ export interface DataTableOptions {
   open?: (row: number) => void;
   /** A class for a row. */
   rowClass?: (row: number) => string;
+  /** What stands beside the filter. */
+  tools?: HTMLElement;
   /** Without toolbar, as high as its rows. */
   isSmall?: boolean;
 }
@@ -30,6 +32,8 @@ export interface DataTableOptions {
 const kRowHeight = 28;
 const kOverscan = 12;
 const kMostPrinted = 5000;
+const kPaperWidth = 1000;  // of A4 laid across
+const kLeastZoom = 0.45;
 const kSample = 300;
 const kWidest = 42;
 
@@ -49,8 +53,9 @@ export class DataTable {
   private showsMinor = false;
   private active = -1;
   private readonly observer: ResizeObserver;
-  private readonly print = () => this.renderRange(0, Math.min(this.shown.length, kMostPrinted));
-  private readonly afterPrint = () => this.render();
+  private isOnPaper = false;
+  private readonly beginPrint = () => this.print(true);
+  private readonly endPrint = () => this.print(false);
 
   constructor(private readonly options: DataTableOptions) {
     this.size = options.data[0]?.length ?? 0;
@@ -70,16 +75,16 @@ export class DataTable {
                      options.isSmall ? null : this.toolbar(), this.scroller);
     this.observer = new ResizeObserver(() => this.render());
     this.observer.observe(this.scroller);
-    addEventListener("beforeprint", this.print);
-    addEventListener("afterprint", this.afterPrint);
+    addEventListener("beforeprint", this.beginPrint);
+    addEventListener("afterprint", this.endPrint);
     this.layOut();
     this.applyFilter();
   }
 
   dispose(): void {
     this.observer.disconnect();
-    removeEventListener("beforeprint", this.print);
-    removeEventListener("afterprint", this.afterPrint);
+    removeEventListener("beforeprint", this.beginPrint);
+    removeEventListener("afterprint", this.endPrint);
   }
 
   /** Marks a row and brings it into sight. */
@@ -89,6 +94,12 @@ export class DataTable {
     this.render();
   }
 
+  /** Shows the rows that contain these words. */
+  filterBy(words: string): void {
+    this.filter.value = words;
+    this.applyFilter();
+  }
+
   private toolbar(): HTMLElement {
     const hasMinor = this.options.columns.some((column) => column.isMinor);
     const all = h("input", { type: "checkbox", onchange: () => {
@@ -96,7 +107,7 @@ export class DataTable {
       this.layOut();
       this.render();
     } });
-    return h("div", { class: "table-tools" }, this.filter, this.count,
+    return h("div", { class: "table-tools" }, this.filter, this.options.tools, this.count,
              hasMinor && h("label", { class: "switch-label" }, all, "All columns"));
   }
 
@@ -130,7 +141,7 @@ export class DataTable {
 
   private widthOf(i: number): number {
     const column = this.options.columns[i]!;
-    let width = column.name.length + (column.unit ? column.unit.length + 1 : 0) + 4;
+    let width = column.name.length + (column.unit ? column.unit.length + 1 : 0) + 3;
     const step = Math.max(1, Math.floor(this.size / kSample));
     for (let row = 0; row < this.size; row += step) width = Math.max(width, this.textOf(i, row).length + 3);
     return Math.min(width, kWidest);
@@ -187,7 +198,20 @@ export class DataTable {
     this.shown.sort((a, b) => sign * order(a, b) || a - b);
   }
 
+  /** On paper stand all rows, as wide as the paper. */
+  private print(isOnPaper: boolean): void {
+    this.isOnPaper = isOnPaper;
+    const width = this.header.scrollWidth;
+    const zoom = Math.min(1, Math.max(kPaperWidth / width, kLeastZoom));
+    this.element.style.setProperty("zoom", isOnPaper ? String(zoom) : "");
+    this.render();
+  }
+
   private render(): void {
+    if (this.isOnPaper) {
+      this.renderRange(0, Math.min(this.shown.length, kMostPrinted));
+      return;
+    }
     const first = Math.max(0, Math.floor(this.scroller.scrollTop / kRowHeight) - kOverscan);
     const height = this.options.isSmall ? this.shown.length * kRowHeight : this.scroller.clientHeight;
     const last = Math.min(this.shown.length, first + Math.ceil(height / kRowHeight) + 2 * kOverscan);

@@ -89,6 +89,9 @@ export interface Finding extends Thing {
   remedy: string;
 }
 
+/** Whether a mark on `some` of `all` still shows anything: one on nearly everything doesn't. */
+export function isException(some: number, all: number): boolean { return some * 4 <= all; }
+
 export interface GridDocument {
   version: number;
   svg: string;

@@ -4,7 +4,7 @@ import type { App } from "./app";
 import type { ElementFacts, Finding, SwitchEvent, Thing } from "./documents";
 import { fill, h, icon, power } from "./dom";
 import { fieldList, rowOf } from "./fields";
-import { stationRoute, tableRoute, thingRoute, writeRoute } from "./route";
+import { tableRoute, thingRoute, writeRoute } from "./route";
 
 export class Inspector {
   readonly element: HTMLElement;
@@ -31,7 +31,7 @@ export class Inspector {
          facts[0] && this.actions(facts[0]),
          facts.map((each) => factList(each, facts.length > 1)),
          findingList(findings),
-         this.links(thing),
+         this.links(thing, facts.length === 0),
          this.fields(thing, facts.length === 0));
     this.element.hidden = false;
   }
@@ -44,14 +44,13 @@ export class Inspector {
                                                  onclick: () => void this.app.trial!.add(event) }, wordsFor(event))));
   }
 
-  private links(thing: Thing): HTMLElement {
+  private links(thing: Thing, isElsewhere: boolean): HTMLElement {
     const links: HTMLElement[] = [];
-    const place = thingRoute(thing);
-    if (thing.table === "ST") links.push(h("a", { href: stationRoute(thing.id) }, "Diagram"));
-    else if (thing.station !== "") {
-      links.push(h("a", { href: place }, `In the diagram of ${thing.station}`));
+    const diagram = thing.table === "ST" ? thing.id : thing.station;
+    if (isElsewhere && diagram !== "") {
+      links.push(h("a", { href: thingRoute(thing) }, `In the diagram of ${diagram}`));
     }
-    links.push(h("a", { href: tableRoute(thing.table, thing.id) }, `In table ${thing.table}`));
+    if (!isElsewhere) links.push(h("a", { href: tableRoute(thing.table, thing.id) }, `In table ${thing.table}`));
     return h("p", { class: "links" }, links);
   }
 

@@ -6,7 +6,9 @@ const kSvg = "http://www.w3.org/2000/svg";
 const kElements = new Set(["svg", "g", "defs", "symbol", "use", "title", "desc", "path", "rect", "circle", "ellipse",
   "line", "polyline", "polygon", "text", "tspan", "marker", "pattern"]);
 const kMostZoom = 8;
-const kLeastFirst = 0.75;  // below it texts are too small to be read
+const kRoomBefore = { x: 130, y: 260 };  // what the first look leaves in front of the first bar
+const kMostFirst = 1.5;
+const kRoomForTools = 60;  // at the lower edge
 const kDragThreshold = 4;
 const kPanStep = 60;
 
@@ -46,6 +48,8 @@ export interface PictureOptions {
   label: string;
   /** What is done when an element is chosen. */
   choose: (table: string, id: string) => void;
+  /** The least scale of the first look: below it texts are too small to be read. Without it that shows all. */
+  leastScale?: number;
   /** Further text beside the buttons. */
   legend?: Node;
 }
@@ -66,12 +70,17 @@ export class PictureView {
   private readonly pointers = new Map<number, Point>();
   private dragged = 0;
   private readonly observer: ResizeObserver;
+  private isOnPaper = false;
+  private readonly beginPrint = () => this.print(true);
+  private readonly endPrint = () => this.print(false);
 
   constructor(private readonly options: PictureOptions) {
     this.stage = h("div", { class: "stage picture" });
     this.element = h("section", { class: "picture-view", "aria-label": options.label }, this.stage, this.tools());
     this.observer = new ResizeObserver(() => (this.isPlaced ? this.apply() : this.begin()));
     this.observer.observe(this.stage);
+    addEventListener("beforeprint", this.beginPrint);
+    addEventListener("afterprint", this.endPrint);
     this.listen();
   }
 
@@ -115,31 +124,38 @@ export class PictureView {
     return first !== undefined;
   }
 
-  dispose(): void { this.observer.disconnect(); }
+  dispose(): void {
+    this.observer.disconnect();
+    removeEventListener("beforeprint", this.beginPrint);
+    removeEventListener("afterprint", this.endPrint);
+  }
 
   fit(): void {
     const { width, height } = this.stage.getBoundingClientRect();
     if (width === 0 || height === 0) return;
-    const scale = Math.min(width / this.width, height / this.height, 1.5);
-    this.view = { scale, x: (this.width - width / scale) / 2, y: (this.height - height / scale) / 2 };
+    const room = Math.max(height - kRoomForTools, height / 2);
+    const scale = Math.min(width / this.width, room / this.height, kMostFirst);
+    this.view = { scale, x: (this.width - width / scale) / 2, y: (this.height - room / scale) / 2 };
     this.isPlaced = true;
     this.apply();
   }
 
-  /** The first look: all of the picture where it can be read then, else its upper left part. */
+  /** The first look: all of the picture, or where that can't be read, the part around its first bar. */
   private begin(): void {
     this.fit();
-    if (!this.isPlaced || this.view.scale >= kLeastFirst) return;
-    const { width, height } = this.stage.getBoundingClientRect();
-    const start = (size: number, room: number) => Math.min(0, (size - room / kLeastFirst) / 2);
-    this.view = { scale: kLeastFirst, x: start(this.width, width), y: start(this.height, height) };
+    const scale = this.options.leastScale ?? 0;
+    if (!this.svg || !this.isPlaced || this.view.scale >= scale) return;
+    const stage = this.stage.getBoundingClientRect();
+    const first = this.svg.querySelector<SVGGElement>("g.bus, g.switch")?.getBBox() ?? new DOMRect();
+    const start = (size: number, room: number, wanted: number) =>
+      room >= size ? (size - room) / 2 : Math.min(Math.max(wanted, 0), size - room);
+    this.view = { scale, x: start(this.width, stage.width / scale, first.x - kRoomBefore.x),
+                  y: start(this.height, stage.height / scale, first.y - kRoomBefore.y) };
     this.apply();
-    const chosen = this.svg?.querySelector<SVGGElement>("g.selected");
+    const chosen = this.svg.querySelector<SVGGElement>("g.selected");
     if (chosen) this.reveal(chosen);
   }
 
-  /** The whole picture, whatever is in sight now; for printing. */
-  showAll(): void { this.svg?.setAttribute("viewBox", `0 0 ${this.width} ${this.height}`); }
 
   private elements(): SVGGElement[] {
     return this.svg ? [...this.svg.querySelectorAll<SVGGElement>("g[data-table]")] : [];
@@ -151,7 +167,9 @@ export class PictureView {
       const title = group.querySelector(":scope > title")?.textContent ?? group.dataset.id ?? "";
       if (group.childElementCount < 2) continue;  // nothing to be seen
       group.setAttribute("role", "button");
-      const seen = [...group.querySelectorAll(":scope > text")].map((text) => text.textContent).join(" ");
+      const texts = [...group.querySelectorAll(":scope > text")];
+      for (const text of texts) text.before(" ");  // or else lines would run together when they are read aloud
+      const seen = texts.map((text) => text.textContent).join(" ");
       group.setAttribute("aria-label", seen === "" ? title : `${seen} – ${title}`);
       group.setAttribute("tabindex", first ? "0" : "-1");
       first = false;
@@ -168,7 +186,15 @@ export class PictureView {
              this.options.legend);
   }
 
+  /** On paper stands the whole picture, whatever is in sight now. */
+  private print(isOnPaper: boolean): void {
+    this.isOnPaper = isOnPaper;
+    if (isOnPaper) this.svg?.setAttribute("viewBox", `0 0 ${this.width} ${this.height}`);
+    else this.apply();
+  }
+
   private apply(): void {
+    if (this.isOnPaper) return;
     const { width, height } = this.stage.getBoundingClientRect();
     if (!this.svg || width === 0) return;
     const { x, y, scale } = this.view;

@@ -29,6 +29,9 @@ export function nextTheme(theme: Theme): Theme {
   return kThemes[(kThemes.indexOf(theme) + 1) % kThemes.length]!;
 }
 
+/** Follows the system where the viewer hasn't chosen; on paper all is light. */
 export function followSystem(theme: () => Theme): void {
   system.addEventListener("change", () => applyTheme(theme()));
+  addEventListener("beforeprint", () => (document.documentElement.dataset.theme = "light"));
+  addEventListener("afterprint", () => applyTheme(theme()));
 }

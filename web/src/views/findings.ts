@@ -2,7 +2,8 @@
 
 import type { App } from "../app";
 import { DataTable } from "../data_table";
-import { h } from "../dom";
+import { h, number } from "../dom";
+import type { Finding } from "../documents";
 import { thingRoute } from "../route";
 import type { View } from "./view";
 
@@ -26,6 +27,7 @@ export class FindingsView implements View {
              findings.map((each) => each.id), findings.map((each) => each.station),
              findings.map((each) => each.field), findings.map((each) => each.text),
              findings.map((each) => each.remedy), findings.map((each) => each.code)],
+      tools: kindChoice(findings, (code) => this.table?.filterBy(code)),
       rowClass: (row) => findings[row]!.severity,
       open: (row) => {
         const finding = findings[row]!;
@@ -37,4 +39,19 @@ export class FindingsView implements View {
 
   go(): boolean { return true; }
   dispose(): void { this.table?.dispose(); }
+}
+
+/** A choice of one kind of finding; the most frequent come first. */
+function kindChoice(findings: Finding[], choose: (code: string) => void): HTMLElement {
+  const kinds = new Map<string, { count: number; text: string }>();
+  for (const { code, text } of findings) {
+    const kind = kinds.get(code) ?? { count: 0, text };
+    kinds.set(code, { ...kind, count: kind.count + 1 });
+  }
+  const sorted = [...kinds].sort(([, a], [, b]) => b.count - a.count);
+  const select = h("select", { class: "kinds", "aria-label": "Kind of finding", onchange: () => choose(select.value) },
+                   h("option", { value: "" }, `All kinds (${number(findings.length)})`),
+                   sorted.map(([code, kind]) =>
+                     h("option", { value: code }, `${code.split("_")[0]}: ${kind.text} (${number(kind.count)})`)));
+  return select;
 }

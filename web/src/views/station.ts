@@ -1,7 +1,7 @@
 // The diagram of a station.
 
 import type { App } from "../app";
-import type { ElementFacts, StationDocument } from "../documents";
+import { isException, type ElementFacts, type StationDocument } from "../documents";
 import { h } from "../dom";
 import { PictureView } from "../picture";
 import { stationRoute, thingRoute } from "../route";
@@ -19,7 +19,8 @@ export class StationView implements View {
     this.picture = new PictureView({
       label: `Diagram of station ${id}`,
       choose: (table, element) => this.choose(table, element),
-      legend: kLegend(),
+      leastScale: 0.75,
+      legend: legend(),
     });
     this.element = h("div", { class: "view station-view" }, this.note, this.picture.element);
     void this.load();
@@ -50,11 +51,14 @@ export class StationView implements View {
     }
   }
 
-  /** Elements with findings get a mark of their severity. */
+  /** Marks what has errors; what has warnings only where that is the exception. */
   private markFindings(): void {
-    for (const [id, facts] of Object.entries(this.document?.elements ?? {})) {
-      if (facts.findings.length === 0) continue;
+    const elements = Object.entries(this.document?.elements ?? {});
+    const found = elements.filter(([, facts]) => facts.findings.length > 0);
+    const marksWarnings = isException(found.length, elements.length);
+    for (const [id, facts] of found) {
       const isError = facts.findings.some((place) => this.app.findings[place]?.severity === "error");
+      if (!isError && !marksWarnings) continue;
       this.element.querySelector(`g[id="${CSS.escape(id)}"]`)?.classList.add(isError ? "has-error" : "has-warning");
     }
   }
@@ -76,7 +80,7 @@ export class StationView implements View {
   }
 }
 
-function kLegend(): HTMLElement {
+function legend(): HTMLElement {
   const entry = (kind: string, text: string) => h("li", {}, h("span", { class: `swatch ${kind}` }), text);
   return h("ul", { class: "legend", "aria-label": "Legend" }, entry("live", "one colour, one section"),
            entry("dead", "dead"), entry("changed", "changed"), entry("warning", "finding"));

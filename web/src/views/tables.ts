@@ -84,10 +84,14 @@ function groupOptions(tables: TableInfo[], options: HTMLOptionElement[]): HTMLEl
   return [group("The network", true), group("Worked out from it", false)];
 }
 
-/** A column in which no record has a value of its own is hidden at first. */
+/**
+ * Hidden at first: columns in which no record has a value of its own, numbers of other records, and the names of
+ * measurement points.
+ */
 function columnsOf(info: TableInfo, data: Value[][]): Column[] {
   return info.fields.map((field, i) => ({
     name: field.name, title: field.meaning, unit: field.unit, isNumber: field.type !== "text",
-    isMinor: i > 0 && data[i]!.every(isEmptyValue),
+    isMinor: i > 0 && (data[i]!.every(isEmptyValue) || field.refers === "ANALOG" ||
+                       (field.refers !== undefined && field.type === "i32")),
   }));
 }
