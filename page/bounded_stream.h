@@ -2,13 +2,13 @@
 /// A connection that waits for nobody for long.
 #pragma once
 
-#include <httplib.h>
-
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <string>
+
+#include "page/internal/http.h"
 
 namespace dtsdb::page {
 

@@ -1,6 +1,5 @@
 #include "page/server.h"
 
-#include <httplib.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 
 #include "page/bounded_stream.h"
 #include "page/connection_queue.h"
+#include "page/internal/http.h"
 
 namespace dtsdb::page {
 namespace {
