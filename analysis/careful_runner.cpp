@@ -12,12 +12,10 @@
 #include "model/record_bits.h"
 #include "model/text.h"
 #include "script/switch_events.h"
+#include "topology/component_types.h"
 
 namespace dtsdb::analysis {
 namespace {
-
-constexpr int kBreakerType = 1;
-constexpr int kZbrServiceType = 7;
 
 Error NoTopology(DTSDB& database) {
   const std::string section = internal::CrowdedSection(database);

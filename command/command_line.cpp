@@ -43,6 +43,42 @@ void CheckSubcommand(CLI::App& app, int argc, const char* const* argv) {
   throw Failure(kExitUsage, "there is no command " + Quoted(word) + (meant.empty() ? kSeeHelp : meant));
 }
 
+/// The parts of a text such as "en|zh"; none for one part alone.
+std::vector<std::string> ChoicesIn(const std::string& text) {
+  const std::vector<std::string> parts = CLI::detail::split(text, '|');
+  return parts.size() > 1 ? parts : std::vector<std::string>();
+}
+
+ParameterOutline OutlineOf(const CLI::Option& option) {
+  ParameterOutline outline;
+  outline.isOption = !option.get_positional();
+  if (outline.isOption) {
+    for (const std::string& name : option.get_snames()) outline.names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames()) outline.names.push_back("--" + name);
+  } else {
+    outline.names.push_back(option.get_name(true));
+  }
+  const std::string shown = CLI::detail::trim_copy(option.get_option_text());
+  if (option.get_items_expected_max() > 0) outline.value = shown.empty() ? "VALUE" : shown;
+  outline.choices = ChoicesIn(shown);
+  outline.what = option.get_description();
+  outline.isRequired = option.get_required();
+  outline.isList = option.get_items_expected_max() > 1;
+  return outline;
+}
+
+CommandOutline OutlineOf(const CLI::App& app, const std::string& above) {
+  CommandOutline outline;
+  outline.name = above + app.get_name();
+  outline.purpose = app.get_description();
+  outline.footer = app.get_footer();
+  for (const CLI::Option* option : app.get_options()) outline.parameters.push_back(OutlineOf(*option));
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    outline.commands.push_back(OutlineOf(*command, outline.name + " "));
+  }
+  return outline;
+}
+
 }  // namespace
 
 Parameter Parameter::Required() const {
@@ -125,7 +161,7 @@ void CommandLine::RequireSubcommand() { m_app->require_subcommand(1); }
 
 Program::Program(const std::string& name, const std::string& purpose, const std::string& footer,
                  const std::string& version)
-    : m_app(std::make_unique<CLI::App>(purpose, name)) {
+    : m_purpose(purpose), m_app(std::make_unique<CLI::App>(name + " - " + purpose + '.', name)) {
   m_app->footer(footer);
   m_app->require_subcommand(1);
   m_app->fallthrough();  // the program's own options may stand behind a subcommand
@@ -136,6 +172,12 @@ Program::Program(const std::string& name, const std::string& purpose, const std:
 Program::~Program() = default;
 
 std::string Program::Help() const { return m_app->help(); }
+
+CommandOutline Program::Outline() const {
+  CommandOutline outline = OutlineOf(*m_app, "");
+  outline.purpose = m_purpose;
+  return outline;
+}
 
 void Program::Read(int argc, const char* const* argv) {
   CheckSubcommand(*m_app, argc, argv);

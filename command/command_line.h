@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "command/outline.h"
+
 namespace CLI {
 class App;
 class Option;
@@ -70,7 +72,7 @@ class CommandLine {
   CLI::App* m_app;
 };
 
-/// The whole command line of a program.
+/// The whole command line of a program. Its purpose and those of its subcommands are phrases without a full stop.
 class Program {
  public:
   Program(const std::string& name, const std::string& purpose, const std::string& footer, const std::string& version);
@@ -82,6 +84,7 @@ class Program {
   /// behind a subcommand.
   CommandLine Commands() { return CommandLine(*m_app); }
   std::string Help() const;
+  CommandOutline Outline() const;
   /// Reads the words that the program was started with. Help and version are printed. Throws Failure where the words
   /// can't be understood; an unknown subcommand gets the nearest known one.
   void Read(int argc, const char* const* argv);
@@ -89,6 +92,7 @@ class Program {
   std::string ValueOf(const std::string& name) const;
 
  private:
+  std::string m_purpose;
   std::unique_ptr<CLI::App> m_app;
 };
 

@@ -15,9 +15,9 @@ namespace dtsdb::tools {
 namespace {
 
 constexpr const char* kPurpose =
-    "dtsdb - the network model of a power-system control centre: validation, topology, breaker flows, conversion.";
+    "the network model of a power-system control centre: validation, topology, breaker flows, conversion";
 
-constexpr const char* kFooter =
+constexpr const char* kProgramFooter =
     "A MODEL is an object file, a folder of text tables (one CSV file a table), rtdb:NAME, the realtime database\n"
     "NAME.fdb, an XIIDM file, or CGMES profiles: a folder, a file, a zip archive, or several as cgmes:PATH,PATH.\n"
     "Results go to the standard output, messages to the standard error.\n"
@@ -27,7 +27,7 @@ constexpr const char* kFooter =
 
 void AddCommands(CommandLine commands, Action& action) {
   for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddReport, AddServe, AddRun, AddFlow,
-                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb}) {
+                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb, AddCompletion}) {
     add(commands, action);
   }
 }
@@ -55,6 +55,34 @@ void UseEncoding(const std::string& option) {
   }
   SetIdEncoding(*encoding);
 }
+
+/// The program with all that it takes.
+class DtsdbProgram {
+ public:
+  DtsdbProgram() : m_program("dtsdb", kPurpose, kProgramFooter, "dtsdb " DTSDB_VERSION) {
+    CommandLine commands = m_program.Commands();
+    AddEncodingOption(commands, m_encoding);
+    AddCommands(commands, m_action);
+  }
+
+  std::string Help() const { return m_program.Help(); }
+  CommandOutline Outline() const { return m_program.Outline(); }
+
+  int Run(int argc, const char* const* argv) {
+    m_program.Read(argc, argv);
+    if (!m_action) return kExitGood;  // help or version
+    UseEncoding(m_encoding);
+    LogFile log(m_program.ValueOf("--log"));
+    const int result = m_action();
+    log.Close();
+    return result;
+  }
+
+ private:
+  Program m_program;
+  Action m_action;
+  std::string m_encoding;
+};
 
 /// Writes what the library warns of like the command's own messages, a line each.
 void WriteLibraryMessage(QtMsgType, const QMessageLogContext&, const QString& text) {
@@ -142,26 +170,17 @@ Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::
   return RequirePath(AddModelArgument(command, output, "OUT", what));
 }
 
+CommandOutline OutlineOfProgram() { return DtsdbProgram().Outline(); }
+
 int RunCommand(int argc, const char* const* argv) {
   qInstallMessageHandler(WriteLibraryMessage);
   try {
-    Program program("dtsdb", kPurpose, kFooter, "dtsdb " DTSDB_VERSION);
-    Action action;
-    std::string encoding;
-    CommandLine commands = program.Commands();
-    AddEncodingOption(commands, encoding);
-    AddCommands(commands, action);
+    DtsdbProgram program;
     if (argc <= 1) {
       WriteResult(Format::kText, program.Help());
       return kExitGood;
     }
-    program.Read(argc, argv);
-    if (!action) return kExitGood;  // help or version
-    UseEncoding(encoding);
-    LogFile log(program.ValueOf("--log"));
-    const int result = action();
-    log.Close();
-    return result;
+    return program.Run(argc, argv);
   } catch (const Failure& failure) {
     WriteMessage(failure.what());
     return failure.Code();

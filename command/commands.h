@@ -34,6 +34,7 @@ void AddInfo(CommandLine& app, Action& action);
 void AddDump(CommandLine& app, Action& action);
 void AddDiff(CommandLine& app, Action& action);
 void AddRtdb(CommandLine& app, Action& action);
+void AddCompletion(CommandLine& app, Action& action);
 
 /// Adds subcommand `name` with its `Options`, which live as long as the action does: `describe` adds what it takes,
 /// `run` is the action.
@@ -69,6 +70,9 @@ void AddPathOption(CommandLine& command, const std::string& name, std::string& p
 Parameter AddOutputOption(CommandLine& command, ModelName& output, const std::string& what);
 /// The argument OUT.
 Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::string& what);
+
+/// What the program takes.
+CommandOutline OutlineOfProgram();
 
 /// Reads the command line, runs the subcommand and returns the exit code. Whatever goes wrong ends in one line on the
 /// standard error.

@@ -14,7 +14,7 @@ struct ConvertOptions {
   std::optional<ModelForm> to;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kConvertFooter =
     "rtdb:NAME as OUT updates the realtime database NAME.fdb, or makes it.\n"
     "Without --to, OUT becomes a folder of text tables when it is an existing folder, ends in '/' or has no "
     "extension,\n"
@@ -52,7 +52,7 @@ void AddConvert(CommandLine& app, Action& action) {
         AddImportOptions(command, options.model);
         command.AddChoice("--to", choose, {"text", "object", "xiidm"},
                           "Form of OUT: folder of text tables, object file or XIIDM file");
-        command.Footer(kFooter);
+        command.Footer(kConvertFooter);
         AddExitCodes(command, "the model is written");
       },
       Convert);

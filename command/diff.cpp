@@ -23,7 +23,7 @@ struct DiffOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kDiffFooter =
     "Records are compared by identity, field by field; slots are not compared. A null and an empty text are equal, "
     "and\n"
     "so are two nan; 0 and -0 differ.\n\n"
@@ -181,7 +181,7 @@ void AddDiff(CommandLine& app, Action& action) {
         AddSheetOption(command, options.sheet,
                        "tables or differences (the one that csv gives); with --events events or unreachable");
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kDiffFooter);
         AddExitCodes(command, "the models are the same; with --events the script leads to all states of B",
                      "they differ; with --events some states of B can't be reached");
       },

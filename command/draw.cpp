@@ -30,7 +30,7 @@ struct DrawOptions {
 constexpr int kUsualHops = 2;
 constexpr int kMostHops = 1000;
 
-constexpr const char* kFooter =
+constexpr const char* kDrawFooter =
     "The picture is an SVG document, complete in itself. Without -o it goes to the standard output.\n"
     "A model without a topology gets one first. Each bus section has its colour, what is dead is grey and dashed, "
     "what\n"
@@ -105,7 +105,7 @@ void AddDraw(CommandLine& app, Action& action) {
                         "Show powers with arrows: at feeders and through breakers, or on lines");
         AddPathOption(command, "-o,--output", options.output, "Where the picture is written");
         AddLogOption(command, "the validation and the breaker flow where the model needs them");
-        command.Footer(kFooter);
+        command.Footer(kDrawFooter);
         AddExitCodes(command, "the picture is drawn", "the model has errors or no topology");
       },
       Draw);

@@ -20,7 +20,7 @@ struct DumpOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kDumpFooter =
     "Text leaves out the columns in which every record shown has the default. CSV takes one TABLE.\n"
     "--id finds records by identity or number, relation rows by the identity of their parent or child.\n\n"
     "Examples:\n"
@@ -95,7 +95,7 @@ void AddDump(CommandLine& app, Action& action) {
         AddIdOption(command, options.id, "Only the records with this identity");
         AddPlaceOptions(command, options.place);
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kDumpFooter);
         AddExitCodes(command, "the records are shown");
       },
       Dump);

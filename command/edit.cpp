@@ -24,7 +24,7 @@ struct EditOptions {
   Language language = LocaleLanguage();
 };
 
-constexpr const char* kFooter =
+constexpr const char* kEditFooter =
     "A script in UTF-8 has one edit on a line, blank lines and lines that begin with '#' apart:\n"
     "  add TABLE id=IDENTITY FIELD=VALUE ...\n"
     "  remove TABLE IDENTITY\n"
@@ -86,7 +86,7 @@ void AddEdit(CommandLine& app, Action& action) {
         AddLogOption(command, "the validations");
         AddLanguageOption(command, options.language);
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kEditFooter);
         AddExitCodes(command, "every line is applied and the model is good",
                      "lines are refused or the model has errors");
       },

@@ -15,13 +15,13 @@ namespace {
 
 const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
 
-Cell FieldCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
+Cell NameCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
 
 std::vector<Cell> FindingCells(const Finding& finding, Language language) {
   const MessageInfo& message = *FindMessage(finding.code);
   return {SeverityName(finding.severity), finding.code,
           TableName(finding.table),       IdText(finding.id),
-          FieldCell(finding.field),       TextOf(message, language),
+          NameCell(finding.field),        TextOf(message, language),
           RemedyOf(message, language)};
 }
 
@@ -34,7 +34,7 @@ std::vector<Cell> ObjectCells(const Finding& finding, const ImportReport& import
 }
 
 /// The warnings with one code.
-struct Kind {
+struct KindCount {
   const char* code;
   long long count;
   std::string first;  ///< identities of the first records
@@ -92,7 +92,7 @@ Sheet FindingSheet(const QList<Finding>& findings, Severity least, Language lang
 }
 
 Sheet WarningKinds(const QList<Finding>& findings, Language language) {
-  std::vector<Kind> kinds;
+  std::vector<KindCount> kinds;
   std::map<std::string_view, std::size_t> places;
   for (const Finding& finding : findings) {
     if (finding.severity != Severity::kWarning) continue;
@@ -102,7 +102,7 @@ Sheet WarningKinds(const QList<Finding>& findings, Language language) {
   }
   Sheet sheet("kinds", "Warnings by kind", {"count", "code", "first", "text", "what_to_do"});
   sheet.HideWhenEmpty();
-  for (const Kind& kind : kinds) {
+  for (const KindCount& kind : kinds) {
     const MessageInfo& message = *FindMessage(kind.code);
     sheet.Add({NumberCell(kind.count), kind.code, kind.first, TextOf(message, language), RemedyOf(message, language)});
   }

@@ -23,7 +23,7 @@ struct FlowOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kFlowFooter =
     "A realtime database must hold a topology already; --store writes the flows there. Any other model gets one where\n"
     "it has none. A bus section without a voltage gets that of a bus on it, or else the base voltage of its level.\n"
     "A set whose injections sum to more than the tolerance isn't computed.\n"
@@ -81,7 +81,7 @@ void AddFlow(CommandLine& app, Action& action) {
         AddSheetOption(command, options.sheet, "sets or breakers");
         AddLogOption(command, "the breaker flow and, where the model needs one, the validation");
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kFlowFooter);
         AddExitCodes(command, "every set is computed",
                      "a set isn't balanced or lacks a voltage, or the model isn't ready");
       },

@@ -21,7 +21,7 @@ struct GenerateOptions {
 
 constexpr int kMostShare = 1000000;
 
-constexpr const char* kFooter =
+constexpr const char* kGenerateFooter =
     "The same options and the same seed give the same model, byte for byte. Its powers balance at\n"
     "every voltage, as 'dtsdb flow' shows.\n"
     "OUT is as with 'dtsdb convert', with or without -o in front of it.\n\n"
@@ -105,7 +105,7 @@ void AddGenerate(CommandLine& app, Action& action) {
             .Shown("N");
         command.Add("--seed", options.utility.seed, "Choice among the utilities of that size, 1 by default").Shown("S");
         AddShares(command, options.utility);
-        command.Footer(fmt::format(kFooter, ArrangementNames()));
+        command.Footer(fmt::format(kGenerateFooter, ArrangementNames()));
         AddExitCodes(command, "the model is written");
       },
       Generate);

@@ -21,7 +21,7 @@ struct InfoOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kInfoFooter =
     "Slots are the places of a table; some may be free.\n\n"
     "Examples:\n"
     "  dtsdb info examples/ieee14\n"
@@ -113,7 +113,7 @@ void AddInfo(CommandLine& app, Action& action) {
         AddSheetOption(command, options.sheet,
                        "tables; of CGMES profiles and XIIDM files also files, classes, left_out, changed, unknown");
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kInfoFooter);
         AddExitCodes(command, "the model is described");
       },
       Info);

@@ -11,7 +11,7 @@ namespace dtsdb::tools {
 namespace {
 
 /// So many times as long as it took to read the texts they aren't read again.
-constexpr double kPause = 20;
+constexpr double kWatchPause = 20;
 
 /// The row of `global`; one that no database has where there is none.
 GLOBAL GlobalIn(dbDatabase* db, dbCursorType type) {
@@ -79,7 +79,7 @@ std::vector<ModelWatch::Sum> ModelWatch::Sums() {
   std::vector<Sum> sums{SumOf<CO>(), SumOf<DV>(), SumOf<ST>(), SumOf<KV>(), SumOf<BUS>(), SumOf<CB>(),  SumOf<UN>(),
                         SumOf<LD>(), SumOf<CP>(), SumOf<XF>(), SumOf<LN>(), SumOf<DLN>(), SumOf<ZBR>(), SumOf<ND>()};
   const double ended = m_clock.steady();
-  m_sumsDue = ended + kPause * (ended - begun);
+  m_sumsDue = ended + kWatchPause * (ended - begun);
   return sums;
 }
 

@@ -9,7 +9,7 @@
 namespace dtsdb::tools {
 namespace {
 
-constexpr std::chrono::milliseconds kPause{100};
+constexpr std::chrono::milliseconds kBetweenLines{100};
 constexpr const char* kToBeginAndClear = "\r\033[K";
 
 void Write(const std::string& text) {
@@ -28,7 +28,7 @@ Progress::~Progress() {
 
 void Progress::Show(std::size_t done) {
   if (!m_isShown || m_total == 0 || Clock::now() < m_next) return;
-  m_next = Clock::now() + kPause;
+  m_next = Clock::now() + kBetweenLines;
   m_isOnScreen = true;
   Write(fmt::format("{}{} of {} {}, {} %", kToBeginAndClear, done, m_total, m_what, 100 * done / m_total));
 }

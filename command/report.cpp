@@ -18,7 +18,7 @@ struct ReportOptions {
   Language language = LocaleLanguage();
 };
 
-constexpr const char* kFooter =
+constexpr const char* kReportFooter =
     "The page needs nothing beside it: it can be handed on as one file, and any browser shows it. The same model "
     "gives\n"
     "the same bytes. Of a model with errors it shows the tables and the findings.\n\n"
@@ -55,7 +55,7 @@ void AddReport(CommandLine& app, Action& action) {
         AddPathOption(command, "-o,--output", options.output, "Where the page is written");
         AddLanguageOption(command, options.language);
         AddLogOption(command, "the validation and the breaker flow");
-        command.Footer(kFooter);
+        command.Footer(kReportFooter);
         AddExitCodes(command, "the page is written", "it is written, but the model has errors or no topology");
       },
       MakeReport);

@@ -22,7 +22,7 @@ struct RtdbOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kRtdbFooter =
     "NAME is the path of the database, with or without its ending .fdb. As a MODEL of the other commands it is\n"
     "written rtdb:NAME. Other programs may use the database meanwhile.\n"
     "'dtsdb rtdb COMMAND --help' prints more about a command.";
@@ -176,7 +176,7 @@ void AddTableArgument(CommandLine& command, RtdbOptions& options) {
 void AddRtdb(CommandLine& app, Action& action) {
   CommandLine rtdb = app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs", {});
   rtdb.RequireSubcommand();
-  rtdb.Footer(kFooter);
+  rtdb.Footer(kRtdbFooter);
   AddRtdbCommand(
       rtdb, action, "ls", "List the tables that have rows",
       [](CommandLine& command, RtdbOptions& options) {

@@ -17,7 +17,7 @@
 namespace dtsdb::tools {
 namespace {
 
-constexpr const char* kFooter =
+constexpr const char* kRtdbPruneFooter =
     "TABLE is one of the logs that grow: TPL, what topology runs have logged, and TPTRACE, the changes that other\n"
     "programs have asked for. --before removes the rows that are stamped before TIME, seconds since 1970 or a time as\n"
     "in 2026-11-21T11:43:42Z, UTC where no offset is given. --keep leaves the N rows stamped last; of those with one\n"
@@ -127,7 +127,7 @@ void AddRtdbPrune(CommandLine& rtdb, Action& action) {
         command.Add("--keep", options.keep, "Leave the N rows stamped last")
             .Shown("N")
             .Within(0, std::numeric_limits<int>::max());
-        command.Footer(kFooter);
+        command.Footer(kRtdbPruneFooter);
         AddExitCodes(command, "the rows are removed");
       },
       Prune);

@@ -22,7 +22,7 @@ struct RunOptions {
 
 constexpr int kLongestInterval = 3600 * 1000;
 
-constexpr const char* kFooter =
+constexpr const char* kRunFooter =
     "The database must hold a model that is marked good: 'dtsdb validate MODEL -o rtdb:NAME' makes one.\n"
     "Its topology is worked out and stored at the start. Then rows that other programs add to TPTRACE, with the time\n"
     "of their writing in seconds since 1970, are followed up by incremental runs, each stored in one commit and\n"
@@ -140,7 +140,7 @@ void AddRun(CommandLine& app, Action& action) {
         command.AddFlag("--as-is", options.asIs, "Keep what incremental runs give, also where a full one differs");
         command.AddFlag("--verify", options.verify, "Compare each run with a full one on a copy");
         AddLineFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kRunFooter);
         AddExitCodes(command, "it was stopped", "a run failed or, with --verify, differs from a full one");
       },
       Run);

@@ -39,7 +39,7 @@ struct ScreenOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kScreenFooter =
     "KINDS are tables, parted by commas: LN and XF lines and windings, CB breakers, BUS buses, UN units, DLN and ZBR\n"
     "DC lines and zero-impedance branches. Of a bus every breaker on its node is opened. What is out already is left\n"
     "out.\n"
@@ -145,7 +145,7 @@ void AddScreen(CommandLine& app, Action& action) {
         AddLanguageOption(command, options.language);
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kScreenFooter);
         AddExitCodes(command, "every outage is screened",
                      "the model has errors or no topology, or an outage leaves none");
       },

@@ -101,7 +101,7 @@ class ScriptRun {
 };
 
 /// The number of records in each table that can be edited.
-std::vector<int> Counts(DTSDB& database) {
+std::vector<int> RowCounts(DTSDB& database) {
   std::vector<int> counts;
   ForEachType(EditedRecords(), [&]<class T> { counts.push_back(TableOf<T>(database).GetCount()); });
   return counts;
@@ -131,7 +131,7 @@ void AddRefusal(Sheet& sheet, const Edit& edit, const Refusal& refusal, Language
 }  // namespace
 
 ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits, Language language) {
-  const std::vector<int> before = Counts(database);
+  const std::vector<int> before = RowCounts(database);
   Sheet refusals("refusals", "Refused lines", {"line", "edit", "table", "id", "code", "field", "text", "what_to_do"});
   refusals.HideColumn(4).HideColumn(5);  // text and what to do name what they are about
   ScriptRun run(database);
@@ -146,7 +146,7 @@ ScriptResult ApplyScript(DTSDB& database, const std::vector<Edit>& edits, Langua
   const bool isWhole = refusals.Rows().empty();
   const bool good = isWhole && run.Validate();
   Sheet faults = FindingSheet(isWhole ? run.Findings() : QList<Finding>(), Severity::kError, language);
-  return {applied, std::move(refusals), ChangedTables(before, Counts(database)), std::move(faults), good};
+  return {applied, std::move(refusals), ChangedTables(before, RowCounts(database)), std::move(faults), good};
 }
 
 }  // namespace dtsdb::tools

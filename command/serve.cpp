@@ -34,7 +34,7 @@ struct ServeOptions {
   Language language = LocaleLanguage();
 };
 
-constexpr const char* kFooter =
+constexpr const char* kServeFooter =
     "Prints the address of the page in one line and serves it until Ctrl-C or SIGTERM. Only who has the address, with\n"
     "the token in it, gets an answer. A realtime database is read and never written: what is tried out on the page "
     "goes "
@@ -134,7 +134,7 @@ void AddServe(CommandLine& app, Action& action) {
             .Shown("MS")
             .Within(10, 10000);
         AddLanguageOption(command, options.language);
-        command.Footer(kFooter);
+        command.Footer(kServeFooter);
         AddExitCodes(command, "it was stopped");
       },
       Serve);

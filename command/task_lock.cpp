@@ -77,7 +77,7 @@ Holder HolderIn(int file) {
 }
 
 /// 0 or an error number.
-int Write(int file, const Holder& holder) {
+int WriteHolder(int file, const Holder& holder) {
   const std::string text = fmt::format("{} {} {}\n", holder.process, holder.device, holder.inode);
   errno = EIO;
   const bool written =
@@ -86,7 +86,7 @@ int Write(int file, const Holder& holder) {
 }
 
 /// Takes the lock of an open lock file. 0 or an error number.
-int Take(int file) { return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno; }
+int TakeLock(int file) { return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno; }
 
 }  // namespace
 
@@ -95,16 +95,16 @@ TaskLock::TaskLock(const std::string& database) {
   const std::string path = LockFileOf(file);
   const GuardedDatabase guarded(file);
   m_file = OpenLockFile(path);
-  int error = Take(m_file);
+  int error = TakeLock(m_file);
   const Holder holder = HolderIn(m_file);
   if (error == EWOULDBLOCK && !guarded.IsOf(holder)) {
     // The task of a database that stood here before. It keeps the lock of its file, which loses its name.
     ::close(m_file);
     ::unlink(path.c_str());
     m_file = OpenLockFile(path);
-    error = Take(m_file);
+    error = TakeLock(m_file);
   }
-  if (error == 0) error = Write(m_file, guarded.ThisProcess());
+  if (error == 0) error = WriteHolder(m_file, guarded.ThisProcess());
   if (error == 0) return;
   ::close(m_file);
   if (error != EWOULDBLOCK) RefuseFile(path, std::strerror(error));

@@ -35,7 +35,7 @@ struct TopologyOptions {
   Format format = Format::kText;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kTopologyFooter =
     "A model without the mark of a good validation is validated first.\n"
     "The result has five sheets: islands, sections, contents, dead and findings. CSV holds one, islands unless "
     "--sheet\n"
@@ -120,7 +120,7 @@ int Compare(const TopologyOptions& options, const cgmes::ProfileSet& set, const 
   return IsAsPublished(comparison) ? kExitGood : kExitFaults;
 }
 
-int Topology(const TopologyOptions& options) {
+int ShowTopology(const TopologyOptions& options) {
   const bool compares = options.comparesPublished;
   if (compares) CheckComparable(options);
   cgmes::ProfileSet set;
@@ -164,11 +164,11 @@ void AddTopology(CommandLine& app, Action& action) {
         AddLanguageOption(command, options.language);
         AddLogOption(command, "the validation where the model needs one");
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kTopologyFooter);
         AddExitCodes(command, "the topology is worked out; with --compare-tp nothing differs but by design",
                      "the model has errors, its topology can't be worked out, or with --compare-tp differs otherwise");
       },
-      Topology);
+      ShowTopology);
 }
 
 }  // namespace dtsdb::tools

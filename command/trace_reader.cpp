@@ -13,7 +13,7 @@ using Row = Twin<TPTRACE>::Row;
 /// Further back from the end than so many rows the whole table is read: a row costs less there.
 constexpr std::size_t kMostAdded = 10000;
 /// So many times as long as the whole table took to read it isn't read again.
-constexpr double kPause = 20;
+constexpr double kTracePause = 20;
 
 TraceRow RowOf(dbCursor<Row>& cursor, const Row& stored) {
   TraceRow row;
@@ -40,7 +40,7 @@ TraceReading TraceReader::Read(u32 since, bool whole) {
   if (whole || !reading.continued || begun >= m_wholeDue) {
     ReadWhole(reading, since);
     const double ended = m_clock.steady();
-    m_wholeDue = ended + kPause * (ended - begun);
+    m_wholeDue = ended + kTracePause * (ended - begun);
   }
   m_db->commit();
   return reading;

@@ -25,7 +25,7 @@ struct ValidateOptions {
   std::string sheet;
 };
 
-constexpr const char* kFooter =
+constexpr const char* kValidateFooter =
     "The model is written with -o only when it is good. The log has a line for each finding, in the encoding of "
     "identities.\n"
     "Text lists the errors and counts the warnings by kind; with --all, and in JSON and CSV, each is listed.\n"
@@ -86,7 +86,7 @@ void AddValidate(CommandLine& app, Action& action) {
         AddLanguageOption(command, options.language);
         AddSheetOption(command, options.sheet, "findings, kinds");
         AddFormatOption(command, options.format);
-        command.Footer(kFooter);
+        command.Footer(kValidateFooter);
         AddExitCodes(command, "the model is good", "it has errors");
       },
       Validate);

@@ -31,7 +31,7 @@ class InputRows {
     return std::get<std::vector<T>>(m_rows);
   }
 
-  /// Moves the rows into the tables of `database`.
+  /// Moves the rows into the tables of `database`; none are left here.
   void FillTables(DTSDB& database) {
     std::apply([&database](auto&... rows) { (Fill(database, rows), ...); }, m_rows);
   }

@@ -62,7 +62,7 @@ DTSDB LoadModel(const ModelName& name, ImportReport* report, const ReadingProgre
   if (!fs::exists(path, error) && !FindTextTables(path)) {
     RefuseFile(path, error ? error.message() : "there is no such file or folder");
   }
-  if (form == ModelForm::kTextTables) {
+  if (name.Form() == ModelForm::kTextTables) {  // the folder may have been put back just now
     ReadTextTables(path, database, progress);
   } else {
     Check(path, ReadObjectFile(database, QtPath(path)));

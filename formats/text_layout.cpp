@@ -70,7 +70,7 @@ std::string Escaped(QChar c) {
   return fmt::format("\\x{:02X}", unsigned{c.unicode()});
 }
 
-std::string OneLine(const QString& text) {
+std::string OneLineOf(const QString& text) {
   QString shown;
   for (const QChar c : text) {
     if (NeedsEscape(c)) {
@@ -95,7 +95,7 @@ std::string Padded(std::string_view text, int width, bool toRight) {
   return toRight ? blanks + std::string(text) : std::string(text) + blanks;
 }
 
-std::string OneLine(std::string_view text) { return OneLine(Decoded(text)); }
+std::string OneLine(std::string_view text) { return OneLineOf(Decoded(text)); }
 
 std::string Counted(long long number, std::string_view noun) {
   return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
@@ -103,8 +103,8 @@ std::string Counted(long long number, std::string_view noun) {
 
 std::string Quoted(std::string_view text) {
   const QString decoded = Decoded(text);
-  if (decoded.size() <= kLongestQuote) return "'" + OneLine(decoded) + "'";
-  return "'" + OneLine(decoded.left(kLongestQuote)) + "...'";
+  if (decoded.size() <= kLongestQuote) return "'" + OneLineOf(decoded) + "'";
+  return "'" + OneLineOf(decoded.left(kLongestQuote)) + "...'";
 }
 
 }  // namespace dtsdb::tools

@@ -64,11 +64,11 @@ Contents ReadOnce(const fs::path& folder) {
 
 /// Reads a folder that may be replaced meanwhile: again, until it was the same one from beginning to end.
 Contents ReadWhole(const fs::path& folder) {
-  constexpr int kAttempts = 100;
+  constexpr int kRetries = 100;
   for (int attempt = 1;; ++attempt) {
     FindTextTables(folder.string());
     const OpenFolder begun(folder);
-    const auto isSettled = [&] { return attempt == kAttempts || !begun.IsOpen() || begun.IsAt(folder); };
+    const auto isSettled = [&] { return attempt == kRetries || !begun.IsOpen() || begun.IsAt(folder); };
     try {
       Contents contents = ReadOnce(folder);
       if (isSettled()) return contents;

@@ -2,12 +2,12 @@
 /// A connection that waits for nobody for long.
 #pragma once
 
-#include <httplib.h>
-
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <string>
+
+#include "page/internal/http.h"
 
 namespace dtsdb::page {
 

@@ -2,8 +2,6 @@
 /// The threads of the server, and the connections that wait for one.
 #pragma once
 
-#include <httplib.h>
-
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
@@ -12,6 +10,8 @@
 #include <mutex>
 #include <thread>
 #include <vector>
+
+#include "page/internal/http.h"
 
 namespace dtsdb::page {
 

@@ -1,15 +1,14 @@
 #include "page/server.h"
 
-#include <httplib.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
 #include <atomic>
 #include <thread>
 #include <utility>
 
 #include "page/bounded_stream.h"
 #include "page/connection_queue.h"
+#include "page/internal/http.h"
 
 namespace dtsdb::page {
 namespace {

@@ -33,6 +33,7 @@ constexpr int kUsualFont = 11;
 constexpr int kLabelGap = 4;  // from a disc to its name
 constexpr int kAscent = 10;
 constexpr int kHalfAscent = 4;
+constexpr int kAnyWires = 1000;    // a name may lie on as many wires
 constexpr int kArrowBox = 12;      // an arrow, whichever way it points
 constexpr int kArrowMargin = 14;   // from the end of a wire to an arrow at least
 constexpr double kArrowStep = 14;  // from one try for an arrow to the next
@@ -213,7 +214,7 @@ class MapDrawing {
       Element& element = m_picture.elements[m_firstStation + i];
       const int radius = element.symbols.front().box.width / 2;
       const std::string name = internal::ShortName(m_grid.stations[i].name.identity, {});
-      PutBest(LabelsAround(name, m_layout.stations[i], radius), element);
+      PutBest(LabelsAround(name, m_layout.stations[i], radius), kAnyWires, element);
     }
   }
 
@@ -222,21 +223,22 @@ class MapDrawing {
       Element& element = m_picture.elements[m_firstLine + i];
       if (element.symbols.empty() || element.symbols.back().name != "arrow") continue;
       const std::string power = internal::PowerTexts(*m_grid.lines[i].flow).front();
-      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowBox / 2), element);
+      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowBox / 2), 0, element);
     }
   }
 
-  /// Adds the label that lies on the fewest wires, of those that are free; none when all overlap with something.
-  void PutBest(const std::vector<Label>& labels, Element& element) {
+  /// Adds the label that lies on the fewest wires, and on `most` at most, of those that are free. None when all overlap
+  /// with something.
+  void PutBest(const std::vector<Label>& labels, int most, Element& element) {
     const Label* best = nullptr;
-    int fewest = 0;
+    int fewest = most + 1;
     for (const Label& label : labels) {
       const Box& box = label.box;
       const bool isInside =
           box.x >= 0 && box.y >= 0 && box.x + box.width <= m_picture.width && box.y + box.height <= m_picture.height;
       if (!isInside || !m_room.IsFree(box)) continue;
       const int wires = m_room.WiresUnder(box);
-      if (best != nullptr && wires >= fewest) continue;
+      if (wires >= fewest) continue;
       best = &label;
       fewest = wires;
     }

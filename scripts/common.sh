@@ -10,6 +10,7 @@ packages=(
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
   python3-jinja2
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
+  zsh fish mandoc
 )
 # What building the page's front end needs, and what the tests that look at the page in a browser need besides. Users
 # and the demo need neither: the front end comes built.

@@ -26,15 +26,19 @@ struct ComponentType {
   bool bothEnds = false;
 };
 
+inline constexpr int kBreakerType = 1;
+inline constexpr int kZbrServiceType = 7;  ///< a zero-impedance branch out of service
+
 // Type 6, a transformer out of service, has no text for an unknown identity. Kept: K45.
 inline constexpr std::tuple kComponentTypes{
-    ComponentType<CB>{1, &CB::flags, CB_OPEN, " not exists in cb table"},
+    ComponentType<CB>{kBreakerType, &CB::flags, CB_OPEN, " not exists in cb table"},
     ComponentType<UN>{2, &UN::status, SHUNT_OFF, " not exists in un table", "REMOVE", "UNREMOVE"},
     ComponentType<LD>{3, &LD::status, SHUNT_OFF, " not exists in ld table", "REMOVE", "UNREMOVE"},
     ComponentType<CP>{4, &CP::status, SHUNT_OFF, " not exists in cp table", "REMOVE", "UNREMOVE"},
     ComponentType<LN>{5, &LN::status, BranchKind<LN>::kOut, " not exists in ln table", "REMOVE", "UNREMOVE", true},
     ComponentType<XF>{6, &XF::status, BranchKind<XF>::kOut, "", "REMOVE", "UNREMOVE", true},
-    ComponentType<ZBR>{7, &ZBR::status, BranchKind<ZBR>::kOut, " not exists in zbr table", "REMOVE", "UNREMOVE", true},
+    ComponentType<ZBR>{kZbrServiceType, &ZBR::status, BranchKind<ZBR>::kOut, " not exists in zbr table", "REMOVE",
+                       "UNREMOVE", true},
     ComponentType<DLN>{8, &DLN::status, BranchKind<DLN>::kOut, " not exists in dln table", "REMOVE", "UNREMOVE", true},
     ComponentType<LN>{9, &LN::status, BranchKind<LN>::kOpen1, " not exists in ln table", "IBREAK", "UNIBREAK"},
     ComponentType<LN>{10, &LN::status, BranchKind<LN>::kOpen2, " not exists in ln table", "ZBREAK", "UNZBREAK"},

@@ -15,8 +15,6 @@
 namespace dtsdb::analysis::internal {
 namespace {
 
-constexpr int kBreakerType = 1;
-
 /// The type code by which a component of `table` goes out as a whole; 0 for none.
 int TypeOf(const std::string& table) {
   constexpr std::tuple kTypes{std::pair{LN::kTableName, 5},

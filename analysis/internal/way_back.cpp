@@ -9,9 +9,6 @@
 namespace dtsdb::analysis::internal {
 namespace {
 
-constexpr int kBreakerType = 1;
-constexpr int kZbrServiceType = 7;
-
 using States = std::vector<bool>;
 
 /// Which components of the type are open, off or out of service, by logical number.

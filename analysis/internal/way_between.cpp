@@ -33,9 +33,9 @@ bool StandsAlike(const T& a, const T& b) {
 }
 
 /// Puts the states of one model into a copy of another, and collects what has no place there.
-class States {
+class StateCopier {
  public:
-  States(DTSDB& copy, DTSDB& to) : m_copy(copy), m_to(to) {}
+  StateCopier(DTSDB& copy, DTSDB& to) : m_copy(copy), m_to(to) {}
 
   void Put() {
     std::apply([this](const auto&... types) { (PutState(types), ...); }, kComponentTypes);
@@ -122,7 +122,7 @@ class States {
 }  // namespace
 
 Way WayBetween(DTSDB& from, DTSDB& to, DTSDB& copy) {
-  States states(copy, to);
+  StateCopier states(copy, to);
   states.Put();
   return {SwitchStates(copy).EventsBack(from, true), states.TakeUnreachable()};
 }

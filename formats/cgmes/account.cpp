@@ -3,11 +3,7 @@
 #include <map>
 
 namespace dtsdb::tools::cgmes {
-namespace {
-
-constexpr int kNone = Objects::kNone;
-
-}  // namespace
+namespace {}  // namespace
 
 std::string Account::ClassOf(int object) const {
   const int type = m_set.objects.Class(object);

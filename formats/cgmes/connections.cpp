@@ -6,8 +6,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 /// References by which the object that refers is looked for.
 constexpr Property kInverse[] = {kFlowTerminal, kVoltageNode,   kStatusEquipment, kSectionsShunt,
                                  kEndTerminal,  kAnalogOfValue, kDiscreteOfValue, kElectronicsUnitConnection};

@@ -8,7 +8,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
 constexpr const char* kMade = "(none)";  // what lies in no region is in this district of this company
 
 /// The companies and districts that stations lie in, kNone for those that no object describes.

@@ -7,8 +7,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 /// What hangs together on the DC side: the converters, and the first line segment.
 struct DcNetwork {
   std::vector<int> converters;

@@ -4,8 +4,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 /// The voltage of a bus: that of its topological node.
 void MapBuses(Mapping& mapping) {
   const std::vector<int> buses = mapping.Standing(Role::kBus, 1);

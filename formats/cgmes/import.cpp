@@ -14,11 +14,11 @@ ImportReport ImportSet(const ProfileSet& set, const ImportOptions& options, DTSD
   MapLines(mapping);
   MapTransformers(mapping);
   MapDevices(mapping, MapDcLines(mapping));
-  mapping.rows.FillTables(model);
   ImportReport report = mapping.account.Report(mapping.connections);
   report.identities = mapping.ids.List();
   report.parts = TopologyParts(mapping);
   AddPositions(mapping, report.parts);
+  mapping.rows.FillTables(model);
   return report;
 }
 

@@ -9,8 +9,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 /// The comparison, group by group.
 class IslandComparison {
  public:

@@ -5,11 +5,7 @@
 #include "formats/text_layout.h"
 
 namespace dtsdb::tools::cgmes {
-namespace {
-
-constexpr int kNone = Objects::kNone;
-
-}  // namespace
+namespace {}  // namespace
 
 Mapping::Mapping(const ProfileSet& read, const ImportOptions& chosen)
     : set(read),

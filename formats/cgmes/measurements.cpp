@@ -6,7 +6,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
 constexpr i8 kClosed = 1;
 constexpr i8 kOpen = 2;
 

@@ -7,7 +7,7 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr std::size_t kMost = std::numeric_limits<int>::max();
+constexpr std::size_t kMostNumbers = std::numeric_limits<int>::max();
 
 }  // namespace
 
@@ -51,7 +51,7 @@ void Objects::Describe(int object, int type, bool defines, int file, long long l
 }
 
 bool Objects::SetText(int object, Property property, std::string_view text) {
-  if (m_text.size() + text.size() > kMost || m_values.size() >= kMost) return false;
+  if (m_text.size() + text.size() > kMostNumbers || m_values.size() >= kMostNumbers) return false;
   Set(object,
       {property, false, kNone, static_cast<std::uint32_t>(text.size()), static_cast<std::uint32_t>(m_text.size())});
   m_text += text;
@@ -59,7 +59,7 @@ bool Objects::SetText(int object, Property property, std::string_view text) {
 }
 
 bool Objects::SetTarget(int object, Property property, int target) {
-  if (m_values.size() >= kMost) return false;
+  if (m_values.size() >= kMostNumbers) return false;
   Set(object, {property, true, kNone, 0, static_cast<std::uint32_t>(target)});
   return true;
 }

@@ -120,4 +120,6 @@ class Objects {
   std::unordered_map<std::string, int, TextHash, std::equal_to<>> m_classNumbers;
 };
 
+inline constexpr int kNone = Objects::kNone;  ///< no object
+
 }  // namespace dtsdb::tools::cgmes

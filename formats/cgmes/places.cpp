@@ -1,11 +1,7 @@
 #include "formats/cgmes/places.h"
 
 namespace dtsdb::tools::cgmes {
-namespace {
-
-constexpr int kNone = Objects::kNone;
-
-}  // namespace
+namespace {}  // namespace
 
 Places::Places(const Objects& objects, const Connections& connections)
     : m_objects(objects),

@@ -11,7 +11,7 @@ namespace dtsdb::tools::cgmes {
 namespace {
 
 constexpr int kDeepest = 16;  // a profile has three levels
-constexpr QLatin1String kRdf("http://www.w3.org/1999/02/22-rdf-syntax-ns#");
+constexpr QLatin1String kRdfNamespace("http://www.w3.org/1999/02/22-rdf-syntax-ns#");
 
 /// The version of CGMES that has this namespace, empty for none.
 std::string VersionOf(QStringView uri) {
@@ -71,7 +71,7 @@ class Reading {
   }
 
   void TakeRoot() {
-    if (m_xml.name() != QLatin1String("RDF") || m_xml.namespaceUri() != kRdf) {
+    if (m_xml.name() != QLatin1String("RDF") || m_xml.namespaceUri() != kRdfNamespace) {
       Refuse("is no CGMES profile: its root element isn't rdf:RDF");
     }
     for (const QXmlStreamNamespaceDeclaration& declared : m_xml.namespaceDeclarations()) {
@@ -87,9 +87,9 @@ class Reading {
     }
     m_isHeader = m_xml.name() == QLatin1String("FullModel");
     const QXmlStreamAttributes attributes = m_xml.attributes();
-    QStringView id = attributes.value(kRdf, QLatin1String("ID"));
+    QStringView id = attributes.value(kRdfNamespace, QLatin1String("ID"));
     const bool defines = !id.isEmpty();
-    if (!defines) id = attributes.value(kRdf, QLatin1String("about"));
+    if (!defines) id = attributes.value(kRdfNamespace, QLatin1String("about"));
     const QStringView mrid = MridOf(id);
     if (mrid.isEmpty()) Refuse("an object has neither rdf:ID nor rdf:about");
     if (m_isHeader) {
@@ -116,7 +116,7 @@ class Reading {
     m_property = PropertyOf(m_xml.name());
     if (m_property == kPropertyCount) return;
     const QXmlStreamAttributes attributes = m_xml.attributes();
-    const QStringView resource = attributes.value(kRdf, QLatin1String("resource"));
+    const QStringView resource = attributes.value(kRdfNamespace, QLatin1String("resource"));
     if (resource.isEmpty()) {
       m_takesText = true;
     } else {

@@ -18,8 +18,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 using Names = std::vector<std::string>;
 
 /// The first of the names in a list.

@@ -9,8 +9,6 @@
 namespace dtsdb::tools::cgmes {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 /// Collects the parts of one set.
 class Parts {
  public:

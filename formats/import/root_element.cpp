@@ -10,7 +10,7 @@ namespace dtsdb::tools {
 namespace {
 
 /// A text as far as it is read, whatever its encoding: that of a byte order mark, else one byte a character.
-QString Decoded(std::string_view bytes) {
+QString DecodedTag(std::string_view bytes) {
   const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
   const auto encoding = QStringConverter::encodingForData(view, u'<');
   return QStringDecoder(encoding.value_or(QStringConverter::Latin1))(view);
@@ -29,7 +29,7 @@ QString RootTag(std::string_view beginning) {
       QStringLiteral(
           R"(^\x{FEFF}?\s*(?:<\?.*?\?>\s*|<!--.*?-->\s*|<![^<\[]*(?:\[.*?\]\s*)?>\s*)*+<((?:[\w.-]+:)?[\w.-]+(?=[\s>/])[^>]*))"),
       QRegularExpression::DotMatchesEverythingOption);
-  return root.match(Decoded(beginning)).captured(1);
+  return root.match(DecodedTag(beginning)).captured(1);
 }
 
 QString RootName(const QString& tag) {

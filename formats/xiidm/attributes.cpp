@@ -12,7 +12,7 @@ struct Row {
 };
 
 // An attribute that was called otherwise in earlier versions stands several times.
-constexpr Row kRows[] = {
+constexpr Row kAttributeRows[] = {
     {"id", kId},
     {"name", kName},
     {"country", kCountry},
@@ -69,21 +69,21 @@ constexpr Row kRows[] = {
 };
 
 /// The attributes by name. The texts live as long as the program.
-QHash<QStringView, Attribute> MakeIndex() {
+QHash<QStringView, Attribute> MakeAttributeIndex() {
   static const QStringList texts = [] {
     QStringList list;
-    for (const Row& row : kRows) list.append(QString::fromLatin1(row.name));
+    for (const Row& row : kAttributeRows) list.append(QString::fromLatin1(row.name));
     return list;
   }();
   QHash<QStringView, Attribute> index;
-  for (qsizetype i = 0; i < texts.size(); ++i) index.insert(texts[i], kRows[i].attribute);
+  for (qsizetype i = 0; i < texts.size(); ++i) index.insert(texts[i], kAttributeRows[i].attribute);
   return index;
 }
 
 }  // namespace
 
 Attribute AttributeOf(QStringView name) {
-  static const QHash<QStringView, Attribute> index = MakeIndex();
+  static const QHash<QStringView, Attribute> index = MakeAttributeIndex();
   return index.value(name, kAttributeCount);
 }
 

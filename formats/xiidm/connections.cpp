@@ -8,8 +8,6 @@
 namespace dtsdb::tools::xiidm {
 namespace {
 
-constexpr int kNone = Objects::kNone;
-
 long long Key(int level, int number) { return (static_cast<long long>(level) << 32) | number; }
 
 /// An end as a message has it: "" for the one end of a device.

@@ -6,7 +6,7 @@
 namespace dtsdb::tools::xiidm {
 namespace {
 
-constexpr ElementRow kRows[] = {
+constexpr ElementRow kElementRows[] = {
     {"network", Role::kNetwork, "", 0, false},
     {"nodeBreakerTopology", Role::kTopology, "", 0, true},
     {"busBreakerTopology", Role::kTopology, "", 0, true},
@@ -49,21 +49,21 @@ constexpr ElementRow kRows[] = {
 constexpr ElementRow kUnknown = {"", Role::kUnknown, "", 0, false};
 
 /// The rows by name. The texts live as long as the program.
-QHash<QStringView, const ElementRow*> MakeIndex() {
+QHash<QStringView, const ElementRow*> MakeElementIndex() {
   static const QStringList texts = [] {
     QStringList list;
-    for (const ElementRow& row : kRows) list.append(QString::fromLatin1(row.name));
+    for (const ElementRow& row : kElementRows) list.append(QString::fromLatin1(row.name));
     return list;
   }();
   QHash<QStringView, const ElementRow*> index;
-  for (qsizetype i = 0; i < texts.size(); ++i) index.insert(texts[i], &kRows[i]);
+  for (qsizetype i = 0; i < texts.size(); ++i) index.insert(texts[i], &kElementRows[i]);
   return index;
 }
 
 }  // namespace
 
 const ElementRow& RowOf(QStringView name) {
-  static const QHash<QStringView, const ElementRow*> index = MakeIndex();
+  static const QHash<QStringView, const ElementRow*> index = MakeElementIndex();
   return *index.value(name, &kUnknown);
 }
 

@@ -6,11 +6,7 @@
 #include "formats/text_layout.h"
 
 namespace dtsdb::tools::xiidm {
-namespace {
-
-constexpr int kNone = Objects::kNone;
-
-}  // namespace
+namespace {}  // namespace
 
 Mapping::Mapping(const Network& read, const ImportOptions& chosen)
     : network(read),

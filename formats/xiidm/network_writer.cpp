@@ -17,7 +17,7 @@ namespace {
 constexpr QLatin1String kNamespace("http://www.powsybl.org/schema/iidm/1_17");
 constexpr QLatin1String kSlackNamespace("http://www.powsybl.org/schema/iidm/ext/slack_terminal/1_5");
 constexpr const char* kDate = "1970-01-01T00:00:00.000Z";  // the tables have none
-constexpr const char* kNone = "(none)";  // what an import calls a company or district that isn't given
+constexpr const char* kNotGiven = "(none)";  // what an import calls a company or district that isn't given
 constexpr double kNoLimit = 1.7976931348623157E308;
 
 /// The shortest digits from which a number is read again as it was.
@@ -68,7 +68,7 @@ std::string At(const char* name, int side) { return name + std::to_string(side);
 
 QString RealText(const QString& id) {
   const QString text = TextFromId(id);
-  return text == QLatin1String(kNone) ? QString() : text;
+  return text == QLatin1String(kNotGiven) ? QString() : text;
 }
 
 class Writer {

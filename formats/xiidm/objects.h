@@ -91,4 +91,6 @@ std::optional<double> NumberOf(std::string_view text);
 /// `text` as the number of a node, from 0 to 2147483647; nothing for anything else.
 std::optional<int> NodeNumberOf(std::string_view text);
 
+inline constexpr int kNone = Objects::kNone;  ///< no object
+
 }  // namespace dtsdb::tools::xiidm

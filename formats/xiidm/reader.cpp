@@ -13,7 +13,6 @@
 namespace dtsdb::tools::xiidm {
 namespace {
 
-constexpr int kNone = Objects::kNone;
 constexpr std::size_t kDeepest = 16;       // a network in a network has nine levels
 constexpr int kNewest = 17;                // of the versions 1.x
 constexpr int kMostElements = 20'000'000;  // the largest grids have some hundred thousand

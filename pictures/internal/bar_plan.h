@@ -2,6 +2,7 @@
 /// Where the bars of a level stand: in blocks from left to right, in a block on lanes one below the other.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <set>
 #include <vector>
@@ -35,8 +36,8 @@ class BarPlan {
   void ChooseSides();
   bool PutOnSides(int above, int below);
   void JoinBlocks();
-  bool LinkBlocks();
-  bool LinkBlocksBy(int cell);
+  void LinkBlocks();
+  void MergeBlocks(const std::vector<std::size_t>& ends, const std::vector<int>& links);
   void AssignLanes();
 
   const LevelShape& m_shape;

@@ -5,10 +5,10 @@
 #include <map>
 #include <set>
 
+#include "pictures/internal/place.h"
+
 namespace dtsdb::pictures::internal {
 namespace {
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 /// The same way from the other end.
 Path Reversed(Path way) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "pictures/internal/place.h"
 #include "pictures/internal/symbols.h"
 #include "pictures/internal/wording.h"
 
@@ -19,8 +20,6 @@ constexpr int kBranchStep = 14;
 constexpr int kBadgeGap = 20;
 constexpr int kDotOnBar = 5;
 constexpr int kBarEnd = 8;  // how far a bar goes beyond its column
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 bool Contains(const std::string& text, const char* word) { return text.find(word) != std::string::npos; }
 
@@ -119,29 +118,31 @@ void LevelDrawing::DrawRails() {
 }
 
 void LevelDrawing::DrawBuses() {
-  std::map<int, int> labelAt;  // by node
+  struct Names {
+    std::size_t count = 0;  // that are written already
+    int x = 0;              // of the next one
+  };
+  std::map<int, int> firstColumn;  // by the node of a bar
+  for (const GridBar& bar : m_tier.Grid().bars) firstColumn.emplace(bar.node, bar.first);
+  std::map<int, Names> written;  // by node
   for (const StationBus& bus : m_level.buses) {
-    const auto& bars = m_tier.Grid().bars;
-    const auto bar = std::find_if(bars.begin(), bars.end(), [&](const GridBar& each) { return each.node == bus.node; });
     Element& element = m_picture.elements.emplace_back();
     element.record = bus.name;
     element.id = ElementId(bus.name);
     element.classes = "bus " + ClassesOf(bus.node) + StateClass(bus.state, false);
     element.title = TitleOf(bus.name, "bus, " + bus.state);
-    if (bar == bars.end()) continue;
+    const auto column = firstColumn.find(bus.node);
+    if (column == firstColumn.end()) continue;
     const Rail& rail = m_rails[Place(bus.node)];
     const int y = m_tier.Y(m_tier.Grid().rowOf.at(bus.node));
-    const bool isFirst = !labelAt.contains(bus.node);
-    if (isFirst) {
+    Names& names = written[bus.node];
+    if (names.count == 0) {
       element.wires.push_back({{rail.left, y}, {rail.right, y}});
-      labelAt[bus.node] = m_tier.X(bar->first);
+      names.x = m_tier.X(column->second);
     }
-    const auto& names = m_tier.Words().ofBars[Place(bus.node)];
-    const std::size_t number = static_cast<std::size_t>(
-        std::count_if(m_level.buses.begin(), m_level.buses.begin() + (&bus - m_level.buses.data()),
-                      [&](const StationBus& other) { return other.node == bus.node; }));
-    element.labels.push_back(MakeLabel(names[number], {labelAt[bus.node], y - 6}, Anchor::kStart));
-    labelAt[bus.node] += TextWidth(names[number]) + kBarEnd;
+    const std::string& name = m_tier.Words().ofBars[Place(bus.node)][names.count++];
+    element.labels.push_back(MakeLabel(name, {names.x, y - 6}, Anchor::kStart));
+    names.x += TextWidth(name) + kBarEnd;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "pictures/internal/bar_plan.h"
 #include "pictures/internal/cell_placer.h"
@@ -22,6 +23,7 @@ class LevelLayout {
       const BarPlace& place = m_plan.PlaceOf(bar);
       m_grid.PutNode(bar, (place.below ? kLowerBars : kUpperBars) + place.lane);
     }
+    AssignCells();
     for (std::size_t i = 0; i < m_plan.Blocks().size(); ++i) PutBlock(i);
     for (std::size_t i = 0; i < m_shape.Cells().size(); ++i) {
       if (m_shape.Cells()[i].bars.empty()) m_cells.Put(static_cast<int>(i));
@@ -30,6 +32,19 @@ class LevelLayout {
   }
 
  private:
+  /// The cells of each block, but for the links between blocks.
+  void AssignCells() {
+    m_cellsOf.resize(m_plan.Blocks().size());
+    for (std::size_t i = 0; i < m_shape.Cells().size(); ++i) {
+      const std::vector<int>& bars = m_shape.Cells()[i].bars;
+      if (bars.empty()) continue;
+      const auto block = static_cast<std::size_t>(m_plan.PlaceOf(bars.front()).block);
+      const int cell = static_cast<int>(i);
+      const bool isLink = cell == m_plan.LinkBehind(block) || (block > 0 && cell == m_plan.LinkBehind(block - 1));
+      if (!isLink) m_cellsOf[block].push_back(cell);
+    }
+  }
+
   void PutBlock(std::size_t block) {
     const int first = m_grid.NewColumn();
     if (m_plan.Blocks()[block].size() == 1) {
@@ -56,22 +71,16 @@ class LevelLayout {
 
   /// The cells of a block, or those on one side of its bars.
   void PutCells(std::size_t block, std::optional<bool> up) {
-    for (std::size_t i = 0; i < m_shape.Cells().size(); ++i) {
-      const bool isMeant = !up || m_shape.Cells()[i].up == *up;
-      if (isMeant && BelongsTo(static_cast<int>(i), block)) m_cells.Put(static_cast<int>(i));
+    for (const int cell : m_cellsOf[block]) {
+      if (!up || m_shape.Cells()[static_cast<std::size_t>(cell)].up == *up) m_cells.Put(cell);
     }
-  }
-
-  bool BelongsTo(int cell, std::size_t block) const {
-    const std::vector<int>& bars = m_shape.Cells()[static_cast<std::size_t>(cell)].bars;
-    if (bars.empty() || m_plan.PlaceOf(bars.front()).block != static_cast<int>(block)) return false;
-    return cell != m_plan.LinkBehind(block) && (block == 0 || cell != m_plan.LinkBehind(block - 1));
   }
 
   const LevelShape& m_shape;
   BarPlan m_plan;
   GridBuilder m_grid;
   CellPlacer m_cells;
+  std::vector<std::vector<int>> m_cellsOf;  // by block
 };
 
 }  // namespace

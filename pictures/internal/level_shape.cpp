@@ -4,10 +4,10 @@
 #include <deque>
 #include <map>
 
+#include "pictures/internal/place.h"
+
 namespace dtsdb::pictures::internal {
 namespace {
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 void SortUnique(std::vector<int>& numbers) {
   std::sort(numbers.begin(), numbers.end());
@@ -119,17 +119,19 @@ void LevelShape::Finish(Cell& cell) const {
 
 Path WayThrough(const LevelShape& shape, const Cell& cell, int from, int to) {
   std::map<int, int> cameBy = {{from, -1}};  // a switch
-  std::deque<int> waiting = {from};
+  std::deque<int> waiting;
+  const auto take = [&](int number, int here) {
+    const int next = shape.Other(number, here);
+    if (cameBy.emplace(next, number).second) waiting.push_back(next);
+  };
+  for (const int number : cell.switches) {  // a bar may have many more
+    if (shape.Switch(number).from == from || shape.Switch(number).to == from) take(number, from);
+  }
   while (!waiting.empty() && !cameBy.contains(to)) {
     const int here = waiting.front();
     waiting.pop_front();
-    if (here != from && shape.IsBar(here)) continue;
-    for (const int number : shape.SwitchesOf(here)) {
-      const bool inCell = std::binary_search(cell.switches.begin(), cell.switches.end(), number);
-      if (inCell && cameBy.emplace(shape.Other(number, here), number).second) {
-        waiting.push_back(shape.Other(number, here));
-      }
-    }
+    if (shape.IsBar(here)) continue;
+    for (const int number : shape.SwitchesOf(here)) take(number, here);  // all of them are in the cell
   }
   Path path;
   if (from == to || !cameBy.contains(to)) return path;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 #include <set>
+#include <utility>
 
 #include "pictures/internal/spacing.h"
 #include "pictures/internal/spring_layout.h"
@@ -19,6 +20,7 @@ constexpr int kVerticalMargin = 30;
 constexpr int kRowColumn = 170;  // stations without lines
 constexpr int kRowHeight = 34;
 constexpr int kLeastWidth = 640;
+constexpr double kShape = 1.4;  // width for height
 
 std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
@@ -62,7 +64,7 @@ class Layouter {
       (m_neighbours[i].empty() ? alone : sprung).push_back(static_cast<int>(i));
     }
     m_layout.width = kLeastWidth;
-    if (!located.empty()) PutBlock(located, m_located, kNearestOnMap);
+    if (!located.empty()) PutParts({Sized(located, m_located, kNearestOnMap)});
     if (!sprung.empty()) PutBySprings(sprung, alone);
     PutInRows(alone);
     m_layout.height = m_top;
@@ -70,6 +72,14 @@ class Layouter {
   }
 
  private:
+  /// Stations that stand together, in pixels from the upper left corner of the box around them.
+  struct Part {
+    std::vector<int> stations;
+    std::vector<PlanePoint> points;
+    int width = 0;
+    int height = 0;
+  };
+
   /// The stations with a position, and what hangs on them: each where its neighbours stand in the mean.
   std::vector<int> Located() {
     m_isPlaced.resize(m_grid.stations.size());
@@ -120,18 +130,42 @@ class Layouter {
     }
   }
 
+  /// Parts that don't hang together are laid out each for itself.
   void PutBySprings(const std::vector<int>& stations, std::vector<int>& alone) {
-    std::vector<PlanePoint> points = LayOutBySprings(static_cast<int>(stations.size()), EdgesAmong(stations));
-    if (points.size() != stations.size()) {
-      alone.insert(alone.end(), stations.begin(), stations.end());
-      std::sort(alone.begin(), alone.end());
-      return;
+    std::vector<Part> parts;
+    for (std::vector<int>& part : PartsOf(stations)) {
+      std::vector<PlanePoint> points = LayOutBySprings(static_cast<int>(part.size()), EdgesAmong(part));
+      if (points.size() != part.size()) {
+        alone.insert(alone.end(), part.begin(), part.end());
+        continue;
+      }
+      const PlaneBox box = BoxAround(points);
+      if (box.bottom - box.top > box.right - box.left) {
+        for (PlanePoint& point : points) std::swap(point.x, point.y);
+      }
+      parts.push_back(Sized(std::move(part), std::move(points), kNearestBySprings));
     }
-    const PlaneBox box = BoxAround(points);
-    if (box.bottom - box.top > box.right - box.left) {
-      for (PlanePoint& point : points) std::swap(point.x, point.y);
+    std::sort(alone.begin(), alone.end());
+    PutParts(parts);
+  }
+
+  /// The stations that hang together by lines, in the order of their first.
+  std::vector<std::vector<int>> PartsOf(const std::vector<int>& stations) const {
+    std::vector<std::vector<int>> parts;
+    std::vector<bool> isSeen = m_isPlaced;
+    for (const int first : stations) {
+      if (isSeen[At(first)]) continue;
+      isSeen[At(first)] = true;
+      std::vector<int>& part = parts.emplace_back(1, first);
+      for (std::size_t i = 0; i < part.size(); ++i) {
+        for (const int next : m_neighbours[At(part[i])]) {
+          if (!isSeen[At(next)]) part.push_back(next);
+          isSeen[At(next)] = true;
+        }
+      }
+      std::sort(part.begin(), part.end());
     }
-    PutBlock(stations, points, kNearestBySprings);
+    return parts;
   }
 
   /// The lines among `stations`, by their places in it.
@@ -147,18 +181,49 @@ class Layouter {
     return edges;
   }
 
-  void PutBlock(const std::vector<int>& stations, std::vector<PlanePoint> points, double nearest) {
+  Part Sized(std::vector<int> stations, std::vector<PlanePoint> points, double nearest) const {
     const double scale = ScaleOf(points, nearest, kMostPerStation * std::sqrt(static_cast<double>(points.size())));
     for (PlanePoint& point : points) point = {point.x * scale, point.y * scale};
     Spread(points, EdgesAmong(stations));
     const PlaneBox box = BoxAround(points);
-    m_top += kVerticalMargin;
-    for (std::size_t i = 0; i < stations.size(); ++i) {
-      m_layout.stations[At(stations[i])] = {kMapMargin + static_cast<int>(std::lround(points[i].x - box.left)),
-                                            m_top + static_cast<int>(std::lround(points[i].y - box.top))};
+    for (PlanePoint& point : points) point = {point.x - box.left, point.y - box.top};
+    return {std::move(stations), std::move(points), static_cast<int>(std::lround(box.right - box.left)),
+            static_cast<int>(std::lround(box.bottom - box.top))};
+  }
+
+  /// Puts parts in rows, as wide as the widest of them or as makes the whole about as high as wide. The largest come
+  /// first.
+  void PutParts(std::vector<Part> parts) {
+    std::stable_sort(parts.begin(), parts.end(), [](const Part& a, const Part& b) {
+      return std::pair(a.height, a.stations.size()) > std::pair(b.height, b.stations.size());
+    });
+    double area = 0;
+    int widest = kLeastWidth;
+    for (const Part& part : parts) {
+      area += (part.width + 2.0 * kMapMargin) * (part.height + kBlockGap);
+      widest = std::max(widest, part.width + 2 * kMapMargin);
     }
-    m_layout.width = std::max(m_layout.width, static_cast<int>(std::lround(box.right - box.left)) + 2 * kMapMargin);
-    m_top += static_cast<int>(std::lround(box.bottom - box.top)) + kBlockGap;
+    const int width = std::max(widest, static_cast<int>(std::lround(std::sqrt(area * kShape))));
+    int x = 0;
+    int bottom = m_top;
+    for (const Part& part : parts) {
+      if (x > 0 && x + part.width + 2 * kMapMargin > width) {
+        x = 0;
+        m_top = bottom;
+      }
+      PutPart(part, x + kMapMargin, m_top + kVerticalMargin);
+      x += part.width + 2 * kMapMargin;
+      m_layout.width = std::max(m_layout.width, x);
+      bottom = std::max(bottom, m_top + kVerticalMargin + part.height + kBlockGap);
+    }
+    m_top = bottom;
+  }
+
+  void PutPart(const Part& part, int left, int top) {
+    for (std::size_t i = 0; i < part.stations.size(); ++i) {
+      m_layout.stations[At(part.stations[i])] = {left + static_cast<int>(std::lround(part.points[i].x)),
+                                                 top + static_cast<int>(std::lround(part.points[i].y))};
+    }
   }
 
   void PutInRows(const std::vector<int>& stations) {

@@ -24,7 +24,7 @@ void Clip(double from, double step, double low, double high, Part& part) {
     if (from <= low || from >= high) part.last = -1;
     return;
   }
-  const auto [a, b] = std::minmax((low - from) / step, (high - from) / step);
+  const auto [a, b] = std::minmax({(low - from) / step, (high - from) / step});
   part.first = std::max(part.first, a);
   part.last = std::min(part.last, b);
 }

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 #include "pictures/internal/grid_builder.h"
+#include "pictures/internal/place.h"
 
 namespace dtsdb::pictures::internal {
 namespace {
 
 constexpr std::size_t kFewestPlaces = 3;
 constexpr std::size_t kMostThingsOnPlace = 3;  // more hang on a busbar
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 /// Number of switches of each node that lie on closed ways: ends of trees are taken away one by one.
 std::vector<int> SwitchesInLoops(const LevelShape& shape, std::vector<bool>& isInLoop) {
@@ -69,9 +69,8 @@ bool IsRing(const LevelShape& shape, const Ring& ring, std::size_t nodesInLoops)
     // A bar on which nothing hangs but the ring: two rows of breakers between two bars make a closed way too.
     if (things == 0 && shape.IsBar(node) && !shape.Level().buses.empty()) return false;
   }
-  const auto isOnRing = [&](int node) {
-    return std::find(ring.nodes.begin(), ring.nodes.end(), node) != ring.nodes.end();
-  };
+  const std::set<int> nodes(ring.nodes.begin(), ring.nodes.end());
+  const auto isOnRing = [&](int node) { return nodes.contains(node); };
   return places >= kFewestPlaces &&
          (shape.Level().buses.empty() || std::all_of(shape.Bars().begin(), shape.Bars().end(), isOnRing));
 }

@@ -9,6 +9,8 @@
 
 namespace dtsdb::pictures::internal {
 
+constexpr int kMostTried = 100;  // windings that a tier is tried in line with
+
 /// A column with a winding at the edge of a tier.
 struct TierStack::Side {
   int x = 0;
@@ -58,9 +60,10 @@ int TierStack::BestOffset(std::size_t tier) {
   }
   int best = m_tiers[tier - 1].Left() % kStep == 0 ? kStep / 2 : 0;
   int bestCost = std::numeric_limits<int>::max();
+  int tried = 0;
   for (const Side& one : above) {
     for (const Side& other : below) {
-      if (one.transformer != other.transformer) continue;
+      if (one.transformer != other.transformer || ++tried > kMostTried) continue;
       for (const int offset : {one.x - other.x, one.x - other.x + kStep / 2}) {
         const int cost = CostOf(offset, above, below);
         if (cost >= bestCost) continue;

@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <map>
 
+#include "pictures/internal/place.h"
 #include "pictures/internal/wording.h"
 
 namespace dtsdb::pictures::internal {
 namespace {
-
-std::size_t Place(int number) { return static_cast<std::size_t>(number); }
 
 using EndsOfWinding = std::map<QString, std::vector<WindingEnd>>;
 

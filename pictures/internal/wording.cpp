@@ -43,9 +43,23 @@ float ReactiveAlong(const Power& power) {
   return std::fabs(q) < kShownAsZero ? 0.0F : q;
 }
 
+/// The last characters of UTF-8 text that take up to `width` columns.
+std::string EndWithin(const std::string& text, int width) {
+  std::size_t begin = text.size();
+  while (begin > 0) {
+    std::size_t next = begin - 1;
+    while (next > 0 && (static_cast<unsigned char>(text[next]) & 0xC0) == 0x80) --next;
+    if (tools::DisplayWidth(text.substr(next)) > width) break;
+    begin = next;
+  }
+  return text.substr(begin);
+}
+
+/// Beginning and end of a long text: names that begin alike often end differently.
 std::string Shortened(const std::string& text, int width) {
   if (tools::DisplayWidth(text) <= width) return text;
-  return text.substr(0, BytesWithin(text, width - 1)) + "…";
+  const int end = (width - 1) / 2;
+  return text.substr(0, BytesWithin(text, width - 1 - end)) + "…" + EndWithin(text, end);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 using namespace format;
 
 /// No address space maps more: it bounds what a damaged head can make LMDB ask for.
-constexpr std::uint64_t kLargestMap = std::uint64_t{1} << 47;
+constexpr std::uint64_t kAddressable = std::uint64_t{1} << 47;
 
 bool IsPageSize(std::uint32_t size) { return std::has_single_bit(size) && size >= 512 && size <= 65536; }
 
@@ -40,7 +40,7 @@ std::uint64_t TransactionOf(std::string_view key) { return key.empty() ? 0 : Get
 bool SoundHead(const Head& head, std::uint64_t size) {
   if (head.pageFlags != kMeta || head.magic != kMagic || head.version != kVersion) return false;
   const std::uint32_t pageSize = head.free.pad;
-  if (!IsPageSize(pageSize) || head.mapSize >= kLargestMap) return false;
+  if (!IsPageSize(pageSize) || head.mapSize >= kAddressable) return false;
   if (head.lastPage < 1 || head.lastPage >= head.mapSize / pageSize) return false;
   // Pages beyond the end of the file are listed as free within it.
   if (head.lastPage >= size / pageSize + size / sizeof(std::uint64_t)) return false;

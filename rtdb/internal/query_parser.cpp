@@ -108,7 +108,10 @@ class Scanner {
         return {Token::kSymbol, std::string(symbol), {}, 0};
       }
     }
-    return {Token::kBad, std::string("the character \"") + text[m_offset] + "\"", {}, 0};
+    std::string character = "the character \"";
+    character += text[m_offset];
+    character += '"';
+    return {Token::kBad, character, {}, 0};
   }
 
   const std::vector<dbQueryElement>& m_elements;

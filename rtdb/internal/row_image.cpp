@@ -27,7 +27,7 @@ std::size_t ImageSize(const Column& column) {
 }
 
 template <class T>
-T Read(const void* bytes) {
+T ReadAs(const void* bytes) {
   T value;
   std::memcpy(&value, bytes, sizeof(value));
   return value;
@@ -64,25 +64,25 @@ std::size_t NumberSize(dbField::FieldTypes type) {
 Value NumberValue(dbField::FieldTypes type, const void* bytes) {
   switch (type) {
     case dbField::tpBool:
-      return Integer(Read<std::uint8_t>(bytes) != 0 ? 1 : 0);
+      return Integer(ReadAs<std::uint8_t>(bytes) != 0 ? 1 : 0);
     case dbField::tpInt1:
-      return Integer(Read<std::int8_t>(bytes));
+      return Integer(ReadAs<std::int8_t>(bytes));
     case dbField::tpNat1:
-      return Integer(Read<std::uint8_t>(bytes));
+      return Integer(ReadAs<std::uint8_t>(bytes));
     case dbField::tpInt2:
-      return Integer(Read<std::int16_t>(bytes));
+      return Integer(ReadAs<std::int16_t>(bytes));
     case dbField::tpNat2:
-      return Integer(Read<std::uint16_t>(bytes));
+      return Integer(ReadAs<std::uint16_t>(bytes));
     case dbField::tpInt4:
-      return Integer(Read<std::int32_t>(bytes));
+      return Integer(ReadAs<std::int32_t>(bytes));
     case dbField::tpNat4:
-      return Integer(Read<std::uint32_t>(bytes));
+      return Integer(ReadAs<std::uint32_t>(bytes));
     case dbField::tpInt8:
-      return Integer(Read<std::int64_t>(bytes));
+      return Integer(ReadAs<std::int64_t>(bytes));
     case dbField::tpReal4:
-      return Real(static_cast<double>(Read<float>(bytes)));
+      return Real(static_cast<double>(ReadAs<float>(bytes)));
     case dbField::tpReal8:
-      return Real(Read<double>(bytes));
+      return Real(ReadAs<double>(bytes));
     case dbField::tpString:
     case dbField::tpRawBinary:
       break;
@@ -137,7 +137,7 @@ void RowPlan::Encode(const void* record, std::string& image) const {
   for (const Place& place : m_bools) image[place.image] = source[place.record] != 0 ? '\1' : '\0';
   bool empties = false;
   for (const Place& place : m_texts) {
-    const char* text = Read<const char*>(source + place.record);
+    const char* text = ReadAs<const char*>(source + place.record);
     if (text == nullptr || *text == '\0') {
       empties = true;
       continue;
@@ -149,7 +149,7 @@ void RowPlan::Encode(const void* record, std::string& image) const {
   if (image.size() == m_fixedSizes[m_schema.layout]) image.push_back('\0');
   const std::size_t last = image.size() - 1;
   for (const Place& place : m_texts) {
-    const char* text = Read<const char*>(source + place.record);
+    const char* text = ReadAs<const char*>(source + place.record);
     if (text == nullptr || *text == '\0') WriteU32(image.data() + place.image, last);
   }
 }
@@ -159,7 +159,7 @@ bool RowPlan::Key(const void* record, std::string& key) const {
   for (const std::size_t column : m_keys) {
     const char* member = static_cast<const char*>(record) + m_places[column].record;
     if (m_schema.columns[column].type == dbField::tpString) {
-      const char* text = Read<const char*>(member);
+      const char* text = ReadAs<const char*>(member);
       AppendText(key, text == nullptr ? std::string_view() : std::string_view(text));
     } else {
       AppendNumber(key, m_schema.columns[column].type, member);

@@ -38,7 +38,7 @@ int WriteAll(int file, const char* bytes, std::size_t size) {
   return 0;
 }
 
-std::vector<char> Heads(int file) {
+std::vector<char> HeadBytes(int file) {
   std::vector<char> heads(kHeadRoom);
   heads.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ReadAt(file, heads.data(), heads.size(), 0))));
   return heads;
@@ -50,7 +50,7 @@ int Snapshot::Take(int file) {
   m_copy = Descriptor(::memfd_create("store", MFD_CLOEXEC));
   if (!m_copy.IsOpen()) return errno;
   // The heads first: whatever they name is in the file by then.
-  m_heads = Heads(file);
+  m_heads = HeadBytes(file);
   if (const int error = WriteAll(m_copy.Get(), m_heads.data(), m_heads.size()); error != 0) return error;
   std::vector<char> piece(kPiece);
   auto offset = static_cast<off_t>(m_heads.size());
@@ -69,11 +69,11 @@ bool Snapshot::IsWhole(MDB_env* env, int file) const {
   if (mdb_env_stat(env, &stat) != MDB_SUCCESS || mdb_env_info(env, &info) != MDB_SUCCESS) return false;
   // States take turns in the two heads.
   const std::size_t head = info.me_last_txnid % 2 * stat.ms_psize;
-  const std::vector<char> now = Heads(file);
+  const std::vector<char> now = HeadBytes(file);
   return head + stat.ms_psize <= std::min(now.size(), m_heads.size()) &&
          std::memcmp(now.data() + head, m_heads.data() + head, stat.ms_psize) == 0;
 }
 
-bool Snapshot::IsNewest(int file) const { return Heads(file) == m_heads; }
+bool Snapshot::IsNewest(int file) const { return HeadBytes(file) == m_heads; }
 
 }  // namespace dtsdb::internal::rtdb

@@ -1,12 +1,11 @@
 // The command dtsdb serve: its one line, its end, its refusals, and commits of other processes.
 #include <gtest/gtest.h>
-#include <httplib.h>
-
 #include <QRegularExpression>
 #include <csignal>
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "page/internal/http.h"
 #include "tests/support/command_runner.h"
 
 namespace dtsdb::tools::test {

@@ -3,14 +3,13 @@
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <httplib.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
 #include <atomic>
 #include <thread>
 
+#include "page/internal/http.h"
 #include "tests/page/live_place.h"
 
 namespace dtsdb::page::test {

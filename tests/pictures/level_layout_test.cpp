@@ -126,11 +126,38 @@ TEST(LevelLayout, PutsEverySwitchAndDeviceOfAMeshInAColumnOfItsOwn) {
 
 // Such a level comes from a damaged file, or from switches that were read as a chain.
 TEST(LevelLayout, FollowsAChainOfAnyLength) {
-  constexpr int kSwitches = 100'000;
+  constexpr int kSwitches = 150'000;
   std::string words = "0";
   for (int i = 0; i < kSwitches; ++i) words += " " + std::to_string(i) + "-" + std::to_string(i + 1) + ":Q";
   const DrawnLevel level(words);
   EXPECT_EQ(level.RowOf(std::to_string(kSwitches)) - level.RowOf("0"), kSwitches);
+}
+
+// Quadratic work would take hours here.
+TEST(LevelLayout, PlacesManyBarsWithManyBaysEach) {
+  constexpr int kBars = 30'000;
+  std::string words;
+  for (int i = 0; i < kBars; ++i) {
+    const std::string bar = std::to_string(i);
+    words += bar + " " + bar + "-a" + bar + ":Q a" + bar + ":line ";
+    if (i > 0) words += bar + "-" + std::to_string(i - 1) + ":Q ";  // a coupler to the one in front
+    if (i > 1) words += bar + "-c" + bar + ":Q c" + bar + "-" + std::to_string(i - 2) + ":q ";  // and to one further on
+  }
+  const DrawnLevel level(words);
+  EXPECT_EQ(level.Grid().bars.size(), static_cast<std::size_t>(kBars));
+  EXPECT_EQ(level.Grid().switches.size(), level.Switches());
+}
+
+TEST(LevelLayout, PlacesManyBaysOnTwoBars) {
+  constexpr int kBays = 50'000;
+  std::string words = "I II ";
+  for (int i = 0; i < kBays; ++i) {
+    const std::string bay = std::to_string(i);
+    words += "I-" + bay + ":q II-" + bay + ":q " + bay + "-l" + bay + ":Q l" + bay + ":line ";
+  }
+  const DrawnLevel level(words);
+  EXPECT_EQ(level.Grid().feeders.size(), static_cast<std::size_t>(kBays));
+  EXPECT_EQ(level.RowOf("I") + 1, level.RowOf("II"));
 }
 
 TEST(LevelLayout, OfALevelWithoutAnythingIsEmpty) { EXPECT_EQ(DrawnLevel("").Grid().rows, 0); }

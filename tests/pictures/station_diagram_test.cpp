@@ -77,6 +77,32 @@ TEST(StationDiagram, IsTheSameEachTime) {
   EXPECT_EQ(ToSvg(DrawStation(*station)), ToSvg(DrawStation(*station)));
 }
 
+/// A level that is one chain of switches from a bus on, as a damaged file may contain it.
+Station ChainOf(int switches) {
+  Station station;
+  station.name = {"ST", QStringLiteral("S"), "S"};
+  StationLevel& level = station.levels.emplace_back();
+  level.name = {"KV", QStringLiteral("V"), "V"};
+  level.voltage = 220;
+  for (int i = 0; i <= switches; ++i) {
+    const std::string name = std::to_string(i);
+    level.nodes.push_back({{"ND", QString::fromStdString(name), name}, 0, 0});
+  }
+  for (int i = 0; i < switches; ++i) {
+    const std::string name = std::to_string(i);
+    level.switches.push_back({{"CB", QString::fromStdString(name), name}, i, i + 1, true, false, "live"});
+  }
+  level.buses.push_back({{"BUS", QStringLiteral("B"), "B"}, 0, "live"});
+  return station;
+}
+
+TEST(StationDiagram, OfAChainOfAnyLengthIsDrawn) {
+  constexpr int kSwitches = 150'000;
+  const Picture picture = DrawStation(ChainOf(kSwitches));
+  EXPECT_EQ(picture.elements.size(), 2 * kSwitches + 4U);  // station, level, a node more than switches, a bus
+  EXPECT_EQ(test::Overlaps(DrawStation(ChainOf(100))), "");
+}
+
 TEST(StationDiagram, OfAnUnknownStationIsAnErrorWithTheNearestNames) {
   analysis::Result<analysis::Model> model = analysis::Model::Open(dtsdb::test::SourcePath("examples/ieee14"));
   ASSERT_TRUE(model && analysis::WorkOutTopology(*model));

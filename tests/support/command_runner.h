@@ -37,14 +37,20 @@ class Workplace {
 
   /// Runs dtsdb with `arguments` here, with UTF-8 as the terminal's encoding.
   CommandResult Run(const QStringList& arguments, const char* terminal = "C.UTF-8") const {
+    return RunOther(QString::fromUtf8(dtsdb::test::TestProgram()), arguments, terminal);
+  }
+
+  /// Runs another program; its code is -1 when there is none.
+  CommandResult RunOther(const QString& program, const QStringList& arguments, const char* terminal = "C.UTF-8") const {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QString::fromLatin1(terminal));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_folder.path());
-    process.start(QString::fromUtf8(dtsdb::test::TestProgram()), arguments);
+    process.start(program, arguments);
     process.waitForFinished(60000);
-    const bool ended = process.exitStatus() == QProcess::NormalExit && process.state() == QProcess::NotRunning;
+    const bool ended = process.exitStatus() == QProcess::NormalExit && process.state() == QProcess::NotRunning &&
+                       process.error() != QProcess::FailedToStart;
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
   }

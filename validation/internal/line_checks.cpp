@@ -8,28 +8,28 @@ namespace dtsdb::internal {
 namespace {
 
 template <class Line>
-constexpr Required<Line> kRequired[] = {{&Line::st, message::kNoFromStation<Line>},
-                                        {&Line::zst, message::kNoToStation<Line>}};
+constexpr Required<Line> kRequiredOfLine[] = {{&Line::st, message::kNoFromStation<Line>},
+                                              {&Line::zst, message::kNoToStation<Line>}};
 
 template <class Line>
-constexpr Fault kFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel<Line>},
-                                     {INSERT_NO_LEVEL, message::kLineFromLevelNotThere<Line>}};
+constexpr Fault kLineFromNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineFromNodeInOtherLevel<Line>},
+                                         {INSERT_NO_LEVEL, message::kLineFromLevelNotThere<Line>}};
 template <class Line>
 constexpr Fault kToNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kLineToNodeInOtherLevel<Line>},
                                    {INSERT_NO_LEVEL, message::kLineToLevelNotThere<Line>}};
 template <class Line>
-constexpr Faults kFromNode = {reason::kBranchNodesFull, kFromNodeFaults<Line>};
+constexpr Faults kLineFromNode = {reason::kBranchNodesFull, kLineFromNodeFaults<Line>};
 template <class Line>
 constexpr Faults kToNode = {reason::kBranchNodesFull, kToNodeFaults<Line>};
 
 // In a run the nodes exist: they were made a step earlier.
 template <class Line>
-constexpr Fault kEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes<Line>},
-                                 {INSERT_NO_FROM_NODE, message::kLineFromNodeNotThere<Line>},
-                                 {INSERT_NO_TO_NODE, message::kLineToNodeNotThere<Line>},
-                                 {INSERT_OTHER_STATION, kLineKind<Line>.inOtherStation}};
+constexpr Fault kLineEndsFaults[] = {{INSERT_SAME_NODE, message::kLineSameNodes<Line>},
+                                     {INSERT_NO_FROM_NODE, message::kLineFromNodeNotThere<Line>},
+                                     {INSERT_NO_TO_NODE, message::kLineToNodeNotThere<Line>},
+                                     {INSERT_OTHER_STATION, kLineKind<Line>.inOtherStation}};
 template <class Line>
-constexpr Faults kEnds = {kLineKind<Line>.endsFull, kEndsFaults<Line>};
+constexpr Faults kEnds = {kLineKind<Line>.endsFull, kLineEndsFaults<Line>};
 
 /// Reports what the stations and levels at the two ends of a line in `district` mean for it.
 template <class Line>
@@ -53,10 +53,10 @@ void CheckLineEnds(RowChecks& checks, Line& line, int district) {
 template <class Line>
 bool CheckLine(RowChecks& checks, Line& line, int number) {
   using Row = ParentRow<Line>;
-  if (!checks.IsNamed(line) || !checks.IsFilled(line, kRequired<Line>)) return true;
+  if (!checks.IsNamed(line) || !checks.IsFilled(line, kRequiredOfLine<Line>)) return true;
   checks.FindMeasurements(line);
 
-  Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kFromNode<Line>, kToNode<Line>);
+  Outcome outcome = checks.InsertNodes(line, line.kv, line.zkv, kLineFromNode<Line>, kToNode<Line>);
   if (outcome != Outcome::kGoOn) return outcome != Outcome::kTableFull;
   if (!checks.IsLinked(line)) return true;
   const int district = checks.graph.ParentOf<Row>(number);
@@ -69,14 +69,14 @@ bool CheckLine(RowChecks& checks, Line& line, int number) {
 }
 
 template <class Line>
-bool CheckTable(RowChecks& checks) {
+bool CheckLineTable(RowChecks& checks) {
   return checks.Link<ParentRow<Line>>() &&
          checks.ForEachRow<Line>([&checks](Line& line, int number) { return CheckLine(checks, line, number); });
 }
 
 }  // namespace
 
-bool CheckLines(RowChecks& checks) { return CheckTable<LN>(checks); }
-bool CheckDcLines(RowChecks& checks) { return CheckTable<DLN>(checks); }
+bool CheckLines(RowChecks& checks) { return CheckLineTable<LN>(checks); }
+bool CheckDcLines(RowChecks& checks) { return CheckLineTable<DLN>(checks); }
 
 }  // namespace dtsdb::internal

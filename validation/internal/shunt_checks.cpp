@@ -7,7 +7,8 @@ namespace {
 
 // The second can't fire in a run, since a level without identity has no devices.
 template <class Shunt>
-constexpr Required<Shunt> kRequired[] = {{&Shunt::nd, message::kNoNode<Shunt>}, {&Shunt::kv, message::kNoLevel<Shunt>}};
+constexpr Required<Shunt> kRequiredOfShunt[] = {{&Shunt::nd, message::kNoNode<Shunt>},
+                                                {&Shunt::kv, message::kNoLevel<Shunt>}};
 
 template <class Shunt>
 constexpr Fault kNodeFaults[] = {{INSERT_OTHER_LEVEL, message::kNodeInOtherLevel<Shunt>},
@@ -29,7 +30,7 @@ bool CheckShunt(RowChecks& checks, Shunt& shunt, int number) {
     shunt.f2 = kv.vmax;
     shunt.f3 = kv.vmin;
   }
-  if (!checks.IsFilled(shunt, kRequired<Shunt>)) return true;
+  if (!checks.IsFilled(shunt, kRequiredOfShunt<Shunt>)) return true;
   checks.FindMeasurements(shunt);
 
   const int result = checks.graph.InsertNode(shunt.nd, &shunt.ind, shunt.kv, kKind.nodeMark);
@@ -39,16 +40,16 @@ bool CheckShunt(RowChecks& checks, Shunt& shunt, int number) {
 }
 
 template <class Shunt>
-bool CheckTable(RowChecks& checks) {
+bool CheckShuntTable(RowChecks& checks) {
   return checks.Link<ParentRow<Shunt>>() &&
          checks.ForEachRow<Shunt>([&checks](Shunt& shunt, int number) { return CheckShunt(checks, shunt, number); });
 }
 
 }  // namespace
 
-bool CheckLoads(RowChecks& checks) { return CheckTable<LD>(checks); }
-bool CheckUnits(RowChecks& checks) { return CheckTable<UN>(checks); }
-bool CheckCapacitors(RowChecks& checks) { return CheckTable<CP>(checks); }
-bool CheckBuses(RowChecks& checks) { return CheckTable<BUS>(checks); }
+bool CheckLoads(RowChecks& checks) { return CheckShuntTable<LD>(checks); }
+bool CheckUnits(RowChecks& checks) { return CheckShuntTable<UN>(checks); }
+bool CheckCapacitors(RowChecks& checks) { return CheckShuntTable<CP>(checks); }
+bool CheckBuses(RowChecks& checks) { return CheckShuntTable<BUS>(checks); }
 
 }  // namespace dtsdb::internal
