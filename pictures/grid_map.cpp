@@ -28,8 +28,6 @@ using internal::MakeSymbol;
 constexpr int kMargin = 16;
 constexpr int kTitleBase = 30;
 constexpr int kTitleHeight = 42;
-constexpr int kTitleFont = 16;
-constexpr int kUsualFont = 11;
 constexpr int kLabelGap = 4;  // from a disc to its name
 constexpr int kAscent = 10;
 constexpr int kHalfAscent = 4;
@@ -69,19 +67,19 @@ std::vector<Point> PlacesAlong(const Wire& wire) {
 }
 
 /// Where the name of a disc may stand, the best place first.
-std::vector<Label> LabelsAround(const std::string& text, Point at, int radius) {
+std::vector<Label> LabelsAround(const std::string& text, Point at, int radius, const internal::Font& font) {
   const int beside = radius + kLabelGap;
   const int above = -radius - kLabelGap;
   const int below = radius + kLabelGap / 2 + kAscent;
   const int slant = radius * 7 / 10 + 2;
-  return {MakeLabel(text, {at.x + beside, at.y + kHalfAscent}, Anchor::kStart),
-          MakeLabel(text, {at.x - beside, at.y + kHalfAscent}, Anchor::kEnd),
-          MakeLabel(text, {at.x, at.y + above}, Anchor::kMiddle),
-          MakeLabel(text, {at.x, at.y + below}, Anchor::kMiddle),
-          MakeLabel(text, {at.x + slant, at.y - slant}, Anchor::kStart),
-          MakeLabel(text, {at.x + slant, at.y + slant + kAscent}, Anchor::kStart),
-          MakeLabel(text, {at.x - slant, at.y - slant}, Anchor::kEnd),
-          MakeLabel(text, {at.x - slant, at.y + slant + kAscent}, Anchor::kEnd)};
+  return {MakeLabel(text, {at.x + beside, at.y + kHalfAscent}, Anchor::kStart, font),
+          MakeLabel(text, {at.x - beside, at.y + kHalfAscent}, Anchor::kEnd, font),
+          MakeLabel(text, {at.x, at.y + above}, Anchor::kMiddle, font),
+          MakeLabel(text, {at.x, at.y + below}, Anchor::kMiddle, font),
+          MakeLabel(text, {at.x + slant, at.y - slant}, Anchor::kStart, font),
+          MakeLabel(text, {at.x + slant, at.y + slant + kAscent}, Anchor::kStart, font),
+          MakeLabel(text, {at.x - slant, at.y - slant}, Anchor::kEnd, font),
+          MakeLabel(text, {at.x - slant, at.y + slant + kAscent}, Anchor::kEnd, font)};
 }
 
 /// The picture of a grid, from its title to the names of its stations.
@@ -114,10 +112,7 @@ class MapDrawing {
     element.id = "map";
     element.classes = "station";
     element.title = m_grid.title;
-    Label label = MakeLabel(m_grid.title, {kMargin, kTitleBase}, Anchor::kStart);
-    label.box.width = label.box.width * kTitleFont / kUsualFont;
-    label.box.height += kTitleFont - kUsualFont;
-    label.box.y -= kTitleFont - kUsualFont;
+    Label label = MakeLabel(m_grid.title, {kMargin, kTitleBase}, Anchor::kStart, internal::kTitleFont);
     m_picture.width = label.box.width + 2 * kMargin;
     element.labels.push_back(std::move(label));
   }
@@ -213,8 +208,10 @@ class MapDrawing {
     for (const std::size_t i : ByImportance()) {
       Element& element = m_picture.elements[m_firstStation + i];
       const int radius = element.symbols.front().box.width / 2;
+      const bool isCentre = static_cast<int>(i) == m_grid.centre;
+      const internal::Font& font = isCentre ? internal::kBoldFont : internal::kUsualFont;
       const std::string name = internal::ShortName(m_grid.stations[i].name.identity, {});
-      PutBest(LabelsAround(name, m_layout.stations[i], radius), kAnyWires, element);
+      PutBest(LabelsAround(name, m_layout.stations[i], radius, font), kAnyWires, element);
     }
   }
 
@@ -223,7 +220,7 @@ class MapDrawing {
       Element& element = m_picture.elements[m_firstLine + i];
       if (element.symbols.empty() || element.symbols.back().name != "arrow") continue;
       const std::string power = internal::PowerTexts(*m_grid.lines[i].flow).front();
-      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowBox / 2), 0, element);
+      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowBox / 2, internal::kSmallFont), 0, element);
     }
   }
 

@@ -29,8 +29,6 @@ using internal::WindingEnd;
 constexpr int kMargin = 16;
 constexpr int kTitleBase = 30;
 constexpr int kTitleHeight = 40;
-constexpr int kTitleFont = 16;
-constexpr int kUsualFont = 11;
 constexpr int kLevelGap = 16;
 
 std::size_t Number(int number) { return static_cast<std::size_t>(number); }
@@ -50,12 +48,13 @@ class StationDrawing {
         m_options(options),
         m_stack(station, internal::TransformerPlan(station), options.flows),
         m_connections(m_stack.Connections()),
-        m_channels(m_connections, static_cast<int>(m_stack.Tiers().size()) + 1, m_stack.Left(), m_stack.Right()) {}
+        m_channels(m_connections, m_stack.Extents()) {}
 
   Picture Draw() {
     int titles = 0;
     for (const Tier& tier : m_stack.Tiers()) {
-      for (const std::string& line : TitleOf(tier.Level())) titles = std::max(titles, internal::TextWidth(line));
+      for (const std::string& line : TitleOf(tier.Level()))
+        titles = std::max(titles, internal::TextWidth(line, internal::kBoldFont));
     }
     m_tops = m_stack.Place(m_channels, kMargin + titles + kLevelGap + m_channels.LeftWidth(), kTitleHeight);
     DrawTitle();
@@ -75,10 +74,7 @@ class StationDrawing {
     element.id = internal::ElementId(m_station.name);
     element.classes = "station";
     element.title = "ST " + m_station.name.identity;
-    Label label = internal::MakeLabel(m_picture.title, {kMargin, kTitleBase}, Anchor::kStart);
-    label.box.width = label.box.width * kTitleFont / kUsualFont;
-    label.box.height += kTitleFont - kUsualFont;
-    label.box.y -= kTitleFont - kUsualFont;
+    Label label = internal::MakeLabel(m_picture.title, {kMargin, kTitleBase}, Anchor::kStart, internal::kTitleFont);
     m_picture.width = label.box.width + 2 * kMargin;
     element.labels.push_back(std::move(label));
     m_picture.elements.push_back(std::move(element));
@@ -94,7 +90,7 @@ class StationDrawing {
     int y = tier.Grid().bars.empty() ? tier.Top() + internal::kLineHeight
                                      : tier.Y(tier.Grid().rowOf.at(tier.Grid().bars.front().node));
     for (const std::string& line : TitleOf(level)) {
-      element.labels.push_back(internal::MakeLabel(line, {kMargin, y}, Anchor::kStart));
+      element.labels.push_back(internal::MakeLabel(line, {kMargin, y}, Anchor::kStart, internal::kBoldFont));
       y += internal::kLineHeight;
     }
     m_picture.elements.push_back(std::move(element));
@@ -132,8 +128,7 @@ class StationDrawing {
     connection.second.x = pin.x;
     connection.second.y = pin.y;
     const int node = m_station.levels[Number(end.level)].devices[Number(end.device)].node;
-    drawing.NodeElement(node).wires.push_back(
-        m_channels.WireOf(number, connection, m_tops, m_stack.Left(), m_stack.Right()));
+    drawing.NodeElement(node).wires.push_back(m_channels.WireOf(number, connection, m_tops, m_stack.Left()));
   }
 
   const Station& m_station;

@@ -27,6 +27,14 @@ void CellPlacer::Put(int number) {
   PutBay(cell);
 }
 
+ColumnSide CellPlacer::SideOf(int number) const {
+  const Cell& cell = m_shape.Cells()[Place(number)];
+  const bool joinsBars = cell.bars.size() == 2;
+  const bool isBetween = joinsBars && m_plan.PlaceOf(cell.bars[0]).below != m_plan.PlaceOf(cell.bars[1]).below;
+  if (isBetween) return ColumnSide::kBoth;
+  return cell.up ? ColumnSide::kAbove : ColumnSide::kBelow;
+}
+
 /// A tree that hangs on the node with most ways to bars.
 void CellPlacer::PutBay(const Cell& cell) {
   const auto legs = [&](int node) {
@@ -100,7 +108,7 @@ bool CellPlacer::HasSides(int node) const {
 }
 
 /// The nodes that hang on a node between two bars, and the first device on them that is a winding, or -1.
-CellPlacer::Side CellPlacer::SideOf(int node) const {
+CellPlacer::Side CellPlacer::HangingOn(int node) const {
   Side side;
   std::vector<int> waiting = {node};
   std::set<int> seen = {node};
@@ -131,7 +139,7 @@ void CellPlacer::PutRowOfBreakers(const Cell& cell) {
   std::map<int, int> steps;
   int row = kBetweenBars;
   for (const int node : inner) {
-    const Side side = SideOf(node);
+    const Side side = HangingOn(node);
     const auto place = std::find(withSides.begin(), withSides.end(), node) - withSides.begin();
     const bool isUpper = 2 * static_cast<std::size_t>(place) + 1 < withSides.size();
     const bool goesUp = side.winding < 0 ? isUpper : m_shape.IsUp()[Place(side.winding)];

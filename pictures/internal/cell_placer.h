@@ -16,6 +16,8 @@ class CellPlacer {
 
   /// A cell (a place in Cells) in the next columns.
   void Put(int cell);
+  /// The side of the bars on which a cell stands; both for what stands between them.
+  ColumnSide SideOf(int cell) const;
   /// A coupler in line between bar `left`, which ends in the last column, and a bar that begins behind it.
   void PutInLine(const Cell& coupler, int left);
 
@@ -31,7 +33,7 @@ class CellPlacer {
     int nodes = 0;
     int winding = -1;
   };
-  Side SideOf(int node) const;
+  Side HangingOn(int node) const;
 
   const LevelShape& m_shape;
   const BarPlan& m_plan;

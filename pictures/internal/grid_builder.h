@@ -28,8 +28,11 @@ class GridBuilder {
   const LevelShape& Shape() const { return m_shape; }
   int NewColumn() {
     m_grid.columns = std::max(m_grid.columns, m_nextColumn + 1);
+    m_grid.sides.resize(static_cast<std::size_t>(m_grid.columns), m_side);
     return m_nextColumn++;
   }
+  /// New columns are on this side of the bars from now on.
+  void SetSide(ColumnSide side) { m_side = side; }
   int LastColumn() const { return m_nextColumn - 1; }
   /// The next new column is `column`, which may be one that others use on other rows.
   void ContinueAt(int column) { m_nextColumn = column; }
@@ -77,6 +80,7 @@ class GridBuilder {
   const LevelShape& m_shape;
   LevelGrid m_grid;
   int m_nextColumn = 0;
+  ColumnSide m_side = ColumnSide::kBoth;
   std::vector<bool> m_isPlaced;
 };
 

@@ -89,11 +89,13 @@ void LevelDrawing::DrawNodes() {
 /// Rails as lines, with dots where three ways meet.
 void LevelDrawing::DrawRails() {
   std::map<int, std::pair<int, int>> bars;  // first and last x, by node
+  std::map<int, int> ends;                  // by the first column of bars
   for (const GridBar& bar : m_tier.Grid().bars) {
     if (m_tier.Words().ofBars[Place(bar.node)].empty()) continue;
     Rail& rail = m_rails[Place(bar.node)];
     const int first = m_tier.X(bar.first) - kBarEnd;
-    const int last = m_tier.X(bar.last) + kBarEnd;
+    if (!ends.contains(bar.first)) ends[bar.first] = m_tier.RightmostOf(bar.first, bar.last);
+    const int last = ends[bar.first] + kBarEnd;
     rail.left = rail.isEmpty ? first : std::min(rail.left, first);
     rail.right = rail.isEmpty ? last : std::max(rail.right, last);
     rail.isEmpty = false;
@@ -141,8 +143,8 @@ void LevelDrawing::DrawBuses() {
       names.x = m_tier.X(column->second);
     }
     const std::string& name = m_tier.Words().ofBars[Place(bus.node)][names.count++];
-    element.labels.push_back(MakeLabel(name, {names.x, y - 6}, Anchor::kStart));
-    names.x += TextWidth(name) + kBarEnd;
+    element.labels.push_back(MakeLabel(name, {names.x, y - 6}, Anchor::kStart, kBoldFont));
+    names.x += TextWidth(name, kBoldFont) + kBarEnd;
   }
 }
 
@@ -204,7 +206,7 @@ void LevelDrawing::DrawLabels(Element& element, const GridSwitch& where) const {
   if (where.upright && m_tier.Words().ofSwitches[Place(where.number)].size() == 1) y += 6;
   for (const std::string& line : m_tier.Words().ofSwitches[Place(where.number)]) {
     const Point at{where.upright ? centre.x + kLabelGap : centre.x, y};
-    element.labels.push_back(MakeLabel(line, at, where.upright ? Anchor::kStart : Anchor::kMiddle));
+    element.labels.push_back(MakeLabel(line, at, where.upright ? Anchor::kStart : Anchor::kMiddle, kSmallFont));
     y += kLineHeight;
   }
 }

@@ -37,11 +37,16 @@ struct GridFeeder {
 struct GridBar {
   int node = -1;
   int first = 0;  ///< the column in which it begins; kept free for its name
-  int last = 0;   ///< the column up to which it goes at least
+  int last = 0;   ///< it reaches at least over all columns up to this one
 };
+
+/// Where the things of a column stand. Columns above the bars of a block and columns below them stand one above the
+/// other, but on different tracks.
+enum class ColumnSide { kBoth, kAbove, kBelow };
 
 struct LevelGrid {
   int columns = 0;
+  std::vector<ColumnSide> sides;  ///< by column
   int rows = 0;
   std::map<int, int> rowOf;  ///< of nodes
   std::vector<GridBar> bars;

@@ -1,7 +1,6 @@
 #include "pictures/internal/level_layout.h"
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 #include "pictures/internal/bar_plan.h"
@@ -50,7 +49,11 @@ class LevelLayout {
     if (m_plan.Blocks()[block].size() == 1) {
       PutOnBothSides(block, first + 1);
     } else {
-      PutCells(block, {});
+      for (const int cell : m_cellsOf[block]) {
+        m_grid.SetSide(m_cells.SideOf(cell));
+        m_cells.Put(cell);
+      }
+      m_grid.SetSide(ColumnSide::kBoth);
     }
     for (const int bar : m_plan.Blocks()[block]) m_grid.PutBar(bar, first, m_grid.LastColumn());
     const int link = m_plan.LinkBehind(block);
@@ -69,10 +72,10 @@ class LevelLayout {
     m_grid.ContinueAt(std::max(end, m_grid.LastColumn()) + 1);
   }
 
-  /// The cells of a block, or those on one side of its bars.
-  void PutCells(std::size_t block, std::optional<bool> up) {
+  /// The cells on one side of the bars of a block.
+  void PutCells(std::size_t block, bool up) {
     for (const int cell : m_cellsOf[block]) {
-      if (!up || m_shape.Cells()[static_cast<std::size_t>(cell)].up == *up) m_cells.Put(cell);
+      if (m_shape.Cells()[static_cast<std::size_t>(cell)].up == up) m_cells.Put(cell);
     }
   }
 

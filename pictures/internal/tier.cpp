@@ -1,6 +1,7 @@
 #include "pictures/internal/tier.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "pictures/internal/level_layout.h"
@@ -17,21 +18,23 @@ constexpr int kPlainSlot = 26;
 constexpr int kSymbolSlot = 48;
 constexpr int kLevelSlot = 56;  // with a switch on its upper row, whose label stands below it
 
-int WidestOf(const std::vector<std::string>& lines) {
+int WidestOf(const std::vector<std::string>& lines, const Font& font) {
   int widest = 0;
-  for (const std::string& line : lines) widest = std::max(widest, TextWidth(line));
+  for (const std::string& line : lines) widest = std::max(widest, TextWidth(line, font));
   return widest;
 }
 
 /// Names one behind the other.
 int WidthOf(const std::vector<std::string>& names) {
   int width = 0;
-  for (const std::string& name : names) width += TextWidth(name) + kLabelMargin;
+  for (const std::string& name : names) width += TextWidth(name, kBoldFont) + kLabelMargin;
   return width;
 }
 
+}  // namespace
+
 /// What a column needs on both sides of its middle.
-struct Half {
+struct Tier::Half {
   int left = kNarrowHalf;
   int right = kNarrowHalf;
 
@@ -40,8 +43,6 @@ struct Half {
     right = std::max(right, onRight);
   }
 };
-
-}  // namespace
 
 Tier::Tier(const StationLevel& level, const TransformerPlan& plan, std::size_t number, const WordingRules& rules)
     : m_level(&level), m_roles(plan.roles[number]), m_grid(LayOutLevel(LevelShape(level, plan.isUp[number]))) {
@@ -72,7 +73,7 @@ void Tier::SizeColumns() {
   std::vector<Half> halves(static_cast<std::size_t>(m_grid.columns));
   for (const GridSwitch& item : m_grid.switches) {
     const auto number = static_cast<std::size_t>(item.number);
-    const int label = WidestOf(m_words.ofSwitches[number]) + kLabelMargin;
+    const int label = WidestOf(m_words.ofSwitches[number], kSmallFont) + kLabelMargin;
     const bool hasBranch = !m_level->switches[number].branches.empty();
     Half& half = halves[static_cast<std::size_t>(item.at.column)];
     if (item.upright) {
@@ -82,7 +83,7 @@ void Tier::SizeColumns() {
     }
   }
   for (const GridFeeder& feeder : m_grid.feeders) {
-    const int label = WidestOf(m_words.ofDevices[static_cast<std::size_t>(feeder.number)]) + kLabelMargin;
+    const int label = WidestOf(m_words.ofDevices[static_cast<std::size_t>(feeder.number)], kUsualFont) + kLabelMargin;
     Half& half = halves[static_cast<std::size_t>(feeder.from.column)];
     if (RoleOf(feeder.number) != Role::kAlone) {
       half.Need(kSymbolHalf + 8, kSymbolHalf + 8 + label);
@@ -94,13 +95,34 @@ void Tier::SizeColumns() {
     halves[static_cast<std::size_t>(bar.first)].Need(kNarrowHalf,
                                                      WidthOf(m_words.ofBars[static_cast<std::size_t>(bar.node)]));
   }
-  int x = 0;
-  for (const Half& half : halves) {
-    const int middle = (x + half.left + kStep - 1) / kStep * kStep;
+  PlaceColumns(halves);
+}
+
+/// Columns stand behind each other on their side, on multiples of kStep. Those above and below bars don't share one.
+void Tier::PlaceColumns(const std::vector<Half>& halves) {
+  int above = 0;  // where the next column begins
+  int below = 0;
+  std::set<int> taken;  // by columns on one side only
+  for (std::size_t i = 0; i < halves.size(); ++i) {
+    const ColumnSide side = m_grid.sides[i];
+    const int begin = side == ColumnSide::kAbove ? above : side == ColumnSide::kBelow ? below : std::max(above, below);
+    int middle = (begin + halves[i].left + kStep - 1) / kStep * kStep;
+    while (taken.contains(middle)) middle += kStep;
+    const int end = middle + halves[i].right;
+    if (side == ColumnSide::kBoth) {
+      taken.clear();
+    } else {
+      taken.insert(middle);
+    }
+    if (side != ColumnSide::kBelow) above = end;
+    if (side != ColumnSide::kAbove) below = end;
     m_columns.push_back(middle);
-    x = middle + half.right;
   }
-  m_width = x;
+  m_width = std::max(above, below);
+}
+
+int Tier::RightmostOf(int first, int last) const {
+  return m_x + *std::max_element(m_columns.begin() + first, m_columns.begin() + last + 1);
 }
 
 void Tier::SizeRows() {

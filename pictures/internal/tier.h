@@ -48,6 +48,8 @@ class Tier {
   }
   int X(int column) const { return m_x + m_columns[static_cast<std::size_t>(column)]; }
   int Y(int row) const { return m_top + m_rows[static_cast<std::size_t>(row)]; }
+  /// The rightmost of the columns `first` to `last`.
+  int RightmostOf(int first, int last) const;
   int Top() const { return m_top; }
   int Bottom() const { return m_top + m_height; }
   int Left() const { return m_x; }
@@ -60,7 +62,9 @@ class Tier {
 
  private:
   void FindWords(const std::vector<std::vector<std::string>>& names, const WordingRules& rules);
+  struct Half;
   void SizeColumns();
+  void PlaceColumns(const std::vector<Half>& halves);
   void SizeRows();
 
   const StationLevel* m_level;

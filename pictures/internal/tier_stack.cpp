@@ -119,6 +119,12 @@ std::vector<int> TierStack::Place(const Channels& channels, int left, int top) {
   return tops;
 }
 
+std::vector<Extent> TierStack::Extents() const {
+  std::vector<Extent> extents;
+  for (const Tier& tier : m_tiers) extents.push_back({tier.Left(), tier.Right()});
+  return extents;
+}
+
 int TierStack::Left() const {
   int left = m_tiers.empty() ? 0 : m_tiers.front().Left();
   for (const Tier& tier : m_tiers) left = std::min(left, tier.Left());

@@ -30,6 +30,8 @@ class TierStack {
   std::vector<int> Place(const Channels& channels, int left, int top);
   int Left() const;
   int Right() const;
+  /// From where to where each tier reaches.
+  std::vector<Extent> Extents() const;
 
  private:
   struct Side;

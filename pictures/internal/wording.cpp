@@ -15,8 +15,6 @@
 namespace dtsdb::pictures::internal {
 namespace {
 
-constexpr int kColumnWidth = 7;  // pixels that a column of text takes at most
-constexpr int kAscent = 10;
 constexpr int kLongestLine = 16;   // columns
 constexpr int kLongestShort = 14;  // of a switch
 constexpr std::size_t kMostLines = 3;
@@ -66,12 +64,10 @@ std::string Shortened(const std::string& text, int width) {
 
 bool GoesAlong(const Power& power) { return std::fabs(power.p) < kShownAsZero ? power.q >= 0 : power.p > 0; }
 
-int TextWidth(const std::string& text) { return tools::DisplayWidth(text) * kColumnWidth; }
-
-Label MakeLabel(const std::string& text, Point at, Anchor anchor) {
-  const int width = TextWidth(text);
+Label MakeLabel(const std::string& text, Point at, Anchor anchor, const Font& font) {
+  const int width = TextWidth(text, font);
   const int left = anchor == Anchor::kStart ? at.x : anchor == Anchor::kEnd ? at.x - width : at.x - width / 2;
-  return {text, at, anchor, {left, at.y - kAscent, width, kLineHeight}};
+  return {text, at, anchor, {left, at.y - font.size + 1, width, font.size + kLineHeight - kUsualFont.size}};
 }
 
 std::string ElementId(const RecordName& record, const std::string& part) {
@@ -103,8 +99,8 @@ std::vector<std::string> Wrapped(const std::string& text) {
     }
     const std::size_t room = std::max<std::size_t>(BytesWithin(rest, kLongestLine), 1);
     std::size_t cut = room;
-    while (cut > room / 2 && !IsSeparator(rest[cut - 1])) --cut;
-    if (cut <= room / 2) cut = room;
+    while (cut > room / 3 && !IsSeparator(rest[cut - 1])) --cut;
+    if (cut <= room / 3) cut = room;
     lines.push_back(rest.substr(0, cut));
     rest.erase(0, cut);
   }

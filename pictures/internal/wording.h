@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "pictures/internal/fonts.h"
 #include "pictures/picture.h"
 #include "pictures/station.h"
 
@@ -12,11 +13,8 @@ namespace dtsdb::pictures::internal {
 
 inline constexpr int kLineHeight = 13;  ///< from one line of a label to the next
 
-/// Width in pixels that a text takes at most.
-int TextWidth(const std::string& text);
-
 /// A line of text at `at`, with the box that it takes.
-Label MakeLabel(const std::string& text, Point at, Anchor anchor);
+Label MakeLabel(const std::string& text, Point at, Anchor anchor, const Font& font = kUsualFont);
 
 /// The id of the element that stands for a record: the table and the identity, with '_' and two hexadecimal digits for
 /// each byte that isn't a letter, digit or '-'. `part` is added to the end of a branch's id.
