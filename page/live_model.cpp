@@ -1,6 +1,7 @@
 #include "page/live_model.h"
 
 #include <QDateTime>
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
@@ -20,6 +21,8 @@ using LiveJson = nlohmann::ordered_json;
 constexpr std::size_t kMostLines = 100;
 
 std::string Compact(const LiveJson& json) { return json.dump(-1, ' ', false, LiveJson::error_handler_t::replace); }
+
+std::string Banner(const char* kind, const std::string& text) { return Compact({{"kind", kind}, {"text", text}}); }
 
 /// What a validation finds, which numbers a model anew: one that is good already keeps its numbers, for the copy is
 /// validated.
@@ -73,8 +76,10 @@ void LiveModel::Look() {
       TakeRead(std::move(look));
       break;
     case DatabaseLook::Kind::kLost:
+      ShowTrouble("vanished", look.why);
+      break;
     case DatabaseLook::Kind::kNewerLayout:
-      Lose(look);
+      ShowTrouble("columns", look.why + "; start a newer dtsdb");
       break;
   }
 }
@@ -106,22 +111,20 @@ Result<void> LiveModel::TakeLater(const Model& model) {
 
 void LiveModel::TakeRead(DatabaseLook look) {
   const std::shared_ptr<const LiveState> before = Now();
-  const bool wasLost = std::exchange(m_banner, nullptr) != nullptr;
+  m_changed.insert(m_changed.end(), look.changed.begin(), look.changed.end());
+  std::sort(m_changed.begin(), m_changed.end());
+  m_changed.erase(std::unique(m_changed.begin(), m_changed.end()), m_changed.end());
   const CommitLog log = before->InTurn([&](const Model& model, const Documents&) {
-    return DescribeCommit(model.Tables(), look.tables, look.changed, kMostLines);
+    return DescribeCommit(model.Tables(), look.tables, m_changed, kMostLines);
   });
-  if (log.isSame && !log.isOtherGrid) {
-    if (wasLost) Banner("back", "the database is back");
-    return;
-  }
+  if (log.isSame && !log.isOtherGrid) return EndTrouble();
   const Model model = Model::Of(look.tables, m_name);
   const bool isLater = !log.isOtherGrid && model.IsGood();
   if (const auto taken = isLater ? TakeLater(model) : Take(model); !taken) {
-    Banner("replaced", taken.error().message + "; the page shows what was there before");
-    return;
+    return ShowTrouble("vanished", taken.error().message + "; the page shows what was there before");
   }
-  if (wasLost) Banner("back", "the database is back");
-  if (!isLater) Banner("replaced", "the model has been replaced by another one");
+  EndTrouble();
+  if (!isLater) Send("banner", Banner("replaced", "The model has been replaced by another one: load the page anew."));
   SendCommit(log, isLater ? ChangesSince(*before) : Changes());
 }
 
@@ -138,17 +141,18 @@ void LiveModel::Publish(std::shared_ptr<const LiveState> state) {
   Greet();
 }
 
-void LiveModel::Lose(const DatabaseLook& look) {
-  if (m_banner) return;
-  const bool isNewer = look.kind == DatabaseLook::Kind::kNewerLayout;
-  const std::string text = isNewer ? look.why + "; start a newer dtsdb" : look.why;
-  m_banner = MakeEvent("banner", Compact({{"kind", isNewer ? "columns" : "vanished"}, {"text", text}}));
-  Greet();
-  if (m_hub != nullptr) m_hub->Send(m_banner, m_banner);
+/// What new viewers see too, until it has ended.
+void LiveModel::ShowTrouble(const char* kind, const std::string& text) {
+  const std::string data = Banner(kind, text);
+  if (m_trouble && *m_trouble == *MakeEvent("banner", data)) return;
+  m_trouble = MakeEvent("banner", data);
+  Send("banner", data);
 }
 
-void LiveModel::Banner(const char* kind, const std::string& text) {
-  Send("banner", Compact({{"kind", kind}, {"text", text}}));
+void LiveModel::EndTrouble() {
+  m_changed.clear();
+  if (!std::exchange(m_trouble, nullptr)) return;
+  Send("banner", Banner("back", "The page shows the database again."));
 }
 
 void LiveModel::SendCommit(const CommitLog& log, const Changes& changes) {
@@ -175,7 +179,7 @@ void LiveModel::Send(const char* name, const std::string& data) {
 void LiveModel::Greet() {
   if (m_hub == nullptr) return;
   std::vector<EventText> greeting{MakeEvent("hello", Compact({{"version", m_version}}))};
-  if (m_banner) greeting.push_back(m_banner);
+  if (m_trouble) greeting.push_back(m_trouble);
   m_hub->Greet(std::move(greeting));
 }
 

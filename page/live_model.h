@@ -6,9 +6,11 @@
 #include <mutex>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "analysis/error.h"
 #include "analysis/model.h"
+#include "model/table_kinds.h"
 #include "page/commit_log.h"
 #include "page/documents.h"
 #include "page/event_hub.h"
@@ -45,8 +47,8 @@ class LiveModel {
   analysis::Result<void> TakeLater(const analysis::Model& model);
   void TakeRead(DatabaseLook look);
   void Publish(std::shared_ptr<const LiveState> state);
-  void Lose(const DatabaseLook& look);
-  void Banner(const char* kind, const std::string& text);
+  void ShowTrouble(const char* kind, const std::string& text);
+  void EndTrouble();
   Changes ChangesSince(const LiveState& before) const;
   void SendCommit(const CommitLog& log, const Changes& changes);
   void Send(const char* name, const std::string& data);
@@ -58,7 +60,8 @@ class LiveModel {
   std::unique_ptr<FollowedDatabase> m_database;
   std::shared_ptr<std::mutex> m_turn;
   int m_version = 0;
-  EventText m_banner;  // as long as the database is lost
+  std::vector<TableKind> m_changed;  // since the newest state, where that couldn't be made of what was read
+  EventText m_trouble;               // the banner for as long as the newest state isn't that of the database
   mutable std::mutex m_mutex;
   std::shared_ptr<const LiveState> m_now;
 };

@@ -22,7 +22,8 @@ using DocumentText = std::shared_ptr<const std::string>;
 /// A model with its documents, which doesn't change any more. Any thread may use it.
 ///
 /// The documents of one grid, and the tables below them, are worked on by one thread at a time: all of them share a
-/// turn. Each document is written once and then handed out as it is.
+/// turn. A document is written once and then handed out as it is; the oldest are forgotten
+/// when they take too much room.
 class LiveState {
  public:
   /// `turn` is shared by the states of one grid.
@@ -62,15 +63,18 @@ class LiveState {
   }
 
  private:
-  static constexpr std::size_t kMostKept = 128;
+  static constexpr std::size_t kMostBytes = std::size_t{32} * 1024 * 1024;  ///< of the documents that are kept
 
   void Keep(const std::string& name, const DocumentText& text) const {
-    if (m_order.size() >= kMostKept) {
-      m_texts.erase(m_order.front());
-      m_order.pop_front();
-    }
     m_order.push_back(name);
     m_texts.emplace(name, text);
+    m_bytes += text->size();
+    while (m_bytes > kMostBytes) {
+      const auto oldest = m_texts.find(m_order.front());
+      m_bytes -= oldest->second->size();
+      m_texts.erase(oldest);
+      m_order.pop_front();
+    }
   }
 
   int m_version;
@@ -78,7 +82,8 @@ class LiveState {
   Documents m_documents;
   std::shared_ptr<std::mutex> m_turn;
   mutable std::map<std::string, DocumentText> m_texts;
-  mutable std::deque<std::string> m_order;
+  mutable std::deque<std::string> m_order;  // as they were written
+  mutable std::size_t m_bytes = 0;
 };
 
 }  // namespace dtsdb::page

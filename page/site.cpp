@@ -50,6 +50,9 @@ int StatusOf(const Error& error) {
 
 PageAnswer Refuse(const Error& error) { return Refuse(StatusOf(error), error.message); }
 
+/// The nearest identities are looked for in a time that grows with the length of what they are like.
+constexpr std::size_t kLongestArgument = 200;
+
 /// What a document is about: its name, and the parameter that it needs, if any.
 struct DocumentKind {
   const char* name;
@@ -257,6 +260,7 @@ PageAnswer Site::Document(const std::string& name, const PageRequest& request) {
   const DocumentKind* const kind = FindDocument(name);
   if (kind == nullptr) return Refuse(404, "there is no such document");
   const std::string argument = *kind->parameter != '\0' ? Parameter(request, kind->parameter) : "";
+  if (argument.size() > kLongestArgument) return Refuse(400, "no identity is as long as that");
   const std::string viewer = Parameter(request, "viewer");
   if (!viewer.empty()) return DocumentOfCopy(name, argument, viewer);
   const auto state = m_model.Now();

@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev liblmdb-dev zlib1g-dev
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
+  libcpp-httplib-dev pkg-config
   python3-jinja2
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
   zsh fish mandoc

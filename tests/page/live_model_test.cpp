@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "page/commit_log.h"
-#include "rtdb/backend.h"
+#include "rtdb/volma_rtdb.h"
 #include "tests/page/live_place.h"
 
 // A newer program's idea of a table: it has a column more.
@@ -181,6 +181,29 @@ TEST_F(LivePlace, ModelWithFaultsIsShownWithoutStates) {
   const Json state = Document(&Documents::State);
   EXPECT_EQ(state["verdict"], "faulty");
   EXPECT_FALSE(Document(&Documents::Findings).empty());
+}
+
+TEST_F(LivePlace, ModelThatCanNotBeShownLeavesTheOneBefore) {
+  Store();
+  Follow();
+  {
+    dbDatabase database;
+    ASSERT_TRUE(database.open(name.c_str()));
+    database.deleteTable(database.lookupTable(&dtsdb::st::dbDescriptor));
+    database.deleteTable(database.lookupTable(&dtsdb::global::dbDescriptor));
+    database.commit();
+    database.close();
+  }
+  live->Look();
+  live->Look();
+  const std::vector<SeenEvent> events = TakeAll(*stream);
+  ASSERT_FALSE(events.empty());
+  EXPECT_EQ(events[0].name, "banner");
+  EXPECT_EQ(Document(&Documents::State)["version"], live->Now()->Version());
+  Store();
+  live->Look();
+  EXPECT_EQ(Document(&Documents::State)["verdict"], "good");
+  EXPECT_EQ(Document(&Documents::State)["islands"].size(), 1U);
 }
 
 TEST_F(LivePlace, ModelWithoutTopologyGetsItInMemory) {

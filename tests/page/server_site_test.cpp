@@ -120,6 +120,7 @@ TEST_F(SiteTest, ReportsWhatThereIsNot) {
   EXPECT_EQ(Get("/api/table", {{"name", "CBX"}}).status, 404);
   EXPECT_NE(Body(Get("/api/table", {{"name", "CBX"}}))["error"].get<std::string>().find("CBX"), std::string::npos);
   EXPECT_EQ(Get("/api/station").status, 404);
+  EXPECT_EQ(Get("/api/search", {{"q", std::string(201, 'x')}}).status, 400);
   EXPECT_EQ(Get("/api/state", {{"viewer", kViewer}}).status, 410) << "no copy yet";
 }
 
