@@ -1,5 +1,5 @@
-// The command dtsdb report, and the page of dtsdb switch, on the network of tests/command/golden_test.cpp. What the page
-// contains is tested in tests/page, how it works in tests/web.
+// The command dtsdb report, and the page of dtsdb switch, on the network of tests/command/golden_test.cpp. What the
+// page contains is tested in tests/page, how it works in tests/web.
 
 #include <gtest/gtest.h>
 
