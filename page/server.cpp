@@ -2,6 +2,7 @@
 
 #include <sys/socket.h>
 #include <unistd.h>
+
 #include <atomic>
 #include <thread>
 #include <utility>
