@@ -12,6 +12,9 @@
 namespace dtsdb::page {
 namespace {
 
+/// The longest that is waited before it is looked whether the server ends.
+constexpr std::chrono::milliseconds kStep{100};
+
 using Ends = int(int, sockaddr*, socklen_t*);
 
 /// Address and port of one end of a connection.
@@ -34,7 +37,8 @@ void NameOf(int socket, Ends* end, std::string& ip, int& port) {
 
 }  // namespace
 
-BoundedStream::BoundedStream(int socket, const StreamLimits& limits) : m_socket(socket), m_limits(limits) {}
+BoundedStream::BoundedStream(int socket, const StreamLimits& limits, const std::atomic<bool>& ends)
+    : m_socket(socket), m_limits(limits), m_ends(ends) {}
 
 bool BoundedStream::WaitForRequest(std::chrono::milliseconds longest) {
   return m_begin < m_end || WaitFor(POLLIN, std::chrono::steady_clock::now() + longest);
@@ -104,14 +108,15 @@ void BoundedStream::get_local_ip_and_port(std::string& ip, int& port) const {
 }
 
 bool BoundedStream::WaitFor(short events, Time until) const {
-  for (;;) {
+  while (!m_ends) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
     if (left.count() <= 0) return false;
     pollfd poll{m_socket, events, 0};
-    const int n = ::poll(&poll, 1, static_cast<int>(left.count()));
+    const int n = ::poll(&poll, 1, static_cast<int>(std::min(left, kStep).count()));
     if (n > 0) return true;
     if (n < 0 && errno != EINTR) return false;
   }
+  return false;
 }
 
 }  // namespace dtsdb::page

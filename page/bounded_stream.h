@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <string>
@@ -23,8 +24,8 @@ struct StreamLimits {
 /// and so do all that follow.
 class BoundedStream : public httplib::Stream {
  public:
-  /// The caller owns and closes the socket.
-  BoundedStream(int socket, const StreamLimits& limits);
+  /// The caller owns and closes the socket. Nothing is waited for any more once `ends` is true; it must outlive this.
+  BoundedStream(int socket, const StreamLimits& limits, const std::atomic<bool>& ends);
 
   /// Waits for the first byte of a request for so long at most; false when none has come.
   bool WaitForRequest(std::chrono::milliseconds longest);
@@ -49,6 +50,7 @@ class BoundedStream : public httplib::Stream {
 
   int m_socket;
   StreamLimits m_limits;
+  const std::atomic<bool>& m_ends;
   std::array<char, 4096> m_buffer{};
   std::size_t m_begin = 0;
   std::size_t m_end = 0;

@@ -95,15 +95,17 @@ class Server::Listener : public httplib::Server {
   ~Listener() override {
     m_ends = true;
     m_hub.End();
-    stop();
+    WaitUntilRunning();
+    if (is_running()) stop();
     if (m_thread.joinable()) m_thread.join();
   }
 
   bool Begin(const std::string& address, int port) {
     m_port = port == 0 ? bind_to_any_port(address) : port;
     if (m_port <= 0 || (port != 0 && !bind_to_port(address, port))) return false;
-    m_thread = std::thread([this] { listen_after_bind(); });
-    while (!is_running()) std::this_thread::sleep_for(milliseconds(1));
+    m_hasEnded = false;
+    m_thread = std::thread([this, address] { Listen(address); });
+    WaitUntilRunning();
     return true;
   }
 
@@ -121,6 +123,20 @@ class Server::Listener : public httplib::Server {
     Post("/[^/]+/api/whatif", [this](const httplib::Request& request, httplib::Response& response) {
       Answer(m_site.AnswerTo(RequestOf(request)), response);
     });
+  }
+
+  /// The library gives up when a connection fails before it is accepted.
+  void Listen(const std::string& address) {
+    listen_after_bind();
+    while (!m_ends) {
+      if (bind_to_port(address, m_port)) listen_after_bind();
+      std::this_thread::sleep_for(kStep);
+    }
+    m_hasEnded = true;
+  }
+
+  void WaitUntilRunning() const {
+    while (!is_running() && !m_hasEnded) std::this_thread::sleep_for(milliseconds(1));
   }
 
   void Answer(PageAnswer answer, httplib::Response& response) {
@@ -161,7 +177,7 @@ class Server::Listener : public httplib::Server {
     limits.request = m_limits.request;
     limits.write = m_limits.write;
     limits.request_bytes = m_site.Limits().body + kHead;
-    BoundedStream stream(socket, limits);
+    BoundedStream stream(socket, limits, m_ends);
     for (milliseconds grace = kGrace; WaitForRequest(stream, grace); grace = milliseconds(0)) {
       bool closes = m_ends;
       bool closed = false;
@@ -189,6 +205,7 @@ class Server::Listener : public httplib::Server {
   ServerLimits m_limits;
   std::atomic<std::size_t> m_waiting = 0;
   std::atomic<bool> m_ends = false;
+  std::atomic<bool> m_hasEnded = true;  // the thread that listens
   int m_port = 0;
   std::thread m_thread;
 };

@@ -330,7 +330,11 @@ TEST_F(ServerTest, TakenPortIsAnError) {
 TEST_F(ServerTest, EndsAtOnceWithViewersAndIdleConnections) {
   Open();
   const auto viewer = Watch();
-  RawClient idle(server->Port());
+  const RawClient idle(server->Port());
+  const RawClient begun(server->Port());
+  begun.Send("GET /");
+  const RawClient stalled(server->Port(), 4096);
+  for (int i = 0; i < 200; ++i) stalled.Send(Head("/page.js") + "\r\n");  // reads none of the answers
   const auto begin = steady_clock::now();
   server.reset();
   EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(20));
