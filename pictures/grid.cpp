@@ -29,6 +29,7 @@ GridReader::GridReader(DTSDB& tables, const StationPositions& positions) : m_tab
   ReadIslands(topology);
   ReadLines<LN>(DeviceKind::kLine, topology);
   ReadLines<DLN>(DeviceKind::kDcLine, topology);
+  ReadLines<XF>(DeviceKind::kWinding, topology);
   m_grid.title = Summary(m_grid);
 }
 
@@ -55,8 +56,7 @@ void GridReader::ReadIslands(const analysis::Topology& topology) {
   const tTable<R_KV_ND>& rows = *m_tables.m_rKvNdTable;
   for (int i = 0; i < rows.GetCount(); ++i) {
     const int nd = m_tables.m_ndTable->Find(ND(rows[i].nd_id));
-    const int kv = m_tables.m_kvTable->Find(KV(rows[i].kv_id));
-    const int st = kv < 0 ? -1 : m_tables.m_stTable->Find(ST((*m_tables.m_kvTable)[kv].st));
+    const int st = StationOfLevel(rows[i].kv_id);
     const int island = nd < 0 ? -1 : IslandOf(topology.nodes[At(nd)]);
     if (st >= 0 && island >= 0) ++nodesOf[At(st)][island];
   }
@@ -67,6 +67,12 @@ void GridReader::ReadIslands(const analysis::Topology& topology) {
                                        [](const auto& a, const auto& b) { return a.second < b.second; });
     if (most != nodesOf[i].end()) station.island = most->first;
   }
+}
+
+/// The place of the station of a voltage level, -1 for none.
+int GridReader::StationOfLevel(const QString& level) const {
+  const int kv = m_tables.m_kvTable->Find(KV(level));
+  return kv < 0 ? -1 : m_tables.m_stTable->Find(ST((*m_tables.m_kvTable)[kv].st));
 }
 
 /// The live island of a node, -1 for none.
@@ -84,8 +90,15 @@ void GridReader::ReadLines(DeviceKind kind, const analysis::Topology& topology) 
   tTable<Line>& table = TableOf<Line>(m_tables);
   for (int i = 0; i < table.GetCount(); ++i) {
     const Line& record = table[i];
-    GridLine line{NameOf(record), kind, m_tables.m_stTable->Find(ST(record.st)),
-                  m_tables.m_stTable->Find(ST(record.zst))};
+    GridLine line{NameOf(record), kind};
+    if constexpr (std::is_same_v<Line, XF>) {
+      line.from = StationOfLevel(record.kv);
+      line.to = StationOfLevel(record.zkv);
+      if (line.from == line.to) continue;  // within a station
+    } else {
+      line.from = m_tables.m_stTable->Find(ST(record.st));
+      line.to = m_tables.m_stTable->Find(ST(record.zst));
+    }
     if (line.from < 0 || line.to < 0) continue;
     for (const QString& id : {record.kv, record.zkv}) {
       const int level = m_tables.m_kvTable->Find(KV(id));
@@ -98,7 +111,7 @@ void GridReader::ReadLines(DeviceKind kind, const analysis::Topology& topology) 
     if (fromIsOn) line.island = IslandOf(topology.nodes[At(record.ind)]);
     if (toIsOn && line.island < 0) line.island = IslandOf(topology.nodes[At(record.iznd)]);
     // At the from end power counts into the line, at the to end out of it. The tables have none of DC lines.
-    if constexpr (std::is_same_v<Line, LN>) {
+    if constexpr (!std::is_same_v<Line, DLN>) {
       if (line.island >= 0) line.flow = fromIsOn ? Power{record.p, record.q} : Power{record.zp, record.zq};
     }
     m_grid.lines.push_back(std::move(line));

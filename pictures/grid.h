@@ -30,7 +30,8 @@ struct GridStation {
   std::optional<MapPosition> position{};  ///< where it stands, where that is known
 };
 
-/// A line or DC line. One that begins and ends in the same station is on the map too.
+/// A line, a DC line, or a winding between two stations. A line that begins and ends in the same station is on the map
+/// too.
 struct GridLine {
   RecordName name;
   DeviceKind kind = DeviceKind::kLine;
@@ -64,6 +65,7 @@ class GridReader {
  private:
   void ReadStations(const StationPositions& positions);
   void ReadIslands(const analysis::Topology& topology);
+  int StationOfLevel(const QString& level) const;
   int IslandOf(const analysis::Node& node) const;
   template <class Line>
   void ReadLines(DeviceKind kind, const analysis::Topology& topology);

@@ -33,12 +33,18 @@ constexpr int kAscent = 10;
 constexpr int kHalfAscent = 4;
 constexpr int kAnyWires = 1000;    // a name may lie on as many wires
 constexpr int kArrowBox = 12;      // an arrow, whichever way it points
+constexpr int kWindingBox = 36;    // likewise a transformer
 constexpr int kArrowMargin = 14;   // from the end of a wire to an arrow at least
 constexpr double kArrowStep = 14;  // from one try for an arrow to the next
 
 std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
 bool IsZero(const Power& power) { return internal::ShortPowerText(power) == "0.0 / 0.0"; }
+
+const char* ClassOf(DeviceKind kind) {
+  if (kind == DeviceKind::kDcLine) return "dc-line";
+  return kind == DeviceKind::kWinding ? "winding" : "line";
+}
 
 /// The longest straight piece of a wire.
 std::pair<Point, Point> LongestPiece(const Wire& wire) {
@@ -123,9 +129,9 @@ class MapDrawing {
     element.record = line.name;
     element.id = internal::ElementId(line.name);
     const bool isWhole = line.state == "live";
-    element.classes = fmt::format("on-map {} {} {}{}", line.kind == DeviceKind::kDcLine ? "dc-line" : "line",
-                                  internal::TierClass(internal::TierOf(line.voltage)),
-                                  internal::IslandClass(line.island), isWhole || line.island < 0 ? "" : " off");
+    element.classes =
+        fmt::format("on-map {} {} {}{}", ClassOf(line.kind), internal::TierClass(internal::TierOf(line.voltage)),
+                    internal::IslandClass(line.island), isWhole || line.island < 0 ? "" : " off");
     element.title = fmt::format("{} {}: {} from {} to {}, {}, {}{}", line.name.table, line.name.identity,
                                 internal::KindText(line.kind), m_grid.stations[At(line.from)].name.identity,
                                 m_grid.stations[At(line.to)].name.identity, internal::VoltageText(line.voltage),
@@ -159,14 +165,21 @@ class MapDrawing {
       const GridLine& line = m_grid.lines[i];
       Element& element = m_picture.elements[m_firstLine + i];
       if (line.kind == DeviceKind::kDcLine) PutAlong(m_wires[i], MakeSymbol("dc", {}), element);
-      if (!m_options.flows || !line.flow || IsZero(*line.flow)) continue;
-      const auto [a, b] = LongestPiece(m_wires[i]);
-      const int way = internal::GoesAlong(*line.flow) ? 1 : -1;
-      Symbol arrow = MakeSymbol("arrow", {});
-      arrow.degrees = DegreesDownTo(way * (b.x - a.x), way * (b.y - a.y));
-      arrow.box = {-kArrowBox / 2, -kArrowBox / 2, kArrowBox, kArrowBox};
-      PutAlong(m_wires[i], std::move(arrow), element);
+      if (line.kind == DeviceKind::kWinding) PutTurned("transformer", kWindingBox, true, i);
+      if (m_options.flows && line.flow && !IsZero(*line.flow)) {
+        PutTurned("arrow", kArrowBox, internal::GoesAlong(*line.flow), i);
+      }
     }
+  }
+
+  /// A symbol on a line, in a box of `side` by `side`, whose lower end points along the line or against it.
+  void PutTurned(const char* name, int side, bool along, std::size_t line) {
+    const auto [a, b] = LongestPiece(m_wires[line]);
+    const int way = along ? 1 : -1;
+    Symbol symbol = MakeSymbol(name, {});
+    symbol.degrees = DegreesDownTo(way * (b.x - a.x), way * (b.y - a.y));
+    symbol.box = {-side / 2, -side / 2, side, side};
+    PutAlong(m_wires[line], std::move(symbol), m_picture.elements[m_firstLine + line]);
   }
 
   /// The turn that makes what points downwards point to (x, y).

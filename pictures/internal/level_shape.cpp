@@ -4,10 +4,13 @@
 #include <deque>
 #include <map>
 
+#include "formats/import/groups.h"
 #include "pictures/internal/place.h"
 
 namespace dtsdb::pictures::internal {
 namespace {
+
+constexpr std::size_t kFewestOnBar = 3;
 
 void SortUnique(std::vector<int>& numbers) {
   std::sort(numbers.begin(), numbers.end());
@@ -34,23 +37,33 @@ LevelShape::LevelShape(const StationLevel& level, const std::vector<bool>& isUp)
   CollectCells();
 }
 
-/// The nodes with buses; in a level without any the node on which most things hang.
+/// The nodes with buses; of what hangs together without any, the node on which most things hang, if these are enough.
 void LevelShape::ChooseBars() {
-  for (const StationBus& bus : m_level.buses) m_bars.push_back(bus.node);
-  if (m_bars.empty() && !m_level.nodes.empty()) {
-    const auto weight = [&](int node) { return SwitchesOf(node).size() + DevicesOf(node).size(); };
-    int best = 0;
-    for (int node = 1; node < static_cast<int>(m_level.nodes.size()); ++node) {
-      if (weight(node) > weight(best)) best = node;
-    }
-    m_bars.push_back(best);
+  for (const StationBus& bus : m_level.buses) AddBar(bus.node);
+  const int count = static_cast<int>(m_level.nodes.size());
+  const auto weight = [&](int node) { return SwitchesOf(node).size() + DevicesOf(node).size(); };
+  tools::Groups groups(m_level.nodes.size());
+  for (const StationSwitch& item : m_level.switches) groups.Join(item.from, item.to);
+  std::vector<bool> hasBar(m_level.nodes.size());
+  for (const int bar : m_bars) hasBar[Place(groups.Of(bar))] = true;
+  std::vector<int> best(m_level.nodes.size(), -1);  // by what hangs together
+  int bestOfAll = -1;
+  for (int node = 0; node < count; ++node) {
+    int& here = best[Place(groups.Of(node))];
+    if (here < 0 || weight(node) > weight(here)) here = node;
+    if (bestOfAll < 0 || weight(node) > weight(bestOfAll)) bestOfAll = node;
   }
-  std::vector<int> inOrder;
-  for (const int bar : m_bars) {
-    if (!IsBar(bar)) inOrder.push_back(bar);
-    m_isBar[Place(bar)] = true;
+  const bool hasBuses = !m_bars.empty();
+  for (int node = 0; node < count; ++node) {
+    const int group = groups.Of(node);
+    if (node != best[Place(group)] || hasBar[Place(group)]) continue;
+    if (weight(node) >= kFewestOnBar || (!hasBuses && node == bestOfAll)) AddBar(node);
   }
-  m_bars = inOrder;
+}
+
+void LevelShape::AddBar(int node) {
+  if (!IsBar(node)) m_bars.push_back(node);
+  m_isBar[Place(node)] = true;
 }
 
 void LevelShape::CollectCells() {

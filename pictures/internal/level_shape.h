@@ -41,6 +41,7 @@ class LevelShape {
 
  private:
   void ChooseBars();
+  void AddBar(int node);
   void CollectCells();
   void CollectCellOf(int node, std::vector<bool>& done);
   void Finish(Cell& cell) const;

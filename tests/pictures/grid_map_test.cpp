@@ -9,8 +9,7 @@
 
 #include "analysis/topology.h"
 #include "generate/generator.h"
-#include "pictures/svg.h"
-#include "tests/pictures/picture_checks.h"
+#include "tests/pictures/model_checks.h"
 #include "tests/support/places.h"
 
 namespace dtsdb::pictures {
@@ -21,19 +20,6 @@ constexpr int kMapStations = 100;
 #else
 constexpr int kMapStations = 1000;
 #endif
-
-void ExpectSoundMap(const Grid& grid, const GridOptions& options = {}) {
-  const Picture picture = DrawGrid(grid, options);
-  EXPECT_EQ(test::Overlaps(picture), "");
-  EXPECT_EQ(test::Outside(picture), "");
-  std::map<std::string, int> records = test::RecordsOf(picture);
-  records.erase(" ");  // the title and the legend
-  std::map<std::string, int> expected;
-  for (const GridStation& station : grid.stations) ++expected["ST " + station.name.identity];
-  for (const GridLine& line : grid.lines) ++expected[line.name.table + " " + line.name.identity];
-  EXPECT_EQ(records, expected);
-  test::ExpectSoundSvg(ToSvg(picture));
-}
 
 /// The sample with a topology.
 analysis::Model Sample() {
@@ -90,7 +76,7 @@ TEST_P(GeneratedGrid, HasASoundMap) {
   ASSERT_TRUE(analysis::WorkOutTopology(model));
   const GridReader reader(model.Tables());
   EXPECT_EQ(reader.Read().stations.size(), static_cast<std::size_t>(kMapStations));
-  ExpectSoundMap(reader.Read(), {GetParam()});
+  test::ExpectSoundMap(reader.Read(), {GetParam()});
 }
 
 INSTANTIATE_TEST_SUITE_P(Pictures, GeneratedGrid, testing::Bool(), [](const testing::TestParamInfo<bool>& test) {
@@ -100,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Pictures, GeneratedGrid, testing::Bool(), [](const test
 TEST(GridMap, OfTheSampleIsTheSameEachTime) {
   const analysis::Model model = Sample();
   const GridReader reader(model.Tables());
-  ExpectSoundMap(reader.Read(), {true});
+  test::ExpectSoundMap(reader.Read(), {true});
   EXPECT_EQ(ToSvg(DrawGrid(reader.Read())), ToSvg(DrawGrid(GridReader(model.Tables()).Read())));
 }
 
@@ -115,14 +101,14 @@ TEST(GridMap, StationsStandWhereTheirPositionsAre) {
   const Point east = PlaceOf(picture, "East");
   const Point beside = PlaceOf(picture, "Beside");
   EXPECT_LT(std::hypot(beside.x - east.x, beside.y - east.y), 60);
-  ExpectSoundMap(grid.Get());
+  test::ExpectSoundMap(grid.Get());
 }
 
 TEST(GridMap, StationsOnOnePlaceAreMovedApart) {
   HandMadeGrid grid;
   for (int i = 0; i < 30; ++i) grid.Station("S" + std::to_string(i)).At(5, 5);
   for (int i = 1; i < 30; ++i) grid.Line(0, i);
-  ExpectSoundMap(grid.Get());
+  test::ExpectSoundMap(grid.Get());
 }
 
 TEST(GridMap, StationsWithoutLinesStandInRowsBelow) {
@@ -134,7 +120,7 @@ TEST(GridMap, StationsWithoutLinesStandInRowsBelow) {
   EXPECT_GT(row, PlaceOf(picture, "A").y);
   EXPECT_GT(row, PlaceOf(picture, "B").y);
   EXPECT_EQ(PlaceOf(picture, "alone1").y, row);
-  ExpectSoundMap(grid.Get());
+  test::ExpectSoundMap(grid.Get());
 }
 
 TEST(GridMap, ParallelLinesLieSideBySide) {
@@ -153,7 +139,7 @@ TEST(GridMap, ParallelLinesLieSideBySide) {
 TEST(GridMap, ALineWithinAStationIsALoop) {
   HandMadeGrid grid;
   grid.Station("A").Station("B").Line(0, 1).Line(0, 0).Line(0, 0);
-  ExpectSoundMap(grid.Get());
+  test::ExpectSoundMap(grid.Get());
 }
 
 TEST(GridMap, ArrowsPointWherePowerGoes) {
@@ -178,7 +164,7 @@ TEST(GridMap, DeadPartsAreMarked) {
   EXPECT_EQ(ElementOf(picture, "LN-L0").classes, "on-map line t2 dead");
 }
 
-TEST(GridMap, OfNothingIsEmpty) { ExpectSoundMap({}); }
+TEST(GridMap, OfNothingIsEmpty) { test::ExpectSoundMap({}); }
 
 TEST(GridReader, ReadsTheNeighbourhoodOfAStation) {
   const analysis::Model model = Sample();
@@ -195,7 +181,7 @@ TEST(GridReader, ReadsTheNeighbourhoodOfAStation) {
   ASSERT_TRUE(all);
   EXPECT_GT(all->stations.size(), near->stations.size());
   for (const GridStation& station : all->stations) EXPECT_EQ(station.linesBeyond, 0);
-  ExpectSoundMap(*near);
+  test::ExpectSoundMap(*near);
 }
 
 TEST(GridReader, OfAnUnknownStationIsAnErrorWithTheNearestNames) {

@@ -62,11 +62,24 @@ inline std::string Outside(const Picture& picture) {
   return lines;
 }
 
-/// How often each record stands in the picture, by "TABLE identity".
+/// How often each record stands in the picture, by "TABLE identity". Titles and legends of maps stand for none.
 inline std::map<std::string, int> RecordsOf(const Picture& picture) {
   std::map<std::string, int> records;
-  for (const Element& element : picture.elements) ++records[element.record.table + " " + element.record.identity];
+  for (const Element& element : picture.elements) {
+    if (!element.record.table.empty()) ++records[element.record.table + " " + element.record.identity];
+  }
   return records;
+}
+
+/// The records that stand in the picture more or less often than expected, a line each.
+inline std::string WrongRecords(const Picture& picture, const std::map<std::string, int>& expected) {
+  std::map<std::string, int> surplus = RecordsOf(picture);
+  for (const auto& [record, count] : expected) surplus[record] -= count;
+  std::string lines;
+  for (const auto& [record, count] : surplus) {
+    if (count != 0) lines += record + ": " + std::to_string(count) + "\n";
+  }
+  return lines;
 }
 
 /// Checks an SVG: it is well formed, and no id stands there twice.

@@ -5,12 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "analysis/flows.h"
 #include "analysis/topology.h"
 #include "generate/generator.h"
-#include "pictures/svg.h"
-#include "tests/pictures/picture_checks.h"
-#include "tests/pictures/station_records.h"
+#include "tests/pictures/model_checks.h"
 #include "tests/support/places.h"
 
 namespace dtsdb::pictures {
@@ -25,26 +22,6 @@ constexpr int kStations = 1000;
 constexpr std::size_t kSvgEvery = 10;  // the SVG of each tenth station is read again
 #endif
 
-/// Draws every station of a model and checks each picture.
-void CheckAllStations(analysis::Model& model, bool flows) {
-  const analysis::Result<Flows> computed = analysis::WorkOutFlows(model);
-  ASSERT_TRUE(computed) << computed.error().message;
-  const StationReader reader(model.Tables(), flows ? &*computed : nullptr);
-  test::StationRecords records(model.Tables());
-  const std::vector<QString> stations = reader.Stations();
-  ASSERT_FALSE(stations.empty());
-  for (std::size_t i = 0; i < stations.size(); ++i) {
-    const Result<Station> station = reader.Read(stations[i]);
-    ASSERT_TRUE(station) << station.error().message;
-    SCOPED_TRACE(station->name.identity);
-    const Picture picture = DrawStation(*station, {flows});
-    ASSERT_EQ(test::Overlaps(picture), "");
-    ASSERT_EQ(test::Outside(picture), "");
-    ASSERT_EQ(test::RecordsOf(picture), records.Of(stations[i]));
-    if (i % kSvgEvery == 0) test::ExpectSoundSvg(ToSvg(picture));
-  }
-}
-
 class GeneratedStations : public testing::TestWithParam<bool> {};
 
 TEST_P(GeneratedStations, HaveSoundDiagrams) {
@@ -54,7 +31,7 @@ TEST_P(GeneratedStations, HaveSoundDiagrams) {
   options.seed = 15;
   tools::GenerateUtility(tables, options);
   analysis::Model model = analysis::Model::Of(tables);
-  CheckAllStations(model, GetParam());
+  test::ExpectSoundStations(model, GetParam(), kSvgEvery);
 }
 
 INSTANTIATE_TEST_SUITE_P(Pictures, GeneratedStations, testing::Bool(), [](const testing::TestParamInfo<bool>& test) {
@@ -64,8 +41,8 @@ INSTANTIATE_TEST_SUITE_P(Pictures, GeneratedStations, testing::Bool(), [](const 
 TEST(StationDiagram, OfEveryStationOfTheSampleIsSound) {
   analysis::Result<analysis::Model> model = analysis::Model::Open(dtsdb::test::SourcePath("examples/ieee14"));
   ASSERT_TRUE(model) << model.error().message;
-  CheckAllStations(*model, true);
-  CheckAllStations(*model, false);
+  test::ExpectSoundStations(*model, true);
+  test::ExpectSoundStations(*model, false);
 }
 
 TEST(StationDiagram, IsTheSameEachTime) {

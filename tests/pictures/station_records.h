@@ -30,7 +30,10 @@ class StationRecords {
     AddOnLevels<CP>();
     ForEach<ZBR>(
         [&](const ZBR& zbr) { Add(m_stationOf[(*tables.m_cbTable)[tables.m_cbTable->Find(CB(zbr.cb))].kv], zbr); });
-    ForEach<XF>([&](const XF& winding) { Add(winding.st, winding); });
+    ForEach<XF>([&](const XF& winding) {
+      Add(m_stationOf[winding.kv], winding);
+      if (m_stationOf[winding.kv] != m_stationOf[winding.zkv]) Add(m_stationOf[winding.zkv], winding);
+    });
     AddEnds<LN>();
     AddEnds<DLN>();
   }
