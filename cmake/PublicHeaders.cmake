@@ -72,5 +72,11 @@ endforeach()
 if(DTSDB_BUILD_ANALYSIS)
   list(APPEND public_headers analysis/careful_runner.h analysis/effect.h analysis/error.h analysis/flows.h analysis/model.h
                              analysis/screening.h analysis/switching.h analysis/topology.h formats/import_options.h
-                             formats/reading_progress.h)
+                             formats/reading_progress.h formats/station_positions.h)
+endif()
+
+# Diagrams and maps.
+if(DTSDB_BUILD_PICTURES)
+  list(APPEND public_headers pictures/grid.h pictures/grid_map.h pictures/picture.h pictures/station.h
+                             pictures/station_diagram.h pictures/svg.h)
 endif()

@@ -7,14 +7,14 @@
 
 #include "formats/text_layout.h"
 #include "model/branch_kinds.h"
+#include "pictures/internal/place.h"
 #include "pictures/internal/records.h"
 
 namespace dtsdb::pictures {
 namespace {
 
 using internal::NameOf;
-
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
+using internal::Place;
 
 std::string Summary(const Grid& grid) {
   return tools::Counted(static_cast<long long>(grid.stations.size()), "station") + ", " +
@@ -44,7 +44,7 @@ void GridReader::ReadStations(const StationPositions& positions) {
     const KV& level = (*m_tables.m_kvTable)[i];
     const int place = m_tables.m_stTable->Find(ST(level.st));
     if (place < 0) continue;
-    GridStation& station = m_grid.stations[At(place)];
+    GridStation& station = m_grid.stations[Place(place)];
     station.voltage = std::max(station.voltage, level.vbase);
     ++station.levels;
   }
@@ -57,8 +57,8 @@ void GridReader::ReadIslands(const analysis::Topology& topology) {
   for (int i = 0; i < rows.GetCount(); ++i) {
     const int nd = m_tables.m_ndTable->Find(ND(rows[i].nd_id));
     const int st = StationOfLevel(rows[i].kv_id);
-    const int island = nd < 0 ? -1 : IslandOf(topology.nodes[At(nd)]);
-    if (st >= 0 && island >= 0) ++nodesOf[At(st)][island];
+    const int island = nd < 0 ? -1 : IslandOf(topology.nodes[Place(nd)]);
+    if (st >= 0 && island >= 0) ++nodesOf[Place(st)][island];
   }
   for (std::size_t i = 0; i < nodesOf.size(); ++i) {
     GridStation& station = m_grid.stations[i];
@@ -108,8 +108,8 @@ void GridReader::ReadLines(DeviceKind kind, const analysis::Topology& topology) 
     line.state = state == states.end() ? internal::kLive : state->second;
     const bool fromIsOn = (record.status & (Kind::kOut | Kind::kOpen1)) == 0;
     const bool toIsOn = (record.status & (Kind::kOut | Kind::kOpen2)) == 0;
-    if (fromIsOn) line.island = IslandOf(topology.nodes[At(record.ind)]);
-    if (toIsOn && line.island < 0) line.island = IslandOf(topology.nodes[At(record.iznd)]);
+    if (fromIsOn) line.island = IslandOf(topology.nodes[Place(record.ind)]);
+    if (toIsOn && line.island < 0) line.island = IslandOf(topology.nodes[Place(record.iznd)]);
     // At the from end power counts into the line, at the to end out of it. The tables have none of DC lines.
     if constexpr (!std::is_same_v<Line, DLN>) {
       if (line.island >= 0) line.flow = fromIsOn ? Power{record.p, record.q} : Power{record.zp, record.zq};
@@ -141,7 +141,7 @@ Result<Grid> GridReader::ReadAround(const QString& id, int hops) const {
   std::map<int, int> places;
   for (const int station : around) {
     places[station] = static_cast<int>(grid.stations.size());
-    grid.stations.push_back(m_grid.stations[At(station)]);
+    grid.stations.push_back(m_grid.stations[Place(station)]);
   }
   for (const GridLine& line : m_grid.lines) {
     const auto from = places.find(line.from);
@@ -151,11 +151,11 @@ Result<Grid> GridReader::ReadAround(const QString& id, int hops) const {
       grid.lines.back().from = from->second;
       grid.lines.back().to = to->second;
     } else if (from != places.end() || to != places.end()) {
-      ++grid.stations[At(from != places.end() ? from->second : to->second)].linesBeyond;
+      ++grid.stations[Place(from != places.end() ? from->second : to->second)].linesBeyond;
     }
   }
   grid.centre = places.at(centre);
-  grid.title = fmt::format("{} and {} around it: {}", tools::OneLine(grid.stations[At(grid.centre)].name.identity),
+  grid.title = fmt::format("{} and {} around it: {}", tools::OneLine(grid.stations[Place(grid.centre)].name.identity),
                            tools::Counted(hops, "hop"), Summary(grid));
   return grid;
 }

@@ -16,6 +16,7 @@
 #include "pictures/internal/map_room.h"
 #include "pictures/internal/map_style.h"
 #include "pictures/internal/map_wires.h"
+#include "pictures/internal/place.h"
 #include "pictures/internal/symbols.h"
 #include "pictures/internal/wording.h"
 
@@ -24,6 +25,7 @@ namespace {
 
 using internal::MakeLabel;
 using internal::MakeSymbol;
+using internal::Place;
 
 constexpr int kMargin = 16;
 constexpr int kTitleBase = 30;
@@ -31,13 +33,10 @@ constexpr int kTitleHeight = 42;
 constexpr int kLabelGap = 4;  // from a disc to its name
 constexpr int kAscent = 10;
 constexpr int kHalfAscent = 4;
-constexpr int kAnyWires = 1000;    // a name may lie on as many wires
-constexpr int kArrowBox = 12;      // an arrow, whichever way it points
-constexpr int kWindingBox = 36;    // likewise a transformer
+constexpr int kAnyWires = 1000;  // a name may lie on as many wires
+constexpr int kArrowRadius = 6;
 constexpr int kArrowMargin = 14;   // from the end of a wire to an arrow at least
 constexpr double kArrowStep = 14;  // from one try for an arrow to the next
-
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
 bool IsZero(const Power& power) { return internal::ShortPowerText(power) == "0.0 / 0.0"; }
 
@@ -133,8 +132,8 @@ class MapDrawing {
         fmt::format("on-map {} {} {}{}", ClassOf(line.kind), internal::TierClass(internal::TierOf(line.voltage)),
                     internal::IslandClass(line.island), isWhole || line.island < 0 ? "" : " off");
     element.title = fmt::format("{} {}: {} from {} to {}, {}, {}{}", line.name.table, line.name.identity,
-                                internal::KindText(line.kind), m_grid.stations[At(line.from)].name.identity,
-                                m_grid.stations[At(line.to)].name.identity, internal::VoltageText(line.voltage),
+                                internal::KindText(line.kind), m_grid.stations[Place(line.from)].name.identity,
+                                m_grid.stations[Place(line.to)].name.identity, internal::VoltageText(line.voltage),
                                 isWhole ? internal::IslandText(line.island) : line.state,
                                 line.flow ? fmt::format(", {:.3f} MW, {:.3f} Mvar", line.flow->p, line.flow->q) : "");
     element.wires.push_back(m_wires[number]);
@@ -165,20 +164,26 @@ class MapDrawing {
       const GridLine& line = m_grid.lines[i];
       Element& element = m_picture.elements[m_firstLine + i];
       if (line.kind == DeviceKind::kDcLine) PutAlong(m_wires[i], MakeSymbol("dc", {}), element);
-      if (line.kind == DeviceKind::kWinding) PutTurned("transformer", kWindingBox, true, i);
+      if (line.kind == DeviceKind::kWinding) PutTurned("transformer", true, i);
       if (m_options.flows && line.flow && !IsZero(*line.flow)) {
-        PutTurned("arrow", kArrowBox, internal::GoesAlong(*line.flow), i);
+        PutTurned("arrow", internal::GoesAlong(*line.flow), i);
       }
     }
   }
 
-  /// A symbol on a line, in a box of `side` by `side`, whose lower end points along the line or against it.
-  void PutTurned(const char* name, int side, bool along, std::size_t line) {
+  /// A symbol on a line, whose lower end points along the line or against it.
+  void PutTurned(const char* name, bool along, std::size_t line) {
     const auto [a, b] = LongestPiece(m_wires[line]);
-    const int way = along ? 1 : -1;
+    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    if (length == 0) return;
     Symbol symbol = MakeSymbol(name, {});
+    const int way = along ? 1 : -1;
     symbol.degrees = DegreesDownTo(way * (b.x - a.x), way * (b.y - a.y));
-    symbol.box = {-side / 2, -side / 2, side, side};
+    const double x = std::fabs(b.x - a.x) / length;
+    const double y = std::fabs(b.y - a.y) / length;
+    const int halfWidth = static_cast<int>(std::ceil((symbol.box.height * x + symbol.box.width * y) / 2));
+    const int halfHeight = static_cast<int>(std::ceil((symbol.box.height * y + symbol.box.width * x) / 2));
+    symbol.box = {-halfWidth, -halfHeight, 2 * halfWidth, 2 * halfHeight};
     PutAlong(m_wires[line], std::move(symbol), m_picture.elements[m_firstLine + line]);
   }
 
@@ -204,8 +209,8 @@ class MapDrawing {
   std::vector<std::size_t> ByImportance() const {
     std::vector<int> lines(m_grid.stations.size());
     for (const GridLine& line : m_grid.lines) {
-      ++lines[At(line.from)];
-      ++lines[At(line.to)];
+      ++lines[Place(line.from)];
+      ++lines[Place(line.to)];
     }
     std::vector<std::size_t> order(m_grid.stations.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -233,7 +238,7 @@ class MapDrawing {
       Element& element = m_picture.elements[m_firstLine + i];
       if (element.symbols.empty() || element.symbols.back().name != "arrow") continue;
       const std::string power = internal::PowerTexts(*m_grid.lines[i].flow).front();
-      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowBox / 2, internal::kSmallFont), 0, element);
+      PutBest(LabelsAround(power, element.symbols.back().centre, kArrowRadius, internal::kSmallFont), 0, element);
     }
   }
 

@@ -6,6 +6,7 @@
 #include <set>
 #include <utility>
 
+#include "pictures/internal/place.h"
 #include "pictures/internal/spacing.h"
 #include "pictures/internal/spring_layout.h"
 
@@ -14,15 +15,15 @@ namespace {
 
 constexpr double kNearestBySprings = 76;  // pixels to the nearest station, of half of the stations at least
 constexpr double kNearestOnMap = 44;      // likewise; cities are dense, and the land between them wide
-constexpr double kMostPerStation = 220;   // width and height of a map, for the root of its number of stations
+constexpr double kNearestOfFew = 120;     // likewise, in a grid that has few
+constexpr std::size_t kFew = 40;
+constexpr double kMostPerStation = 260;  // width and height of a map, for the root of its number of stations
 constexpr int kBlockGap = 40;
 constexpr int kVerticalMargin = 30;
 constexpr int kRowColumn = 170;  // stations without lines
 constexpr int kRowHeight = 34;
 constexpr int kLeastWidth = 640;
 constexpr double kShape = 1.4;  // width for height
-
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
 /// Degrees, unless a position is beyond them.
 bool AreDegrees(const std::vector<GridStation>& stations) {
@@ -50,8 +51,8 @@ class Layouter {
     m_layout.stations.resize(grid.stations.size());
     for (const GridLine& line : grid.lines) {
       if (line.from == line.to) continue;
-      m_neighbours[At(line.from)].insert(line.to);
-      m_neighbours[At(line.to)].insert(line.from);
+      m_neighbours[Place(line.from)].insert(line.to);
+      m_neighbours[Place(line.to)].insert(line.from);
     }
   }
 
@@ -64,7 +65,7 @@ class Layouter {
       (m_neighbours[i].empty() ? alone : sprung).push_back(static_cast<int>(i));
     }
     m_layout.width = kLeastWidth;
-    if (!located.empty()) PutParts({Sized(located, m_located, kNearestOnMap)});
+    if (!located.empty()) PutParts({Sized(located, m_located, HasFew() ? kNearestOfFew : kNearestOnMap)});
     if (!sprung.empty()) PutBySprings(sprung, alone);
     PutInRows(alone);
     m_layout.height = m_top;
@@ -72,6 +73,8 @@ class Layouter {
   }
 
  private:
+  bool HasFew() const { return m_neighbours.size() <= kFew; }
+
   /// Stations that stand together, in pixels from the upper left corner of the box around them.
   struct Part {
     std::vector<int> stations;
@@ -92,8 +95,8 @@ class Layouter {
         int count = 0;
         PlanePoint sum;
         for (const int neighbour : m_neighbours[i]) {
-          if (!wasPlaced[At(neighbour)]) continue;
-          sum = {sum.x + places[At(neighbour)].x, sum.y + places[At(neighbour)].y};
+          if (!wasPlaced[Place(neighbour)]) continue;
+          sum = {sum.x + places[Place(neighbour)].x, sum.y + places[Place(neighbour)].y};
           ++count;
         }
         if (wasPlaced[i] || count == 0) continue;
@@ -143,7 +146,7 @@ class Layouter {
       if (box.bottom - box.top > box.right - box.left) {
         for (PlanePoint& point : points) std::swap(point.x, point.y);
       }
-      parts.push_back(Sized(std::move(part), std::move(points), kNearestBySprings));
+      parts.push_back(Sized(std::move(part), std::move(points), HasFew() ? kNearestOfFew : kNearestBySprings));
     }
     std::sort(alone.begin(), alone.end());
     PutParts(parts);
@@ -154,13 +157,13 @@ class Layouter {
     std::vector<std::vector<int>> parts;
     std::vector<bool> isSeen = m_isPlaced;
     for (const int first : stations) {
-      if (isSeen[At(first)]) continue;
-      isSeen[At(first)] = true;
+      if (isSeen[Place(first)]) continue;
+      isSeen[Place(first)] = true;
       std::vector<int>& part = parts.emplace_back(1, first);
       for (std::size_t i = 0; i < part.size(); ++i) {
-        for (const int next : m_neighbours[At(part[i])]) {
-          if (!isSeen[At(next)]) part.push_back(next);
-          isSeen[At(next)] = true;
+        for (const int next : m_neighbours[Place(part[i])]) {
+          if (!isSeen[Place(next)]) part.push_back(next);
+          isSeen[Place(next)] = true;
         }
       }
       std::sort(part.begin(), part.end());
@@ -171,11 +174,12 @@ class Layouter {
   /// The lines among `stations`, by their places in it.
   Edges EdgesAmong(const std::vector<int>& stations) const {
     std::vector<int> placeOf(m_neighbours.size(), -1);
-    for (std::size_t i = 0; i < stations.size(); ++i) placeOf[At(stations[i])] = static_cast<int>(i);
+    for (std::size_t i = 0; i < stations.size(); ++i) placeOf[Place(stations[i])] = static_cast<int>(i);
     Edges edges;
     for (const int station : stations) {
-      for (const int other : m_neighbours[At(station)]) {
-        if (station < other && placeOf[At(other)] >= 0) edges.emplace_back(placeOf[At(station)], placeOf[At(other)]);
+      for (const int other : m_neighbours[Place(station)]) {
+        if (station < other && placeOf[Place(other)] >= 0)
+          edges.emplace_back(placeOf[Place(station)], placeOf[Place(other)]);
       }
     }
     return edges;
@@ -221,8 +225,8 @@ class Layouter {
 
   void PutPart(const Part& part, int left, int top) {
     for (std::size_t i = 0; i < part.stations.size(); ++i) {
-      m_layout.stations[At(part.stations[i])] = {left + static_cast<int>(std::lround(part.points[i].x)),
-                                                 top + static_cast<int>(std::lround(part.points[i].y))};
+      m_layout.stations[Place(part.stations[i])] = {left + static_cast<int>(std::lround(part.points[i].x)),
+                                                    top + static_cast<int>(std::lround(part.points[i].y))};
     }
   }
 
@@ -231,7 +235,7 @@ class Layouter {
     int column = 0;
     for (const int station : stations) {
       if (column == 0) m_top += kRowHeight;
-      m_layout.stations[At(station)] = {kMapMargin / 3 + column * kRowColumn, m_top};
+      m_layout.stations[Place(station)] = {kMapMargin / 3 + column * kRowColumn, m_top};
       column = (column + 1) % columns;
     }
     if (!stations.empty()) m_top += kRowHeight;

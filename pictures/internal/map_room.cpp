@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "pictures/internal/place.h"
+
 namespace dtsdb::pictures::internal {
 namespace {
 
 constexpr int kSquare = 64;  // pixels
-
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
 int SquareOf(int pixel) { return pixel >= 0 ? pixel / kSquare : -1; }
 
@@ -69,7 +69,7 @@ void MapRoom::Take(const Box& box) {
 
 bool MapRoom::IsFree(const Box& box) const {
   const std::vector<int> near = m_boxIndex.Near(box);
-  return std::none_of(near.begin(), near.end(), [&](int number) { return Overlap(box, m_boxes[At(number)]); });
+  return std::none_of(near.begin(), near.end(), [&](int number) { return Overlap(box, m_boxes[Place(number)]); });
 }
 
 /// A long wire is kept in pieces, which lie in few squares.
@@ -91,7 +91,7 @@ void MapRoom::AddWire(const Wire& wire) {
 int MapRoom::WiresUnder(const Box& box) const {
   const std::vector<int> near = m_pieceIndex.Near(box);
   return static_cast<int>(std::count_if(near.begin(), near.end(), [&](int number) {
-    return LiesOn(box, m_pieces[At(number)].from, m_pieces[At(number)].to);
+    return LiesOn(box, m_pieces[Place(number)].from, m_pieces[Place(number)].to);
   }));
 }
 

@@ -5,6 +5,8 @@
 #include <map>
 #include <utility>
 
+#include "pictures/internal/place.h"
+
 namespace dtsdb::pictures::internal {
 namespace {
 
@@ -14,8 +16,6 @@ constexpr double kBundleStart = 18;  // from a station to where its parallel lin
 constexpr int kLoopHeight = 24;
 constexpr int kLoopStep = 5;
 constexpr int kLoopHalf = 6;
-
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
 
 Point Moved(Point from, double x, double y) {
   return {from.x + static_cast<int>(std::lround(x)), from.y + static_cast<int>(std::lround(y))};
@@ -59,8 +59,8 @@ std::vector<Wire> WiresOf(const Grid& grid, const std::vector<Point>& stations) 
     const auto [a, b] = ends;
     for (std::size_t i = 0; i < bundle.size(); ++i) {
       const int number = static_cast<int>(i);
-      Wire wire = a == b ? Loop(stations[At(a)], number)
-                         : WireOf(stations[At(a)], stations[At(b)], number, static_cast<int>(bundle.size()));
+      Wire wire = a == b ? Loop(stations[Place(a)], number)
+                         : WireOf(stations[Place(a)], stations[Place(b)], number, static_cast<int>(bundle.size()));
       if (grid.lines[bundle[i]].from != a) std::reverse(wire.begin(), wire.end());
       wires[bundle[i]] = std::move(wire);
     }

@@ -5,6 +5,8 @@
 #include <limits>
 #include <numeric>
 
+#include "pictures/internal/place.h"
+
 namespace dtsdb::pictures::internal {
 namespace {
 
@@ -15,15 +17,13 @@ constexpr double kMoved = 0.5;       // a round that moves nothing further is th
 constexpr double kPart = 0.5;        // of what is missing, in one round
 constexpr double kGoldenTurn = 2.4;  // radians; points on one place part in directions far from each other
 
-std::size_t At(int place) { return static_cast<std::size_t>(place); }
-
 /// Points from left to right.
 class Sweep {
  public:
   explicit Sweep(const std::vector<PlanePoint>& points) : m_points(points), m_order(points.size()) {
     std::iota(m_order.begin(), m_order.end(), 0);
     std::sort(m_order.begin(), m_order.end(), [&](int a, int b) {
-      return points[At(a)].x != points[At(b)].x ? points[At(a)].x < points[At(b)].x : a < b;
+      return points[Place(a)].x != points[Place(b)].x ? points[Place(a)].x < points[Place(b)].x : a < b;
     });
   }
 
@@ -31,9 +31,9 @@ class Sweep {
   /// Calls `visit` with the points between two x.
   template <class Visit>
   void Between(double left, double right, Visit visit) const {
-    const auto isLeft = [&](int point, double x) { return m_points[At(point)].x < x; };
+    const auto isLeft = [&](int point, double x) { return m_points[Place(point)].x < x; };
     for (auto at = std::lower_bound(m_order.begin(), m_order.end(), left, isLeft);
-         at != m_order.end() && m_points[At(*at)].x <= right; ++at) {
+         at != m_order.end() && m_points[Place(*at)].x <= right; ++at) {
       visit(*at);
     }
   }
@@ -52,13 +52,13 @@ class Round {
   /// How far the point moved that moved furthest.
   double Move() {
     for (const int point : m_sweep.Order()) {
-      const double x = m_points[At(point)].x;
+      const double x = m_points[Place(point)].x;
       m_sweep.Between(x, x + kBetweenPoints, [&](int other) { Part(point, other); });
     }
     for (const auto& [from, to] : m_edges) {
-      const auto [left, right] = std::minmax(m_points[At(from)].x, m_points[At(to)].x);
+      const auto [left, right] = std::minmax(m_points[Place(from)].x, m_points[Place(to)].x);
       m_sweep.Between(left - kFromEdge, right + kFromEdge, [&, from = from, to = to](int point) {
-        if (point != from && point != to) PartFromEdge(point, m_points[At(from)], m_points[At(to)]);
+        if (point != from && point != to) PartFromEdge(point, m_points[Place(from)], m_points[Place(to)]);
       });
     }
     double furthest = 0;
@@ -72,13 +72,13 @@ class Round {
   }
 
  private:
-  void Add(int point, double x, double y) { m_moves[At(point)] = {m_moves[At(point)].x + x, m_moves[At(point)].y + y}; }
+  void Add(int point, double x, double y) { m_moves[Place(point)] = {m_moves[Place(point)].x + x, m_moves[Place(point)].y + y}; }
 
   /// Each pair is met from its left point, or from both where they stand one above the other.
   void Part(int a, int b) {
     if (a == b) return;
-    double dx = m_points[At(b)].x - m_points[At(a)].x;
-    double dy = m_points[At(b)].y - m_points[At(a)].y;
+    double dx = m_points[Place(b)].x - m_points[Place(a)].x;
+    double dy = m_points[Place(b)].y - m_points[Place(a)].y;
     double distance = std::hypot(dx, dy);
     if (distance >= kBetweenPoints || (dx == 0 && a > b)) return;
     const double missing = kPart * (kBetweenPoints - distance) / 2;
@@ -92,7 +92,7 @@ class Round {
   }
 
   void PartFromEdge(int point, const PlanePoint& from, const PlanePoint& to) {
-    const PlanePoint& at = m_points[At(point)];
+    const PlanePoint& at = m_points[Place(point)];
     const double dx = to.x - from.x;
     const double dy = to.y - from.y;
     const double length = std::hypot(dx, dy);
@@ -132,10 +132,10 @@ std::vector<double> NearestDistances(const std::vector<PlanePoint>& points) {
   const std::vector<int>& order = sweep.Order();
   std::vector<double> nearest(points.size(), std::numeric_limits<double>::infinity());
   for (std::size_t i = 0; i < order.size(); ++i) {
-    const PlanePoint& here = points[At(order[i])];
-    double& best = nearest[At(order[i])];
+    const PlanePoint& here = points[Place(order[i])];
+    double& best = nearest[Place(order[i])];
     const auto look = [&](std::size_t place) {
-      const PlanePoint& other = points[At(order[place])];
+      const PlanePoint& other = points[Place(order[place])];
       if (std::fabs(other.x - here.x) > best) return false;
       best = std::min(best, std::hypot(other.x - here.x, other.y - here.y));
       return true;

@@ -24,9 +24,9 @@ class RecordPlacesTest : public testing::Test {
     return PlacesOf(m_network.Db(), T::kKind, &m_network.Of<T>(id));
   }
 
-  static QString Id(const char* id) { return test::Id(id); }
+  static QString Id(const char* id) { return dtsdb::test::Id(id); }
 
-  test::ModelBuilder m_network;
+  dtsdb::test::ModelBuilder m_network;
 };
 
 TEST_F(RecordPlacesTest, DeviceBelongsToItsLevelAndTheStationOfThat) {

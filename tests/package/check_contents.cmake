@@ -15,7 +15,7 @@ endif()
 # Beside the headers there are the library, its CMake package and the command.
 set(others ${installed})
 list(REMOVE_ITEM others ${expected})
-list(FILTER others EXCLUDE REGEX "^lib/([^/]+/)?(libdtsdb(_analysis|_formats|_script)?\\.(a|so[.0-9]*)|cmake/dtsdb/[A-Za-z-]+\\.cmake)$")
+list(FILTER others EXCLUDE REGEX "^lib/([^/]+/)?(libdtsdb(_analysis|_formats|_pictures|_script)?\\.(a|so[.0-9]*)|cmake/dtsdb/[A-Za-z-]+\\.cmake)$")
 list(REMOVE_ITEM others bin/dtsdb)
 if(others)
   list(JOIN others "\n  " others)

@@ -53,7 +53,7 @@ class HandMadeGrid {
   Grid m_grid;
 };
 
-const Element& ElementOf(const Picture& picture, const std::string& id) {
+Element ElementOf(const Picture& picture, const std::string& id) {
   const auto found = std::find_if(picture.elements.begin(), picture.elements.end(),
                                   [&](const Element& element) { return element.id == id; });
   EXPECT_NE(found, picture.elements.end()) << id;
@@ -129,7 +129,7 @@ TEST(GridMap, ParallelLinesLieSideBySide) {
   const Picture picture = DrawGrid(grid.Get());
   std::set<int> heights;
   for (const char* const line : {"LN-L0", "LN-L1", "LN-L2"}) {
-    const Wire& wire = ElementOf(picture, line).wires.front();
+    const Wire wire = ElementOf(picture, line).wires.front();
     ASSERT_GE(wire.size(), 2U);
     heights.insert(wire[wire.size() / 2].y);
   }
@@ -150,6 +150,16 @@ TEST(GridMap, ArrowsPointWherePowerGoes) {
   grid.Get().lines[0].flow = Power{-10, 1};
   EXPECT_EQ(ElementOf(DrawGrid(grid.Get(), {true}), "LN-L0").symbols.front().degrees, 90);
   EXPECT_TRUE(ElementOf(DrawGrid(grid.Get()), "LN-L0").symbols.empty());
+}
+
+TEST(GridMap, AWindingBetweenStationsBearsTheSignOfATransformer) {
+  HandMadeGrid grid;
+  grid.Station("A").At(0, 0).Station("B").At(1, 0).Line(0, 1);
+  grid.Get().lines[0].kind = DeviceKind::kWinding;
+  const Element winding = ElementOf(DrawGrid(grid.Get()), "LN-L0");
+  EXPECT_EQ(winding.classes, "on-map winding t2 live s0");
+  ASSERT_EQ(winding.symbols.size(), 1U);
+  EXPECT_EQ(winding.symbols.front().name, "transformer");
 }
 
 TEST(GridMap, DeadPartsAreMarked) {

@@ -1,6 +1,6 @@
 // Pictures as SVG: texts are escaped, hostile identities included; what the sample's stations look like is kept in
-// tests/pictures/golden. With DTSDB_UPDATE_GOLDEN=1 in the environment these files are written anew instead of
-// compared.
+// tests/pictures/golden, its map in docs/ieee14.svg. With DTSDB_UPDATE_GOLDEN=1 in the environment these files are
+// written anew instead of compared.
 
 #include "pictures/svg.h"
 
@@ -9,6 +9,8 @@
 #include <cstdlib>
 
 #include "analysis/flows.h"
+#include "analysis/topology.h"
+#include "pictures/grid_map.h"
 #include "pictures/station_diagram.h"
 #include "tests/pictures/picture_checks.h"
 #include "tests/support/bytes.h"
@@ -32,6 +34,17 @@ TEST(Svg, EscapesHostileIdentities) {
   EXPECT_NE(svg.find("id=\"KV-_22_20onload_3d_22x\""), std::string::npos);
 }
 
+/// Compares a picture with the file that it is kept in, or writes it there anew.
+void ExpectAsKept(const Picture& picture, const std::string& file) {
+  const std::string svg = ToSvg(picture);
+  const std::string path = dtsdb::test::SourcePath(file);
+  if (std::getenv("DTSDB_UPDATE_GOLDEN") != nullptr) {
+    dtsdb::test::WriteBytes(path, svg);
+    return;
+  }
+  EXPECT_EQ(svg, dtsdb::test::ReadBytes(path));
+}
+
 class GoldenDiagram : public testing::TestWithParam<const char*> {};
 
 TEST_P(GoldenDiagram, IsAsKept) {
@@ -41,18 +54,19 @@ TEST_P(GoldenDiagram, IsAsKept) {
   ASSERT_TRUE(flows);
   const Result<Station> station = StationReader(model->Tables(), &*flows).Read(QLatin1String(GetParam()));
   ASSERT_TRUE(station);
-  const std::string svg = ToSvg(DrawStation(*station, {true}));
-  const std::string path = dtsdb::test::SourcePath(std::string("tests/pictures/golden/") + GetParam() + ".svg");
-  if (std::getenv("DTSDB_UPDATE_GOLDEN") != nullptr) {
-    dtsdb::test::WriteBytes(path, svg);
-    return;
-  }
-  EXPECT_EQ(svg, dtsdb::test::ReadBytes(path));
+  ExpectAsKept(DrawStation(*station, {true}), std::string("tests/pictures/golden/") + GetParam() + ".svg");
 }
 
 // Three windings and a double bus, a ring, breaker-and-a-half, a single bus with a sectioner.
 INSTANTIATE_TEST_SUITE_P(Pictures, GoldenDiagram, testing::Values("Hekou", "Baiyun", "Dongshan", "Pingan"),
                          [](const testing::TestParamInfo<const char*>& test) { return std::string(test.param); });
+
+// The README begins with it; dtsdb draw examples/ieee14 --grid --flows prints the same.
+TEST(GoldenMap, OfTheSampleIsAsKept) {
+  analysis::Result<analysis::Model> model = analysis::Model::Open(dtsdb::test::SourcePath("examples/ieee14"));
+  ASSERT_TRUE(model && analysis::WorkOutTopology(*model));
+  ExpectAsKept(DrawGrid(GridReader(model->Tables()).Read(), {true}), "docs/ieee14.svg");
+}
 
 }  // namespace
 }  // namespace dtsdb::pictures
