@@ -88,8 +88,9 @@ int Documents::Version() const { return m_content->version; }
 bool Documents::HasPictures() const { return m_content->hasTopology; }
 
 std::vector<std::string> Documents::Stations() const {
-  std::vector<std::string> stations;
   tTable<ST>& table = *m_content->model.Tables().m_stTable;
+  std::vector<std::string> stations;
+  stations.reserve(static_cast<std::size_t>(table.GetCount()));
   for (int i = 0; i < table.GetCount(); ++i) stations.push_back(tools::IdText(table[i].id));
   return stations;
 }

@@ -80,8 +80,8 @@ class Documents {
   analysis::Result<std::string> Station(const std::string& id) const;
   /// Its diagram alone, a JSON string; an empty one where there is none.
   std::string StationSvg(const std::string& id) const;
-  /// At most 50 records whose identity is like `text`: first those that begin with it, then those that contain it, then
-  /// those near to it.
+  /// At most 50 records whose identity is like `text`: first those that are called so, those that begin with it, then
+  /// those that contain it; where there are none, those near to it.
   std::string Search(const std::string& text) const;
   /// What a search goes through: an array of table, identity and station for each record.
   std::string Records() const;

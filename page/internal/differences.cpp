@@ -107,6 +107,7 @@ analysis::Effect EffectBetween(const GridState& before, const GridState& after) 
 
 std::vector<Thing> ThingsOf(const std::vector<analysis::Supplied>& supplied) {
   std::vector<Thing> things;
+  things.reserve(supplied.size());
   for (const analysis::Supplied& thing : supplied) things.push_back({thing.table, thing.identity, thing.station});
   return things;
 }

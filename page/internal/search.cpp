@@ -37,14 +37,17 @@ std::vector<Thing> FindLike(const std::vector<Thing>& all, const std::string& te
   const QString wanted = QString::fromStdString(text).trimmed();
   std::vector<Thing> found;
   if (wanted.isEmpty()) return found;
+  std::vector<const Thing*> same;
   std::vector<const Thing*> begins;
   std::vector<const Thing*> contains;
   for (const Thing& thing : all) {
-    const qsizetype place = QString::fromStdString(thing.id).indexOf(wanted, 0, Qt::CaseInsensitive);
-    if (place == 0) begins.push_back(&thing);
-    if (place > 0 && contains.size() < kMost) contains.push_back(&thing);
-    if (begins.size() == kMost) break;
+    const QString id = QString::fromStdString(thing.id);
+    const qsizetype place = id.indexOf(wanted, 0, Qt::CaseInsensitive);
+    if (place < 0) continue;
+    std::vector<const Thing*>& likes = place > 0 ? contains : id.size() == wanted.size() ? same : begins;
+    if (likes.size() < kMost) likes.push_back(&thing);
   }
+  AddUpToMost(found, same);
   AddUpToMost(found, begins);
   AddUpToMost(found, contains);
   if (found.empty()) AddUpToMost(found, NearTo(all, wanted.toStdString()));

@@ -152,6 +152,7 @@ TEST_F(DocumentsTest, SearchFindsWhatBeginsSoBeforeWhatContainsIt) {
     return found;
   };
   EXPECT_EQ(ids("nor"), (std::vector<std::string>{"ST North", "KV North-110"}));
+  EXPECT_EQ(ids("north-110"), (std::vector<std::string>{"KV North-110"}));
   EXPECT_EQ(ids("110"), (std::vector<std::string>{"KV North-110", "KV South-110"}));
   EXPECT_EQ(ids("Suoth"), (std::vector<std::string>{"ST South"}));
   EXPECT_TRUE(ids(" ").empty());

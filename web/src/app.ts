@@ -230,14 +230,18 @@ export class App {
 
   private onBanner(banner: Banner): void {
     const isBack = banner.kind === "back";
-    this.banner.textContent = isBack ? "" : banner.text;
+    const again = banner.kind === "replaced" &&
+      h("button", { type: "button", onclick: () => location.reload() }, "Load anew");
+    fill(this.banner, isBack ? "" : banner.text, again);
     this.banner.hidden = isBack;
     if (isBack) void this.reload(null);
   }
 
   private onConnection(isConnected: boolean): void {
+    const wasLost = this.status.classList.contains("off");
     this.status.hidden = false;
     this.status.className = isConnected ? "live-status on" : "live-status off";
     this.status.textContent = isConnected ? (this.model.live ? "live" : "served") : "no connection";
+    if (isConnected && wasLost) void this.reload(null);  // what was committed meanwhile
   }
 }

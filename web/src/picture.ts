@@ -50,6 +50,8 @@ export interface PictureOptions {
   choose: (table: string, id: string) => void;
   /** The least scale of the first look: below it texts are too small to be read. Without it that shows all. */
   leastScale?: number;
+  /** What that look has in its middle, where it can't show all; without it the first bar is near its left edge. */
+  middle?: string;
   /** Further text beside the buttons. */
   legend?: Node;
 }
@@ -84,13 +86,13 @@ export class PictureView {
     this.listen();
   }
 
-  /** Shows a picture; one of the same size in the place of another keeps zoom and place. */
+  /** Shows a picture; a second one in the same zoom, with what is chosen where it was. */
   show(text: string): void {
     const svg = parsePicture(text);
-    const box = svg.viewBox.baseVal;
-    const isSameSize = this.svg !== null && box.width === this.width && box.height === this.height;
-    this.width = box.width;
-    this.height = box.height;
+    const before = this.placeOfChosen();
+    const focused = this.svg?.contains(document.activeElement) ? document.activeElement?.id : undefined;
+    this.width = svg.viewBox.baseVal.width;
+    this.height = svg.viewBox.baseVal.height;
     svg.removeAttribute("width");
     svg.removeAttribute("height");
     svg.setAttribute("role", "group");
@@ -99,9 +101,10 @@ export class PictureView {
     this.svg = svg;
     this.nameElements(svg);
     this.stage.replaceChildren(svg);
-    this.isPlaced = this.isPlaced && isSameSize;
     if (this.isPlaced) this.apply();
     else this.begin();
+    if (before) this.keepPlace(before);
+    if (focused) svg.querySelector<SVGGElement>(`[id="${CSS.escape(focused)}"]`)?.focus({ preventScroll: true });
   }
 
   /** Marks the elements of a record, and brings them into sight. Returns whether there are any. */
@@ -132,7 +135,7 @@ export class PictureView {
 
   fit(): void {
     const { width, height } = this.stage.getBoundingClientRect();
-    if (width === 0 || height === 0) return;
+    if (!this.svg || width === 0 || height === 0) return;
     const room = Math.max(height - kRoomForTools, height / 2);
     const scale = Math.min(width / this.width, room / this.height, kMostFirst);
     this.view = { scale, x: (this.width - width / scale) / 2, y: (this.height - room / scale) / 2 };
@@ -146,16 +149,27 @@ export class PictureView {
     const scale = this.options.leastScale ?? 0;
     if (!this.svg || !this.isPlaced || this.view.scale >= scale) return;
     const stage = this.stage.getBoundingClientRect();
-    const first = this.svg.querySelector<SVGGElement>("g.bus, g.switch")?.getBBox() ?? new DOMRect();
-    const start = (size: number, room: number, wanted: number) =>
-      room >= size ? (size - room) / 2 : Math.min(Math.max(wanted, 0), size - room);
-    this.view = { scale, x: start(this.width, stage.width / scale, first.x - kRoomBefore.x),
-                  y: start(this.height, stage.height / scale, first.y - kRoomBefore.y) };
+    const wanted = this.wantedCorner(stage.width / scale, stage.height / scale);
+    const start = (size: number, room: number, at: number) =>
+      room >= size ? (size - room) / 2 : Math.min(Math.max(at, 0), size - room);
+    this.view = { scale, x: start(this.width, stage.width / scale, wanted.x),
+                  y: start(this.height, stage.height / scale, wanted.y) };
     this.apply();
     const chosen = this.svg.querySelector<SVGGElement>("g.selected");
     if (chosen) this.reveal(chosen);
   }
 
+
+  /** The element that is chosen, and where it is seen. */
+  private placeOfChosen(): { id: string; box: DOMRect } | null {
+    const chosen = this.svg?.querySelector("g.selected");
+    return chosen ? { id: chosen.id, box: chosen.getBoundingClientRect() } : null;
+  }
+
+  private keepPlace(before: { id: string; box: DOMRect }): void {
+    const now = this.svg?.querySelector(`[id="${CSS.escape(before.id)}"]`)?.getBoundingClientRect();
+    if (now && now.width > 0) this.pan(before.box.left + 5 - now.left, before.box.top + 5 - now.top);
+  }
 
   private elements(): SVGGElement[] {
     return this.svg ? [...this.svg.querySelectorAll<SVGGElement>("g[data-table]")] : [];
@@ -184,6 +198,20 @@ export class PictureView {
              button("Zoom out (−)", "M4 10h12", () => this.zoom(1 / 1.3)),
              button("Show all (0)", "M4 8V4h4M12 4h4v4M16 12v4h-4M8 16H4v-4", () => this.fit()),
              this.options.legend);
+  }
+
+  /** The upper left corner of a first look with room for so much of the picture. */
+  private wantedCorner(width: number, height: number): Point {
+    const boxes = (selector: string) =>
+      [...(this.svg?.querySelectorAll<SVGGElement>(selector) ?? [])].map((each) => each.getBBox());
+    const meant = this.options.middle ? boxes(this.options.middle) : [];
+    if (meant.length > 0) {
+      const middle = (from: number[], to: number[]) => (Math.min(...from) + Math.max(...to)) / 2;
+      return { x: middle(meant.map((box) => box.x), meant.map((box) => box.x + box.width)) - width / 2,
+               y: middle(meant.map((box) => box.y), meant.map((box) => box.y + box.height)) - height / 2 };
+    }
+    const first = boxes("g.bus, g.switch")[0] ?? new DOMRect();
+    return { x: first.x - kRoomBefore.x, y: first.y - kRoomBefore.y };
   }
 
   /** On paper stands the whole picture, whatever is in sight now. */

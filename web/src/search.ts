@@ -20,19 +20,24 @@ export function editDistance(a: string, b: string, limit: number): number {
   return Math.min(last[b.length]!, limit + 1);
 }
 
-/** Records whose identity begins with `text`, then those that contain it; where there are none, those near to it. */
+/**
+ * Records that are called so, then those whose identity begins with `text`, then those that contain it; where there are
+ * none, those near to it.
+ */
 export function findLike(all: Thing[], text: string): Thing[] {
   const wanted = text.trim().toLowerCase();
   if (wanted === "") return [];
+  const same: Thing[] = [];
   const begins: Thing[] = [];
   const contains: Thing[] = [];
   for (const thing of all) {
-    const place = thing.id.toLowerCase().indexOf(wanted);
-    if (place === 0) begins.push(thing);
-    if (place > 0 && contains.length < kMost) contains.push(thing);
-    if (begins.length === kMost) break;
+    const id = thing.id.toLowerCase();
+    const place = id.indexOf(wanted);
+    if (id === wanted) same.push(thing);
+    else if (place === 0 && begins.length < kMost) begins.push(thing);
+    else if (place > 0 && contains.length < kMost) contains.push(thing);
   }
-  const found = [...begins, ...contains].slice(0, kMost);
+  const found = [...same, ...begins, ...contains].slice(0, kMost);
   return found.length > 0 ? found : nearTo(all, wanted);
 }
 

@@ -64,7 +64,7 @@ export class RunsView implements View {
   }
 
   private picture(title: string, svg: string): HTMLElement {
-    const view = new PictureView({ label: title, choose: () => undefined });
+    const view = new PictureView({ label: title, leastScale: 0.65, middle: "g.changed", choose: () => undefined });
     this.pictures.push(view);
     view.show(svg);
     return h("figure", {}, h("figcaption", {}, title), view.element);
