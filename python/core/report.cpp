@@ -1,0 +1,20 @@
+#include "python/core/report.h"
+
+namespace py = pybind11;
+
+namespace dtsdb::python {
+
+void Report::Show(std::uint64_t done, std::uint64_t total) {
+  constexpr std::chrono::milliseconds kPause{100};
+  if (m_raised || (done < total && Clock::now() < m_next)) return;
+  const py::gil_scoped_acquire locked;
+  try {
+    if (!m_callable.is_none()) m_callable(done, total);
+    if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+  } catch (...) {
+    m_raised = std::current_exception();
+  }
+  m_next = Clock::now() + kPause;
+}
+
+}  // namespace dtsdb::python
