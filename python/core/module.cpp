@@ -11,6 +11,7 @@
 
 #include "analysis/flows.h"
 #include "analysis/screening.h"
+#include "formats/catalog.h"
 #include "formats/model_io.h"
 #include "formats/nearest.h"
 #include "formats/text_layout.h"

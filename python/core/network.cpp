@@ -21,6 +21,11 @@ Model& Network::Required() const {
   return *m_model;
 }
 
+std::uint64_t Network::NextNumber() {
+  static std::atomic<std::uint64_t> last = 0;
+  return ++last;
+}
+
 void Network::Close() {
   const Turn turn(*this);
   m_switching.reset();
@@ -86,7 +91,7 @@ Switching& Network::RequireSwitching() {
 Mark Network::MakeMark() {
   const Turn turn(*this);
   RequireSwitching();
-  return {analysis::Moment(Required()), m_edits};
+  return {analysis::Moment(Required()), m_number, m_edits};
 }
 
 Outcome Network::Apply(const std::vector<SwitchEvent>& events) {
@@ -107,6 +112,7 @@ Outcome Network::Switch(const std::vector<SwitchEvent>& events) {
 }
 
 void Network::RequireSameRecords(const Mark& mark) const {
+  if (mark.network != m_number) RefuseCall(m_name + ": these states are those of another model", m_name);
   if (mark.edits == m_edits) return;
   RefuseCall(m_name + ": records were edited since, so that the states can't be brought back; open the model again",
              m_name);

@@ -24,9 +24,10 @@ struct Snapshot {
   std::shared_ptr<const char> pin;  ///< Network counts its users
 };
 
-/// The states of all components at one moment, and the records that they belong to.
+/// The states of all components at one moment, and the network and the records that they belong to.
 struct Mark {
   analysis::Moment moment;
+  std::uint64_t network = 0;
   std::uint64_t edits = 0;
 };
 
@@ -93,7 +94,8 @@ class Network {
   Mark MakeMark();
   /// Switches, and follows it up with one run.
   analysis::Outcome Switch(const std::vector<SwitchEvent>& events);
-  /// Brings all components back into their states. Refused when records were edited since.
+  /// Brings all components back into their states. Refused when records were edited since, and for the mark of another
+  /// network.
   analysis::Outcome GoBack(const Mark& mark);
   /// What has happened to the supply since the mark.
   analysis::Effect EffectSince(const Mark& mark);
@@ -117,6 +119,7 @@ class Network {
     std::unique_lock<std::mutex> m_lock;
   };
 
+  static std::uint64_t NextNumber();
   analysis::Model& Required() const;
   void Unshare();
   void RequireGood();
@@ -126,6 +129,7 @@ class Network {
   void RequireSameRecords(const Mark& mark) const;
 
   const std::string m_name;
+  const std::uint64_t m_number = NextNumber();  // which network this is
   mutable std::mutex m_mutex;
   mutable std::atomic<std::thread::id> m_owner{};
   mutable std::optional<analysis::Model> m_model;  // nothing: closed

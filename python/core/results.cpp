@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "model/table_info.h"
 #include "python/core/errors.h"
 #include "python/core/texts.h"
 

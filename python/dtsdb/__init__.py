@@ -12,7 +12,7 @@ from __future__ import annotations
 
 from typing import Iterable
 
-from dtsdb import _core, errors, progress, results, tables
+from dtsdb import _core, errors, progress, results, table, tables
 from dtsdb.errors import (
     Error,
     FaultyModelError,
@@ -27,7 +27,7 @@ from dtsdb.errors import (
 from dtsdb.network import Drawing, Edits, Event, Network, Switched, from_image, open
 from dtsdb.realtime import Change, Realtime, realtime
 from dtsdb.results import *  # noqa: F403
-from dtsdb.tables import Field, Table, TableInfo
+from dtsdb.table import Field, Table, TableInfo
 
 __version__: str = _core.version
 

@@ -2,14 +2,15 @@
 
 from __future__ import annotations
 
+import io
 import os
 from types import TracebackType
-from typing import Any, Iterable, Iterator, Literal, Mapping, Optional, Sequence, Tuple, Union
+from typing import Any, Iterable, Literal, Mapping, Optional, Sequence, Tuple, Union
 
 from dtsdb import _core, results
-from dtsdb.errors import FaultyModelError, UnknownNameError, UsageError
+from dtsdb.errors import FaultyModelError, UsageError
 from dtsdb.progress import Progress, Shown
-from dtsdb.tables import CLASSES, INFOS, Table
+from dtsdb.tables import TablesByName
 
 Event = Union[str, Sequence[str]]
 """A switching event: in words, such as "open CB B1" (docs/command.md), or as a tuple of them, in which identities stand as
@@ -58,7 +59,7 @@ def from_image(image: bytes, name: str = "the model") -> Network:
     return Network(_core.of_image(image, name))
 
 
-class Network(Mapping[str, Table]):
+class Network(TablesByName):
     """A network model: a mapping from the names of its 46 tables to the tables.
 
     Several threads may share a network; its calls follow one another, and long ones let other threads of the interpreter
@@ -125,22 +126,6 @@ class Network(Mapping[str, Table]):
     def __eq__(self, other: object) -> bool:
         """A network equals itself only."""
         return self is other
-
-    # The tables
-
-    def __getitem__(self, name: str) -> Table:
-        """The table of that name."""
-        if name not in INFOS:
-            near = _core.did_you_mean(str(name), list(INFOS))
-            raise UnknownNameError(f"there is no table {str(name)!r}{near}", "USAGE", str(name))
-        return CLASSES[name](self._core, INFOS[name])
-
-    def __iter__(self) -> Iterator[str]:
-        return iter(INFOS)
-
-    def __len__(self) -> int:
-        """The number of tables."""
-        return len(INFOS)
 
     # What is worked out
 
@@ -366,8 +351,6 @@ class Drawing:
 
     def save(self, path: Path) -> None:
         """Writes the document to a file."""
-        import io
-
         with io.open(path, "w", encoding="utf-8", newline="") as file:
             file.write(self.svg)
 

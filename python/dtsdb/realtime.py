@@ -20,7 +20,7 @@ from typing import TYPE_CHECKING, Any, Iterator, NamedTuple, Optional
 
 from dtsdb import _core
 from dtsdb.network import Path, _assignments
-from dtsdb.tables import INFOS
+from dtsdb.table import INFOS
 
 if TYPE_CHECKING:
     import pandas as pd
