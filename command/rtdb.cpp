@@ -44,7 +44,7 @@ constexpr const char* kPutFooter =
     "there is none; columns that aren't given then have the defaults of 'dtsdb info --fields TABLE'.\n"
     "Either all values are stored or none. The database is made when there is none.\n\n"
     "Examples:\n"
-    "  dtsdb rtdb put grid CB id='Breaker 7' value=1\n"
+    "  dtsdb rtdb put grid STATUS id='Breaker 7' value=1\n"
     "  dtsdb rtdb put grid R_KV_LD kv_id='Level 10' ld_id='Load 3' next=-1";
 
 constexpr const char* kCheckFooter =

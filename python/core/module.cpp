@@ -212,9 +212,28 @@ void SetEncoding(const std::string& name) {
   SetIdEncoding(*encoding);
 }
 
+/// What type(...) does for classes whose objects only this module makes: pybind11 would make one without a C++ object.
+PyObject* RefuseToMake(PyTypeObject* type, PyObject*, PyObject*) {
+  PyErr_Format(PyExc_TypeError, "objects of %s are made by the package alone", type->tp_name);
+  return nullptr;
+}
+
+/// A class of the module that Python programs can't make objects of.
+template <class... Options>
+py::class_<Options...> ClassOf(py::module_& module, const char* name) {
+  py::class_<Options...> made(module, name, py::is_final());
+  auto* const type = reinterpret_cast<PyTypeObject*>(made.ptr());
+  // The base is that of this module's classes alone: its pybind11 is kept apart (CMakeLists.txt).
+  for (PyTypeObject* const each : {type, type->tp_base}) {
+    each->tp_new = RefuseToMake;
+    PyType_Modified(each);
+  }
+  return made;
+}
+
 void DefineNetwork(py::module_& module) {
-  py::class_<Mark>(module, "Mark");
-  py::class_<Network, NetworkPtr>(module, "Network")
+  ClassOf<Mark>(module, "Mark");
+  ClassOf<Network, NetworkPtr>(module, "Network")
       .def("name", [](const Network& network) { return Text(network.Name()); })
       .def("close", [](Network& network) { WithoutLock([&] { network.Close(); }); })
       .def("is_closed", [](const Network& network) { return WithoutLock([&] { return network.IsClosed(); }); })
@@ -263,10 +282,11 @@ void DefineNetwork(py::module_& module) {
 }
 
 void DefineEditing(py::module_& module) {
-  py::class_<EditSession>(module, "EditSession")
-      .def(py::init([](const NetworkPtr& network) {
-        return WithoutLock([&] { return std::make_unique<EditSession>(network); });
-      }))
+  module.def(
+      "begin_edits",
+      [](const NetworkPtr& network) { return WithoutLock([&] { return std::make_unique<EditSession>(network); }); },
+      py::arg("network").none(false));
+  ClassOf<EditSession>(module, "EditSession")
       .def("apply", [](EditSession& session,
                        const std::vector<std::string>& words) { WithoutLock([&] { session.Apply(words); }); })
       .def("commit", [](EditSession& session) {
@@ -275,10 +295,10 @@ void DefineEditing(py::module_& module) {
 }
 
 void DefineRealtime(py::module_& module) {
-  py::class_<Realtime>(module, "Realtime")
-      .def(py::init([](const std::string& name, bool writes) {
-        return WithoutLock([&] { return std::make_unique<Realtime>(name, writes); });
-      }))
+  module.def("open_realtime", [](const std::string& name, bool writes) {
+    return WithoutLock([&] { return std::make_unique<Realtime>(name, writes); });
+  });
+  ClassOf<Realtime>(module, "Realtime")
       .def("close", [](Realtime& database) { WithoutLock([&] { database.Close(); }); })
       .def("is_closed", [](const Realtime& database) { return WithoutLock([&] { return database.IsClosed(); }); })
       .def("counts", [](Realtime& database) { return WithoutLock([&] { return database.Counts(); }); })

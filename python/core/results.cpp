@@ -150,8 +150,9 @@ py::list ToPython(const QList<Finding>& findings, Language language) {
 }
 
 py::object ToPython(const Validation& validation, Language language) {
-  return Maker("Validation")(validation.good, validation.errors, validation.warnings,
-                             ToPython(validation.findings, language));
+  QList<Finding> faults = validation.findings;
+  faults.removeIf([](const Finding& finding) { return finding.severity == Severity::kNotice; });
+  return Maker("Validation")(validation.good, validation.errors, validation.warnings, ToPython(faults, language));
 }
 
 py::object ToPython(const Topology& topology, Language language) {

@@ -3,9 +3,9 @@
 >>> import dtsdb, tempfile
 >>> place = tempfile.mkdtemp() + "/grid"
 >>> with dtsdb.realtime(place, write=True) as database:
-...     database.put("CB", id="B1", value=1)
-...     database["CB"][0].id, database["CB"][0].value
-...     database.put("CB", id="B1", value=0)
+...     database.put("CB", id="B1", flags=1)
+...     database["CB"][0].id, database["CB"][0].flags
+...     database.put("CB", id="B1", flags=0)
 True
 ('B1', 1)
 False
@@ -58,7 +58,7 @@ class Realtime:
     def __init__(self, name: str, *, write: bool = False) -> None:
         """As `dtsdb.realtime`."""
         self.name = name
-        self._core = _core.Realtime(os.fsencode(name), write)
+        self._core = _core.open_realtime(os.fsencode(name), write)
         self._row_classes: dict[str, Any] = {}
 
     @property
@@ -160,7 +160,7 @@ class Realtime:
     def _rows(self, table: str, rows: list[Any]) -> list[Any]:
         name = _core.table_name(table)
         if name not in self._row_classes:
-            self._row_classes[name] = namedtuple(name, self._columns(name), rename=True)  # type: ignore[misc]
+            self._row_classes[name] = namedtuple(name, self._columns(name), rename=True)
         return [self._row_classes[name](*row) for row in rows]
 
 

@@ -36,7 +36,7 @@ class Validation:
     errors: int
     warnings: int
     findings: list[Finding]
-    """In the order in which they were found."""
+    """Errors and warnings, in the order in which they were found."""
 
     def __iter__(self) -> Iterator[Finding]:
         return iter(self.findings)

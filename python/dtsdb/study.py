@@ -21,7 +21,7 @@ import uuid
 from concurrent.futures import FIRST_COMPLETED, CancelledError, Executor, Future, ProcessPoolExecutor, wait
 from concurrent.futures.process import BrokenProcessPool
 from contextlib import contextmanager
-from typing import Any, Callable, Iterable, Iterator, Literal, Optional, Sequence, TextIO, Tuple, Union
+from typing import Any, Callable, Iterable, Iterator, Literal, Optional, Sequence, TextIO, Tuple, Union, cast
 
 from dtsdb import _core
 from dtsdb.errors import FileError, InternalError, UsageError
@@ -29,7 +29,6 @@ from dtsdb.network import Network, Path, from_image, open as open_model
 from dtsdb.progress import Progress, Shown
 from dtsdb.results import (
     Component,
-    Finding,
     IslandLoss,
     IslandPart,
     Outage,
@@ -69,13 +68,12 @@ def run(
     """
     network = model if isinstance(model, Network) else open_model(model)
     tried = _cases(network, cases)
-    first: list[Tuple[list[Finding], list[str]]] = []
+    first: list[Screening] = []
     with Shown(progress, "cases") as report:
-        found = list(_stream(network, tried, jobs, client, batch, file, report, lambda *extra: first.append(extra)))
+        found = list(_stream(network, tried, jobs, client, batch, file, report, first.append))
     if not first:  # all came from the file
-        start = network.screen([], progress=False)
-        first.append((start.findings, start.left_out))
-    return Screening(sorted(found, key=order_of_loss), *first[0])
+        first.append(network.screen([], progress=False))
+    return Screening(sorted(found, key=order_of_loss), first[0].findings, first[0].left_out)
 
 
 def stream(
@@ -92,7 +90,7 @@ def stream(
     network = model if isinstance(model, Network) else open_model(model)
     tried = _cases(network, cases)
     with Shown(progress, "cases") as report:
-        yield from _stream(network, tried, jobs, client, batch, file, report, lambda *_: None)
+        yield from _stream(network, tried, jobs, client, batch, file, report, lambda _: None)
 
 
 # A batch of cases on a worker
@@ -113,9 +111,9 @@ def _work(key: str, image: bytes, name: str, cases: list[Outage]) -> Screening:
 _given: Tuple[str, bytes, str] = ("", b"", "")  # what a process of a pool was started with
 
 
-def _start(*given: Any) -> None:
+def _start(key: str, image: bytes, name: str) -> None:
     global _given
-    _given = given
+    _given = key, image, name
 
 
 def _work_in_pool(cases: list[Outage]) -> Screening:
@@ -126,6 +124,7 @@ def _work_in_pool(cases: list[Outage]) -> Screening:
 
 
 Submit = Callable[[list[Outage]], "Future[Screening]"]
+Note = Callable[[Screening], None]
 
 
 class _Lost(Exception):
@@ -163,7 +162,7 @@ def _on_cluster(network: Network, client: Any) -> Iterator[Submit]:
     executor = client.get_executor(pure=False)
     key = uuid.uuid4().hex
     try:
-        yield lambda cases: executor.submit(_work, key, image, network.name, cases)
+        yield lambda cases: cast("Future[Screening]", executor.submit(_work, key, image, network.name, cases))
     finally:
         executor.shutdown(wait=False)
         image.release()
@@ -186,7 +185,7 @@ def _width(jobs: int, client: Any) -> int:
     """How many batches are under way at once."""
     if client is None:
         return 1 if jobs == 1 else 2 * jobs
-    return max(2, 2 * sum(client.nthreads().values()))
+    return max(2, 2 * int(sum(client.nthreads().values())))
 
 
 # The run
@@ -211,7 +210,7 @@ def _stream(
     batch: int,
     file: Optional[Path],
     report: Optional[Callable[[int, int], None]],
-    note: Callable[[list[Finding], list[str]], None],
+    note: Note,
 ) -> Iterator[OutageResult]:
     if jobs < 1 or batch < 1:
         raise UsageError("jobs and batch are at least 1", "USAGE")
@@ -254,7 +253,7 @@ def _finished(
     waiting: list[range],
     jobs: int,
     client: Any,
-    note: Callable[[list[Finding], list[str]], None],
+    note: Note,
 ) -> Iterator[Tuple[int, list[OutageResult]]]:
     """Works off the batches and yields each as it is finished: its first case, and the results in their order."""
     waiting = waiting[::-1]  # the next one stands last
@@ -271,7 +270,7 @@ def _finished(
                         screening = _result(future)
                         numbers = under_way.pop(future)
                         losses = 0
-                        note(screening.findings, screening.left_out)
+                        note(screening)
                         yield numbers.start, _in_order(screening, [cases[i] for i in numbers])
         except _Lost as lost:
             losses += 1
@@ -420,13 +419,19 @@ def _digest(content: bytes) -> str:
     return hashlib.sha256(content).hexdigest()
 
 
+_RESULTS = {"topology", "breaker flow"}  # who writes what follows from the rest
+_MADE = {"BS", "BSL", "CHND", "GLOBAL", "ISLAND", "TPL", "TPTRACE"}  # tables that follow, or have a time in them
+
+
 def _fingerprint(network: Network) -> str:
-    """What a model comes to: all records, but not when it was validated and what was logged."""
+    """What a model and its states come to, without what a topology run makes of them."""
     whole = hashlib.sha256()
-    for name in network:
-        if name in ("GLOBAL", "TPL", "TPTRACE", "CHND"):
-            continue
-        for field, column in network[name].columns().items():
-            whole.update(f"{name} {field} {len(column)}\n".encode())
+    for name, table in network.items():
+        columns = table.columns() if name not in _MADE else {}
+        for field in table.fields:
+            if field.name not in columns or set(field.writers.split(", ")) <= _RESULTS:
+                continue
+            column = columns[field.name]
+            whole.update(f"{name} {field.name} {len(column)}\n".encode())
             whole.update("\0".join(column).encode() if column.dtype == object else column.tobytes())
     return whole.hexdigest()

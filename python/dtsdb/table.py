@@ -57,9 +57,9 @@ class Table:
     >>> import dtsdb
     >>> table = dtsdb.open(SAMPLE)["LD"]
     >>> len(table)
-    15
+    14
     >>> table["id"][:3].tolist(), table["p"][:3].tolist()
-    (['Baiyun-L1', 'Baiyun-L2', 'Dongshan-L1'], [60.20000076293945, 34.0, 7.599999904632568])
+    (['Baiyun-L1', 'Baiyun-L2', 'Dongshan-L1'], [60.0, 34.20000076293945, 7.599999904632568])
     >>> table.field("p").unit
     'MW'
     """
@@ -117,7 +117,7 @@ class Table:
 
         >>> import dtsdb
         >>> dtsdb.open(SAMPLE)["LD"].record("Baiyun-L1")["q"]
-        12.100000381469727
+        12.0
         """
         number = which if not isinstance(which, str) else self.find(which)
         if number is None:

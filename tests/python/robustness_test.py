@@ -5,7 +5,9 @@ The calls run in a process of their own: a crash shows as its exit code.
 
 from __future__ import annotations
 
+import copy
 import os
+import pickle
 import random
 import subprocess
 import sys
@@ -51,13 +53,23 @@ def test_foreign_objects_are_refused() -> None:
         with pytest.raises((dtsdb.UsageError, TypeError)):
             dtsdb.Network(made)  # type: ignore[arg-type]
         with pytest.raises(TypeError):
-            _core.EditSession(made)  # type: ignore[arg-type]
-    for kind in (_core.Network, _core.Mark):
+            _core.begin_edits(made)  # type: ignore[arg-type]
+    base = _core.Network.__mro__[1]
+    for make in (base, lambda: base.__new__(base), type("Derived", (base,), {})):
         with pytest.raises(TypeError):
-            kind()
-        empty = kind.__new__(kind)
-        with pytest.raises(TypeError):
-            getattr(empty, "name", lambda: _core.EditSession(empty))()
+            make()
+    for kind in (_core.Network, _core.Mark, _core.EditSession, _core.Realtime):
+        for make in (kind, lambda: kind.__new__(kind), lambda: base.__new__(kind), lambda: object.__new__(kind),
+                     lambda: type("Derived", (kind,), {})):
+            with pytest.raises(TypeError):
+                make()
+
+
+def test_parts_of_a_network_cannot_be_copied(network: dtsdb.Network) -> None:
+    for part in (network._core, network.switch()._mark, network.edit()._session):
+        for module in (copy.copy, pickle.dumps):
+            with pytest.raises(TypeError):
+                module(part)
 
 
 def test_marks_of_other_networks(sample: Path, generated) -> None:  # type: ignore[no-untyped-def]
