@@ -28,6 +28,7 @@ from dtsdb.network import Drawing, Edits, Event, Network, Switched, from_image, 
 from dtsdb.realtime import Change, Realtime, realtime
 from dtsdb.results import *  # noqa: F403
 from dtsdb.table import Field, Table, TableInfo
+from dtsdb import study  # stands on the others
 
 __version__: str = _core.version
 

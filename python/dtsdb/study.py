@@ -52,7 +52,7 @@ def run(
     *,
     jobs: int = 1,
     client: Any = None,
-    batch: int = 200,
+    batch: int = 1000,
     file: Optional[Path] = None,
     progress: Progress = None,
 ) -> Screening:
@@ -82,7 +82,7 @@ def stream(
     *,
     jobs: int = 1,
     client: Any = None,
-    batch: int = 200,
+    batch: int = 1000,
     file: Optional[Path] = None,
     progress: Progress = False,
 ) -> Iterator[OutageResult]:
@@ -424,9 +424,11 @@ _MADE = {"BS", "BSL", "CHND", "GLOBAL", "ISLAND", "TPL", "TPTRACE"}  # tables th
 
 
 def _fingerprint(network: Network) -> str:
-    """What a model and its states come to, without what a topology run makes of them."""
+    """What a model and its states come to, whatever topology runs it has had before."""
+    settled = network.copy()
+    settled.topology()
     whole = hashlib.sha256()
-    for name, table in network.items():
+    for name, table in settled.items():
         columns = table.columns() if name not in _MADE else {}
         for field in table.fields:
             if field.name not in columns or set(field.writers.split(", ")) <= _RESULTS:
