@@ -12,12 +12,15 @@
 #include "analysis/flows.h"
 #include "analysis/screening.h"
 #include "formats/catalog.h"
+#include "formats/import_ids.h"
 #include "formats/model_io.h"
 #include "formats/nearest.h"
 #include "formats/text_layout.h"
 #include "include/log_sink.h"
 #include "model/qarchive.h"
 #include "model/text.h"
+#include "pictures/grid.h"
+#include "pictures/grid_map.h"
 #include "pictures/station_diagram.h"
 #include "pictures/svg.h"
 #include "python/core/columns.h"
@@ -168,6 +171,22 @@ py::str Draw(Network& network, const std::string& identity, bool isLevel, bool f
   return Text(svg);
 }
 
+/// The map of the grid or, where `around` isn't empty, of the part around that station, as SVG.
+py::str DrawGrid(Network& network, const std::string& around, int hops, bool flows) {
+  if (hops < 0) RefuseCall("the number of hops can't be negative", around);
+  const std::string svg = WithoutLock([&] {
+    return network.WithTopology([&](Model& model) {
+      const bool hasPositions = !model.Positions().empty();
+      const pictures::GridReader reader(
+          model.Tables(), hasPositions ? model.Positions() : tools::PositionsBeside(tools::ModelName(model.Name())));
+      if (around.empty()) return pictures::ToSvg(pictures::DrawGrid(reader.Read(), {flows}));
+      const QString id = IdFromText(QString::fromStdString(around)).value_or(QString());
+      return pictures::ToSvg(pictures::DrawGrid(Take(reader.ReadAround(id, hops)), {flows}));
+    });
+  });
+  return Text(svg);
+}
+
 TableAtMoment TableOf(const Network& network, const std::string& table) {
   return {WithoutLock([&] { return network.Now(); }), table};
 }
@@ -264,6 +283,7 @@ void DefineNetwork(py::module_& module) {
       .def("single_outages", SingleOutages)
       .def("screen", Screen)
       .def("draw", Draw)
+      .def("draw_grid", DrawGrid)
       .def("count", [](const Network& network, const std::string& table) { return TableOf(network, table).GetCount(); })
       .def("column", [](const Network& network, const std::string& table,
                         const std::string& field) { return TableOf(network, table).Column(field); })

@@ -223,6 +223,13 @@ class Network(TablesByName):
         identity = station if level is None else level
         return Drawing(self._core.draw(identity, level is not None, flows), str(identity))
 
+    def draw_grid(self, around: Optional[str] = None, *, hops: int = 2, flows: bool = False) -> Drawing:
+        """The map of the grid, or of a station and what up to `hops` lines lead to from it.
+
+        With `flows` it has the powers on the lines.
+        """
+        return Drawing(self._core.draw_grid(around or "", hops, flows), around or "the grid")
+
     # Editing
 
     def edit(self) -> Edits:

@@ -152,6 +152,10 @@ def test_drawing(command: Command) -> None:
     for flows in (False, True):
         theirs = command.run("draw", SAMPLE, "--station", "Baiyun", *(["--flows"] if flows else []))
         assert dtsdb.open(SAMPLE).draw("Baiyun", flows=flows).svg == theirs
+    for options, arguments in (([], {}), (["--around", "Baiyun", "--hops", 1, "--flows"],
+                                      {"around": "Baiyun", "hops": 1, "flows": True})):
+        theirs = command.run("draw", SAMPLE, "--grid", *options)
+        assert dtsdb.open(SAMPLE).draw_grid(**arguments).svg == theirs
     level = command.run("draw", SAMPLE, "--kv", "Baiyun-132")
     assert dtsdb.open(SAMPLE).draw(level="Baiyun-132").svg == level
 
