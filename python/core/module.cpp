@@ -92,6 +92,11 @@ py::bytes Image(const Network& network) {
   return py::bytes(image.constData(), static_cast<std::size_t>(image.size()));
 }
 
+/// A model of its own.
+NetworkPtr Copy(const Network& network) {
+  return WithoutLock([&] { return std::make_shared<Network>(network.CopyToEdit().first); });
+}
+
 void Save(const Network& network, const std::string& name, const std::optional<std::string>& form) {
   static const std::map<std::string, tools::ModelForm> kForms = {{"object", tools::ModelForm::kObjectFile},
                                                                  {"text", tools::ModelForm::kTextTables},
@@ -262,6 +267,7 @@ void DefineNetwork(py::module_& module) {
            })
       .def("save", Save)
       .def("image", Image)
+      .def("copy", Copy)
       .def("validate", Validate)
       .def("topology",
            [](Network& network, const std::string& language) {

@@ -12,7 +12,7 @@ from __future__ import annotations
 
 from typing import Iterable
 
-from dtsdb import _core, errors, progress, results, table, tables
+from dtsdb import _core, errors, progress, results, study, table, tables
 from dtsdb.errors import (
     Error,
     FaultyModelError,
@@ -26,9 +26,49 @@ from dtsdb.errors import (
 )
 from dtsdb.network import Drawing, Edits, Event, Network, Switched, from_image, open
 from dtsdb.realtime import Change, Realtime, realtime
-from dtsdb.results import *  # noqa: F403
+from dtsdb.results import (
+    BreakerFlow,
+    Component,
+    Counts,
+    Dead,
+    Effect,
+    Finding,
+    FlowSet,
+    Flows,
+    FollowedBranch,
+    Island,
+    IslandChange,
+    IslandLoss,
+    IslandPart,
+    Item,
+    LogRow,
+    MovedNode,
+    Node,
+    Outage,
+    OutageResult,
+    Outcome,
+    Run,
+    Screening,
+    Section,
+    Supplied,
+    Topology,
+    Totals,
+    Validation,
+    order_of_loss,
+    outage_text,
+)
 from dtsdb.table import Field, Table, TableInfo
-from dtsdb import study  # stands on the others
+
+__all__ = [
+    "BreakerFlow", "Change", "Component", "Counts", "Dead", "Drawing", "Edits", "Effect", "Error", "Event",
+    "FaultyModelError", "Field", "FileError", "Finding", "FlowSet", "Flows", "FollowedBranch", "InternalError",
+    "Island", "IslandChange", "IslandLoss", "IslandPart", "Item", "LogRow", "MovedNode", "Network",
+    "NoTopologyError", "Node", "Outage", "OutageResult", "Outcome", "Realtime", "RefusedError", "Run",
+    "Screening", "Section", "Supplied", "Switched", "Table", "TableInfo", "Topology", "Totals",
+    "UnknownComponentError", "UnknownNameError", "UsageError", "Validation", "all_pairs", "encoding", "errors",
+    "from_image", "open", "order_of_loss", "outage_text", "progress", "realtime", "results", "sample_pairs",
+    "set_encoding", "study", "table", "tables",
+]
 
 __version__: str = _core.version
 

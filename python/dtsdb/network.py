@@ -109,7 +109,7 @@ class Network(TablesByName):
 
     def copy(self) -> Network:
         """A model of its own with all records and all numbering of this one."""
-        return from_image(self.image(), self.name)
+        return Network(self._core.copy())
 
     def image(self) -> bytes:
         """The whole model as bytes, which `dtsdb.from_image` reads; so a model travels to other processes."""

@@ -4,6 +4,8 @@ from __future__ import annotations
 
 import io
 import pickle
+import subprocess
+import sys
 import threading
 from pathlib import Path
 
@@ -142,6 +144,22 @@ def test_a_callback_cannot_use_the_model_that_waits_for_it(network: dtsdb.Networ
     with pytest.raises(dtsdb.UsageError, match="at work"):
         network.screen(progress=use)
     assert network.topology().islands
+
+
+def test_an_interrupt_ends_a_screening(sample: Path) -> None:
+    code = f"""
+import os, signal, threading
+import dtsdb
+network = dtsdb.open({str(sample)!r})
+cases = dtsdb.all_pairs(network.outages(["CB"])) * 20
+threading.Timer(0.1, lambda: os.kill(os.getpid(), signal.SIGINT)).start()
+try:
+    network.screen(cases, progress=False)
+except KeyboardInterrupt:
+    print("interrupted", len(network.topology().islands))
+"""
+    ended = subprocess.run([sys.executable, "-c", code], capture_output=True, text=True, check=False)
+    assert (ended.stdout, ended.stderr) == ("interrupted 1\n", "")
 
 
 class Terminal(io.StringIO):

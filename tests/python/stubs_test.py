@@ -7,6 +7,8 @@ import subprocess
 import sys
 from pathlib import Path
 
+import pytest
+
 import dtsdb
 from conftest import ROOT
 from dtsdb import _core
@@ -14,20 +16,26 @@ from dtsdb import _core
 PACKAGE = ROOT / "python" / "dtsdb"
 
 
+@pytest.fixture(scope="module")
+def cache(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """What mypy has found out about the libraries."""
+    return tmp_path_factory.mktemp("mypy")
+
+
 def mypy(folder: Path, *arguments: str) -> subprocess.CompletedProcess[str]:
     return subprocess.run(
-        [sys.executable, "-m", "mypy", "--cache-dir", str(folder / "cache"), "--config-file", "",
+        [sys.executable, "-m", "mypy", "--cache-dir", str(folder), "--config-file", "",
          "--follow-imports=silent", "--ignore-missing-imports", *arguments],
         cwd=ROOT / "python", capture_output=True, text=True, check=False,
     )
 
 
-def test_the_package_is_typed(tmp_path: Path) -> None:
-    found = mypy(tmp_path, "--strict", "-p", "dtsdb")
+def test_the_package_is_typed(cache: Path) -> None:
+    found = mypy(cache, "--strict", "-p", "dtsdb")
     assert found.returncode == 0, found.stdout + found.stderr
 
 
-def test_a_users_program_is_checked_by_field(tmp_path: Path) -> None:
+def test_a_users_program_is_checked_by_field(tmp_path: Path, cache: Path) -> None:
     program = tmp_path / "program.py"
     program.write_text(
         "import dtsdb\n"
@@ -39,7 +47,7 @@ def test_a_users_program_is_checked_by_field(tmp_path: Path) -> None:
         'network.draw(7)\n',
         encoding="utf-8",
     )
-    found = mypy(tmp_path, str(program)).stdout.splitlines()
+    found = mypy(cache, str(program)).stdout.splitlines()
     revealed = [line.split("Revealed type is ")[1] for line in found if "Revealed type" in line]
     assert revealed[0] == '"dtsdb.tables.LDTable"'
     assert "floating" in revealed[1] and "32Bit" in revealed[1]
