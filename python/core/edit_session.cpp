@@ -4,6 +4,7 @@
 
 #include <variant>
 
+#include "formats/failure.h"
 #include "formats/field_text.h"
 
 namespace dtsdb::python {
@@ -29,6 +30,14 @@ std::string TextOf(const Edit& edit, const Refusal& refusal) {
                      remedy != nullptr ? remedy : "look at the model");
 }
 
+Edit Parsed(const std::vector<std::string>& words, const std::string& model) {
+  try {
+    return tools::ParseEdit(words);
+  } catch (const tools::Failure& failure) {
+    RefuseCall(failure.what(), model);
+  }
+}
+
 }  // namespace
 
 EditSession::EditSession(std::shared_ptr<Network> network) : m_network(std::move(network)) {
@@ -49,7 +58,7 @@ void EditSession::RequireOpen() const {
 void EditSession::Apply(const std::vector<std::string>& words) {
   const std::lock_guard lock(m_mutex);
   RequireOpen();
-  const Edit edit = tools::ParseEdit(words);
+  const Edit edit = Parsed(words, m_network->Name());
   const Refusal refusal = m_run->Apply(edit);
   if (!refusal) return;
   m_refused = PlaceOf(edit);

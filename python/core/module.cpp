@@ -156,7 +156,9 @@ py::object Screen(Network& network, const py::iterable& outages, std::size_t job
   options.progress = [&](std::size_t done) { report.Show(done, tried.size()); };
   options.isCancelled = [&] { return report.HasRaised(); };
   const auto screening = WithoutLock(report, [&] {
-    return network.WithGood([&](Model& model) { return Take(analysis::Screen(model, tried, options)); });
+    auto found = network.WithGood([&](Model& model) { return Take(analysis::Screen(model, tried, options)); });
+    report.Show(tried.size(), tried.size());  // where another thread has done the last one
+    return found;
   });
   return ToPython(screening, Language::kEnglish);
 }

@@ -6,7 +6,9 @@ namespace dtsdb::python {
 
 void Report::Show(std::uint64_t done, std::uint64_t total) {
   constexpr std::chrono::milliseconds kPause{100};
-  if (m_raised || (done < total && Clock::now() < m_next)) return;
+  const bool isLast = done == total;
+  if (m_raised || (isLast ? m_hasShownLast : Clock::now() < m_next)) return;
+  m_hasShownLast = isLast;
   const py::gil_scoped_acquire locked;
   try {
     if (!m_callable.is_none()) m_callable(done, total);

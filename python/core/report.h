@@ -37,6 +37,7 @@ class Report {
   pybind11::object m_callable;
   std::exception_ptr m_raised;
   Clock::time_point m_next{};
+  bool m_hasShownLast = false;
 };
 
 /// What `work()` returns, which runs without the interpreter's lock.

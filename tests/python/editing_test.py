@@ -57,7 +57,7 @@ def test_what_is_no_edit(network: dtsdb.Network, edit: tuple) -> None:  # type: 
     network.validate()
     call, *arguments = edit
     values = arguments.pop() if isinstance(arguments[-1], dict) else {}
-    with pytest.raises(dtsdb.Error) as caught:
+    with pytest.raises(dtsdb.UsageError) as caught:
         getattr(network, call)(*arguments, **values)
     assert "\n" not in str(caught.value)
     assert network.good and len(network["LD"]) == 14
@@ -124,6 +124,6 @@ def test_identities_hold_whatever_text_does(network: dtsdb.Network) -> None:
         network.switch(("off", "LD", identity))
         assert network["LD"].record(identity)["status"] != 0
         network.remove("LD", identity)
-    with pytest.raises(dtsdb.Error):
+    with pytest.raises(dtsdb.UsageError, match="can't hold"):
         network.add("LD", id="😀", kv="Baiyun-132", nd="Baiyun-132-1a")
     assert "😀" not in network["LD"]

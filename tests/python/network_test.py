@@ -118,8 +118,11 @@ def test_pairs(network: dtsdb.Network) -> None:
 def test_progress_is_reported_and_can_end_the_work(network: dtsdb.Network, sample: Path) -> None:
     calls: list[tuple[int, int]] = []
     outages = network.outages()
-    network.screen(outages, progress=lambda done, total: calls.append((done, total)))
-    assert calls[-1] == (len(outages), len(outages))
+    for jobs in (1, 3):
+        calls.clear()
+        network.screen(outages, jobs=jobs, progress=lambda done, total: calls.append((done, total)))
+        assert calls[-1] == (len(outages), len(outages))
+        assert calls.count(calls[-1]) == 1
     read: list[tuple[int, int]] = []
     dtsdb.open(sample, progress=lambda done, total: read.append((done, total)))
     assert read and read[-1][0] == read[-1][1]
