@@ -13,8 +13,8 @@ from dtsdb.progress import Progress, Shown
 from dtsdb.tables import TablesByName
 
 Event = Union[str, Sequence[str]]
-"""A switching event: in words, such as "open CB B1" (docs/command.md), or as a tuple of them, in which identities stand as
-they are: ("break", "LN", "Line 7", "from")."""
+"""A switching event: in words, such as "open CB B1" (docs/command.md), or as a tuple of them, in which identities
+stand as they are: ("break", "LN", "Line 7", "from")."""
 
 Path = Union[str, "os.PathLike[str]"]
 Language = Literal["en", "zh"]
@@ -33,8 +33,8 @@ def open(
     `name` is an object file, a folder of text tables, CGMES profiles (a folder, a file, a zip archive, or
     "cgmes:PATH,PATH"), an XIIDM file, or "rtdb:NAME" for a realtime database.
 
-    Of grids in CGMES and XIIDM, `ids` are the identities: names made unique, or mRIDs. Equivalent injections become what
-    `ties` names. With `merge_retained` closed switches that are retained join their nodes.
+    Of grids in CGMES and XIIDM, `ids` are the identities: names made unique, or mRIDs. Equivalent injections become
+    what `ties` names. With `merge_retained` closed switches that are retained join their nodes.
 
     `progress` is called with the bytes that have been read and those that there are.
 
@@ -62,8 +62,8 @@ def from_image(image: bytes, name: str = "the model") -> Network:
 class Network(TablesByName):
     """A network model: a mapping from the names of its 46 tables to the tables.
 
-    Several threads may share a network; its calls follow one another, and long ones let other threads of the interpreter
-    run meanwhile. Without `close` a network is closed when nobody uses it any more. It can be pickled.
+    Several threads may share a network; its calls follow one another, and long ones let other threads of the
+    interpreter run meanwhile. Without `close` a network is closed when nobody uses it any more. It can be pickled.
     """
 
     def __init__(self, core: _core.Network) -> None:
@@ -101,9 +101,10 @@ class Network(TablesByName):
     def save(self, name: Path, form: Optional[Literal["object", "text", "xiidm"]] = None) -> None:
         """Writes the model.
 
-        Without `form`, the place decides: an existing folder, a name that ends in "/" and one without extension get text
-        tables, .xiidm and .iidm (also with .gz) an XIIDM file, "rtdb:NAME" a realtime database, and any other name an
-        object file. What stood there is replaced when all is written. Raises `FileError` when it can't be written.
+        Without `form`, the place decides: an existing folder, a name that ends in "/" and one without extension get
+        text tables, .xiidm and .iidm (also with .gz) an XIIDM file, "rtdb:NAME" a realtime database, and any other
+        name an object file. What stood there is replaced when all is written. Raises `FileError` when it can't be
+        written.
         """
         self._core.save(os.fsencode(os.fspath(name)), form)
 
@@ -155,8 +156,8 @@ class Network(TablesByName):
     def flows(self, tolerance: float = 0.01, *, complete_voltages: bool = True) -> results.Flows:
         """The power through every closed breaker.
 
-        `tolerance` is that of the balance test, in MW and Mvar. With `complete_voltages` a section without a voltage gets
-        that of a bus on it, or else the base voltage. A model without a topology gets one first.
+        `tolerance` is that of the balance test, in MW and Mvar. With `complete_voltages` a section without a voltage
+        gets that of a bus on it, or else the base voltage. A model without a topology gets one first.
         """
         return self._core.flows(tolerance, complete_voltages)
 
@@ -193,10 +194,10 @@ class Network(TablesByName):
     ) -> results.Screening:
         """Tries outages out, from the state that the model is in, and lists them by what they cost.
 
-        `outages` is a list of outages, as `Network.outages`, `dtsdb.all_pairs` and `dtsdb.sample_pairs` give them, or of
-        your own: each a sequence of (table, identity). Without it, all single outages are tried. `jobs` is the number of
-        threads; the result doesn't depend on it. `progress` is called with the outages done and all; what it raises ends
-        the screening, and so does an interrupt from the keyboard.
+        `outages` is a list of outages, as `Network.outages`, `dtsdb.all_pairs` and `dtsdb.sample_pairs` give them, or
+        of your own: each a sequence of (table, identity). Without it, all single outages are tried. `jobs` is the
+        number of threads; the result doesn't depend on it. `progress` is called with the outages done and all; what
+        it raises ends the screening, and so does an interrupt from the keyboard.
 
         Raises `UnknownComponentError`, `FaultyModelError` and `NoTopologyError`.
 

@@ -41,8 +41,8 @@ class Change(NamedTuple):
 def realtime(name: Path, *, write: bool = False) -> Realtime:
     """Opens the realtime database NAME.fdb.
 
-    To read, it must exist; with `write` it is made where there is none. `name` may be written with or without "rtdb:" and
-    the ending. Raises `FileError` when it can't be opened.
+    To read, it must exist; with `write` it is made where there is none. `name` may be written with or without "rtdb:"
+    and the ending. Raises `FileError` when it can't be opened.
     """
     text = os.fspath(name)
     return Realtime(text[5:] if text.startswith("rtdb:") else text, write=write)
@@ -95,8 +95,8 @@ class Realtime:
     def put(self, table: str, **values: Any) -> bool:
         """Changes the columns of the row with the given key, or adds the row, in one transaction.
 
-        The key is `id`, in a relation table the two identities. Columns that aren't given stay, or have their defaults in
-        a new row. True when the row was added. Raises `UsageError` for what the table doesn't take.
+        The key is `id`, in a relation table the two identities. Columns that aren't given stay, or have their
+        defaults in a new row. True when the row was added. Raises `UsageError` for what the table doesn't take.
         """
         return self._core.put(table, _assignments(values))
 
@@ -134,9 +134,9 @@ class Realtime:
 
     def _by_key(self, table: str, rows: list[Any]) -> dict[Any, Any]:
         """Rows by their key, and by how often it has come before."""
-        keys = 2 if INFOS[table].key == "relation" else 1
-        names = self._columns(table)
-        places = [place for place, name in enumerate(names) if name == "id" or (keys == 2 and name.endswith("_id"))][:keys]
+        ending = "_id" if INFOS[table].key == "relation" else "id"
+        count = 2 if INFOS[table].key == "relation" else 1
+        places = [place for place, name in enumerate(self._columns(table)) if name.endswith(ending)][:count]
         found: dict[Any, Any] = {}
         for row in self._rows(table, rows):
             key = tuple(row[place] for place in places)

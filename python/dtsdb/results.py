@@ -77,7 +77,8 @@ class Section(NamedTuple):
 
     number: int
     kind: str
-    """"section"; "fragment": nodes at the dead end of a live branch; "open end": one of a live branch, without nodes."""
+    """"section"; "fragment": nodes at the dead end of a live branch; "open end": one of a live branch, without
+    nodes."""
     island: Optional[int]
     """Number of its live island; None when it is dead."""
     name: str

@@ -4,8 +4,8 @@
     screening = dtsdb.study.run(network, cases, jobs=4, file="pairs.study")
 
 The model travels once to each worker, the cases follow in batches. What a lost worker had in hand is done again. With a
-file, a run that was stopped midway goes on where it was. `client` takes a Dask client in the place of `jobs`; its workers
-need this package.
+file, a run that was stopped midway goes on where it was. `client` takes a Dask client in the place of `jobs`; its
+workers need this package.
 
 A script that uses `jobs` needs the usual `if __name__ == "__main__":`, since the processes import it.
 """
@@ -59,12 +59,12 @@ def run(
     """Works through outage cases and returns what `Network.screen` would, to the last digit.
 
     `model` is a network, or what `dtsdb.open` takes. It is validated where it isn't good, and the cases start from the
-    state that it is in. `jobs` is the number of processes on this machine; with 1 all is done in this one. With `client`,
-    a `distributed.Client`, its workers do the work.
+    state that it is in. `jobs` is the number of processes on this machine; with 1 all is done in this one. With
+    `client`, a `distributed.Client`, its workers do the work.
 
-    `batch` cases go to a worker at once. `file` keeps what is finished, and a later call with the same model and the same
-    cases goes on from there; `UsageError` is raised when the file is of another study. `progress` is called with the cases
-    done and all; what it raises ends the run, and what is finished stays in the file.
+    `batch` cases go to a worker at once. `file` keeps what is finished, and a later call with the same model and the
+    same cases goes on from there; `UsageError` is raised when the file is of another study. `progress` is called with
+    the cases done and all; what it raises ends the run, and what is finished stays in the file.
     """
     network = model if isinstance(model, Network) else open_model(model)
     tried = _cases(network, cases)
@@ -275,8 +275,11 @@ def _finished(
         except _Lost as lost:
             losses += 1
             if losses > MOST_LOSSES:
-                raise InternalError(f"{network.name}: workers are lost again and again, and nothing is finished: "
-                                    f"{lost.__cause__}", "INTERNAL", network.name) from lost
+                raise InternalError(
+                    f"{network.name}: workers are lost again and again, and nothing is finished: {lost.__cause__}",
+                    "INTERNAL",
+                    network.name,
+                ) from lost
             waiting += sorted(under_way.values(), key=lambda numbers: -numbers.start)
 
 
@@ -357,10 +360,8 @@ class _Record:
                     break
                 if end == 0 and content != header:
                     raise UsageError(
-                        f"{os.fspath(self._path)}: the file is of another study: model, states or cases differ; remove it "
-                        "or choose another one",
-                        "USAGE",
-                        os.fspath(self._path),
+                        f"{os.fspath(self._path)}: the file is of another study: model, states or cases differ; remove
+                        it " "or choose another one", "USAGE", os.fspath(self._path),
                     )
                 if end > 0:
                     self._take(content, count)

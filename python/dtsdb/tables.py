@@ -1,6 +1,7 @@
 """A class for each table of a model: `CBTable`, `LNTable` and so on.
 
-Each is a `Table` whose fields a type checker knows, from tables.pyi. The fields come from the description of the records.
+Each is a `Table` whose fields a type checker knows, from tables.pyi. The fields come from the description of the
+records.
 """
 
 from __future__ import annotations

@@ -30,8 +30,8 @@ def test_use_after_close(network: dtsdb.Network) -> None:
     network.close()
     network.close()
     assert network.closed
-    calls = [network.validate, network.topology, network.flows, network.screen, network.edit, network.image, network.copy,
-             network.outages, lambda: network.good, lambda: network.save("x"), lambda: network.draw("Baiyun"),
+    calls = [network.validate, network.topology, network.flows, network.screen, network.edit, network.image,
+             network.copy, network.outages, lambda: network.good, lambda: network.save("x"), lambda: network.draw("Baiyun"),
              lambda: network.switch(), switched.undo, switched.effect, edits.commit, lambda: table["p"], table.columns,
              lambda: len(table), lambda: table.record(0), lambda: table.find("x")]
     for call in calls:

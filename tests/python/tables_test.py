@@ -13,7 +13,8 @@ import pytest
 
 import dtsdb
 
-TYPES = {"i8": "int8", "u8": "uint8", "i32": "int32", "u32": "uint32", "f32": "float32", "f64": "float64", "text": "object"}
+TYPES = {"i8": "int8", "u8": "uint8", "i32": "int32", "u32": "uint32", "f32": "float32", "f64": "float64",
+         "text": "object"}
 
 
 def test_every_field_of_every_table_has_its_type_and_the_values_of_the_records(network: dtsdb.Network) -> None:
