@@ -359,10 +359,7 @@ class _Record:
                 if content is None:  # the run was stopped while it wrote
                     break
                 if end == 0 and content != header:
-                    raise UsageError(
-                        f"{os.fspath(self._path)}: the file is of another study: model, states or cases differ; remove
-                        it " "or choose another one", "USAGE", os.fspath(self._path),
-                    )
+                    raise self._foreign()
                 if end > 0:
                     self._take(content, count)
                 end += len(line)
@@ -377,6 +374,11 @@ class _Record:
         if first < 0 or first + len(results) > count:
             raise self._damaged()
         self.finished.update(enumerate(results, first))
+
+    def _foreign(self) -> UsageError:
+        place = os.fspath(self._path or "")
+        why = "the file is of another study: model, states or cases differ; remove it or choose another one"
+        return UsageError(f"{place}: {why}", "USAGE", place)
 
     def _damaged(self) -> FileError:
         place = os.fspath(self._path or "")
