@@ -75,7 +75,7 @@ TEST(EditCommand, GivesTheModelThatTheSameTablesGive) {
 
 TEST(EditCommand, ChangesARecordAndWhatFollowsFromItsNames) {
   const Workplace here = WithScript("change LD 乙荷 p=80 nd=乙1\n");
-  EXPECT_EQ(Applied(here).out, "s.txt: 1 line applied; the edited model is good.\n");
+  EXPECT_EQ(Applied(here).out, "\ns.txt: 1 line applied; the edited model is good.\n");
   const std::string tables = here.Run("convert e.obj tables").err;
   EXPECT_EQ(tables, "");
   EXPECT_TRUE(Contains(here.Read("tables/LD.csv"), "乙荷,乙站220,乙1"));
