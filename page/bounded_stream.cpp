@@ -13,7 +13,7 @@ namespace dtsdb::page {
 namespace {
 
 /// The longest that is waited before it is looked whether the server ends.
-constexpr std::chrono::milliseconds kStep{100};
+constexpr std::chrono::milliseconds kPollStep{100};
 
 using Ends = int(int, sockaddr*, socklen_t*);
 
@@ -112,7 +112,7 @@ bool BoundedStream::WaitFor(short events, Time until) const {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
     if (left.count() <= 0) return false;
     pollfd poll{m_socket, events, 0};
-    const int n = ::poll(&poll, 1, static_cast<int>(std::min(left, kStep).count()));
+    const int n = ::poll(&poll, 1, static_cast<int>(std::min(left, kPollStep).count()));
     if (n > 0) return true;
     if (n < 0 && errno != EINTR) return false;
   }
