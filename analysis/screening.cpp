@@ -37,6 +37,7 @@ class Work {
 
   /// The results in the order of the outages, or the first error.
   Result<std::vector<OutageResult>> TakeResults() {
+    if (m_isCancelled) return tl::unexpected(Error{ErrorCode::kUsage, "the screening was cancelled", ""});
     std::vector<OutageResult> results;
     results.reserve(m_results.size());
     for (auto& result : m_results) {
@@ -54,8 +55,15 @@ class Work {
       m_results[i] = internal::Guarded(OutageText(m_outages[i]), [&] { return screener.Try(m_outages[i]); });
       if (!*m_results[i]) m_hasFailed = true;
       ++m_done;
-      if (reports && m_options.progress) m_options.progress(m_done);
+      if (!reports) continue;
+      if (m_options.progress) m_options.progress(m_done);
+      if (m_options.isCancelled && m_options.isCancelled()) Cancel();
     }
+  }
+
+  void Cancel() {
+    m_isCancelled = true;
+    m_hasFailed = true;
   }
 
   const std::vector<Outage>& m_outages;
@@ -64,6 +72,7 @@ class Work {
   std::atomic<std::size_t> m_next = 0;
   std::atomic<std::size_t> m_done = 0;
   std::atomic<bool> m_hasFailed = false;
+  bool m_isCancelled = false;  // on the caller's thread
 };
 
 /// So many, and at least one.

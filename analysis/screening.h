@@ -87,6 +87,8 @@ struct ScreeningOptions {
   std::size_t jobs = 1;  ///< number of threads, each with a copy of the model; they end before the call returns
   /// Called now and then on the caller's thread with the number of outages done.
   std::function<void(std::size_t)> progress;
+  /// Asked between outages on the caller's thread; true ends the screening, whose result is then an Error.
+  std::function<bool()> isCancelled;
 };
 
 /// Tries each outage out on a copy of the model, from the state that it is in; the model stays as it is, but for being

@@ -64,6 +64,26 @@ Result<std::string> ScriptOf(const std::vector<SwitchEvent>& events) {
   return internal::Guarded("", [&]() -> Result<std::string> { return tools::SwitchScriptText(events); });
 }
 
+struct Moment::States {
+  explicit States(DTSDB& tables) : switches(tables), supply(DescribeSupply(tables)) {}
+
+  internal::SwitchStates switches;
+  Supply supply;
+};
+
+Moment::Moment(const Model& model) : m_states(std::make_unique<const States>(model.Tables())) {}
+Moment::Moment(Moment&&) noexcept = default;
+Moment& Moment::operator=(Moment&&) noexcept = default;
+Moment::~Moment() = default;
+
+std::vector<SwitchEvent> Moment::WayBack(const Model& model, Rules rules) const {
+  return m_states->switches.EventsBack(model.Tables(), rules == Rules::kCareful);
+}
+
+Effect Moment::EffectUntil(const Model& model) const {
+  return EffectOf(m_states->supply, DescribeSupply(model.Tables()));
+}
+
 /// What a session works on: the TP and its runner need the model at one place.
 struct Switching::Session {
   Session(const Model& target, Rules rules)

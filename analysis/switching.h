@@ -25,6 +25,27 @@ std::string EventText(const SwitchEvent& event);
 /// or bytes that are not valid in its encoding.
 Result<std::string> ScriptOf(const std::vector<SwitchEvent>& events);
 
+/// The states of all components and the supply at one moment, to come back to.
+class Moment {
+ public:
+  /// Notes how things are in a good model.
+  explicit Moment(const Model& model);
+  Moment(Moment&&) noexcept;
+  Moment& operator=(Moment&&) noexcept;
+  ~Moment();
+
+  /// The events, for one run by `rules`, that bring all components of `model` back into their states. It must have the
+  /// records that the model had at the moment; it may be a copy.
+  std::vector<SwitchEvent> WayBack(const Model& model, Rules rules = Rules::kCareful) const;
+
+  /// What has happened to the supply since, when `model` has a topology now and had one at the moment.
+  Effect EffectUntil(const Model& model) const;
+
+ private:
+  struct States;
+  std::unique_ptr<const States> m_states;
+};
+
 /// A row of the log of an incremental run; docs/topology.md has the meanings.
 struct LogRow {
   std::string table;

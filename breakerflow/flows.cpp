@@ -128,6 +128,50 @@ Flows ComputeFrom(const Source& source, const FlowSettings& settings, EndReading
 
 }  // namespace
 
+const char* StateName(FlowSetState state) {
+  switch (state) {
+    case FlowSetState::kBalanced:
+      return "balanced";
+    case FlowSetState::kLacksPower:
+      return "lacks power";
+    case FlowSetState::kNotBalanced:
+      return "not balanced";
+    case FlowSetState::kNoVoltage:
+      break;
+  }
+  return "no voltage";
+}
+
+const char* StateName(BreakerState state) {
+  switch (state) {
+    case BreakerState::kOpen:
+      return "open or dead";
+    case BreakerState::kComputed:
+      return "computed";
+    case BreakerState::kNotBalanced:
+      return "not balanced";
+    case BreakerState::kNoVoltage:
+      return "no voltage";
+    case BreakerState::kNotFinite:
+      break;
+  }
+  return "not finite";
+}
+
+const char* ClassName(FlowClass where) {
+  switch (where) {
+    case FlowClass::kRadial:
+      return "radial";
+    case FlowClass::kBridge:
+      return "bridge";
+    case FlowClass::kLoop:
+      return "loop";
+    case FlowClass::kNone:
+      break;
+  }
+  return "";
+}
+
 int Flows::Count(FlowSetState state) const {
   return static_cast<int>(std::count_if(sets.begin(), sets.end(), [=](const FlowSet& s) { return s.state == state; }));
 }

@@ -31,6 +31,13 @@ enum class FlowSetState {
   kNoVoltage,    ///< loops of it have no flows: a node has no voltage
 };
 
+/// \name Words for people and programs
+///@{
+const char* ClassName(FlowClass where);     ///< "radial", "bridge", "loop"; "" for none
+const char* StateName(BreakerState state);  ///< such as "computed", "not balanced"
+const char* StateName(FlowSetState state);  ///< such as "balanced", "lacks power"
+///@}
+
 /// A breaker. Identities are raw bytes, as in the model.
 struct BreakerFlow {
   QString id;

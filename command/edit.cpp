@@ -27,6 +27,7 @@ struct EditOptions {
 constexpr const char* kEditFooter =
     "A script in UTF-8 has one edit on a line, blank lines and lines that begin with '#' apart:\n"
     "  add TABLE id=IDENTITY FIELD=VALUE ...\n"
+    "  change TABLE IDENTITY FIELD=VALUE ...\n"
     "  remove TABLE IDENTITY\n"
     "TABLE is one of CO, DV, ST, KV, BUS, LD, UN, CP, CB, XF, ZBR, LN, DLN. What holds blanks stands in double "
     "quotes.\n"
@@ -77,7 +78,7 @@ int RunEdit(const EditOptions& options) {
 
 void AddEdit(CommandLine& app, Action& action) {
   AddCommand<EditOptions>(
-      app, action, "edit", "Add records to a model and remove some, by a script",
+      app, action, "edit", "Add records to a model, change and remove some, by a script",
       [](CommandLine& command, EditOptions& options) {
         AddModelArgument(command, options.model).Required();
         command.Add("--script", options.script, "The edits, a line each").Shown("FILE").Required();

@@ -13,8 +13,6 @@
 namespace dtsdb::tools {
 namespace {
 
-const char* SeverityName(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
-
 Cell NameCell(const char* field) { return field != nullptr ? Cell(std::string(field)) : Cell(); }
 
 std::vector<Cell> FindingCells(const Finding& finding, Language language) {

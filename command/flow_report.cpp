@@ -11,50 +11,6 @@
 namespace dtsdb::tools {
 namespace {
 
-const char* StateText(FlowSetState state) {
-  switch (state) {
-    case FlowSetState::kBalanced:
-      return "balanced";
-    case FlowSetState::kLacksPower:
-      return "lacks power";
-    case FlowSetState::kNotBalanced:
-      return "not balanced";
-    case FlowSetState::kNoVoltage:
-      break;
-  }
-  return "no voltage";
-}
-
-const char* StateText(BreakerState state) {
-  switch (state) {
-    case BreakerState::kOpen:
-      return "open or dead";
-    case BreakerState::kComputed:
-      return "computed";
-    case BreakerState::kNotBalanced:
-      return "not balanced";
-    case BreakerState::kNoVoltage:
-      return "no voltage";
-    case BreakerState::kNotFinite:
-      break;
-  }
-  return "not finite";
-}
-
-const char* ClassText(FlowClass where) {
-  switch (where) {
-    case FlowClass::kRadial:
-      return "radial";
-    case FlowClass::kBridge:
-      return "bridge";
-    case FlowClass::kLoop:
-      return "loop";
-    case FlowClass::kNone:
-      break;
-  }
-  return "";
-}
-
 Sheet SetSheet(const Flows& flows) {
   Sheet sheet("sets", "Sets of nodes that closed breakers join",
               {"set", "voltage_level", "nodes", "breakers", "surplus_p", "surplus_q", "state"});
@@ -62,7 +18,7 @@ Sheet SetSheet(const Flows& flows) {
     const FlowSet& set = flows.sets[number];
     sheet.Add({NumberCell(static_cast<long long>(number)), IdText(set.kv), NumberCell(set.nodes),
                NumberCell(static_cast<long long>(set.breakers.size())), PowerCell(set.surplus.p),
-               PowerCell(set.surplus.q), StateText(set.state)});
+               PowerCell(set.surplus.q), StateName(set.state)});
   }
   return sheet;
 }
@@ -83,8 +39,8 @@ Sheet BreakerSheet(const Flows& flows) {
       const bool isTried = breaker.state != BreakerState::kNotBalanced;
       areAllComputed = areAllComputed && breaker.state == BreakerState::kComputed;
       sheet.Add({NumberCell(breaker.set), IdText(breaker.id), IdText(breaker.nd), IdText(breaker.znd),
-                 isTried ? Cell(ClassText(breaker.where)) : Cell(), FlowCell(breaker, breaker.p),
-                 FlowCell(breaker, breaker.q), StateText(breaker.state)});
+                 isTried ? Cell(ClassName(breaker.where)) : Cell(), FlowCell(breaker, breaker.p),
+                 FlowCell(breaker, breaker.q), StateName(breaker.state)});
     }
   }
   if (areAllComputed) sheet.HideColumn(sheet.Columns().size() - 1);

@@ -44,7 +44,7 @@ constexpr const char* kPutFooter =
     "there is none; columns that aren't given then have the defaults of 'dtsdb info --fields TABLE'.\n"
     "Either all values are stored or none. The database is made when there is none.\n\n"
     "Examples:\n"
-    "  dtsdb rtdb put grid CB id='Breaker 7' value=1\n"
+    "  dtsdb rtdb put grid STATUS id='Breaker 7' value=1\n"
     "  dtsdb rtdb put grid R_KV_LD kv_id='Level 10' ld_id='Load 3' next=-1";
 
 constexpr const char* kCheckFooter =
@@ -101,23 +101,6 @@ int Show(const RtdbOptions& options) {
   return kExitGood;
 }
 
-/// Changes the row that `values` have the key of, or adds it, in one transaction. Returns what was done.
-std::string PutRow(RealtimeDatabase& database, const StoredTable& table, RowValues& values) {
-  dbQuery query;
-  values.Find(query);
-  bool isThere = false;
-  const auto check = [&](int count) {
-    database.Check();
-    if (count > 1) throw Failure(kExitUsage, fmt::format("{} stands {} times in the table", values.Name(), count));
-    isThere = count == 1;
-  };
-  table.Put(database.Db(), query, check, [&values](void* row) { values.PutInto(row); });
-  database.Check();
-  database.Db()->commit();
-  database.Check();
-  return values.Name() + (isThere ? ": changed." : ": added, there was no such row.");
-}
-
 int Put(const RtdbOptions& options) {
   Report report;
   std::vector<std::string> assignments;
@@ -125,7 +108,8 @@ int Put(const RtdbOptions& options) {
   const StoredTable& table = StoredTableOf(NamedTable(options.table));
   RowValues values(table, assignments);  // a wrong value ends the command before a database is made
   RealtimeDatabase database(options.database.Path(), dbDatabase::dbAllAccess);
-  report.Line(PutRow(database, table, values));
+  const bool isNew = PutRow(database, table, values);
+  report.Line(values.Name() + (isNew ? ": added, there was no such row." : ": changed."));
   WriteReport(report, Format::kText);
   return kExitGood;
 }

@@ -35,6 +35,10 @@ class StoredTableFor : public StoredTable {
 
   int Count(dbDatabase* db) const override { return dbCursor<Row>(db).select(Twin<T>::kReadingOrder); }
 
+  std::uint64_t ChangeNumber(dbDatabase* db) const override {
+    return rtdb::ChangeNumber(db, db->lookupTable(&Row::dbDescriptor));
+  }
+
   int ForEachRow(dbDatabase* db, const std::function<void(const void*)>& visit) const override {
     dbCursor<Row> cursor(db, dbCursorViewOnly);
     const int count = cursor.select(Twin<T>::kReadingOrder);
@@ -233,6 +237,22 @@ std::string RowValues::Parse(const std::string& text, const ColumnInfo& column) 
     default:
       return ParseInto<i32>(text, cell);
   }
+}
+
+bool PutRow(RealtimeDatabase& database, const StoredTable& table, RowValues& values) {
+  dbQuery query;
+  values.Find(query);
+  bool isThere = false;
+  const auto check = [&](int count) {
+    database.Check();
+    if (count > 1) throw Failure(kExitUsage, fmt::format("{} stands {} times in the table", values.Name(), count));
+    isThere = count == 1;
+  };
+  table.Put(database.Db(), query, check, [&values](void* row) { values.PutInto(row); });
+  database.Check();
+  database.Db()->commit();
+  database.Check();
+  return !isThere;
 }
 
 }  // namespace dtsdb::tools

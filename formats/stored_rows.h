@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "formats/cell.h"
+#include "formats/realtime.h"
 #include "model/table_info.h"
 #include "rtdb/backend.h"
 #include "rtdb/column_info.h"
@@ -28,6 +29,8 @@ class StoredTable {
   virtual std::shared_ptr<void> NewRow() const = 0;
   /// The number of rows.
   virtual int Count(dbDatabase* db) const = 0;
+  /// The number of the last transaction that changed rows, see rtdb::ChangeNumber; 0 for unknown.
+  virtual std::uint64_t ChangeNumber(dbDatabase* db) const = 0;
   /// Calls `visit` with every row, in the order of the keys, and returns the number of rows.
   virtual int ForEachRow(dbDatabase* db, const std::function<void(const void* row)>& visit) const = 0;
   /// Selects the rows of `query` and calls `check` with their number. Then changes the one row, or adds a new one when
@@ -83,5 +86,9 @@ class RowValues {
   std::deque<QByteArray> m_texts;    // what the texts of m_values point to
   std::deque<std::string> m_conditions;
 };
+
+/// Changes the row that `values` have the key of, or adds it, in one transaction. True when it was added. Throws
+/// Failure when that can't be done, and when several rows have the key.
+bool PutRow(RealtimeDatabase& database, const StoredTable& table, RowValues& values);
 
 }  // namespace dtsdb::tools

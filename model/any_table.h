@@ -31,8 +31,12 @@ class AnyTable {
   const TableInfo& Info() const { return TableOfKind(m_calls->kind); }
   int GetCount() const { return m_calls->count(m_table); }
   int GetSize() const { return m_calls->size(m_table); }
+  /// Bytes of one record.
+  std::size_t RecordSize() const { return m_calls->recordSize; }
   /// The record with the logical number `lg`.
   const void* operator[](int lg) const { return m_calls->record(m_table, lg); }
+  /// The logical number of the record whose key is that of `record`, which is of the table's class; -1 for none.
+  int Find(const void* record) const { return m_calls->find(m_table, record); }
   /// True when record `a` stands in front of record `b`.
   bool IsLess(const void* a, const void* b) const { return m_calls->isLess(a, b); }
 
@@ -44,9 +48,11 @@ class AnyTable {
  private:
   struct Calls {
     TableKind kind;
+    std::size_t recordSize;
     int (*count)(void* table);
     int (*size)(void* table);
     const void* (*record)(void* table, int lg);
+    int (*find)(void* table, const void* record);
     bool (*isLess)(const void* a, const void* b);
     std::unique_ptr<NewRecords> (*makeRecords)();
     void (*setData)(void* table, NewRecords& records);
@@ -70,9 +76,14 @@ class AnyTable {
   template <class T>
   static constexpr Calls kCallsOf = {
       T::kKind,
+      sizeof(T),
       [](void* table) { return Typed<T>(table).GetCount(); },
       [](void* table) { return Typed<T>(table).GetSize(); },
       [](void* table, int lg) { return static_cast<const void*>(&Typed<T>(table)[lg]); },
+      [](void* table, const void* record) {
+        const int ph = Typed<T>(table).Find(*static_cast<const T*>(record));
+        return ph < 0 ? -1 : Typed<T>(table).PhToLg(ph);
+      },
       [](const void* a, const void* b) { return *static_cast<const T*>(a) < *static_cast<const T*>(b); },
       []() -> std::unique_ptr<NewRecords> { return std::make_unique<RecordsOf<T>>(); },
       [](void* table, NewRecords& records) {

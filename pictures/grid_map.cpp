@@ -38,8 +38,6 @@ constexpr int kArrowRadius = 6;
 constexpr int kArrowMargin = 14;   // from the end of a wire to an arrow at least
 constexpr double kArrowStep = 14;  // from one try for an arrow to the next
 
-bool IsZero(const Power& power) { return internal::ShortPowerText(power) == "0.0 / 0.0"; }
-
 const char* ClassOf(DeviceKind kind) {
   if (kind == DeviceKind::kDcLine) return "dc-line";
   return kind == DeviceKind::kWinding ? "winding" : "line";
@@ -165,7 +163,7 @@ class MapDrawing {
       Element& element = m_picture.elements[m_firstLine + i];
       if (line.kind == DeviceKind::kDcLine) PutAlong(m_wires[i], MakeSymbol("dc", {}), element);
       if (line.kind == DeviceKind::kWinding) PutTurned("transformer", true, i);
-      if (m_options.flows && line.flow && !IsZero(*line.flow)) {
+      if (m_options.flows && line.flow && !internal::IsZero(*line.flow)) {
         PutTurned("arrow", internal::GoesAlong(*line.flow), i);
       }
     }

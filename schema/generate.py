@@ -27,6 +27,8 @@ RECORD_TYPES = {"text": "QString", "i8": "i8", "u8": "u8", "i32": "i32", "u32": 
 # A field of one byte has a column of four.
 COLUMN_TYPES = {"text": "char const*", "i8": "int4", "u8": "int4", "i32": "int4", "u32": "nat4", "f32": "real4",
                 "f64": "real8"}
+PYTHON_TYPES = {"text": "np.object_", "i8": "np.int8", "u8": "np.uint8", "i32": "np.int32", "u32": "np.uint32",
+                "f32": "np.float32", "f64": "np.float64"}
 COLUMN_KINDS = {"char const*": "Text", "int4": "Int4", "nat4": "Nat4", "real4": "Real4", "real8": "Real8"}
 WRITERS = ("input", "validation", "topology", "breaker flow", "carried")
 KEYS = {"text": "Identified", "number": "Numbered", "relation": "Relation"}
@@ -252,6 +254,23 @@ def descriptor(record):
     return filled(words, first, len(first), "));")
 
 
+def by_python_type(fields):
+    """The names of the fields of each type, with what numpy calls it."""
+    groups = {}
+    for field in fields:
+        groups.setdefault(PYTHON_TYPES[field.type], []).append(field.name)
+    return [(names, python_type) for python_type, names in groups.items()]
+
+
+def literal_type(names):
+    """The type of a parameter that is one of these names, filled to the line's limit within a stub."""
+    one_line = "Literal[" + ", ".join(quoted(name) for name in names) + "]"
+    if len(one_line) <= 60:
+        return one_line
+    rest = textwrap.wrap(", ".join(quoted(name) for name in names), LINE_LIMIT - 8, break_on_hyphens=False)
+    return "Literal[\n" + "".join(" " * 8 + line + "\n" for line in rest) + " " * 4 + "]"
+
+
 def quoted(text):
     return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n") + '"'
 
@@ -288,7 +307,7 @@ def render(model):
                                      lstrip_blocks=True, keep_trailing_newline=True,
                                      undefined=jinja2.StrictUndefined)
     for function in (with_comments, filled, declarations, column_declarations, pointer_declarations, descriptor, quoted,
-                     literal, assigned):
+                     literal, assigned, by_python_type, literal_type):
         environment.filters[function.__name__] = function
 
     def fill(template, **names):
@@ -318,6 +337,7 @@ def render(model):
             ("validation/internal/message_rows.inc", "message_rows.j2"),
             ("docs/tables.md", "tables_page.j2"),
             ("docs/messages.md", "messages_page.j2"),
+            ("python/dtsdb/tables.pyi", "python_tables.j2"),
     ):
         files[path] = fill(template)
     for key in KEYS.values():

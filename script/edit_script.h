@@ -1,5 +1,5 @@
 /// \file
-/// Edit scripts: records to add to a model and to remove from it, one on a line (docs/command.md).
+/// Edit scripts: records to add to a model, to change and to remove, one on a line (docs/command.md).
 #pragma once
 
 #include <string>
@@ -17,12 +17,22 @@ std::variant<Record...> OneOf(TypeList<Record...>);
 /// A record of any class that can be edited.
 using EditedRecord = decltype(OneOf(EditedRecords()));
 
+enum class EditKind { kAdd, kChange, kRemove };
+
+/// The word for a kind, with which a line begins.
+const char* EditWord(EditKind kind);
+
 /// One line of a script.
 struct Edit {
   int line = 0;  ///< its number, from 1
-  bool isRemoval = false;
-  EditedRecord record;  ///< the record to add, its links -1; of one to remove the identity alone
+  EditKind kind = EditKind::kAdd;
+  EditedRecord
+      record;  ///< to add: its links are -1; to change: the identity and the new values; to remove: the identity
+  std::vector<const FieldInfo*> changed{};  ///< the fields that a change is given values for
 };
+
+/// The edit that the words of a line stand for. Throws Failure when they stand for none.
+Edit ParseEdit(const std::vector<std::string>& words);
 
 /// Reads a script, `file` being its name in messages. Throws Failure with the line of the first thing that is wrong.
 std::vector<Edit> ReadEditScript(const std::string& file, std::string_view bytes);

@@ -10,6 +10,7 @@ packages=(
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
   libcpp-httplib-dev pkg-config
   python3-jinja2
+  python3-dev pybind11-dev python3-numpy python3-pandas python3-pytest python3-distributed mypy
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
   zsh fish mandoc
 )

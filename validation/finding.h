@@ -11,6 +11,12 @@ namespace dtsdb {
 /// How much a finding weighs. Only errors count: a model without errors is good.
 enum class Severity { kError, kWarning, kNotice };
 
+/// The word for a severity, which stays the same: "error", "warning", "notice".
+constexpr const char* SeverityName(Severity severity) {
+  if (severity == Severity::kError) return "error";
+  return severity == Severity::kWarning ? "warning" : "notice";
+}
+
 /// One finding of a run. Of a validation the line in "nmd.log" is its `text`, stamped, in the encoding of identities.
 struct Finding {
   Severity severity = Severity::kNotice;

@@ -189,7 +189,7 @@ void LevelDrawing::DrawSwitch(const GridSwitch& where) {
   const int turns = where.upright ? 0 : 3;
   if (Contains(item.state, "isolated")) element.symbols.push_back(MakeSymbol("hatch", centre));
   element.symbols.push_back(MakeSymbol(kind + (item.open ? "-open" : "-closed"), centre, turns));
-  if (m_flows && ShowsFlow(item)) {
+  if (m_flows && ShowsFlow(item) && !IsZero(*item.flow)) {
     const bool along = GoesAlong(*item.flow) == where.fromIsFirst;
     const Point beside = where.upright ? Point{centre.x, centre.y - kArrowGap} : Point{centre.x - kArrowGap, centre.y};
     element.symbols.push_back(MakeSymbol("arrow", beside, where.upright ? (along ? 0 : 2) : (along ? 3 : 1)));
@@ -267,7 +267,7 @@ void LevelDrawing::DrawFeeder(const GridFeeder& feeder) {
   element.symbols.push_back(MakeSymbol(SymbolOf(device.kind), centre, feeder.up ? 2 : 0));
   DrawLabels(element, feeder, centre);
   if (device.isReference) element.symbols.push_back(MakeSymbol("reference", {x + kBadgeGap, centre.y}));
-  if (m_flows && device.flow) {
+  if (m_flows && device.flow && !IsZero(*device.flow)) {
     const bool away = GoesAlong(*device.flow);
     element.symbols.push_back(MakeSymbol("arrow", {x, start - step * 8}, away == (step > 0) ? 0 : 2));
   }

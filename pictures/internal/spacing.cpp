@@ -72,7 +72,9 @@ class Round {
   }
 
  private:
-  void Add(int point, double x, double y) { m_moves[Place(point)] = {m_moves[Place(point)].x + x, m_moves[Place(point)].y + y}; }
+  void Add(int point, double x, double y) {
+    m_moves[Place(point)] = {m_moves[Place(point)].x + x, m_moves[Place(point)].y + y};
+  }
 
   /// Each pair is met from its left point, or from both where they stand one above the other.
   void Part(int a, int b) {

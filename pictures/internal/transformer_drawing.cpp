@@ -54,7 +54,7 @@ void AddLines(const std::vector<std::string>& lines, Point at, Element& element)
 
 /// Arrow and power of an end beside its wire.
 void AddPowerOf(const DrawnEnd& end, Element& element) {
-  if (!end.device->flow) return;
+  if (!end.device->flow || IsZero(*end.device->flow)) return;
   const int step = end.pin.up ? -1 : 1;
   const bool away = GoesAlong(*end.device->flow);
   element.symbols.push_back(

@@ -62,6 +62,8 @@ std::string Shortened(const std::string& text, int width) {
 
 }  // namespace
 
+bool IsZero(const Power& power) { return std::fabs(power.p) < kShownAsZero && std::fabs(power.q) < kShownAsZero; }
+
 bool GoesAlong(const Power& power) { return std::fabs(power.p) < kShownAsZero ? power.q >= 0 : power.p > 0; }
 
 Label MakeLabel(const std::string& text, Point at, Anchor anchor, const Font& font) {

@@ -34,6 +34,9 @@ inline bool ShowsFlow(const StationSwitch& item) { return item.isBreaker && !ite
 /// Power goes as counted, not the other way.
 bool GoesAlong(const Power& power);
 
+/// Neither power is shown as more than zero; no arrow stands for it.
+bool IsZero(const Power& power);
+
 /// "12.5 MW" and "-3.1 Mvar".
 std::vector<std::string> PowerTexts(const Power& power);
 /// "12.5 / -3.1".

@@ -339,6 +339,19 @@ TEST_F(SmallScreening, ReportsHowFarItHasCome) {
   EXPECT_EQ(done, (std::vector<std::size_t>{1, 2, 3}));
 }
 
+TEST_F(SmallScreening, EndsWithAnErrorWhenItIsCancelled) {
+  int asked = 0;
+  ScreeningOptions options;
+  options.isCancelled = [&] { return ++asked == 2; };
+  const Model model = Model::Of(m.Db());
+  const std::vector<Outage> outages = *SingleOutages(model, OutageTables());
+  ASSERT_GT(outages.size(), 2U);
+  const Result<Screening> screening = Screen(model, outages, options);
+  ASSERT_FALSE(screening.has_value());
+  EXPECT_EQ(screening.error().message, "the screening was cancelled");
+  EXPECT_EQ(asked, 2);
+}
+
 TEST_F(SmallScreening, RefusesWhatIsUnknown) {
   const Model model = Model::Of(m.Db());
   const auto component = Screen(model, {{{"LN", "L"}}, {{"BUS", "BX"}}});

@@ -52,6 +52,20 @@ TEST_F(SwitchingTest, BaseSectionWithoutNodesIsNoSection) {
   }
 }
 
+TEST_F(SwitchingTest, AMomentIsTheWayBackToIt) {
+  Switching session = Begin();
+  ASSERT_TRUE(session.Apply("out LN L").has_value());
+  const Model model = Model::Of(m.Db());
+  const Moment moment(model);
+  ASSERT_TRUE(session.Apply("open CB Q").has_value());
+  EXPECT_FALSE(moment.EffectUntil(model).lost.empty());
+  ASSERT_TRUE(session.Apply(moment.WayBack(model)).has_value());
+  EXPECT_TRUE(moment.EffectUntil(model).lost.empty());
+  EXPECT_TRUE(moment.WayBack(model).empty());
+  EXPECT_TRUE(IsLive(session.Now(), "b"));
+  EXPECT_NE(m.Of<LN>("L").status & BranchKind<LN>::kOut, 0U) << "what was switched before stays";
+}
+
 TEST_F(SwitchingTest, BreakerTakesItsZeroImpedanceBranchOutAndBack) {
   Switching session = Begin();
   const Result<Outcome> opened = session.Apply("open CB Q");

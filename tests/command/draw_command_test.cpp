@@ -37,6 +37,31 @@ TEST(DrawCommand, AsksWhatToDraw) {
   EXPECT_EQ(result.err, "dtsdb: name what to draw with --station ID, --kv ID or --grid\n");
 }
 
+TEST(DrawCommand, DrawsTheNeighbourhoodOfAStation) {
+  const Workplace here;
+  here.CopyModel("m");
+  const CommandResult alone = here.Run("draw m --grid --around 甲站 --hops 0");
+  EXPECT_EQ(alone.code, 0);
+  EXPECT_NE(alone.out.find("data-id=\"甲站\""), std::string::npos);
+  EXPECT_EQ(alone.out.find("data-id=\"乙站\""), std::string::npos);
+  const CommandResult near = here.Run("draw m --grid --around 甲站");
+  EXPECT_NE(near.out.find("data-id=\"乙站\""), std::string::npos);
+}
+
+TEST(DrawCommand, RefusesOptionsThatDontFit) {
+  const Workplace here;
+  here.CopyModel("m");
+  const auto refusal = [&](const std::string& options) {
+    const CommandResult result = here.Run("draw m " + options);
+    EXPECT_EQ(result.code, 2);
+    return result.err;
+  };
+  EXPECT_EQ(refusal("--grid --station 甲站"), "dtsdb: name what to draw with --station ID, --kv ID or --grid\n");
+  EXPECT_EQ(refusal("--station 甲站 --around 甲站"), "dtsdb: --around needs --grid\n");
+  EXPECT_EQ(refusal("--grid --hops 1"), "dtsdb: --hops needs --around ID\n");
+  EXPECT_NE(refusal("--grid --around 丙站").find("the model has no station '丙站'"), std::string::npos);
+}
+
 TEST(DrawCommand, RefusesAnUnknownStation) {
   const Workplace here;
   here.CopyModel("m");

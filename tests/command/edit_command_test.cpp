@@ -73,6 +73,25 @@ TEST(EditCommand, GivesTheModelThatTheSameTablesGive) {
       << "numbers that nothing has worked out are none in a new record, 0 by default in a table";
 }
 
+TEST(EditCommand, ChangesARecordAndWhatFollowsFromItsNames) {
+  const Workplace here = WithScript("change LD 乙荷 p=80 nd=乙1\n");
+  EXPECT_EQ(Applied(here).out, "\ns.txt: 1 line applied; the edited model is good.\n");
+  const std::string tables = here.Run("convert e.obj tables").err;
+  EXPECT_EQ(tables, "");
+  EXPECT_TRUE(Contains(here.Read("tables/LD.csv"), "乙荷,乙站220,乙1"));
+  EXPECT_TRUE(Contains(here.Run("dump e.obj LD --id 乙荷").out, "80"));
+}
+
+TEST(EditCommand, RefusesToChangeWhatIsNotThere) {
+  const Workplace here = WithScript("change LD 乙 p=80\n");
+  EXPECT_TRUE(Contains(Refused(here).out, "1  change  LD     乙"));
+}
+
+TEST(EditCommand, AChangeThatLeavesAFaultIsNotWritten) {
+  const Workplace here = WithScript("change LD 乙荷 kv=丙站220\n");
+  EXPECT_TRUE(Contains(Refused(here).out, "LD_"));
+}
+
 TEST(EditCommand, LinesBuildOnEachOther) {
   const Workplace here = WithScript(
       "add CO id=新公司\n"

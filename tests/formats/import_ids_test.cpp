@@ -48,6 +48,16 @@ TEST_F(ImportIds, WhatIsWrittenReadsBack) {
   EXPECT_EQ(read.parts[1].identity, "SSH 3.0 2026-11-22T08:00:00Z");
 }
 
+TEST_F(ImportIds, KeepsThePositionsOfStations) {
+  ImportReport report;
+  report.identities = {{"ST", "S", "m1", "S"}};
+  report.parts = {{part_of::kPosition, "S", "m2", PositionText({8.25, -50.5})}};
+  WriteIds(report, Model());
+  EXPECT_EQ(PositionsBeside(Model()), (StationPositions{{"S", {8.25, -50.5}}}));
+  Write("CB,Q1,m1\r\n");
+  EXPECT_TRUE(PositionsBeside(Model()).empty());
+}
+
 TEST_F(ImportIds, AModelWithoutTheFileHasNone) { EXPECT_TRUE(ReadIds(Model()).identities.empty()); }
 
 TEST_F(ImportIds, AFaultIsNamedWithItsLine) {

@@ -65,9 +65,21 @@ TEST(EditScript, AddSetsEveryNumberOfAnotherRecordToNone) {
 TEST(EditScript, RemoveGivesAnIdentity) {
   const std::vector<Edit> edits = ReadEditScript("s.txt", "remove CB \"Breaker 7\"\n");
   ASSERT_EQ(edits.size(), 1U);
-  EXPECT_TRUE(edits[0].isRemoval);
+  EXPECT_EQ(edits[0].kind, EditKind::kRemove);
   EXPECT_EQ(edits[0].line, 1);
   EXPECT_EQ(IdText(std::get<CB>(edits[0].record).id), "Breaker 7");
+}
+
+TEST(EditScript, ChangeGivesAnIdentityAndTheFieldsWithNewValues) {
+  const std::vector<Edit> edits = ReadEditScript("s.txt", "change LD 乙荷 q=3 p=12.5\n");
+  ASSERT_EQ(edits.size(), 1U);
+  EXPECT_EQ(edits[0].kind, EditKind::kChange);
+  const LD& ld = std::get<LD>(edits[0].record);
+  EXPECT_EQ(IdText(ld.id), "乙荷");
+  EXPECT_EQ(ld.p, 12.5F);
+  std::vector<std::string> changed;
+  for (const FieldInfo* const field : edits[0].changed) changed.emplace_back(field->name);
+  EXPECT_EQ(changed, (std::vector<std::string>{"q", "p"}));
 }
 
 TEST(EditScript, LinesKeepTheirNumbersWhateverTheirEnds) {
@@ -90,7 +102,7 @@ TEST(EditScript, QuotesHoldBlanksAndDoubledQuotes) {
 TEST(EditScript, TablesAreFoundInEitherCase) { EXPECT_EQ(IdText(OnlyRecord<DLN>("add dln id=a").id), "a"); }
 
 TEST(EditScript, WrongLinesAreReportedWithTheirNumber) {
-  EXPECT_EQ(Wrong("\n\nfly CB x"), "s.txt, line 3: a line begins with 'add' or 'remove', not with 'fly'");
+  EXPECT_EQ(Wrong("\n\nfly CB x"), "s.txt, line 3: a line begins with 'add', 'change' or 'remove', not with 'fly'");
   EXPECT_EQ(Wrong("add"), "s.txt, line 1: 'add' needs a table");
   EXPECT_EQ(Wrong("add LNN id=x"), "s.txt, line 1: there is no table 'LNN' that can be edited; did you mean LN?");
   EXPECT_EQ(Wrong("add ND id=x"), "s.txt, line 1: table ND can't be edited: its records follow from those of others");
@@ -100,6 +112,12 @@ TEST(EditScript, WrongLinesAreReportedWithTheirNumber) {
   EXPECT_EQ(Wrong("add LD id=x =y"), "s.txt, line 1: '=y' is not of the form FIELD=VALUE");
   EXPECT_EQ(Wrong("add CB id=x flag=1"), "s.txt, line 1: field flag: the table has no such field; did you mean flags?");
   EXPECT_EQ(Wrong("add LD id=x p=1 p=2"), "s.txt, line 1: field p stands twice");
+  EXPECT_EQ(Wrong("change LD x"), "s.txt, line 1: 'change' takes a table, an identity and FIELD=VALUE");
+  EXPECT_EQ(Wrong("change LD x id=y"),
+            "s.txt, line 1: an identity can't be changed; remove the record and add it with the other one");
+  EXPECT_EQ(Wrong("change LD x ind=7"),
+            "s.txt, line 1: field ind: is a number that an addition works out; it can't be given");
+  EXPECT_EQ(Wrong("change LD x p=1 p=2"), "s.txt, line 1: field p stands twice");
   EXPECT_EQ(Wrong("add LD id=x p=many"), "s.txt, line 1: field p: 'many' is no number");
   EXPECT_EQ(Wrong("add LD id=x p="), "s.txt, line 1: field p: '' is no number");
   EXPECT_EQ(Wrong("add ST id=x type=256"), "s.txt, line 1: field type: '256' is out of range, 0 to 255");
