@@ -52,7 +52,7 @@ TEST(DrawCommand, RefusesOptionsThatDontFit) {
   const Workplace here;
   here.CopyModel("m");
   const auto refusal = [&](const std::string& options) {
-    const CommandResult result = here.Run("draw m " + options);
+    const CommandResult result = here.Run(("draw m " + options).c_str());
     EXPECT_EQ(result.code, 2);
     return result.err;
   };
