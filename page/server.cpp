@@ -18,11 +18,11 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 /// The longest that a thread waits before it looks whether the server ends.
-constexpr milliseconds kStep{100};
+constexpr milliseconds kServerStep{100};
 /// So long the first request of a connection may take to come, whoever waits.
-constexpr milliseconds kGrace{1'000};
+constexpr milliseconds kFirstGrace{1'000};
 /// The head of a request, beside its body.
-constexpr std::size_t kHead = std::size_t{64} * 1024;
+constexpr std::size_t kHeadOfRequest = std::size_t{64} * 1024;
 
 PageRequest RequestOf(const httplib::Request& request) {
   PageRequest page;
@@ -52,7 +52,7 @@ void Simplify(httplib::Request& request, bool closes) {
 
 /// The next piece of an event stream. False ends the connection.
 bool SendNext(EventStream& stream, httplib::DataSink& sink, milliseconds keepAlive, steady_clock::time_point& sent) {
-  const EventText event = stream.Take(5 * kStep);
+  const EventText event = stream.Take(5 * kServerStep);
   if (!event && stream.HasEnded()) {
     sink.done();
     return true;
@@ -130,7 +130,7 @@ class Server::Listener : public httplib::Server {
     listen_after_bind();
     while (!m_ends) {
       if (bind_to_port(address, m_port)) listen_after_bind();
-      std::this_thread::sleep_for(kStep);
+      std::this_thread::sleep_for(kServerStep);
     }
     m_hasEnded = true;
   }
@@ -176,9 +176,9 @@ class Server::Listener : public httplib::Server {
     StreamLimits limits;
     limits.request = m_limits.request;
     limits.write = m_limits.write;
-    limits.request_bytes = m_site.Limits().body + kHead;
+    limits.request_bytes = m_site.Limits().body + kHeadOfRequest;
     BoundedStream stream(socket, limits, m_ends);
-    for (milliseconds grace = kGrace; WaitForRequest(stream, grace); grace = milliseconds(0)) {
+    for (milliseconds grace = kFirstGrace; WaitForRequest(stream, grace); grace = milliseconds(0)) {
       bool closes = m_ends;
       bool closed = false;
       stream.BeginRequest();
@@ -194,7 +194,7 @@ class Server::Listener : public httplib::Server {
   bool WaitForRequest(BoundedStream& stream, milliseconds grace) {
     const auto begin = steady_clock::now();
     for (auto now = begin; !m_ends && now - begin < m_limits.idle; now = steady_clock::now()) {
-      if (stream.WaitForRequest(kStep)) return true;
+      if (stream.WaitForRequest(kServerStep)) return true;
       if (m_waiting > 0 && now - begin >= grace) return false;
     }
     return false;
