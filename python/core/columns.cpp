@@ -109,7 +109,7 @@ py::array TableAtMoment::Numbers(const FieldInfo& field) const {
   if (count > 0 && StandsInOrder()) {
     auto held = std::make_unique<Snapshot>(m_snapshot);
     const py::capsule keeper(held.get(), [](void* snapshot) { delete static_cast<Snapshot*>(snapshot); });
-    held.release();
+    static_cast<void>(held.release());  // it is the capsule's
     const auto* const first = static_cast<const std::byte*>(m_table[0]) + field.offset;
     const auto stride = static_cast<py::ssize_t>(m_table.RecordSize());
     return ReadOnly(py::array(dtype, {count}, {stride}, first, keeper));

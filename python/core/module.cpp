@@ -122,6 +122,7 @@ py::object Validate(Network& network, const std::string& language) {
 
 std::vector<SwitchEvent> EventsOf(const std::vector<std::string>& events) {
   std::vector<SwitchEvent> parsed;
+  parsed.reserve(events.size());
   for (const std::string& words : events) parsed.push_back(Take(analysis::ParseEvent(words)));
   return parsed;
 }

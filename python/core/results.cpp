@@ -11,7 +11,30 @@ namespace py = pybind11;
 namespace dtsdb::python {
 namespace {
 
-using namespace analysis;
+using analysis::Counts;
+using analysis::Dead;
+using analysis::Effect;
+using analysis::FollowedBranch;
+using analysis::Island;
+using analysis::IslandChange;
+using analysis::IslandLoss;
+using analysis::IslandPart;
+using analysis::Item;
+using analysis::LogRow;
+using analysis::MovedNode;
+using analysis::Node;
+using analysis::Outage;
+using analysis::OutageComponent;
+using analysis::OutageResult;
+using analysis::Outcome;
+using analysis::RunReport;
+using analysis::Screening;
+using analysis::Section;
+using analysis::SectionKind;
+using analysis::Supplied;
+using analysis::SupplyTotals;
+using analysis::Topology;
+using analysis::Validation;
 
 /// Makes objects of one class of dtsdb.results.
 class Maker {
@@ -177,7 +200,7 @@ py::object ToPython(const Outcome& outcome, Language language) {
 py::object ToPython(const Effect& effect) {
   const Maker makeChange("IslandChange");
   const auto change = [&](const IslandChange& islands) {
-    return makeChange(KindName(islands.kind), Numbers(islands.before), Numbers(islands.after));
+    return makeChange(analysis::KindName(islands.kind), Numbers(islands.before), Numbers(islands.after));
   };
   return Maker("Effect")(SuppliedList(effect.lost), SuppliedList(effect.regained), ListOf(effect.islands, change));
 }
