@@ -211,7 +211,9 @@ export class PictureView {
                y: middle(meant.map((box) => box.y), meant.map((box) => box.y + box.height)) - height / 2 };
     }
     const first = boxes("g.bus, g.switch")[0] ?? new DOMRect();
-    return { x: first.x - kRoomBefore.x, y: first.y - kRoomBefore.y };
+    // What names the levels stands at the left edge.
+    const x = first.x < width / 2 ? 0 : first.x - kRoomBefore.x;
+    return { x, y: first.y - kRoomBefore.y };
   }
 
   /** On paper stands the whole picture, whatever is in sight now. */
