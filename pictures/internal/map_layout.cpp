@@ -18,6 +18,7 @@ constexpr double kNearestOnMap = 44;      // likewise; cities are dense, and the
 constexpr double kNearestOfFew = 120;     // likewise, in a grid that has few
 constexpr std::size_t kFew = 40;
 constexpr double kMostPerStation = 260;  // width and height of a map, for the root of its number of stations
+constexpr double kFurthest = 1e9;        // of a position from its origin
 constexpr int kBlockGap = 40;
 constexpr int kVerticalMargin = 30;
 constexpr int kRowColumn = 170;  // stations without lines
@@ -25,10 +26,18 @@ constexpr int kRowHeight = 34;
 constexpr int kLeastWidth = 640;
 constexpr double kShape = 1.4;  // width for height
 
+/// Where a station stands; null where that isn't known, and for what is no place on Earth in any unit.
+const MapPosition* PositionOf(const GridStation& station) {
+  if (!station.position) return nullptr;
+  const bool isPlace = std::fabs(station.position->x) <= kFurthest && std::fabs(station.position->y) <= kFurthest;
+  return isPlace ? &*station.position : nullptr;
+}
+
 /// Degrees, unless a position is beyond them.
 bool AreDegrees(const std::vector<GridStation>& stations) {
   return std::all_of(stations.begin(), stations.end(), [](const GridStation& station) {
-    return !station.position || (std::fabs(station.position->x) <= 180 && std::fabs(station.position->y) <= 90);
+    const MapPosition* const position = PositionOf(station);
+    return position == nullptr || (std::fabs(position->x) <= 180 && std::fabs(position->y) <= 90);
   });
 }
 
@@ -119,15 +128,16 @@ class Layouter {
     double south = 90;
     double north = -90;
     for (const GridStation& station : m_grid.stations) {
-      if (!station.position) continue;
-      south = std::min(south, station.position->y);
-      north = std::max(north, station.position->y);
+      const MapPosition* const position = PositionOf(station);
+      if (position == nullptr) continue;
+      south = std::min(south, position->y);
+      north = std::max(north, position->y);
     }
     const double middle = (south + north) / 2 * std::numbers::pi / 180;
     const double stretch = AreDegrees(m_grid.stations) ? std::max(std::cos(middle), 0.1) : 1;
     for (std::size_t i = 0; i < places.size(); ++i) {
-      const auto& position = m_grid.stations[i].position;
-      if (!position) continue;
+      const MapPosition* const position = PositionOf(m_grid.stations[i]);
+      if (position == nullptr) continue;
       places[i] = {position->x * stretch, -position->y};
       m_isPlaced[i] = true;
     }

@@ -13,6 +13,8 @@ namespace {
 constexpr double kBetweenPoints = 36;
 constexpr double kFromEdge = 17;
 constexpr int kMostRounds = 120;
+constexpr int kFewestRounds = 10;
+constexpr int kMostMoves = 300'000;  // of points, in all rounds
 constexpr double kMoved = 0.5;       // a round that moves nothing further is the last
 constexpr double kPart = 0.5;        // of what is missing, in one round
 constexpr double kGoldenTurn = 2.4;  // radians; points on one place part in directions far from each other
@@ -151,7 +153,9 @@ std::vector<double> NearestDistances(const std::vector<PlanePoint>& points) {
 }
 
 void Spread(std::vector<PlanePoint>& points, const Edges& edges) {
-  for (int round = 0; round < kMostRounds; ++round) {
+  const int count = static_cast<int>(points.size());
+  const int rounds = std::clamp(kMostMoves / std::max(count, 1), kFewestRounds, kMostRounds);
+  for (int round = 0; round < rounds; ++round) {
     if (Round(points, edges).Move() < kMoved) break;
   }
 }

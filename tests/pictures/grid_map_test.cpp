@@ -104,6 +104,15 @@ TEST(GridMap, StationsStandWhereTheirPositionsAre) {
   test::ExpectSoundMap(grid.Get());
 }
 
+TEST(GridMap, WhatIsNoPlaceOnEarthCountsAsNoPosition) {
+  HandMadeGrid grid;
+  grid.Station("A").At(10, 50).Station("B").At(1e300, -1e300).Station("C").At(NAN, 50).Line(0, 1).Line(1, 2);
+  test::ExpectSoundMap(grid.Get());
+  const Picture picture = DrawGrid(grid.Get());
+  EXPECT_LT(picture.width, 2000);
+  EXPECT_LT(picture.height, 2000);
+}
+
 TEST(GridMap, StationsOnOnePlaceAreMovedApart) {
   HandMadeGrid grid;
   for (int i = 0; i < 30; ++i) grid.Station("S" + std::to_string(i)).At(5, 5);
