@@ -74,10 +74,6 @@ struct Result {
   }
 };
 
-void Require(bool holds, const char* what) {
-  if (!holds) throw std::runtime_error(what);
-}
-
 /// The network in its files. Small ones are measured more often: their times are shaken more.
 struct Files {
   QString input;

@@ -9,14 +9,6 @@
 #include "validation/nmd.h"
 
 namespace dtsdb::bench {
-namespace {
-
-void Require(bool holds, const char* what) {
-  if (!holds) throw std::runtime_error(what);
-}
-
-}  // namespace
-
 const SampleNetwork& SampleNetwork::Of(int stations) {
   static int size = -1;
   static std::unique_ptr<SampleNetwork> network;

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QTemporaryDir>
+#include <stdexcept>
 
 #include "model/dtsdb.h"
 
@@ -34,6 +35,11 @@ class SampleNetwork {
 
   QTemporaryDir m_directory;
 };
+
+/// Throws where something doesn't hold: what has gone wrong isn't measured.
+inline void Require(bool holds, const char* what) {
+  if (!holds) throw std::runtime_error(what);
+}
 
 /// The rows of all tables.
 long RowCount(DTSDB& model);
