@@ -26,9 +26,9 @@ using internal::TierStack;
 using internal::Transformer;
 using internal::WindingEnd;
 
-constexpr int kMargin = 16;
-constexpr int kTitleBase = 30;
-constexpr int kTitleHeight = 40;
+constexpr int kDiagramMargin = 16;
+constexpr int kDiagramTitleBase = 30;
+constexpr int kDiagramTitleHeight = 40;
 constexpr int kLevelGap = 16;
 
 std::size_t Number(int number) { return static_cast<std::size_t>(number); }
@@ -56,13 +56,14 @@ class StationDrawing {
       for (const std::string& line : TitleOf(tier.Level()))
         titles = std::max(titles, internal::TextWidth(line, internal::kBoldFont));
     }
-    m_tops = m_stack.Place(m_channels, kMargin + titles + kLevelGap + m_channels.LeftWidth(), kTitleHeight);
+    m_tops =
+        m_stack.Place(m_channels, kDiagramMargin + titles + kLevelGap + m_channels.LeftWidth(), kDiagramTitleHeight);
     DrawTitle();
     m_levels.reserve(m_stack.Tiers().size());
     for (const Tier& tier : m_stack.Tiers()) DrawLevel(tier);
     DrawTransformers();
-    m_picture.width = std::max(m_picture.width, m_stack.Right() + kMargin + m_channels.RightWidth());
-    m_picture.height = m_tops.back() + kMargin;
+    m_picture.width = std::max(m_picture.width, m_stack.Right() + kDiagramMargin + m_channels.RightWidth());
+    m_picture.height = m_tops.back() + kDiagramMargin;
     return std::move(m_picture);
   }
 
@@ -74,8 +75,9 @@ class StationDrawing {
     element.id = internal::ElementId(m_station.name);
     element.classes = "station";
     element.title = "ST " + m_station.name.identity;
-    Label label = internal::MakeLabel(m_picture.title, {kMargin, kTitleBase}, Anchor::kStart, internal::kTitleFont);
-    m_picture.width = label.box.width + 2 * kMargin;
+    Label label =
+        internal::MakeLabel(m_picture.title, {kDiagramMargin, kDiagramTitleBase}, Anchor::kStart, internal::kTitleFont);
+    m_picture.width = label.box.width + 2 * kDiagramMargin;
     element.labels.push_back(std::move(label));
     m_picture.elements.push_back(std::move(element));
   }
@@ -90,7 +92,7 @@ class StationDrawing {
     int y = tier.Grid().bars.empty() ? tier.Top() + internal::kLineHeight
                                      : tier.Y(tier.Grid().rowOf.at(tier.Grid().bars.front().node));
     for (const std::string& line : TitleOf(level)) {
-      element.labels.push_back(internal::MakeLabel(line, {kMargin, y}, Anchor::kStart, internal::kBoldFont));
+      element.labels.push_back(internal::MakeLabel(line, {kDiagramMargin, y}, Anchor::kStart, internal::kBoldFont));
       y += internal::kLineHeight;
     }
     m_picture.elements.push_back(std::move(element));

@@ -33,7 +33,7 @@ class Sweep {
   /// Calls `visit` with the points between two x.
   template <class Visit>
   void Between(double left, double right, Visit visit) const {
-    const auto isLeft = [&](int point, double x) { return m_points[Place(point)].x < x; };
+    const auto isLeft = [&](int number, double x) { return m_points[Place(number)].x < x; };
     for (auto at = std::lower_bound(m_order.begin(), m_order.end(), left, isLeft);
          at != m_order.end() && m_points[Place(*at)].x <= right; ++at) {
       visit(*at);
