@@ -27,20 +27,23 @@ configure_file(packaging/changelog.in packaging/changelog @ONLY)
 dtsdb_packed(${PROJECT_BINARY_DIR}/packaging/changelog ${PROJECT_BINARY_DIR}/packaging/changelog.Debian.gz)
 dtsdb_packed(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_BINARY_DIR}/packaging/changelog.gz)
 
-set(about "dtsdb keeps a utility's electrical network in memory as tables, validates it,\n\
-works out its topology from the positions of its breakers, computes the power\n\
-through every closed breaker, and shares a realtime database with other programs.\n.\n")
+set(about "dtsdb keeps a utility's electrical network in memory as tables, validates
+it, works out its topology from the positions of its breakers, computes the
+power through every closed breaker, and shares a realtime database.
+.
+")
 set(this_abi libdtsdb${DTSDB_ABI})
 dtsdb_package(runtime ${this_abi} libs "" "network analysis of a control centre - shared libraries"
               "${about}This package contains what programs need that run.")
 string(CONCAT built_with "${this_abi} (= ${package_version}), qt6-base-dev, liblmdb-dev, libexpected-dev, libfmt-dev, "
                          "libarchive-dev, libcsv-dev")
-dtsdb_package(development libdtsdb-dev libdevel "${built_with}" "network analysis of a control centre - development files"
-              "${about}This package contains what programs need that are built: headers, static libraries,\n\
-the CMake package dtsdb, and dtsdb.pc and dtsdb_analysis.pc for pkg-config.")
+dtsdb_package(development libdtsdb-dev libdevel "${built_with}" "network analysis of a control centre - development"
+              "${about}This package contains what programs need that are built: headers, static
+libraries, and how CMake and pkg-config find them.")
 dtsdb_package(tools dtsdb science "" "network analysis of a control centre - command"
-              "${about}This package contains the command dtsdb, its manual pages and completion, and the\n\
-unit dtsdb-run@ by which systemd runs the topology task of a realtime database.")
+              "${about}This package contains the command dtsdb, its manual pages and completion,
+and the unit by which systemd runs the topology task of a database.")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postinst)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 if(TARGET dtsdb_python)

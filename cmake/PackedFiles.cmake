@@ -1,5 +1,6 @@
 # Run by cpack on the files that it has gathered: manual pages are packed, static libraries lose what only debuggers read.
-file(GLOB_RECURSE pages ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/man1/*.1)
+file(GLOB_RECURSE pages ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*.1)
+list(FILTER pages INCLUDE REGEX "/man1/")
 if(pages)
   execute_process(COMMAND gzip --best --no-name ${pages} COMMAND_ERROR_IS_FATAL ANY)
 endif()

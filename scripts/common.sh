@@ -21,6 +21,8 @@ command -v npm >/dev/null || web_packages+=(npm)  # a nodejs that isn't Debian's
 browser_packages=("${web_packages[@]}" chromium fonts-liberation fonts-dejavu-core)
 # What building the Debian packages needs besides.
 package_packages=(dpkg-dev)
+# What building the documentation site needs.
+docs_packages=(cmake git doxygen mkdocs mkdocs-material python3-pymdownx)
 
 heading() { printf '\n== %s\n' "$*"; }
 
