@@ -11,6 +11,8 @@ import sys
 import urllib.parse
 
 LOADED = {("script", "src"), ("img", "src"), ("link", "href"), ("iframe", "src"), ("source", "src")}
+# Doxygen's head of a class links to its nested classes when they are private, too, which it doesn't show.
+DOXYGEN = "#nested-classes"
 LINKED = {("a", "href"), ("area", "href")}
 
 
@@ -34,8 +36,10 @@ class Page(html.parser.HTMLParser):
 def fault(root, path, pages, link, loaded):
     """What is wrong with a link of the page `path`; None for nothing."""
     parts = urllib.parse.urlsplit(link)
+    if link == DOXYGEN:
+        return None
     if parts.scheme or parts.netloc:
-        return "is loaded from elsewhere" if loaded and parts.scheme != "data" else None
+        return "is loaded from elsewhere" if loaded and parts.scheme not in ("data", "javascript") else None
     target = path
     if parts.path:
         target = path.parent / urllib.parse.unquote(parts.path)
