@@ -36,7 +36,7 @@ set(this_abi libdtsdb${DTSDB_ABI})
 dtsdb_package(runtime ${this_abi} libs "" "network analysis of a control centre - shared libraries"
               "${about}This package contains what programs need that run.")
 string(CONCAT built_with "${this_abi} (= ${package_version}), qt6-base-dev, liblmdb-dev, libexpected-dev, libfmt-dev, "
-                         "libarchive-dev, libcsv-dev")
+                         "libarchive-dev, libcsv-dev, libgraphviz-dev")
 dtsdb_package(development libdtsdb-dev libdevel "${built_with}" "network analysis of a control centre - development"
               "${about}This package contains what programs need that are built: headers, static
 libraries, and how CMake and pkg-config find them.")
@@ -44,10 +44,14 @@ dtsdb_package(tools dtsdb science "" "network analysis of a control centre - com
               "${about}This package contains the command dtsdb, its manual pages and completion,
 and the unit by which systemd runs the topology task of a database.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "systemd, procps")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postinst)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 if(TARGET dtsdb_python)
-  dtsdb_package(python python3-dtsdb python "python3 (>= 3.11), python3 (<< 3.12), python3-numpy"
+  # The module is for one minor version of Python.
+  math(EXPR next_minor "${Python_VERSION_MINOR} + 1")
+  set(python "python3 (>= ${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}), python3 (<< ${Python_VERSION_MAJOR}.${next_minor})")
+  dtsdb_package(python python3-dtsdb python "${python}, python3-numpy"
                 "network analysis of a control centre - package for Python"
                 "${about}This package contains the module dtsdb for Python 3.")
 endif()

@@ -14,7 +14,7 @@ shows() {
 
 echo "The command works on the sample network"
 apt-get update -qq
-install ./dtsdb_*.deb systemd
+install ./dtsdb_*.deb systemd procps man-db
 dtsdb validate ieee14 >output
 shows "the model is good"
 dtsdb topology ieee14 --sheet islands >output
@@ -49,8 +49,8 @@ shows "islands: 1"
 if ls python3-dtsdb_*.deb >/dev/null 2>&1; then
   echo "The package for Python works on the sample network"
   install ./python3-dtsdb_*.deb
-  python3 -c 'import dtsdb; print(dtsdb.__name__)' >output
-  shows dtsdb
+  python3 -c 'import dtsdb; print(len(dtsdb.open("ieee14").topology().islands), "island")' >output
+  shows "1 island"
 fi
 
 echo "They leave nothing behind"
