@@ -21,6 +21,7 @@ enum class Rules {
   kAsIs,     ///< that of TP::tpChange, which can differ from a full run; a full one only where it fails
 };
 
+/// What a run was.
 enum class RunKind {
   kNothing,      ///< no run: nothing was to follow up
   kIncremental,  ///< TP::tpChange
@@ -49,8 +50,8 @@ struct FollowedBranch {
 
 /// How a run went.
 struct RunReport {
-  RunKind kind = RunKind::kNothing;
-  RunReason reason = RunReason::kNothingWaiting;
+  RunKind kind = RunKind::kNothing;               ///< what the run was
+  RunReason reason = RunReason::kNothingWaiting;  ///< why it was that
   std::string cause;                     ///< of kOpenEnd and kZeroImpedance: table and identity, such as "LN L1"
   std::vector<FollowedBranch> followed;  ///< since the run before
   std::vector<std::string> leftOut;      ///< zero-impedance branches that the topology takes as out of service
@@ -102,6 +103,7 @@ class CarefulRunner {
   /// makes many runs seldom needs them.
   void LeaveReferencesAndFindings() { m_isBrief = true; }
 
+  /// The rules that the runs go by.
   Rules WhichRules() const { return m_rules; }
 
  private:

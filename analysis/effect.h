@@ -19,6 +19,7 @@ struct Supplied {
   float p = 0;           ///< MW of a load or unit, the field that the breaker flow takes; 0 for others
   float q = 0;           ///< Mvar, likewise
 
+  /// True when it has supply.
   bool IsLive() const { return state == "live"; }
 };
 
@@ -42,9 +43,9 @@ enum class IslandChangeKind {
 /// A change of islands, by their numbers, ascending. Numbers hold until the next run: an island can have another one
 /// before and after.
 struct IslandChange {
-  IslandChangeKind kind = IslandChangeKind::kSplit;
-  std::vector<int> before;  ///< empty for kArose
-  std::vector<int> after;   ///< empty for kDied
+  IslandChangeKind kind = IslandChangeKind::kSplit;  ///< what became of it
+  std::vector<int> before;                           ///< empty for kArose
+  std::vector<int> after;                            ///< empty for kDied
 };
 
 /// The word for a kind, which stays the same: "split", "joined", "died", "arose".
@@ -59,12 +60,12 @@ struct Effect {
 
 /// How much things are together.
 struct SupplyTotals {
-  int stations = 0;
-  int buses = 0;
-  int units = 0;
-  int loads = 0;
-  double p = 0;  ///< MW of the loads; one without a finite power counts as 0
-  double q = 0;  ///< Mvar, likewise
+  int stations = 0;  ///< number of stations
+  int buses = 0;     ///< of buses
+  int units = 0;     ///< of units
+  int loads = 0;     ///< of loads
+  double p = 0;      ///< MW of the loads; one without a finite power counts as 0
+  double q = 0;      ///< Mvar, likewise
 };
 
 /// Counts `things` and sums up the loads among them.

@@ -22,9 +22,9 @@ const char* CodeName(ErrorCode code);
 
 /// Why a call has no result.
 struct Error {
-  ErrorCode code = ErrorCode::kInternal;
-  std::string message;  ///< one line for people in UTF-8: what is wrong, where, and what to do
-  std::string place;    ///< the model, file or component that it is about; empty where there is none
+  ErrorCode code = ErrorCode::kInternal;  ///< for programs
+  std::string message;                    ///< one line for people in UTF-8: what is wrong, where, and what to do
+  std::string place;                      ///< the model, file or component that it is about; empty where there is none
 };
 
 /// A result, or the error in its place. Look first (`if (!result)`): `value()` of an error throws.

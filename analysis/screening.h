@@ -21,6 +21,7 @@ struct OutageComponent {
   std::string table;     ///< LN, XF, DLN, ZBR, CB, BUS or UN
   std::string identity;  ///< in UTF-8
 
+  /// Two are the same when all members are.
   bool operator==(const OutageComponent&) const = default;
 };
 
@@ -63,7 +64,7 @@ struct IslandLoss {
 
 /// What an outage costs.
 struct OutageResult {
-  Outage outage;
+  Outage outage;                    ///< what was taken out
   std::vector<Supplied> lost;       ///< what goes dead or off: stations, buses, units and loads
   SupplyTotals totals;              ///< of `lost`
   std::vector<IslandLoss> islands;  ///< by number: those that split, died or lost their reference
@@ -83,6 +84,7 @@ struct Screening {
   std::vector<std::string> leftOut;   ///< likewise
 };
 
+/// How outages are tried.
 struct ScreeningOptions {
   std::size_t jobs = 1;  ///< number of threads, each with a copy of the model; they end before the call returns
   /// Called now and then on the caller's thread with the number of outages done.

@@ -48,25 +48,25 @@ class Moment {
 
 /// A row of the log of an incremental run; docs/topology.md has the meanings.
 struct LogRow {
-  std::string table;
-  std::string identity;
-  std::string event;
-  int status = 0;
-  int oldSection = -1;  ///< -1 for none
-  int newSection = -1;  ///< likewise
+  std::string table;     ///< of the record
+  std::string identity;  ///< of the record, real text
+  std::string event;     ///< word for what happened
+  int status = 0;        ///< position or state after it
+  int oldSection = -1;   ///< -1 for none
+  int newSection = -1;   ///< likewise
 };
 
 /// A node that went to another section in an incremental run.
 struct MovedNode {
-  std::string node;
-  std::string level;
+  std::string node;     ///< identity of the node
+  std::string level;    ///< its voltage level
   int oldSection = -1;  ///< -1 for none
   int newSection = -1;  ///< likewise
 };
 
 /// What a run has brought.
 struct Outcome {
-  RunReport run;
+  RunReport run;                 ///< what the run was, and why
   int levels = 0;                ///< number of voltage levels that the run processed
   std::vector<LogRow> log;       ///< of an incremental run; a full one keeps none
   std::vector<MovedNode> moved;  ///< likewise
@@ -106,6 +106,7 @@ class Switching {
   explicit Switching(std::unique_ptr<Session> session);
 
  public:
+  /// The session goes over; what is left can only be assigned to or destroyed.
   Switching(Switching&&) noexcept;
   Switching& operator=(Switching&&) noexcept;
   ~Switching();
@@ -116,9 +117,9 @@ class Switching {
 
 /// A component whose state in another model no event brings about.
 struct Unreachable {
-  std::string table;
-  std::string identity;
-  std::string why;
+  std::string table;     ///< of the record
+  std::string identity;  ///< of the record, real text
+  std::string why;       ///< why it can't be brought there, for people
 };
 
 /// The way from the states of a model A to those of a model B.
@@ -133,7 +134,7 @@ Result<Way> FindWay(const Model& a, const Model& b);
 
 /// What events would do.
 struct WhatIf {
-  Outcome outcome;
+  Outcome outcome;                  ///< of the last run
   Topology topology;                ///< as it would be
   Effect effect;                    ///< on the supply
   std::vector<Difference> changes;  ///< `here` without, `there` with the events

@@ -13,10 +13,10 @@ namespace dtsdb::analysis {
 
 /// How many things stand on a section or in an island.
 struct Counts {
-  int nodes = 0;
-  int buses = 0;
-  int units = 0;
-  int loads = 0;
+  int nodes = 0;     ///< number of nodes
+  int buses = 0;     ///< of buses
+  int units = 0;     ///< of units
+  int loads = 0;     ///< of loads
   int shunts = 0;    ///< capacitors and reactors
   int branches = 0;  ///< branch ends
 };
@@ -39,22 +39,23 @@ enum class SectionKind {
 
 /// A bus section. Numbers hold until the next run.
 struct Section {
-  int number = 0;
-  SectionKind kind = SectionKind::kSection;
-  int island = -1;      ///< number of its live island, -1 when it is dead
-  std::string name;     ///< as the topology names it; may be empty
-  std::string station;  ///< identity of its station
-  std::string level;    ///< identity of its voltage level
-  Counts counts;
-  std::vector<Item> items;  ///< nodes, buses, devices and branch ends, in this order
+  int number = 0;                            ///< place among the sections
+  SectionKind kind = SectionKind::kSection;  ///< what it is
+  int island = -1;                           ///< number of its live island, -1 when it is dead
+  std::string name;                          ///< as the topology names it; may be empty
+  std::string station;                       ///< identity of its station
+  std::string level;                         ///< identity of its voltage level
+  Counts counts;                             ///< what stands on it
+  std::vector<Item> items;                   ///< nodes, buses, devices and branch ends, in this order
 
+  /// True when it lies in a live island.
   bool IsLive() const { return island >= 0; }
 };
 
 /// A live island.
 struct Island {
-  int number = 0;
-  int sections = 0;
+  int number = 0;             ///< place among the islands
+  int sections = 0;           ///< number of its sections
   Counts counts;              ///< of all its sections
   std::string reference;      ///< identity of the reference unit; empty for none
   int referenceSection = -1;  ///< number of the reference section, -1 for none
@@ -62,21 +63,22 @@ struct Island {
 
 /// A node and the electrical point that it belongs to: all nodes that closed breakers join.
 struct Node {
-  std::string identity;
-  std::string station;
-  std::string level;
-  int section = -1;   ///< number of the section or fragment that the point is; -1: too small to be a section
-  std::string point;  ///< identity of the first node of the point: the same for all nodes of one point
-  bool live = false;
+  std::string identity;  ///< real text
+  std::string station;   ///< its station
+  std::string level;     ///< its voltage level
+  int section = -1;      ///< number of the section or fragment that the point is; -1: too small to be a section
+  std::string point;     ///< identity of the first node of the point: the same for all nodes of one point
+  bool live = false;     ///< lies in a live island
 
+  /// False for a node in a group that is no section.
   bool IsInSection() const { return section >= 0; }
 };
 
 /// Equipment that isn't live.
 struct Dead {
-  std::string table;
-  std::string identity;
-  std::string state;  ///< such as "dead", "isolated", "switched off", "to end open, dead"
+  std::string table;     ///< of the record
+  std::string identity;  ///< of the record, real text
+  std::string state;     ///< such as "dead", "isolated", "switched off", "to end open, dead"
 };
 
 /// All that a topology run has worked out.
@@ -107,10 +109,10 @@ std::vector<Island> DescribeIslands(DTSDB& tables);
 
 /// A node or piece of equipment that is in another state in each of two results.
 struct Difference {
-  std::string table;
-  std::string identity;
-  std::string here;
-  std::string there;
+  std::string table;     ///< of the record
+  std::string identity;  ///< of the record, real text
+  std::string here;      ///< its state in the first model
+  std::string there;     ///< in the second
 };
 
 /// What differs between the topologies of two models that should have the same records. Another number of records is a

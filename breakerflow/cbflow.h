@@ -38,49 +38,49 @@ inline constexpr u32 TP_FLOW_RADIAL = 32;
 
 /// A node on a closed live breaker.
 struct cbNode {
-  QString name;  ///< as the breaker gives it
-  int bs = -1;   ///< number of its set
-  float p = 0;   ///< injection into the node
-  float q = 0;
-  float sp = 0;  ///< saved injection; in the end, for a node of a loop group, the injected current, real part
-  float sq = 0;  ///< and imaginary part
-  float v = 0;   ///< voltage of its bus section
-  float a = 0;   ///< and angle, in radians
-  u32 flags = 0;
+  QString name;    ///< as the breaker gives it
+  int bs = -1;     ///< number of its set
+  float p = 0;     ///< injection into the node
+  float q = 0;     ///< MW and Mvar
+  float sp = 0;    ///< saved injection; in the end, for a node of a loop group, the injected current, real part
+  float sq = 0;    ///< and imaginary part
+  float v = 0;     ///< voltage of its bus section
+  float a = 0;     ///< and angle, in radians
+  u32 flags = 0;   ///< work marks of the walk
   int degree = 0;  ///< number of breakers still open to the walk
 };
 
 /// A breaker, open ones included.
 struct cbBreaker {
-  QString id;
-  QString nd;  ///< the names of its nodes
-  QString znd;
-  int ind = -1;  ///< and their numbers
-  int iznd = -1;
-  int g1 = -1;  ///< its ends when every loop group has been contracted to one node
-  int g2 = -1;
-  u32 flags = 0;
+  QString id;          ///< identity of the breaker
+  QString nd;          ///< the names of its nodes
+  QString znd;         ///< of the to end
+  int ind = -1;        ///< and their numbers
+  int iznd = -1;       ///< of the to end
+  int g1 = -1;         ///< its ends when every loop group has been contracted to one node
+  int g2 = -1;         ///< of the to end
+  u32 flags = 0;       ///< CB_LOOP, CB_BRIDGE or CB_RADIAL
   int loops = 0;       ///< number of loops through this breaker
   bool open = false;   ///< open, or dead
   bool zopen = false;  ///< the same
   float p = 0;         ///< flow from `ind` towards `iznd`
-  float q = 0;
+  float q = 0;         ///< reactive flow, the same way
 };
 
 /// What feeds a node: a unit, a load, a shunt device or the end of a branch.
 struct cbDevice {
-  QString id;
-  QString nd;
-  int ind = -1;
-  float p = 0;  ///< as the node sees it: what flows into the node is positive
-  float q = 0;
+  QString id;         ///< identity of the device
+  QString nd;         ///< name of its node
+  int ind = -1;       ///< number of its node
+  float p = 0;        ///< as the node sees it: what flows into the node is positive
+  float q = 0;        ///< reactive, the same way
   bool zend = false;  ///< the to end of a branch
 };
 
 /// What is injected into all nodes of a set together. Zero where the data fit.
 struct FlowBalance {
-  float p = 0;
-  float q = 0;
+  float p = 0;  ///< MW
+  float q = 0;  ///< Mvar
 };
 
 /// Nodes of loops that touch each other. They are treated as one node, and then solved together.
@@ -93,9 +93,9 @@ class ndGroup {
 
   QMap<int, int> m_nodes;  ///< node numbers, each under itself
   float m_p = 0;           ///< sum of the injections
-  float m_q = 0;
-  float m_v = 0;  ///< voltage and angle of the node last added
-  float m_a = 0;
+  float m_q = 0;           ///< reactive
+  float m_v = 0;           ///< voltage and angle of the node last added
+  float m_a = 0;           ///< radians
 };
 
 /// Computes the power through every closed breaker of a realtime database.

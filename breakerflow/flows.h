@@ -40,31 +40,31 @@ const char* StateName(FlowSetState state);  ///< such as "balanced", "lacks powe
 
 /// A breaker. Identities are raw bytes, as in the model.
 struct BreakerFlow {
-  QString id;
-  QString kv;  ///< its voltage level
-  QString nd;  ///< its from and to node
-  QString znd;
-  int set = -1;  ///< its set, a place in Flows::sets; -1 for one that is open or dead
-  FlowClass where = FlowClass::kNone;
-  BreakerState state = BreakerState::kOpen;
+  QString id;                                ///< identity of the breaker
+  QString kv;                                ///< its voltage level
+  QString nd;                                ///< its from and to node
+  QString znd;                               ///< of the to end
+  int set = -1;                              ///< its set, a place in Flows::sets; -1 for one that is open or dead
+  FlowClass where = FlowClass::kNone;        ///< where it lies in its set
+  BreakerState state = BreakerState::kOpen;  ///< what became of it
   float p = 0;  ///< MW from `nd` towards `znd`, as computed: no result unless `state` is kComputed
   float q = 0;  ///< Mvar
 };
 
 /// Nodes that closed live breakers join.
 struct FlowSet {
-  QString kv;  ///< the voltage level of its first breaker
-  int nodes = 0;
-  std::vector<int> breakers;  ///< places in Flows::breakers, ascending
-  FlowBalance surplus;        ///< what is injected into its nodes together
-  FlowSetState state = FlowSetState::kBalanced;
+  QString kv;                                    ///< the voltage level of its first breaker
+  int nodes = 0;                                 ///< number of its nodes
+  std::vector<int> breakers;                     ///< places in Flows::breakers, ascending
+  FlowBalance surplus;                           ///< what is injected into its nodes together
+  FlowSetState state = FlowSetState::kBalanced;  ///< what became of it
 };
 
 /// The flows of a network.
 struct Flows {
   float tolerance = 0;                ///< of the balance test, MW and Mvar
   std::vector<BreakerFlow> breakers;  ///< all, open ones included, in the order of their identities
-  std::vector<FlowSet> sets;
+  std::vector<FlowSet> sets;          ///< sets of nodes that closed live breakers join
 
   /// Number of sets and of breakers with this state.
   int Count(FlowSetState state) const;

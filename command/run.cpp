@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <csignal>
 #include <ctime>
 #include <optional>
 
 #include "command/commands.h"
+#include "command/service_manager.h"
 #include "command/task_lock.h"
 #include "command/topology_task.h"
 #include "formats/failure.h"
@@ -61,6 +63,17 @@ class Signals {
   sigset_t m_signals{};
 };
 
+/// Waits as Signals::Wait does, and gives the service manager its signs of life meanwhile.
+Signals::Wish WaitAlive(Signals& held, int milliseconds, const ServiceManager& manager) {
+  for (int left = milliseconds;;) {
+    manager.Alive();
+    const int part = std::min(left, manager.LongestSilence());
+    const Signals::Wish wish = held.Wait(part);
+    left -= part;
+    if (wish != Signals::Wish::kGoOn || left == 0) return wish;
+  }
+}
+
 /// The task of a database, begun anew whenever the model has to be read again.
 class Service {
  public:
@@ -107,14 +120,17 @@ int Run(const RunOptions& options) {
   const TaskLock lock(name);
   RealtimeDatabase database(name, dbDatabase::dbAllAccess);
   Service service(database, {options.indications, options.asIs, options.verify}, TaskLog(options.format));
+  const ServiceManager manager;
   service.Start();
+  manager.Ready();
   for (;;) {
     service.Look();
     if (options.once) break;
-    const Signals::Wish wish = held.Wait(options.interval);
+    const Signals::Wish wish = WaitAlive(held, options.interval, manager);
     if (wish == Signals::Wish::kStop) break;
     if (wish == Signals::Wish::kReload) service.StartAgain(TaskLog::Reload::kSignal);
   }
+  manager.Stopping();
   return service.IsGood() ? kExitGood : kExitFaults;
 }
 

@@ -13,9 +13,10 @@ struct ImportReport;
 
 /// A place on a map: degrees of longitude and latitude, or lengths to the east and to the north in any unit.
 struct MapPosition {
-  double x = 0;
-  double y = 0;
+  double x = 0;  ///< longitude, or length to the east
+  double y = 0;  ///< latitude, or length to the north
 
+  /// Two are the same when both coordinates are.
   bool operator==(const MapPosition& other) const = default;
 };
 

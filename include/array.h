@@ -13,6 +13,7 @@ namespace dtsdb {
 template <class T>
 class tArray {
  public:
+  /// An array of `n` default elements.
   explicit tArray(int n) {
     if (n <= 0) return;
     m_pData = std::make_unique<T[]>(static_cast<std::size_t>(n));
@@ -22,6 +23,7 @@ class tArray {
   tArray& operator=(const tArray&) = delete;
   ~tArray() = default;
 
+  /// An element; a default one, after a warning, for an index out of range.
   T& operator[](int i) {
     DTSDB_END_UNLESS("template.h", i >= 0 && i < m_size);
     return m_pData[static_cast<std::size_t>(i)];

@@ -17,8 +17,9 @@ namespace dtsdb {
 /// single walk alone would leave a time that grows with the square of the table.
 class ChainLimit {
  public:
-  static constexpr long long kNone = std::numeric_limits<long long>::max();
+  static constexpr long long kNone = std::numeric_limits<long long>::max();  ///< as good as no limit
 
+  /// Sets the limit for this thread, until this is destroyed.
   explicit ChainLimit(long long steps) : m_before(std::exchange(s_left, steps)) {}
   ChainLimit(const ChainLimit&) = delete;
   ChainLimit& operator=(const ChainLimit&) = delete;
@@ -40,16 +41,21 @@ class ChainLimit {
 template <class Row>
 class Chain {
  public:
+  /// The table of the rows, const with them.
   using Table = std::conditional_t<std::is_const_v<Row>, const tTable<std::remove_const_t<Row>>, tTable<Row>>;
 
+  /// The chain of `table` that begins at `head`, -1 for an empty one. The table must outlive it.
   Chain(Table& table, int head) : m_table(table), m_head(head) {}
 
+  /// Where a walk is.
   class Iterator {
    public:
+    /// At row `number` of the table, -1 for the end.
     Iterator(Table* table, int number)
         : m_table(table), m_number(ChainLimit::Left() > 0 ? number : -1), m_left(table->GetSize()) {
       Check();
     }
+    /// What a range-based for needs.
     Row& operator*() const { return m_table->GetPh(m_number); }
     bool operator!=(std::nullptr_t) const { return m_number != -1; }
     Iterator& operator++() {
@@ -71,6 +77,7 @@ class Chain {
     long long* m_leftInAll = &ChainLimit::Left();
   };
 
+  /// What a range-based for needs.
   Iterator begin() const { return Iterator(&m_table, m_head); }
   std::nullptr_t end() const { return nullptr; }
 
@@ -78,6 +85,7 @@ class Chain {
   Table& m_table;
   int m_head;
 };
+/// The row class follows from the table.
 template <class Row>
 Chain(tTable<Row>&, int) -> Chain<Row>;
 template <class Row>

@@ -13,8 +13,8 @@ namespace dtsdb {
 
 /// A record's place among the others: equal records have equal ranks.
 struct RankedRecord {
-  int rank = 0;
-  int from = 0;
+  int rank = 0;  ///< place that it is ordered by
+  int from = 0;  ///< slot that it comes from
 };
 
 /// Hoare's partition with the middle record as pivot, on `p[nLow]` to `p[nHigh]`; not stable.

@@ -43,9 +43,11 @@ class Matrix {
     m_nRows = m_nCols = 0;
   }
 
+  /// Number of rows and of columns.
   int rows() const { return m_nRows; }
   int cols() const { return m_nCols; }
 
+  /// An element.
   T get(int i, int j) const { return HasPlace(i, j) ? m_pRows[i][j] : T(); }
   void set(int i, int j, const T& value) {
     if (HasPlace(i, j)) m_pRows[i][j] = value;

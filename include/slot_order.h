@@ -17,11 +17,13 @@ class SlotOrder {
  public:
   /// A place in the sequence. The place behind the last slot has `run` equal to the number of runs.
   struct Place {
-    std::size_t run = 0;
-    std::size_t index = 0;
+    std::size_t run = 0;    ///< number of the run
+    std::size_t index = 0;  ///< place within it
   };
 
+  /// Whether there are slots.
   bool IsEmpty() const { return m_runs.empty(); }
+  /// Forgets all slots.
   void Clear() { m_runs.clear(); }
 
   /// Puts `slot` behind all others.

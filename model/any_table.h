@@ -25,10 +25,13 @@ class NewRecords {
 /// A table by reference: it must outlive this.
 class AnyTable {
  public:
+  /// Implicit, so that a table of any class is taken.
   template <class T>
   AnyTable(tTable<T>& table) : m_table(&table), m_calls(&kCallsOf<T>) {}
 
+  /// The table's name, kind code and fields.
   const TableInfo& Info() const { return TableOfKind(m_calls->kind); }
+  /// Number of its records, and of its slots.
   int GetCount() const { return m_calls->count(m_table); }
   int GetSize() const { return m_calls->size(m_table); }
   /// Bytes of one record.
@@ -40,6 +43,7 @@ class AnyTable {
   /// True when record `a` stands in front of record `b`.
   bool IsLess(const void* a, const void* b) const { return m_calls->isLess(a, b); }
 
+  /// An empty list of records of the table's class.
   std::unique_ptr<NewRecords> MakeRecords() const { return m_calls->makeRecords(); }
   /// Replaces the contents of the table by `records`, which MakeRecords() of this table has made. They may be in any
   /// order and are sorted; none leave the table as it was.

@@ -16,14 +16,17 @@ namespace dtsdb::internal {
 /// Gathers what goes into an archive. All of it is there when this is destroyed.
 class ArchiveWriter {
  public:
+  /// Writes to `ar`, which must outlive it.
   explicit ArchiveWriter(QArchive& ar) : m_ar(ar) {}
   ArchiveWriter(const ArchiveWriter&) = delete;
   ArchiveWriter& operator=(const ArchiveWriter&) = delete;
   ~ArchiveWriter() { Flush(); }
 
+  /// Adds numbers of `width` bytes, a text, or the fields of a record.
   void PutNumbers(const void* numbers, std::size_t width, std::size_t count) {
     CopyTurned(Room(width * count), numbers, width, count);
   }
+  /// Adds a text, or the fields of a record.
   void PutText(const QString& text);
   void PutRecord(const void* record, std::span<const FieldRun> runs);
 
@@ -45,6 +48,7 @@ class ArchiveWriter {
 /// which then refuses it: LeaveAt sets the device to where that begins.
 class ArchiveReader {
  public:
+  /// Reads `device`, which must outlive it.
   explicit ArchiveReader(QIODevice& device) : m_device(device), m_base(device.pos()) {}
 
   /// The place of what comes next, as a position of the device.
@@ -61,6 +65,7 @@ class ArchiveReader {
   bool TakeText(QString& text);
   bool TakeRecord(void* record, std::span<const FieldRun> runs);
 
+  /// Sets the device to `position`.
   void LeaveAt(qint64 position) { m_device.seek(position); }
 
  private:

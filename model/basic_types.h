@@ -6,6 +6,7 @@
 
 namespace dtsdb {
 
+/// The numbers of the records, named by kind and bits.
 using i8 = qint8;
 using u8 = quint8;
 using i32 = qint32;

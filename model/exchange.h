@@ -106,8 +106,9 @@ bool ReadTable(dbDatabase* db, tTable<T>& table) {
 template <class T>
 class TwinFinder {
  public:
-  using Row = typename Twin<T>::Row;
+  using Row = typename Twin<T>::Row;  ///< the row that stands for the record
 
+  /// Looks in the table of `db`, which must outlive it.
   TwinFinder(dbDatabase* db, dbCursorType type) : m_cursor(db, type) {}
 
   /// Selects the rows with the identity of `record`; returns how many there are.
@@ -144,8 +145,9 @@ class TwinFinder {
 template <class T>
 class TwinWriter {
  public:
-  using Row = typename Twin<T>::Row;
+  using Row = typename Twin<T>::Row;  ///< the row that stands for the record
 
+  /// Writes into the table of `db`, which must outlive it.
   explicit TwinWriter(dbDatabase* db) : m_db(db), m_rows(db, dbCursorForUpdate) {}
 
   /// True when the table has no row.

@@ -18,13 +18,13 @@ enum class FieldType : unsigned char { kText, kI8, kU8, kI32, kU32, kF32, kF64 }
 
 /// One field of a record class.
 struct FieldInfo {
-  const char* name;
-  FieldType type;
+  const char* name;     ///< of the field, as in the class
+  FieldType type;       ///< of its value
   std::size_t offset;   ///< of the member in the record, in bytes
   TableKind refers;     ///< table whose identity or number the field holds; KIND_NONE for a value of its own
   const char* unit;     ///< such as "kV"; "" where there is none or it isn't known
   const char* writers;  ///< who writes the field, such as "validation, topology"; "input": it comes with the model
-  const char* meaning;
+  const char* meaning;  ///< for people
 
   /// The field's value in `record`. `V` must be the C++ type of `type`.
   template <class V>

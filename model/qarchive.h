@@ -14,9 +14,11 @@ namespace dtsdb {
 /// text, and everything read from then on is void.
 class QArchive : public QDataStream {
  public:
+  /// Loads from or stores to `pDevice`, which must be open and outlive it.
   QArchive(QIODevice* pDevice, bool bLoading);
   virtual ~QArchive();
 
+  /// Whether it stores, else it loads.
   bool IsStoring() const { return !m_bLoading; }
 
   /// Sets where the reading stands, for the text of a refusal. `table` must outlive the archive; `row` -1 is the

@@ -28,7 +28,7 @@ using Records = TypeList<ANALOG, BS, BSL, BUS, CB, CB2, CHND, CO, CP, DLN, DLN2,
 using Relations = TypeList<R_CO_DV, R_DV_DLN, R_DV_LN, R_DV_ST, R_KV_BUS, R_KV_CB, R_KV_CP, R_KV_LD, R_KV_ND, R_KV_UN,
                            R_KV_ZBR, R_ND_CB2, R_ND_DLN2, R_ND_LN2, R_ND_XF2, R_ND_ZBR2, R_ST_KV, R_ST_XF>;
 
-/// Calls `visit.operator()<T>()` for every record class `T`, in order: ForEachRecordClass([]<class T> { ... }).
+/// Calls `visit.operator()<T>()` for every record class `T`, in order: `ForEachRecordClass([]<class T> { ... })`.
 template <class Visitor>
 constexpr void ForEachRecordClass(Visitor&& visit) {
   ForEachType(Records(), visit);

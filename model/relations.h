@@ -305,6 +305,7 @@ template <>
 struct ParentOf<XF> {
   using Row = R_ST_XF;
 };
+/// The same in one word.
 template <class Child>
 using ParentRow = typename ParentOf<Child>::Row;
 

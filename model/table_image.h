@@ -21,6 +21,7 @@ namespace dtsdb {
 template <class T>
 class TableImage {
  public:
+  /// Writes the table to the archive.
   static void Store(tTable<T>& table, QArchive& ar) {
     table.Settle();
     internal::ArchiveWriter writer(ar);
@@ -34,6 +35,7 @@ class TableImage {
     for (int i = table.m_head; i != -1; i = table.m_pNext[i]) writer.PutRecord(&table.m_pData[i], Runs());
   }
 
+  /// Reads the table from the archive. One that is refused leaves the table half read.
   static void Load(tTable<T>& table, QArchive& ar) {
     ar.SetPlace(T::kTableName, -1);
     tTable<T> loaded;

@@ -11,11 +11,11 @@ namespace dtsdb {
 
 /// What is known of one table.
 struct TableInfo {
-  TableKind kind;
-  const char* name;  ///< of its record class
-  RecordKey key;
-  const char* meaning;  ///< what a record is
-  std::span<const FieldInfo> (*fields)();
+  TableKind kind;                          ///< kind code
+  const char* name;                        ///< of its record class
+  RecordKey key;                           ///< what its records are compared by
+  const char* meaning;                     ///< what a record is
+  std::span<const FieldInfo> (*fields)();  ///< the fields in the order of the object file
 
   /// The fields that a record is compared by: the first one, of a relation row the first two.
   std::span<const FieldInfo> KeyFields() const { return fields().first(key == RecordKey::kRelation ? 2 : 1); }

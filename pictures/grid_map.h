@@ -7,6 +7,7 @@
 
 namespace dtsdb::pictures {
 
+/// What a map shows.
 struct GridOptions {
   bool flows = false;  ///< powers with arrows on lines, where they are known
 };

@@ -7,6 +7,7 @@
 
 namespace dtsdb::pictures {
 
+/// What a diagram shows besides.
 struct DiagramOptions {
   bool flows = false;  ///< powers with arrows at feeders and switches, where they are known
 };

@@ -11,10 +11,10 @@ enum class ColumnType : unsigned char { kText, kInt4, kNat4, kReal4, kReal8, kBy
 
 /// One column of a row class.
 struct ColumnInfo {
-  static constexpr int kNoField = -1;
+  static constexpr int kNoField = -1;  ///< `field` of a column that no record has
 
-  const char* name;
-  ColumnType type;
+  const char* name;    ///< of the column, as in the class
+  ColumnType type;     ///< of its value
   std::size_t offset;  ///< of the member in the row, in bytes
   std::size_t size;    ///< of the member
   bool isKey;          ///< rows are found and ordered by it

@@ -12,6 +12,7 @@ namespace dtsdb::internal::rtdb {
 class RowPlan;
 }  // namespace dtsdb::internal::rtdb
 
+/// Whether a cursor only looks at rows, or changes them.
 enum dbCursorType { dbCursorViewOnly, dbCursorForUpdate };
 
 /// What all cursors do, whatever their table class.
@@ -43,7 +44,9 @@ class dbAnyCursor {
   /// Forgets the selection.
   void reset();
 
+  /// Number of selected rows.
   int getNumberOfRecords() const;
+  /// What the cursor is and where it stands.
   bool isUpdateCursor() const { return m_type == dbCursorForUpdate; }
   bool isFirst() const;
   bool isLast() const;
@@ -52,9 +55,11 @@ class dbAnyCursor {
   dbTableDescriptor* getTable() const { return m_table; }
 
  protected:
+  /// A cursor that keeps its row in `record`.
   dbAnyCursor(dbTableDescriptor& table, dbDatabase* database, dbCursorType type, void* record);
   ~dbAnyCursor();
 
+  /// Moves the cursor. False, with the cursor where it was, where there is no such row.
   bool gotoFirst();
   bool gotoLast();
   bool gotoNext();
@@ -62,6 +67,7 @@ class dbAnyCursor {
   bool gotoNextAvailable();
   bool gotoRow(oid_t oid);
 
+  /// The current row: whether there is one, and its number.
   bool HasCurrent() const { return m_currId != 0; }
   oid_t CurrentId() const { return m_currId; }
   /// Reports a missing current row.

@@ -28,6 +28,7 @@ struct Table;
 /// commit before their transaction began.
 class dbDatabase {
  public:
+  /// What a program may do with a store.
   enum dbAccessType { dbReadOnly, dbAllAccess };
   /// What detach does beside leaving the thread.
   enum DetachFlags { COMMIT = 1, DESTROY_CONTEXT = 2 };
@@ -35,6 +36,7 @@ class dbDatabase {
   using enum dbErrors::dbErrorClass;
   using dbErrorHandler = void (*)(int error, char const* message, int argument, void* context);
 
+  /// A database that isn't open yet.
   explicit dbDatabase(dbAccessType access = dbAllAccess);
   dbDatabase(const dbDatabase&) = delete;
   dbDatabase& operator=(const dbDatabase&) = delete;

@@ -24,6 +24,7 @@
 
 class dbDatabase;
 
+/// Numbers of that many bytes: signed, unsigned, and floating.
 using int1 = signed char;
 using nat1 = unsigned char;
 using int2 = short;
@@ -37,6 +38,7 @@ using real8 = double;
 
 /// What a column holds.
 struct dbField {
+  /// The types of columns: a bool, numbers of that many bytes, texts and bytes.
   enum FieldTypes {
     tpBool,
     tpInt1,
@@ -84,11 +86,11 @@ inline constexpr int dbFieldTypeOf<char const*> = dbField::tpString;
 
 /// One column of a table class.
 struct dbFieldDescriptor {
-  std::string name;
-  dbField::FieldTypes type = dbField::tpInt4;
-  std::size_t appOffs = 0;  ///< of the member in the class
-  std::size_t appSize = 0;  ///< of the member
-  int indexType = 0;        ///< 0, HASHED or INDEXED
+  std::string name;                            ///< as the class has it
+  dbField::FieldTypes type = dbField::tpInt4;  ///< of its value
+  std::size_t appOffs = 0;                     ///< of the member in the class
+  std::size_t appSize = 0;                     ///< of the member
+  int indexType = 0;                           ///< 0, HASHED or INDEXED
 };
 
 /// The columns of a class in the order in which it names them.
@@ -97,6 +99,7 @@ using dbFieldList = std::vector<dbFieldDescriptor>;
 /// Joins the columns that TYPE_DESCRIPTOR names, separated by commas.
 dbFieldList operator,(dbFieldList first, dbFieldList second);
 
+/// The column of a member that is a text, a bool or a number.
 template <class T>
 dbFieldList dbDescribeField(char const* name, void const* record, T const& member, int indexType) {
   static_assert(dbFieldTypeOf<T> >= 0, "a column is a char const*, a bool or a number; declare other members RAWFIELD");
@@ -105,6 +108,7 @@ dbFieldList dbDescribeField(char const* name, void const* record, T const& membe
            sizeof(T), indexType}};
 }
 
+/// The column of a member that is a range of bytes.
 template <class T>
 dbFieldList dbDescribeRawField(char const* name, void const* record, T const& member) {
   static_assert(std::is_trivially_copyable_v<T>, "a raw column is copied byte by byte");
@@ -122,7 +126,7 @@ dbFieldList dbDescribeClass() {
 /// A table class as the databases know it.
 class dbTableDescriptor {
  public:
-  using Describe = dbFieldList (*)();
+  using Describe = dbFieldList (*)();  ///< what asks a class for its columns
 
   /// Registers a class for the databases that are opened from now on. A namespace in front of the name is dropped.
   dbTableDescriptor(char const* name, dbDatabase* database, std::size_t size, Describe describe);
@@ -130,6 +134,7 @@ class dbTableDescriptor {
   dbTableDescriptor& operator=(const dbTableDescriptor&) = delete;
   ~dbTableDescriptor();
 
+  /// The table's name in the store.
   char const* getName() const { return m_name.c_str(); }
   /// The open database that the table belongs to, or null.
   dbDatabase* getDatabase() const { return m_database; }
@@ -156,14 +161,19 @@ class dbTableDescriptor {
 /// Registered, but belonging to no database: each database that is opened makes a copy.
 #define DETACHED_TABLE (reinterpret_cast<dbDatabase*>(-1))
 
+/// A column in TYPE_DESCRIPTOR.
 #define FIELD(x) dbDescribeField(#x, this, x, 0)
+/// A column with an index, HASHED or INDEXED.
 #define KEY(x, index) dbDescribeField(#x, this, x, index)
+/// A range of bytes that is kept as it is.
 #define RAWFIELD(x) dbDescribeRawField(#x, this, x)
 
+/// What a row class contains: its columns, and its descriptor.
 #define TYPE_DESCRIPTOR(fields)                               \
   dbFieldList dbDescribeComponents() const { return fields; } \
   static dbTableDescriptor dbDescriptor
 
+/// Registers a class for `database`.
 #define REGISTER_IN(table, database) \
   dbTableDescriptor table::dbDescriptor(#table, database, sizeof(table), &dbDescribeClass<table>)
 /// Belongs to the first database that is opened, until that is closed.

@@ -4,6 +4,7 @@
 
 /// Holds the classes of errors for dbDatabase, whose names they are to programs: dbDatabase::FileError.
 struct dbErrors {
+  /// The classes of errors.
   enum dbErrorClass {
     NoError,
     QueryError,

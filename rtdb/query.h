@@ -15,16 +15,17 @@ class CompiledQuery;
 
 /// One piece of a query: a piece of text, or the address of a value.
 struct dbQueryElement {
+  /// What a piece is.
   enum ElementType {
     qExpression,    ///< a piece of the query's text
     qVariable,      ///< a bool or number
     qVarString,     ///< the bytes of a text
     qVarStringPtr,  ///< a pointer to a text
   };
-  ElementType type = qExpression;
-  dbField::FieldTypes valueType = dbField::tpInt4;
-  std::string text;
-  void const* value = nullptr;
+  ElementType type = qExpression;                   ///< what the piece is
+  dbField::FieldTypes valueType = dbField::tpInt4;  ///< of a value: its type
+  std::string text;                                 ///< of a piece of text: the text
+  void const* value = nullptr;                      ///< of a value: where it is
 };
 
 /// The types that a query takes by address beside texts.
@@ -45,6 +46,7 @@ concept dbBindable = std::integral<T> || std::same_as<T, float> || std::same_as<
 class dbQuery {
  public:
   dbQuery() = default;
+  /// A query that begins with a piece of text.
   explicit dbQuery(char const* text) { append(text); }
 
   /// Starts the query anew with a piece of text.
@@ -61,6 +63,7 @@ class dbQuery {
   dbQuery& operator,(char const* const* text);
   dbQuery& operator,(char** text);
 
+  /// Binds a number.
   template <dbBindable T>
   dbQuery& operator,(T const& value) {
     return BindNumber(NumberType<T>(), &value);

@@ -8,8 +8,10 @@ using oid_t = unsigned long long;
 /// The reference to a row of any table; 0 refers to none.
 class dbAnyReference {
  public:
+  /// The reference to row `oid`.
   explicit dbAnyReference(oid_t oid = 0) : m_oid(oid) {}
 
+  /// The row's number; two references are the same when it is.
   oid_t getOid() const { return m_oid; }
   bool operator==(const dbAnyReference& other) const { return m_oid == other.m_oid; }
 

@@ -31,6 +31,7 @@ PYTHON_TYPES = {"text": "np.object_", "i8": "np.int8", "u8": "np.uint8", "i32": 
                 "f32": "np.float32", "f64": "np.float64"}
 COLUMN_KINDS = {"char const*": "Text", "int4": "Int4", "nat4": "Nat4", "real4": "Real4", "real8": "Real8"}
 WRITERS = ("input", "validation", "topology", "breaker flow", "carried")
+READERS = ("validation", "topology", "breaker flow", "other programs")
 KEYS = {"text": "Identified", "number": "Numbered", "relation": "Relation"}
 WRITINGS = {"merge": "Merging", "replace": "Replacing"}
 
@@ -98,6 +99,9 @@ class Record:
         self.key = KEYS[description.get("key", "relation")]
         self.writing = WRITINGS[description.get("writing", "replace")]
         self.meaning = description["meaning"]
+        self.readers = description["readers"]
+        for reader in self.readers:
+            require(reader in READERS, self.name, f"there is no reader {reader}; known are {', '.join(READERS)}")
         self.row = self.name.lower()
         self.relation = description if "parent" in description else None
         self.columns = []
@@ -127,6 +131,15 @@ class Record:
     @property
     def child(self):
         return self.relation["child"].lower()
+
+    @property
+    def writers(self):
+        """Who writes fields of it, the input first; what is carried has no writer."""
+        return [writer for writer in WRITERS[:-1] if any(writer in field.writers for field in self.fields)]
+
+    @property
+    def only_in_rows(self):
+        return [column for column in self.columns if not column.in_record and not column.is_range]
 
     def is_key(self, column):
         return column.name.endswith("_id") if self.relation else column.name == "id"
@@ -178,6 +191,15 @@ class Model:
         self.branches = load(SCHEMA / "branches.json")["branches"]
         self._check()
         self.messages = Messages(load(SCHEMA / "messages.json"), self.by_name, self.relations)
+
+    def referring_to(self, record):
+        """The fields of other records that hold an identity or number of it: record to fields."""
+        fields = {other: [field for field in other.fields if field.refers == record.name] for other in self.records}
+        return {other: found for other, found in fields.items() if found and other is not record}
+
+    def chains_of(self, record):
+        """The relations in which it is the parent."""
+        return [relation for relation in self.relations if relation.relation["parent"] == record.name]
 
     def _check(self):
         for place, record in enumerate(self.records, 1):
@@ -340,6 +362,8 @@ def render(model):
             ("python/dtsdb/tables.pyi", "python_tables.j2"),
     ):
         files[path] = fill(template)
+    for record in model.records:
+        files[f"docs/records/{record.name}.md"] = fill("record_page.j2", record=record)
     for key in KEYS.values():
         files[f"model/tables_{key.lower()}.cpp"] = fill("table_instances.j2", key=key)
     return files

@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev liblmdb-dev zlib1g-dev
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
-  libcpp-httplib-dev pkg-config
+  libcpp-httplib-dev libsystemd-dev pkg-config
   python3-jinja2
   python3-dev pybind11-dev python3-numpy python3-pandas python3-pytest python3-distributed mypy
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils
@@ -19,6 +19,10 @@ packages=(
 web_packages=(nodejs)
 command -v npm >/dev/null || web_packages+=(npm)  # a nodejs that isn't Debian's brings its own
 browser_packages=("${web_packages[@]}" chromium fonts-liberation fonts-dejavu-core)
+# What building the Debian packages needs besides.
+package_packages=(dpkg-dev)
+# What building the documentation site needs.
+docs_packages=(cmake git doxygen mkdocs mkdocs-material python3-pymdownx)
 
 heading() { printf '\n== %s\n' "$*"; }
 

@@ -13,10 +13,10 @@ namespace dtsdb {
 /// One type code. `bit` set in `word` means open, switched off or out of service.
 template <class Component>
 struct ComponentType {
-  using Record = Component;
-  int code;
-  u32 Component::*word;
-  u32 bit;
+  using Record = Component;  ///< the record class of the component
+  int code;                  ///< as it stands in the trace
+  u32 Component::*word;      ///< the status word that has the bit
+  u32 bit;                   ///< of the state
   /// What tpSetCompStatus writes behind an identity that the table doesn't have; nothing for "".
   const char* unknown;
   /// The event words of the run log for the bit set and the bit clear; breakers aren't logged.
@@ -26,9 +26,10 @@ struct ComponentType {
   bool bothEnds = false;
 };
 
-inline constexpr int kBreakerType = 1;
+inline constexpr int kBreakerType = 1;     ///< a breaker that is open
 inline constexpr int kZbrServiceType = 7;  ///< a zero-impedance branch out of service
 
+/// The type codes in ascending order.
 // Type 6, a transformer out of service, has no text for an unknown identity. Kept: K45.
 inline constexpr std::tuple kComponentTypes{
     ComponentType<CB>{kBreakerType, &CB::flags, CB_OPEN, " not exists in cb table"},

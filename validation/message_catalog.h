@@ -10,19 +10,21 @@
 
 namespace dtsdb {
 
+/// The languages of messages.
 enum class Language { kEnglish, kChinese };
 
 /// A message. Texts are UTF-8 literals.
 struct MessageInfo {
-  const char* code;     ///< stable, for programs
-  Severity severity;    ///< kError for the reasons of a failure
-  TableKind table;      ///< table of the records that it is about; none for the run
-  const char* field;    ///< field concerned; null for the record as a whole
-  const char* chinese;  ///< as it stands behind the identity in the log or in NMD::GetLastError, blanks included
-  const char* english;
+  const char* code;           ///< stable, for programs
+  Severity severity;          ///< kError for the reasons of a failure
+  TableKind table;            ///< table of the records that it is about; none for the run
+  const char* field;          ///< field concerned; null for the record as a whole
+  const char* chinese;        ///< as it stands behind the identity in the log or in NMD::GetLastError, blanks included
+  const char* english;        ///< the same for readers of English: a clause about the record
   const char* chineseRemedy;  ///< what to do; null where there is nothing to do
-  const char* englishRemedy;
+  const char* englishRemedy;  ///< the same in English
 
+  /// The message, and what to do, in a language.
   const char* Text(Language language) const { return language == Language::kChinese ? chinese : english; }
   const char* Remedy(Language language) const { return language == Language::kChinese ? chineseRemedy : englishRemedy; }
 };

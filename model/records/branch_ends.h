@@ -26,10 +26,13 @@ class CB2 {
   CB2() = default;
   /// Implicit, so that a table can be searched by an identity.
   CB2(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const CB2& other) const { return id == other.id; }
   bool operator<(const CB2& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "CB2";
   static constexpr TableKind kKind = KIND_CB2;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -52,10 +55,13 @@ class LN2 {
   LN2() = default;
   /// Implicit, so that a table can be searched by an identity.
   LN2(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const LN2& other) const { return id == other.id; }
   bool operator<(const LN2& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "LN2";
   static constexpr TableKind kKind = KIND_LN2;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -78,10 +84,13 @@ class DLN2 {
   DLN2() = default;
   /// Implicit, so that a table can be searched by an identity.
   DLN2(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const DLN2& other) const { return id == other.id; }
   bool operator<(const DLN2& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "DLN2";
   static constexpr TableKind kKind = KIND_DLN2;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -104,10 +113,13 @@ class XF2 {
   XF2() = default;
   /// Implicit, so that a table can be searched by an identity.
   XF2(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const XF2& other) const { return id == other.id; }
   bool operator<(const XF2& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "XF2";
   static constexpr TableKind kKind = KIND_XF2;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -130,10 +142,13 @@ class ZBR2 {
   ZBR2() = default;
   /// Implicit, so that a table can be searched by an identity.
   ZBR2(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const ZBR2& other) const { return id == other.id; }
   bool operator<(const ZBR2& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "ZBR2";
   static constexpr TableKind kKind = KIND_ZBR2;
   static constexpr RecordKey kKey = RecordKey::kIdentified;

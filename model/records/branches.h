@@ -41,10 +41,13 @@ class CB {
   CB() = default;
   /// Implicit, so that a table can be searched by an identity.
   CB(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const CB& other) const { return id == other.id; }
   bool operator<(const CB& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "CB";
   static constexpr TableKind kKind = KIND_CB;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -105,10 +108,13 @@ class LN {
   LN() = default;
   /// Implicit, so that a table can be searched by an identity.
   LN(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const LN& other) const { return id == other.id; }
   bool operator<(const LN& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "LN";
   static constexpr TableKind kKind = KIND_LN;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -152,10 +158,13 @@ class DLN {
   DLN() = default;
   /// Implicit, so that a table can be searched by an identity.
   DLN(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const DLN& other) const { return id == other.id; }
   bool operator<(const DLN& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "DLN";
   static constexpr TableKind kKind = KIND_DLN;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -231,10 +240,13 @@ class XF {
   XF() = default;
   /// Implicit, so that a table can be searched by an identity.
   XF(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const XF& other) const { return id == other.id; }
   bool operator<(const XF& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "XF";
   static constexpr TableKind kKind = KIND_XF;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -270,10 +282,13 @@ class ZBR {
   ZBR() = default;
   /// Implicit, so that a table can be searched by an identity.
   ZBR(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const ZBR& other) const { return id == other.id; }
   bool operator<(const ZBR& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "ZBR";
   static constexpr TableKind kKind = KIND_ZBR;
   static constexpr RecordKey kKey = RecordKey::kIdentified;

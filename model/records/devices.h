@@ -37,10 +37,13 @@ class ND {
   ND() = default;
   /// Implicit, so that a table can be searched by an identity.
   ND(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const ND& other) const { return id == other.id; }
   bool operator<(const ND& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "ND";
   static constexpr TableKind kKind = KIND_ND;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -70,10 +73,13 @@ class BUS {
   BUS() = default;
   /// Implicit, so that a table can be searched by an identity.
   BUS(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const BUS& other) const { return id == other.id; }
   bool operator<(const BUS& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "BUS";
   static constexpr TableKind kKind = KIND_BUS;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -117,10 +123,13 @@ class UN {
   UN() = default;
   /// Implicit, so that a table can be searched by an identity.
   UN(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const UN& other) const { return id == other.id; }
   bool operator<(const UN& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "UN";
   static constexpr TableKind kKind = KIND_UN;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -162,10 +171,13 @@ class LD {
   LD() = default;
   /// Implicit, so that a table can be searched by an identity.
   LD(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const LD& other) const { return id == other.id; }
   bool operator<(const LD& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "LD";
   static constexpr TableKind kKind = KIND_LD;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -196,10 +208,13 @@ class CP {
   CP() = default;
   /// Implicit, so that a table can be searched by an identity.
   CP(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const CP& other) const { return id == other.id; }
   bool operator<(const CP& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "CP";
   static constexpr TableKind kKind = KIND_CP;
   static constexpr RecordKey kKey = RecordKey::kIdentified;

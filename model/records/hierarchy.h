@@ -33,10 +33,13 @@ class CO {
   CO() = default;
   /// Implicit, so that a table can be searched by an identity.
   CO(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const CO& other) const { return id == other.id; }
   bool operator<(const CO& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "CO";
   static constexpr TableKind kKind = KIND_CO;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -64,10 +67,13 @@ class DV {
   DV() = default;
   /// Implicit, so that a table can be searched by an identity.
   DV(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const DV& other) const { return id == other.id; }
   bool operator<(const DV& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "DV";
   static constexpr TableKind kKind = KIND_DV;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -93,10 +99,13 @@ class ST {
   ST() = default;
   /// Implicit, so that a table can be searched by an identity.
   ST(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const ST& other) const { return id == other.id; }
   bool operator<(const ST& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "ST";
   static constexpr TableKind kKind = KIND_ST;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -129,10 +138,13 @@ class KV {
   KV() = default;
   /// Implicit, so that a table can be searched by an identity.
   KV(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const KV& other) const { return id == other.id; }
   bool operator<(const KV& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "KV";
   static constexpr TableKind kKind = KIND_KV;
   static constexpr RecordKey kKey = RecordKey::kIdentified;

@@ -32,10 +32,13 @@ class ANALOG {
   ANALOG() = default;
   /// Implicit, so that a table can be searched by an identity.
   ANALOG(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const ANALOG& other) const { return id == other.id; }
   bool operator<(const ANALOG& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "ANALOG";
   static constexpr TableKind kKind = KIND_ANALOG;
   static constexpr RecordKey kKey = RecordKey::kIdentified;
@@ -53,10 +56,13 @@ class STATUS {
   STATUS() = default;
   /// Implicit, so that a table can be searched by an identity.
   STATUS(const QString& identity) : id(identity) {}
+  /// Records are compared by their identity.
   bool operator==(const STATUS& other) const { return id == other.id; }
   bool operator<(const STATUS& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "STATUS";
   static constexpr TableKind kKind = KIND_STATUS;
   static constexpr RecordKey kKey = RecordKey::kIdentified;

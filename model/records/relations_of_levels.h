@@ -27,7 +27,9 @@ class R_KV_BUS {
   i32 prev = 0;    ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_BUS() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_BUS(const QString& parentId, const QString& childId) : kv_id(parentId), bus_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_BUS& other) const { return kv_id == other.kv_id && bus_id == other.bus_id; }
   bool operator<(const R_KV_BUS& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -35,8 +37,10 @@ class R_KV_BUS {
   }
   /// The number of the child record.
   int ChildNumber() const { return ibus; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_BUS";
   static constexpr TableKind kKind = KIND_R_KV_BUS;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -54,7 +58,9 @@ class R_KV_CB {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_CB() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_CB(const QString& parentId, const QString& childId) : kv_id(parentId), cb_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_CB& other) const { return kv_id == other.kv_id && cb_id == other.cb_id; }
   bool operator<(const R_KV_CB& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -62,8 +68,10 @@ class R_KV_CB {
   }
   /// The number of the child record.
   int ChildNumber() const { return icb; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_CB";
   static constexpr TableKind kKind = KIND_R_KV_CB;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -81,7 +89,9 @@ class R_KV_CP {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_CP() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_CP(const QString& parentId, const QString& childId) : kv_id(parentId), cp_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_CP& other) const { return kv_id == other.kv_id && cp_id == other.cp_id; }
   bool operator<(const R_KV_CP& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -89,8 +99,10 @@ class R_KV_CP {
   }
   /// The number of the child record.
   int ChildNumber() const { return icp; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_CP";
   static constexpr TableKind kKind = KIND_R_KV_CP;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -108,7 +120,9 @@ class R_KV_LD {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_LD() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_LD(const QString& parentId, const QString& childId) : kv_id(parentId), ld_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_LD& other) const { return kv_id == other.kv_id && ld_id == other.ld_id; }
   bool operator<(const R_KV_LD& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -116,8 +130,10 @@ class R_KV_LD {
   }
   /// The number of the child record.
   int ChildNumber() const { return ild; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_LD";
   static constexpr TableKind kKind = KIND_R_KV_LD;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -135,7 +151,9 @@ class R_KV_ND {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_ND() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_ND(const QString& parentId, const QString& childId) : kv_id(parentId), nd_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_ND& other) const { return kv_id == other.kv_id && nd_id == other.nd_id; }
   bool operator<(const R_KV_ND& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -143,8 +161,10 @@ class R_KV_ND {
   }
   /// The number of the child record.
   int ChildNumber() const { return ind; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_ND";
   static constexpr TableKind kKind = KIND_R_KV_ND;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -162,7 +182,9 @@ class R_KV_UN {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_UN() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_UN(const QString& parentId, const QString& childId) : kv_id(parentId), un_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_UN& other) const { return kv_id == other.kv_id && un_id == other.un_id; }
   bool operator<(const R_KV_UN& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -170,8 +192,10 @@ class R_KV_UN {
   }
   /// The number of the child record.
   int ChildNumber() const { return iun; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_UN";
   static constexpr TableKind kKind = KIND_R_KV_UN;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -189,7 +213,9 @@ class R_KV_ZBR {
   i32 prev = 0;    ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_KV_ZBR() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_KV_ZBR(const QString& parentId, const QString& childId) : kv_id(parentId), zbr_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_KV_ZBR& other) const { return kv_id == other.kv_id && zbr_id == other.zbr_id; }
   bool operator<(const R_KV_ZBR& other) const {
     const int order = kv_id.compare(other.kv_id);
@@ -197,8 +223,10 @@ class R_KV_ZBR {
   }
   /// The number of the child record.
   int ChildNumber() const { return izbr; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_KV_ZBR";
   static constexpr TableKind kKind = KIND_R_KV_ZBR;
   static constexpr RecordKey kKey = RecordKey::kRelation;

@@ -27,7 +27,9 @@ class R_ND_CB2 {
   i32 prev = 0;    ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ND_CB2() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ND_CB2(const QString& parentId, const QString& childId) : nd_id(parentId), cb2_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ND_CB2& other) const { return nd_id == other.nd_id && cb2_id == other.cb2_id; }
   bool operator<(const R_ND_CB2& other) const {
     const int order = nd_id.compare(other.nd_id);
@@ -35,8 +37,10 @@ class R_ND_CB2 {
   }
   /// The number of the child record.
   int ChildNumber() const { return icb2; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ND_CB2";
   static constexpr TableKind kKind = KIND_R_ND_CB2;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -54,7 +58,9 @@ class R_ND_DLN2 {
   i32 prev = 0;     ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ND_DLN2() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ND_DLN2(const QString& parentId, const QString& childId) : nd_id(parentId), dln2_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ND_DLN2& other) const { return nd_id == other.nd_id && dln2_id == other.dln2_id; }
   bool operator<(const R_ND_DLN2& other) const {
     const int order = nd_id.compare(other.nd_id);
@@ -62,8 +68,10 @@ class R_ND_DLN2 {
   }
   /// The number of the child record.
   int ChildNumber() const { return idln2; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ND_DLN2";
   static constexpr TableKind kKind = KIND_R_ND_DLN2;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -81,7 +89,9 @@ class R_ND_LN2 {
   i32 prev = 0;    ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ND_LN2() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ND_LN2(const QString& parentId, const QString& childId) : nd_id(parentId), ln2_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ND_LN2& other) const { return nd_id == other.nd_id && ln2_id == other.ln2_id; }
   bool operator<(const R_ND_LN2& other) const {
     const int order = nd_id.compare(other.nd_id);
@@ -89,8 +99,10 @@ class R_ND_LN2 {
   }
   /// The number of the child record.
   int ChildNumber() const { return iln2; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ND_LN2";
   static constexpr TableKind kKind = KIND_R_ND_LN2;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -108,7 +120,9 @@ class R_ND_XF2 {
   i32 prev = 0;    ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ND_XF2() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ND_XF2(const QString& parentId, const QString& childId) : nd_id(parentId), xf2_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ND_XF2& other) const { return nd_id == other.nd_id && xf2_id == other.xf2_id; }
   bool operator<(const R_ND_XF2& other) const {
     const int order = nd_id.compare(other.nd_id);
@@ -116,8 +130,10 @@ class R_ND_XF2 {
   }
   /// The number of the child record.
   int ChildNumber() const { return ixf2; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ND_XF2";
   static constexpr TableKind kKind = KIND_R_ND_XF2;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -135,7 +151,9 @@ class R_ND_ZBR2 {
   i32 prev = 0;     ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ND_ZBR2() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ND_ZBR2(const QString& parentId, const QString& childId) : nd_id(parentId), zbr2_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ND_ZBR2& other) const { return nd_id == other.nd_id && zbr2_id == other.zbr2_id; }
   bool operator<(const R_ND_ZBR2& other) const {
     const int order = nd_id.compare(other.nd_id);
@@ -143,8 +161,10 @@ class R_ND_ZBR2 {
   }
   /// The number of the child record.
   int ChildNumber() const { return izbr2; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ND_ZBR2";
   static constexpr TableKind kKind = KIND_R_ND_ZBR2;
   static constexpr RecordKey kKey = RecordKey::kRelation;

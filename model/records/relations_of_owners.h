@@ -27,7 +27,9 @@ class R_CO_DV {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_CO_DV() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_CO_DV(const QString& parentId, const QString& childId) : co_id(parentId), dv_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_CO_DV& other) const { return co_id == other.co_id && dv_id == other.dv_id; }
   bool operator<(const R_CO_DV& other) const {
     const int order = co_id.compare(other.co_id);
@@ -35,8 +37,10 @@ class R_CO_DV {
   }
   /// The number of the child record.
   int ChildNumber() const { return idv; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_CO_DV";
   static constexpr TableKind kKind = KIND_R_CO_DV;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -54,7 +58,9 @@ class R_DV_DLN {
   i32 prev = 0;    ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_DV_DLN() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_DV_DLN(const QString& parentId, const QString& childId) : dv_id(parentId), dln_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_DV_DLN& other) const { return dv_id == other.dv_id && dln_id == other.dln_id; }
   bool operator<(const R_DV_DLN& other) const {
     const int order = dv_id.compare(other.dv_id);
@@ -62,8 +68,10 @@ class R_DV_DLN {
   }
   /// The number of the child record.
   int ChildNumber() const { return idln; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_DV_DLN";
   static constexpr TableKind kKind = KIND_R_DV_DLN;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -81,7 +89,9 @@ class R_DV_LN {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_DV_LN() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_DV_LN(const QString& parentId, const QString& childId) : dv_id(parentId), ln_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_DV_LN& other) const { return dv_id == other.dv_id && ln_id == other.ln_id; }
   bool operator<(const R_DV_LN& other) const {
     const int order = dv_id.compare(other.dv_id);
@@ -89,8 +99,10 @@ class R_DV_LN {
   }
   /// The number of the child record.
   int ChildNumber() const { return iln; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_DV_LN";
   static constexpr TableKind kKind = KIND_R_DV_LN;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -108,7 +120,9 @@ class R_DV_ST {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_DV_ST() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_DV_ST(const QString& parentId, const QString& childId) : dv_id(parentId), st_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_DV_ST& other) const { return dv_id == other.dv_id && st_id == other.st_id; }
   bool operator<(const R_DV_ST& other) const {
     const int order = dv_id.compare(other.dv_id);
@@ -116,8 +130,10 @@ class R_DV_ST {
   }
   /// The number of the child record.
   int ChildNumber() const { return ist; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_DV_ST";
   static constexpr TableKind kKind = KIND_R_DV_ST;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -135,7 +151,9 @@ class R_ST_KV {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ST_KV() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ST_KV(const QString& parentId, const QString& childId) : st_id(parentId), kv_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ST_KV& other) const { return st_id == other.st_id && kv_id == other.kv_id; }
   bool operator<(const R_ST_KV& other) const {
     const int order = st_id.compare(other.st_id);
@@ -143,8 +161,10 @@ class R_ST_KV {
   }
   /// The number of the child record.
   int ChildNumber() const { return ikv; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ST_KV";
   static constexpr TableKind kKind = KIND_R_ST_KV;
   static constexpr RecordKey kKey = RecordKey::kRelation;
@@ -162,7 +182,9 @@ class R_ST_XF {
   i32 prev = 0;   ///< previous row of the parent's chain, -1 at the first row (validation)
 
   R_ST_XF() = default;
+  /// A row that joins the two; its numbers are still 0.
   R_ST_XF(const QString& parentId, const QString& childId) : st_id(parentId), xf_id(childId) {}
+  /// Rows are compared by the identity of the parent, then of the child.
   bool operator==(const R_ST_XF& other) const { return st_id == other.st_id && xf_id == other.xf_id; }
   bool operator<(const R_ST_XF& other) const {
     const int order = st_id.compare(other.st_id);
@@ -170,8 +192,10 @@ class R_ST_XF {
   }
   /// The number of the child record.
   int ChildNumber() const { return ixf; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "R_ST_XF";
   static constexpr TableKind kKind = KIND_R_ST_XF;
   static constexpr RecordKey kKey = RecordKey::kRelation;

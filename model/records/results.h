@@ -40,10 +40,13 @@ class BS {
   BS() = default;
   /// Implicit, so that a table can be searched by a number.
   BS(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const BS& other) const { return id == other.id; }
   bool operator<(const BS& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "BS";
   static constexpr TableKind kKind = KIND_BS;
   static constexpr RecordKey kKey = RecordKey::kNumbered;
@@ -62,10 +65,13 @@ class BSL {
   BSL() = default;
   /// Implicit, so that a table can be searched by a number.
   BSL(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const BSL& other) const { return id == other.id; }
   bool operator<(const BSL& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "BSL";
   static constexpr TableKind kKind = KIND_BSL;
   static constexpr RecordKey kKey = RecordKey::kNumbered;
@@ -88,10 +94,13 @@ class ISLAND {
   ISLAND() = default;
   /// Implicit, so that a table can be searched by a number.
   ISLAND(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const ISLAND& other) const { return id == other.id; }
   bool operator<(const ISLAND& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "ISLAND";
   static constexpr TableKind kKind = KIND_ISLAND;
   static constexpr RecordKey kKey = RecordKey::kNumbered;
@@ -110,10 +119,13 @@ class CHND {
   CHND() = default;
   /// Implicit, so that a table can be searched by a number.
   CHND(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const CHND& other) const { return id == other.id; }
   bool operator<(const CHND& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "CHND";
   static constexpr TableKind kKind = KIND_CHND;
   static constexpr RecordKey kKey = RecordKey::kNumbered;
@@ -135,10 +147,13 @@ class TPL {
   TPL() = default;
   /// Implicit, so that a table can be searched by a number.
   TPL(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const TPL& other) const { return id == other.id; }
   bool operator<(const TPL& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "TPL";
   static constexpr TableKind kKind = KIND_TPL;
   static constexpr RecordKey kKey = RecordKey::kNumbered;
@@ -158,10 +173,13 @@ class TPTRACE {
   TPTRACE() = default;
   /// Implicit, so that a table can be searched by a number.
   TPTRACE(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const TPTRACE& other) const { return id == other.id; }
   bool operator<(const TPTRACE& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "TPTRACE";
   static constexpr TableKind kKind = KIND_TPTRACE;
   static constexpr RecordKey kKey = RecordKey::kNumbered;
@@ -191,10 +209,13 @@ class GLOBAL {
   GLOBAL() = default;
   /// Implicit, so that a table can be searched by a number.
   GLOBAL(int number) : id(number) {}
+  /// Records are compared by their number.
   bool operator==(const GLOBAL& other) const { return id == other.id; }
   bool operator<(const GLOBAL& other) const { return id < other.id; }
+  /// Stores the record in an archive or loads it from there.
   void Serialize(QArchive& ar);
 
+  /// The table's name and kind code, what its records are compared by, and their fields in order.
   static constexpr const char* kTableName = "GLOBAL";
   static constexpr TableKind kKind = KIND_GLOBAL;
   static constexpr RecordKey kKey = RecordKey::kNumbered;

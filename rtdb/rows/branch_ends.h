@@ -20,6 +20,7 @@ class cb2 {
   int4 icb{};        ///< number of the owning CB (validation)
   int4 r_nd_cb2{};   ///< number of the R_ND_CB2 row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "cb2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(icb), FIELD(r_nd_cb2)));
@@ -39,6 +40,7 @@ class ln2 {
   nat4 flags{};      ///< bit 1: 0 from end, 1 to end; bit 2: this end is isolated (validation, topology)
   int4 r_nd{};       ///< number of the R_ND row of this end (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "ln2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(p), FIELD(q), FIELD(i), FIELD(iana_p), FIELD(iana_q), FIELD(iln),
@@ -59,6 +61,7 @@ class dln2 {
   nat4 flags{};      ///< bit 1: 0 from end, 1 to end; bit 2: this end is isolated (validation, topology)
   int4 r_nd{};       ///< number of the R_ND row of this end (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "dln2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(p), FIELD(q), FIELD(i), FIELD(iana_p), FIELD(iana_q), FIELD(idln),
@@ -79,6 +82,7 @@ class xf2 {
   nat4 flags{};      ///< bit 1: 0 from end, 1 to end; bit 2: this end is isolated (validation, topology)
   int4 r_nd{};       ///< number of the R_ND row of this end (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "xf2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(p), FIELD(q), FIELD(i), FIELD(iana_p), FIELD(iana_q), FIELD(ixf),
@@ -99,6 +103,7 @@ class zbr2 {
   nat4 flags{};      ///< bit 1: 0 from end, 1 to end; bit 2: this end is isolated (validation, topology)
   int4 r_nd{};       ///< number of the R_ND row of this end (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "zbr2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(p), FIELD(q), FIELD(i), FIELD(iana_p), FIELD(iana_q), FIELD(izbr),

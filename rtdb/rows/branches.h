@@ -40,6 +40,7 @@ class cb {
                             ///< flow)
   int4 r_kv_cb{};           ///< number of the R_KV_CB row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "cb";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_44), FIELD(kv), FIELD(flags), FIELD(status_id),
@@ -103,6 +104,7 @@ class ln {
   nat4 tp_status{};      ///< bit 1 from end isolated, 2 to end isolated, 4 both dead (topology)
   int4 r_dv_ln{};        ///< R_DV_LN row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "ln";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_164), FIELD(type), FIELD(dv), FIELD(nd), FIELD(ind),
@@ -158,6 +160,7 @@ class dln {
   real4 zp{};            ///< to P, input of the breaker flow, in MW
   real4 zq{};            ///< to Q, input of the breaker flow, in Mvar
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "dln";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_164), FIELD(dv), FIELD(nd), FIELD(ind), FIELD(znd),
@@ -239,6 +242,7 @@ class xf {
   int4 n8{};             ///< carried value
   int4 flag{};           ///< carried value
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "xf";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_164), FIELD(type), FIELD(f0), FIELD(st), FIELD(kv),
@@ -280,6 +284,7 @@ class zbr {
                         ///< with its breaker, by the careful switching (topology)
   int4 r_kv_zbr{};      ///< R_KV_ZBR row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "zbr";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), RAWFIELD(raw_4), FIELD(cb), FIELD(icb), FIELD(ind), FIELD(iznd), FIELD(ibs),

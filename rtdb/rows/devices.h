@@ -31,6 +31,7 @@ class nd {
   int4 r_nd_zbr2{};  ///< head of R_ND_ZBR2 chain (validation)
   int4 r_nd_dln2{};  ///< head of R_ND_DLN2 chain (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "nd";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(ibs), FIELD(ibs0), FIELD(flags), FIELD(next), FIELD(n1), FIELD(r_kv_nd),
@@ -61,6 +62,7 @@ class bus {
   nat4 tp_status{};     ///< bit 1: the bus lies in a dead section (topology)
   int4 r_kv_bus{};      ///< number of the R_KV_BUS row of this bus (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "bus";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_84), FIELD(kv), FIELD(nd), FIELD(ind), FIELD(ibs),
@@ -108,6 +110,7 @@ class un {
   nat4 tp_status{};     ///< bit 1: the unit lies in a dead section (topology)
   int4 r_kv_un{};       ///< R_KV_UN row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "un";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_84), FIELD(kv), FIELD(nd), FIELD(ind), FIELD(ibs),
@@ -153,6 +156,7 @@ class ld {
   char raw_236[32]{};   ///< bytes that other programs keep here
   int4 r_kv_ld{};       ///< R_KV_LD row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "ld";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_124), FIELD(kv), FIELD(nd), FIELD(ind), FIELD(ibs),
@@ -187,6 +191,7 @@ class cp {
   char raw_232[36]{};   ///< bytes that other programs keep here
   int4 r_kv_cp{};       ///< number of the R_KV_CP row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "cp";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_164), FIELD(kv), FIELD(nd), FIELD(ind), FIELD(ibs),

@@ -28,6 +28,7 @@ class co {
   real4 f8{};        ///< carried value
   int4 r_co_dv{};    ///< head of the R_CO_DV chain of this company, -1 none (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "co";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), RAWFIELD(raw_4), FIELD(f1), FIELD(f2), FIELD(f3), FIELD(f4), FIELD(f5), FIELD(f6),
@@ -54,6 +55,7 @@ class dv {
   int4 r_dv_ln{};    ///< head of the R_DV_LN chain (validation)
   int4 r_dv_dln{};   ///< head of the R_DV_DLN chain (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "dv";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), RAWFIELD(raw_4), FIELD(co), FIELD(f1), FIELD(f2), FIELD(f3), FIELD(f4), FIELD(f5),
@@ -78,6 +80,7 @@ class st {
   int4 r_st_kv{};    ///< head of R_ST_KV chain (validation)
   int4 r_st_xf{};    ///< head of R_ST_XF chain (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "st";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), RAWFIELD(raw_4), FIELD(dv), FIELD(type), FIELD(flag), FIELD(f1), FIELD(f2),
@@ -110,6 +113,7 @@ class kv {
   int4 r_kv_zbr{};     ///< head of R_KV_ZBR chain (validation)
   int4 r_kv_nd{};      ///< head of R_KV_ND chain (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "kv";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((RAWFIELD(raw_0), KEY(id, INDEXED), RAWFIELD(raw_84), FIELD(name), FIELD(st), FIELD(ibs), FIELD(ibsl),

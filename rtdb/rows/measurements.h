@@ -26,6 +26,7 @@ class analog {
   real4 f3{};          ///< carried value
   int4 flag{};         ///< carried byte
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "analog";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(name), FIELD(value), FIELD(quality), FIELD(idx), FIELD(f1), FIELD(f2),
@@ -41,6 +42,7 @@ class status {
   int4 value{};        ///< position of the point: 1 closed, 2 open; read from the realtime table by tpReadStatus
   int4 quality{};      ///< carried byte
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "status";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(name), FIELD(value), FIELD(quality)));

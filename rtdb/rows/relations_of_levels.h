@@ -23,6 +23,7 @@ class r_kv_bus {
   int4 next{};           ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};           ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_bus";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(bus_id, INDEXED), FIELD(ikv), FIELD(ibus), FIELD(next), FIELD(prev)));
@@ -39,6 +40,7 @@ class r_kv_cb {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_cb";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(cb_id, INDEXED), FIELD(ikv), FIELD(icb), FIELD(next), FIELD(prev)));
@@ -55,6 +57,7 @@ class r_kv_cp {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_cp";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(cp_id, INDEXED), FIELD(ikv), FIELD(icp), FIELD(next), FIELD(prev)));
@@ -71,6 +74,7 @@ class r_kv_ld {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_ld";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(ld_id, INDEXED), FIELD(ikv), FIELD(ild), FIELD(next), FIELD(prev)));
@@ -87,6 +91,7 @@ class r_kv_nd {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_nd";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(nd_id, INDEXED), FIELD(ikv), FIELD(ind), FIELD(next), FIELD(prev)));
@@ -103,6 +108,7 @@ class r_kv_un {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_un";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(un_id, INDEXED), FIELD(ikv), FIELD(iun), FIELD(next), FIELD(prev)));
@@ -119,6 +125,7 @@ class r_kv_zbr {
   int4 next{};           ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};           ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_kv_zbr";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(kv_id, INDEXED), KEY(zbr_id, INDEXED), FIELD(ikv), FIELD(izbr), FIELD(next), FIELD(prev)));

@@ -23,6 +23,7 @@ class r_nd_cb2 {
   int4 next{};           ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};           ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_nd_cb2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(nd_id, INDEXED), KEY(cb2_id, INDEXED), FIELD(ind), FIELD(icb2), FIELD(next), FIELD(prev)));
@@ -39,6 +40,7 @@ class r_nd_dln2 {
   int4 next{};            ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};            ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_nd_dln2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(nd_id, INDEXED), KEY(dln2_id, INDEXED), FIELD(ind), FIELD(idln2), FIELD(next), FIELD(prev)));
@@ -55,6 +57,7 @@ class r_nd_ln2 {
   int4 next{};           ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};           ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_nd_ln2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(nd_id, INDEXED), KEY(ln2_id, INDEXED), FIELD(ind), FIELD(iln2), FIELD(next), FIELD(prev)));
@@ -71,6 +74,7 @@ class r_nd_xf2 {
   int4 next{};           ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};           ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_nd_xf2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(nd_id, INDEXED), KEY(xf2_id, INDEXED), FIELD(ind), FIELD(ixf2), FIELD(next), FIELD(prev)));
@@ -87,6 +91,7 @@ class r_nd_zbr2 {
   int4 next{};            ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};            ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_nd_zbr2";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(nd_id, INDEXED), KEY(zbr2_id, INDEXED), FIELD(ind), FIELD(izbr2), FIELD(next), FIELD(prev)));

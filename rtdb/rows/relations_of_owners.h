@@ -23,6 +23,7 @@ class r_co_dv {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_co_dv";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(co_id, INDEXED), KEY(dv_id, INDEXED), FIELD(ico), FIELD(idv), FIELD(next), FIELD(prev)));
@@ -39,6 +40,7 @@ class r_dv_dln {
   int4 next{};           ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};           ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_dv_dln";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(dv_id, INDEXED), KEY(dln_id, INDEXED), FIELD(idv), FIELD(idln), FIELD(next), FIELD(prev)));
@@ -55,6 +57,7 @@ class r_dv_ln {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_dv_ln";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(dv_id, INDEXED), KEY(ln_id, INDEXED), FIELD(idv), FIELD(iln), FIELD(next), FIELD(prev)));
@@ -71,6 +74,7 @@ class r_dv_st {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_dv_st";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(dv_id, INDEXED), KEY(st_id, INDEXED), FIELD(idv), FIELD(ist), FIELD(next), FIELD(prev)));
@@ -87,6 +91,7 @@ class r_st_kv {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_st_kv";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(st_id, INDEXED), KEY(kv_id, INDEXED), FIELD(ist), FIELD(ikv), FIELD(next), FIELD(prev)));
@@ -103,6 +108,7 @@ class r_st_xf {
   int4 next{};          ///< next row of the parent's chain, -1 at the end (validation)
   int4 prev{};          ///< previous row of the parent's chain, -1 at the first row (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "r_st_xf";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(st_id, INDEXED), KEY(xf_id, INDEXED), FIELD(ist), FIELD(ixf), FIELD(next), FIELD(prev)));

@@ -35,6 +35,7 @@ class bs {
   real8 f4{};          ///< carried value
   int4 n1{};           ///< carried integer
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "bs";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(name), FIELD(ikv), RAWFIELD(raw_12), FIELD(f0), FIELD(island), FIELD(status),
@@ -52,6 +53,7 @@ class bsl {
   int4 kind{};  ///< 1-based table number of the referenced record (topology)
   int4 ref{};   ///< physical number of the referenced record; BS index for kind 2 (topology)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "bsl";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(next), FIELD(prev), FIELD(kind), FIELD(ref)));
@@ -71,6 +73,7 @@ class island {
   char const* ref_id{};  ///< identity of the reference UN (topology)
   char const* name{};    ///< carried text
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "island";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(ref_ibs), FIELD(ref_un), FIELD(ref_a), FIELD(f1), FIELD(f2), FIELD(f3),
@@ -87,6 +90,7 @@ class chnd {
   int4 ibs_old{};  ///< old bus-section (topology)
   int4 ikv{};      ///< KV number (topology)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "chnd";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(ind), FIELD(ibs_new), FIELD(ibs_old), FIELD(ikv)));
@@ -105,6 +109,7 @@ class tpl {
   nat4 time{};          ///< event time, QDateTime::toTime_t, in s (topology)
   char const* event{};  ///< event word (topology)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "tpl";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(kind), FIELD(n1), FIELD(name), FIELD(n2), FIELD(n3), FIELD(time),
@@ -123,6 +128,7 @@ class tptrace {
   int4 status{};       ///< what was asked for: nonzero closed or in service, 0 open or out of service (topology)
   nat4 time{};         ///< seconds from QDateTime::toTime_t, in s (topology)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "tptrace";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(name), FIELD(type), FIELD(n1), FIELD(status), FIELD(time)));
@@ -149,6 +155,7 @@ class global {
                       ///< refuse to run on a value other than 0 (validation)
   int4 errors{};      ///< error count of the last validation (validation)
 
+  /// The table's name in the database, and its columns in order.
   static constexpr const char* kTableName = "global";
   static std::span<const ColumnInfo> Columns();
   TYPE_DESCRIPTOR((KEY(id, INDEXED), FIELD(f1), FIELD(bs_free), FIELD(bs_dead), FIELD(bs_live), FIELD(bsl_free),

@@ -19,15 +19,18 @@ namespace dtsdb::tools::test {
 /// dtsdb run in a process of its own; killed when this goes.
 class RunningTask {
  public:
-  RunningTask(const Workplace& here, const QStringList& options) {
+  /// `variables` are added to its environment, by pairs of a name and a value. It looks each 50 ms unless `options`
+  /// have an interval.
+  RunningTask(const Workplace& here, const QStringList& options, const QStringList& variables = {}) {
     m_process.setWorkingDirectory(QString::fromStdString(here.Path().string()));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    for (qsizetype i = 0; i + 1 < variables.size(); i += 2) environment.insert(variables[i], variables[i + 1]);
     m_process.setProcessEnvironment(environment);
-    m_process.start(QString::fromUtf8(dtsdb::test::TestProgram()),
-                    QStringList{QStringLiteral("run"), QStringLiteral("rtdb:x"), QStringLiteral("--interval"),
-                                QStringLiteral("50")} +
-                        options);
+    QStringList arguments{QStringLiteral("run"), QStringLiteral("rtdb:x")};
+    if (!options.contains(QLatin1String("--interval")))
+      arguments << QStringLiteral("--interval") << QStringLiteral("50");
+    m_process.start(QString::fromUtf8(dtsdb::test::TestProgram()), arguments + options);
   }
   RunningTask(const RunningTask&) = delete;
   RunningTask& operator=(const RunningTask&) = delete;

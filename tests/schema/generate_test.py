@@ -114,7 +114,7 @@ class Output(unittest.TestCase):
         self.assertIn("real8 load{};", files["rtdb/rows/hierarchy.h"])
         self.assertIn("FIELD(load)", files["rtdb/rows/hierarchy.h"])
         self.assertIn("sizeof(co) == 52", files["rtdb/rows/hierarchy.h"])
-        self.assertIn("| `load` | f64 | MW |  | input | load of the company |", files["docs/tables.md"])
+        self.assertIn("| `load` | f64 | MW |  | input | load of the company |", files["docs/records/CO.md"])
 
     def test_a_message_reaches_constant_list_and_page(self):
         files = generate.render(generate.Model())
