@@ -149,11 +149,12 @@ export class PictureView {
     const scale = this.options.leastScale ?? 0;
     if (!this.svg || !this.isPlaced || this.view.scale >= scale) return;
     const stage = this.stage.getBoundingClientRect();
-    const wanted = this.wantedCorner(stage.width / scale, stage.height / scale);
+    const height = (stage.height - kRoomForTools) / scale;
+    const wanted = this.wantedCorner(stage.width / scale, height);
     const start = (size: number, room: number, at: number) =>
       room >= size ? (size - room) / 2 : Math.min(Math.max(at, 0), size - room);
     this.view = { scale, x: start(this.width, stage.width / scale, wanted.x),
-                  y: start(this.height, stage.height / scale, wanted.y) };
+                  y: start(this.height, height, wanted.y) };
     this.apply();
     const chosen = this.svg.querySelector<SVGGElement>("g.selected");
     if (chosen) this.reveal(chosen);
@@ -211,9 +212,8 @@ export class PictureView {
                y: middle(meant.map((box) => box.y), meant.map((box) => box.y + box.height)) - height / 2 };
     }
     const first = boxes("g.bus, g.switch")[0] ?? new DOMRect();
-    // What names the levels stands at the left edge.
-    const x = first.x < width / 2 ? 0 : first.x - kRoomBefore.x;
-    return { x, y: first.y - kRoomBefore.y };
+    const skip = (at: number, room: number) => (at < 2 * room ? 0 : at - room);  // little in front of it stays in sight
+    return { x: skip(first.x, kRoomBefore.x), y: skip(first.y, kRoomBefore.y) };
   }
 
   /** On paper stands the whole picture, whatever is in sight now. */
