@@ -40,13 +40,15 @@ string(CONCAT built_with "${this_abi} (= ${package_version}), qt6-base-dev, libl
 dtsdb_package(development libdtsdb-dev libdevel "${built_with}" "network analysis of a control centre - development"
               "${about}This package contains what programs need that are built: headers, static
 libraries, and how CMake and pkg-config find them.")
-dtsdb_package(tools dtsdb science "" "network analysis of a control centre - command"
-              "${about}This package contains the command dtsdb, its manual pages and completion,
-and the unit by which systemd runs the topology task of a database.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "systemd, procps")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postinst)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+if(TARGET dtsdb_command)
+  dtsdb_package(tools dtsdb science "" "network analysis of a control centre - command"
+                "${about}This package contains the command dtsdb, its manual pages and completion,
+and the unit by which systemd runs the topology task of a database.")
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "systemd, procps")
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postinst)
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+endif()
 if(TARGET dtsdb_python)
   # The module is for one minor version of Python.
   math(EXPR next_minor "${Python_VERSION_MINOR} + 1")
