@@ -1,6 +1,6 @@
 #include "relay/nats_stream.h"
 
-#include <nats.h>
+#include <nats/nats.h>
 
 #include <algorithm>
 #include <cstdint>
