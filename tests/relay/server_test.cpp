@@ -180,7 +180,7 @@ TEST(RelayServer, AllCopiesAreTheSameAfterKillsOfAllPrograms) {
   Installation installation(3);
   installation.StartAll();
   std::mt19937 random(std::random_device{}());
-  RandomChanges changes(random());
+  RandomChanges changes(std::random_device{}());
   Blows blows;
   int commits = 0;
   {
