@@ -27,7 +27,11 @@ constexpr const char* kProgramFooter =
 
 void AddCommands(CommandLine commands, Action& action) {
   for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddReport, AddServe, AddRun, AddFlow,
-                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb, AddCompletion}) {
+                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb,
+#ifdef DTSDB_WITH_RELAY
+                         AddRelay,
+#endif
+                         AddCompletion}) {
     add(commands, action);
   }
 }

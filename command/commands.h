@@ -34,6 +34,7 @@ void AddInfo(CommandLine& app, Action& action);
 void AddDump(CommandLine& app, Action& action);
 void AddDiff(CommandLine& app, Action& action);
 void AddRtdb(CommandLine& app, Action& action);
+void AddRelay(CommandLine& app, Action& action);
 void AddCompletion(CommandLine& app, Action& action);
 
 /// Adds subcommand `name` with its `Options`, which live as long as the action does: `describe` adds what it takes,

@@ -115,6 +115,16 @@ bool dbAnyCursor::gotoRow(oid_t oid) {
   return m_state->selection.Size() > 0 && Load();
 }
 
+bool dbAnyCursor::gotoRowByKey(oid_t oid) {
+  Context* context = nullptr;
+  Table* table = nullptr;
+  std::shared_ptr<const RowPlan> plan;
+  if (!Begin(context, table, plan)) return false;
+  if (!Report(m_state->selection.RunFor(*context, *table, plan, oid, m_record))) return false;
+  m_state->place = 0;
+  return m_state->selection.Size() > 0 && Load();
+}
+
 void dbAnyCursor::Take() {
   m_state->selection.Plan()->Decode(m_state->row.image, m_record);
   m_currId = dtsdb::internal::rtdb::RowNumberOf(m_state->row.key);

@@ -66,6 +66,8 @@ class dbAnyCursor {
   bool gotoPrev();
   bool gotoNextAvailable();
   bool gotoRow(oid_t oid);
+  /// The same by going straight to it: the row's key columns are those of the cursor's record.
+  bool gotoRowByKey(oid_t oid);
 
   /// The current row: whether there is one, and its number.
   bool HasCurrent() const { return m_currId != 0; }

@@ -46,7 +46,10 @@ bool dbDatabase::open(char const* databaseName, char const* fileName) {
   const std::string path = fileName != nullptr ? fileName : FileOf(databaseName == nullptr ? "" : databaseName);
   AssignTables();
   Status status;
-  m_store = Store::Open(path, m_access == dbReadOnly, m_sizeLimit, m_tables, status);
+  const Store::Use use = m_access == dbReadOnly    ? Store::Use::kRead
+                         : m_access == dbAllAccess ? Store::Use::kChange
+                                                   : Store::Use::kKeepCopy;
+  m_store = Store::Open(path, use, m_sizeLimit, m_tables, status);
   if (m_store == nullptr) {
     ReleaseTables();
     return Report(status);
@@ -164,6 +167,12 @@ bool dbDatabase::insertRecord(dbTableDescriptor* descriptor, dbAnyReference* ref
   return stored;
 }
 
+bool dbDatabase::insertRecordAs(oid_t oid, dbTableDescriptor* descriptor, void const* record) {
+  Context* context = Attached();
+  const Table* table = context == nullptr ? nullptr : TableOf(descriptor);
+  return table != nullptr && Report(context->InsertAs(*table, record, oid));
+}
+
 void dbDatabase::update(oid_t oid, dbTableDescriptor* descriptor, void const* record) {
   Context* context = Attached();
   const Table* table = context == nullptr ? nullptr : TableOf(descriptor);
@@ -195,6 +204,24 @@ std::uint64_t dbDatabase::changeNumber(dbTableDescriptor* descriptor) {
 std::uint64_t dbDatabase::lastCommitNumber() {
   const Context* context = Attached();
   return context == nullptr ? 0 : context->LastCommit();
+}
+
+bool dbDatabase::setCopyNote(std::string_view note) {
+  Context* context = Attached();
+  return context != nullptr && Report(context->SetCopyNote(note));
+}
+
+bool dbDatabase::moveCopyNote(std::string_view from, std::string_view to) {
+  Context* context = Attached();
+  std::string note;
+  return context != nullptr && Report(context->BeginWrite()) && Report(context->CopyNote(note)) && note == from &&
+         Report(context->SetCopyNote(to));
+}
+
+std::string dbDatabase::copyNote() {
+  Context* context = Attached();
+  std::string note;
+  return context != nullptr && Report(context->CopyNote(note)) ? note : std::string();
 }
 
 std::uint64_t dbDatabase::openingNumber() const { return m_store == nullptr ? 0 : m_store->OpeningNumber(); }

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "rtdb/descriptors.h"
@@ -28,8 +30,9 @@ struct Table;
 /// commit before their transaction began.
 class dbDatabase {
  public:
-  /// What a program may do with a store.
-  enum dbAccessType { dbReadOnly, dbAllAccess };
+  /// What a program may do with a store. dbCopyAccess is dbAllAccess for the program that keeps a copy, see setCopyNote:
+  /// all others only read one.
+  enum dbAccessType { dbReadOnly, dbAllAccess, dbCopyAccess };
   /// What detach does beside leaving the thread.
   enum DetachFlags { COMMIT = 1, DESTROY_CONTEXT = 2 };
   using dbErrorClass = dbErrors::dbErrorClass;
@@ -75,6 +78,9 @@ class dbDatabase {
     return dbReference<T>(reference.getOid());
   }
   bool insertRecord(dbTableDescriptor* table, dbAnyReference* reference, void const* record);
+  /// Stores a new row under the number that it has in another database, so that both have it in the same place. The
+  /// table must not have a row of that number. Rows inserted later get numbers above it.
+  bool insertRecordAs(oid_t oid, dbTableDescriptor* table, void const* record);
   /// Replaces the row of that number. Looks for it row by row: cursors update in less time.
   void update(oid_t oid, dbTableDescriptor* table, void const* record);
   /// Selects all rows of the cursor's table. Defined with the cursors.
@@ -94,6 +100,15 @@ class dbDatabase {
 
   /// Which opening of a database in this program the present one is, counted from 1, or 0 while it is closed.
   std::uint64_t openingNumber() const;
+
+  /// Makes the store a copy of another one and notes in it, in the running write transaction, how far that has come.
+  /// From the commit on only databases opened with dbCopyAccess change it; for all others it is as if it were opened
+  /// with dbReadOnly. An empty note makes it an ordinary store again. Needs dbCopyAccess.
+  bool setCopyNote(std::string_view note);
+  /// The same if `from` is what was noted before, as the write transaction sees it; else false, and nothing is changed.
+  bool moveCopyNote(std::string_view from, std::string_view to);
+  /// What was noted, as the thread's transaction sees it; empty in a store that is no copy.
+  std::string copyNote();
 
   /// Limits the size of the store file for the next open. 0, as at first, means 64 GiB or what the address space gives.
   void setFileSizeLimit(std::size_t bytes) { m_sizeLimit = bytes; }

@@ -12,7 +12,7 @@ from pathlib import Path
 # From the ground up: a folder includes files of its own and of the folders above it in this list.
 # The first of them are the library; internal/ serves the folder that it lies in, include/internal/ all of the library.
 LIBRARY = ["include", "rtdb", "model", "validation", "topology", "breakerflow"]
-FOLDERS = LIBRARY + ["formats", "script", "analysis", "pictures", "page", "generate", "command", "python"]
+FOLDERS = LIBRARY + ["formats", "script", "analysis", "pictures", "page", "relay", "generate", "command", "python"]
 
 # These stand on all the others and see what is internal too.
 OUTER = {"bench", "cmake", "examples", "fuzz", "tests"}

@@ -79,9 +79,7 @@ Status Context::BeginRead() {
 Status Context::BeginWrite() {
   if (m_failed) return Status::AlreadyReported();
   if (m_write != nullptr) return {};
-  if (m_store->ReadOnly()) {
-    return Status::Error(dbErrors::DatabaseReadOnly, m_store->File().Path() + ": opened for reading only");
-  }
+  if (m_store->ReadOnly()) return m_store->NotToBeChanged();
   // From here on everything goes through the write transaction; open walks take along which rows they still have to do.
   DetachStreams();
   if (m_reading) EndRead();
@@ -93,6 +91,7 @@ Status Context::BeginWrite() {
   // What was read before may have changed since.
   for (TableUse& use : m_uses) ++use.changes;
   status = m_store->Plans(m_write, m_plans);
+  if (status && m_plans->isCopy && !m_store->KeepsCopy()) status = m_store->NotToBeChanged();
   if (status) status = m_store->FirstRowNumber(m_write, m_nextRow);
   if (!status) Rollback();
   return status;
@@ -150,6 +149,19 @@ Status Context::ChangeNumber(const Table& table, std::uint64_t& number) {
   if (m_write == nullptr || !Use(table).changed) return m_store->LastChange(Transaction(), *place, number);
   number = mdb_txn_id(m_write);
   return {};
+}
+
+Status Context::CopyNote(std::string& note) {
+  if (Status status = BeginRead(); !status) return status;
+  return m_store->CopyNote(Transaction(), note);
+}
+
+Status Context::SetCopyNote(std::string_view note) {
+  if (!m_store->KeepsCopy()) {
+    return Status::Error(dbErrors::DatabaseReadOnly, m_store->File().Path() + ": not opened to be kept as a copy");
+  }
+  if (Status status = BeginWrite(); !status) return status;
+  return m_store->SetCopyNote(m_write, note);
 }
 
 void Context::Rollback() {
@@ -322,17 +334,25 @@ int Context::NoteOrder(const Table& table, std::string_view key) {
 }
 
 Status Context::Insert(const Table& table, const void* record, oid_t& number) {
-  std::shared_ptr<const RowPlan> plan;
   number = 0;
+  if (Status status = BeginWrite(); !status) return status;
+  const oid_t next = m_nextRow;
+  if (Status status = InsertAs(table, record, next); !status) return status;
+  number = next;
+  return {};
+}
+
+Status Context::InsertAs(const Table& table, const void* record, oid_t number) {
+  std::shared_ptr<const RowPlan> plan;
   if (Status status = BeginChange(table, plan); !status) return status;
   const bool shortened = plan->Key(record, m_key);
   if (shortened) {
     if (Status status = NoteLongKey(table, *plan); !status) return status;
   }
   plan->Encode(record, m_image);
-  AppendRowNumber(m_key, m_nextRow);
+  AppendRowNumber(m_key, number);
   if (Status status = PutNew(table, m_key, m_image); !status) return status;
-  number = m_nextRow++;
+  m_nextRow = std::max(m_nextRow, number + 1);
   return {};
 }
 

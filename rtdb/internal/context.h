@@ -96,6 +96,8 @@ class Context {
 
   // Changes. A failure beyond the row, such as a full store, ends the transaction: nothing of it will be stored.
   Status Insert(const Table& table, const void* record, oid_t& number);
+  /// The same under a number of the caller's choice, which no row of the table has.
+  Status InsertAs(const Table& table, const void* record, oid_t number);
   /// Replaces a row with the record. A row image that stays the same isn't written. `found` reports whether the row is
   /// still there, and `row` becomes its new state: texts of the record that lay in `row` are to be taken anew.
   Status Replace(const Table& table, LoadedRow& row, const void* record, bool& found);
@@ -106,6 +108,11 @@ class Context {
   Status ChangeNumber(const Table& table, std::uint64_t& number);
   /// The number of the thread's last commit that stored changed rows, or 0.
   std::uint64_t LastCommit() const { return m_lastCommit; }
+
+  /// What is noted in a store that is a copy, else an empty text.
+  Status CopyNote(std::string& note);
+  /// Notes it in the write transaction; an empty text makes the store no copy.
+  Status SetCopyNote(std::string_view note);
 
   /// Reports to `stream` from now on, until Unlink.
   void Link(RowStream* stream) { m_linked.push_back(stream); }

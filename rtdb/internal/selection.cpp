@@ -216,6 +216,24 @@ Status Selection::RunFor(Context& context, const Table& table, const std::shared
   return {};
 }
 
+Status Selection::RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan, oid_t number,
+                         const void* record) {
+  Reset();
+  LinkTo(context);
+  m_table = &table;
+  m_plan = plan;
+  if (!table.present) return {};
+  std::string key;
+  plan->Key(record, key);
+  AppendRowNumber(key, number);
+  std::string_view image;
+  bool found = false;
+  if (Status status = context.FindRow(table, key, image, found); !status || !found) return status;
+  m_keys.Add(key);
+  m_size = m_live = 1;
+  return {};
+}
+
 void Selection::Detach() {
   if (!m_rows.empty()) {
     KeepKeys();

@@ -49,6 +49,9 @@ class Selection final : private RowStream {
              LoadedRow& row, bool& loaded);
   /// Selects the row of that number, if the table has it.
   Status RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan, oid_t number);
+  /// The same by going straight to it: the row's key columns are those of the record.
+  Status RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan, oid_t number,
+                const void* record);
   /// Forgets all rows.
   void Reset() override;
   /// Turns a direct walk into one over kept keys, and forgets where rows lie.

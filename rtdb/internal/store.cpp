@@ -17,6 +17,8 @@ constexpr char kFormatKey[] = "@format";
 constexpr char kRowNumbersKey[] = "@rows";
 /// Under it stands the first place for the number of a table's last change that was not given.
 constexpr char kPlacesKey[] = "@places";
+/// Only in a copy of another store: what the program that keeps it has noted.
+constexpr char kCopyKey[] = "@copy";
 /// The file's format is this word and a number.
 constexpr std::string_view kFormatWord = "realtime-store ";
 constexpr int kFormat = 3;
@@ -48,14 +50,16 @@ class Opening {
 
 }  // namespace
 
-std::shared_ptr<Store> Store::Open(const std::string& path, bool readOnly, std::size_t sizeLimit,
+std::shared_ptr<Store> Store::Open(const std::string& path, Use use, std::size_t sizeLimit,
                                    const std::vector<dbTableDescriptor*>& tables, Status& status) {
   std::shared_ptr<Store> store(new Store);
-  store->m_file = Environment::Open(path, readOnly, sizeLimit, status);
+  store->m_readOnly = use == Use::kRead;
+  store->m_keepsCopy = use == Use::kKeepCopy;
+  store->m_opensToChange = use != Use::kRead;
+  store->m_file = Environment::Open(path, store->m_readOnly, sizeLimit, status);
   if (store->m_file == nullptr) return nullptr;
   static std::atomic<std::uint64_t> openings{0};
   store->m_opening = ++openings;
-  store->m_readOnly = readOnly;
   for (const dbTableDescriptor* descriptor : tables) {
     store->m_tables.push_back(
         {.name = descriptor->getName(), .descriptor = descriptor, .slot = static_cast<int>(store->m_tables.size())});
@@ -68,6 +72,13 @@ Status Store::Refused(const std::string& why) const {
   return Status::Error(dbErrors::DatabaseOpenError, m_file->Path() + ": " + why);
 }
 
+Status Store::NotToBeChanged() const {
+  return Status::Error(dbErrors::DatabaseReadOnly,
+                       m_file->Path() + (m_opensToChange ? ": a copy of another database, which only the program that "
+                                                           "keeps it changes ('dtsdb relay follow')"
+                                                         : ": opened for reading only"));
+}
+
 Status Store::OpenTables() {
   const std::lock_guard lock(m_file->HandleMutex());
   Found found;
@@ -77,6 +88,7 @@ Status Store::OpenTables() {
     if (status) status = FindTables(opening.Get(), found);
     if (status) status = opening.Commit();
   }
+  if (found.isCopy && !m_keepsCopy) m_readOnly = true;
   if (!status || m_readOnly || (found.complete && found.format == kFormat)) return status;
   // A program of before that has the file open would go on changing rows without a number.
   SoleUse alone;
@@ -103,6 +115,9 @@ Status Store::FindTables(MDB_txn* transaction, Found& found) {
   // A store is made in one transaction: a list of schemas without a format is somebody else's.
   if (found.format == 0) return Refused("not a store of the realtime database");
   found.complete = found.format > kOldestFormat;
+  std::string note;
+  if (Status status = CopyNote(transaction, note); !status) return status;
+  found.isCopy = !note.empty();
   for (Table& table : m_tables) {
     Schema schema;
     bool present = false;
@@ -335,6 +350,9 @@ Status Store::Plans(MDB_txn* transaction, std::shared_ptr<const PlanSet>& known)
   if (m_plans == nullptr || m_plans->generation != generation) {
     auto plans = std::make_shared<PlanSet>();
     plans->generation = generation;
+    std::string note;
+    if (Status status = CopyNote(transaction, note); !status) return status;
+    plans->isCopy = !note.empty();
     plans->tables.resize(m_tables.size());
     for (const Table& table : m_tables) {
       if (Status status = LoadPlan(transaction, table, plans->tables[static_cast<std::size_t>(table.slot)]); !status) {
@@ -345,6 +363,27 @@ Status Store::Plans(MDB_txn* transaction, std::shared_ptr<const PlanSet>& known)
   }
   known = m_plans;
   return {};
+}
+
+Status Store::CopyNote(MDB_txn* transaction, std::string& note) {
+  MDB_val key = Val(kCopyKey);
+  MDB_val data{};
+  note.clear();
+  const int result = mdb_get(transaction, m_schemas, &key, &data);
+  if (result == MDB_SUCCESS) note = View(data);
+  return result == MDB_SUCCESS || result == MDB_NOTFOUND ? Status() : Failed(result, "reading how far a copy has come");
+}
+
+Status Store::SetCopyNote(MDB_txn* transaction, std::string_view note) {
+  std::string before;
+  if (Status status = CopyNote(transaction, before); !status) return status;
+  MDB_val key = Val(kCopyKey);
+  MDB_val data = Val(note);
+  int result = MDB_SUCCESS;
+  if (!note.empty()) result = mdb_put(transaction, m_schemas, &key, &data, 0);
+  if (note.empty() && !before.empty()) result = mdb_del(transaction, m_schemas, &key, nullptr);
+  if (result != MDB_SUCCESS) return Failed(result, "noting how far a copy has come");
+  return note.empty() == before.empty() ? Status() : RaiseGeneration(transaction);
 }
 
 Status Store::MarkLongKeys(MDB_txn* transaction, const Table& table) {

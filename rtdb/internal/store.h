@@ -42,6 +42,7 @@ struct TablePlan {
 /// The correspondence for all tables by slot, as of a generation of schemas.
 struct PlanSet {
   std::uint64_t generation = 0;
+  bool isCopy = false;  ///< of another store: only the program that keeps it changes it
   std::vector<TablePlan> tables;
 };
 
@@ -52,15 +53,21 @@ struct PlanSet {
 /// change of one.
 class Store {
  public:
+  /// What a database is opened for. A copy is only read by those who don't keep it.
+  enum class Use { kRead, kChange, kKeepCopy };
+
   /// So many row numbers belong to each write transaction. One that inserts more takes those of the next ones too.
   static constexpr std::uint64_t kRowsPerTransaction = std::uint64_t{1} << 24;
 
   /// Opens the file and makes the tables that it lacks. Null with the reason in `status` where that fails.
-  static std::shared_ptr<Store> Open(const std::string& path, bool readOnly, std::size_t sizeLimit,
+  static std::shared_ptr<Store> Open(const std::string& path, Use use, std::size_t sizeLimit,
                                      const std::vector<dbTableDescriptor*>& tables, Status& status);
 
   Environment& File() { return *m_file; }
   bool ReadOnly() const { return m_readOnly; }
+  bool KeepsCopy() const { return m_keepsCopy; }
+  /// The error of a change where the database may not make any.
+  Status NotToBeChanged() const;
   /// Rises with every Store that this program opens, from 1 on.
   std::uint64_t OpeningNumber() const { return m_opening; }
   Table& At(int slot) { return m_tables[static_cast<std::size_t>(slot)]; }
@@ -83,6 +90,10 @@ class Store {
   Status NoteChanges(MDB_txn* transaction, const std::vector<std::uint32_t>& places);
   /// The number of the transaction that changed the table of a place last, 0 where it is unknown.
   Status LastChange(MDB_txn* transaction, std::uint32_t place, std::uint64_t& number);
+  /// What is noted in a store that is a copy, else an empty text.
+  Status CopyNote(MDB_txn* transaction, std::string& note);
+  /// Notes it within a write transaction; an empty text makes the store no copy.
+  Status SetCopyNote(MDB_txn* transaction, std::string_view note);
   /// For tests: as if each transaction had only so many row numbers. To be set before the first row is inserted.
   void SetRowsPerTransaction(std::uint64_t rows) { m_rowsPerTransaction = rows; }
 
@@ -94,6 +105,7 @@ class Store {
   struct Found {
     int format = 0;         ///< 0 for a new file
     bool complete = false;  ///< no table, column or tree is missing
+    bool isCopy = false;
   };
   /// Opens what is there.
   Status FindTables(MDB_txn* transaction, Found& found);
@@ -128,7 +140,9 @@ class Store {
   static constexpr std::string_view kGenerationKey = "@generation";
 
   std::shared_ptr<Environment> m_file;
-  bool m_readOnly = false;
+  bool m_readOnly = false;  ///< also for a copy that this database doesn't keep
+  bool m_keepsCopy = false;
+  bool m_opensToChange = false;
   std::uint64_t m_opening = 0;
   std::uint64_t m_rowsPerTransaction = kRowsPerTransaction;
   MDB_dbi m_main = 0;

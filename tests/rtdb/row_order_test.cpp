@@ -217,7 +217,7 @@ class FewNumbers : public testing::Test {
 
   void Open() {
     Status status;
-    m_store = Store::Open(m_folder.File(), false, 0, {&entry::dbDescriptor}, status);
+    m_store = Store::Open(m_folder.File(), Store::Use::kChange, 0, {&entry::dbDescriptor}, status);
     ASSERT_NE(m_store, nullptr) << status.text;
     m_store->SetRowsPerTransaction(kRows);
     Context::Attach(m_store);
