@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace dtsdb::test {
 
@@ -14,5 +15,8 @@ std::string DataPath(const std::string& path);
 
 /// The program that the test runs beside itself: the PROGRAM of its dtsdb_test.
 const char* TestProgram();
+
+/// The names of the XIIDM files of the format's own project, in order.
+std::vector<std::string> XiidmSamples();
 
 }  // namespace dtsdb::test

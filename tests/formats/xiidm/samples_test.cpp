@@ -15,15 +15,6 @@
 namespace dtsdb::tools::xiidm::test {
 namespace {
 
-std::vector<std::string> Samples() {
-  std::vector<std::string> samples;
-  const QDir folder(QString::fromStdString(dtsdb::test::DataPath("xiidm")));
-  for (const QString& name : folder.entryList({QStringLiteral("*.xml"), QStringLiteral("*.xiidm")}, QDir::Files)) {
-    samples.push_back(name.toStdString());
-  }
-  return samples;
-}
-
 std::string SamplePath(const std::string& name) { return dtsdb::test::DataPath("xiidm/" + name); }
 
 class XiidmSamples : public ::testing::TestWithParam<std::string> {};
@@ -39,7 +30,7 @@ TEST_P(XiidmSamples, AreGoodModelsAndComeBackAsTheyWere) {
   EXPECT_EQ(DifferenceAfterRoundTrip(model), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(All, XiidmSamples, ::testing::ValuesIn(Samples()), [](const auto& tested) {
+INSTANTIATE_TEST_SUITE_P(All, XiidmSamples, ::testing::ValuesIn(dtsdb::test::XiidmSamples()), [](const auto& tested) {
   std::string name = tested.param;
   for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
   return name;
@@ -104,7 +95,7 @@ TEST_F(XiidmSchema, HoldsForGeneratedUtilities) {
 }
 
 TEST_F(XiidmSchema, HoldsForAllSamples) {
-  for (const std::string& sample : Samples()) {
+  for (const std::string& sample : dtsdb::test::XiidmSamples()) {
     DTSDB model = LoadModel(ModelName(SamplePath(sample)));
     EXPECT_EQ(Faults(model), "") << sample;
   }
