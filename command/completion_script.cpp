@@ -84,7 +84,7 @@ std::string BashValue(const CommandOutline& command, const ParameterOutline& opt
 
 // --- zsh
 
-/// Text within a specification of _arguments.
+/// Text within an entry of _arguments.
 std::string ZshText(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
@@ -99,13 +99,13 @@ std::string ZshAction(const ParameterOutline& parameter) {
   return !parameter.isOption || TakesFile(parameter) ? "_files" : " ";
 }
 
-/// A specification of _arguments for each name of a parameter.
-std::vector<std::string> ZshSpecifications(const ParameterOutline& parameter) {
+/// An entry of _arguments for each name of a parameter.
+std::vector<std::string> ZshEntries(const ParameterOutline& parameter) {
   if (!parameter.isOption) {
     return {
         fmt::format("{}:{}:{}", parameter.isList ? "*" : "", ZshText(parameter.names.front()), ZshAction(parameter))};
   }
-  std::vector<std::string> specifications;
+  std::vector<std::string> entries;
   for (const std::string& name : parameter.names) {
     const bool isLong = name.starts_with("--");
     const bool hasValue = !parameter.value.empty();
@@ -115,9 +115,9 @@ std::vector<std::string> ZshSpecifications(const ParameterOutline& parameter) {
                                             : "+",
                                   ZshText(parameter.what));
     if (hasValue) one += fmt::format(":{}:{}", ZshText(parameter.value), ZshAction(parameter));
-    specifications.push_back(one);
+    entries.push_back(one);
   }
-  return specifications;
+  return entries;
 }
 
 std::string ZshFunction(const CommandOutline& command) {
@@ -132,7 +132,7 @@ std::string ZshArguments(const CommandOutline& command, const CommandOutline& pr
   std::copy_if(command.parameters.begin(), command.parameters.end(), std::back_inserter(parameters), isArgument);
   std::string text;
   for (const ParameterOutline& parameter : parameters) {
-    for (const std::string& one : ZshSpecifications(parameter)) text += " \\\n    " + ShellQuoted(one);
+    for (const std::string& one : ZshEntries(parameter)) text += " \\\n    " + ShellQuoted(one);
   }
   return text;
 }

@@ -21,7 +21,7 @@ using std::chrono::steady_clock;
 
 constexpr const char* kWord = "0123456789abcdef";
 
-/// A connection that sends what it is told, byte for byte.
+/// A connection that sends bytes as they are given.
 class RawClient {
  public:
   /// `room` bytes for what arrives; 0 leaves the system its choice.
