@@ -33,3 +33,17 @@ function(dtsdb_show_listed_symbols target)
   target_link_options(${target} PRIVATE -Wl,--version-script=${script})
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${script})
 endfunction()
+
+# dtsdb_layer(NAME EXPORT_NAME): what the shared library NAME and the static NAME_static of a layer above the core have in
+# common: their names on disk and for other programs, the version, and what is seen of the shared one.
+function(dtsdb_layer name export_name)
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION} SOVERSION ${DTSDB_ABI})
+  dtsdb_show_listed_symbols(${name})
+  if(DTSDB_SANITIZE)
+    target_link_options(${name} PUBLIC -fsanitize=address,undefined)
+  endif()
+  foreach(suffix "" _static)
+    add_library(dtsdb::${export_name}${suffix} ALIAS ${name}${suffix})
+    set_target_properties(${name}${suffix} PROPERTIES OUTPUT_NAME ${name} EXPORT_NAME ${export_name}${suffix})
+  endforeach()
+endfunction()

@@ -13,6 +13,7 @@
 
 #include "formats/field_text.h"
 #include "model/any_table.h"
+#include "script/switch_events.h"
 #include "topology/component_types.h"
 
 namespace dtsdb::page {
@@ -48,15 +49,6 @@ bool IsShownValue(const FieldInfo& field) {
   const bool isWorkedOut =
       writers.find("validation") != std::string_view::npos || writers.find("topology") != std::string_view::npos;
   return !isWorkedOut && field.refers == KIND_NONE && name != "flags" && name != "status" && name != "tp_status";
-}
-
-/// What the bit of a component type means when it is set and when it is clear.
-std::pair<const char*, const char*> WordsOf(int type) {
-  if (type == 1) return {"opened", "closed"};
-  if (type <= 4) return {"switched off", "switched on"};
-  if (type <= 8) return {"out of service", "back in service"};
-  if (type % 2 == 1) return {"from end opened", "from end joined"};
-  return {"to end opened", "to end joined"};
 }
 
 /// Walks two tables side by side and notes what differs.
@@ -114,7 +106,7 @@ class TableLog {
       if (Record::kKind != m_table.kind) return;
       const bool was = (static_cast<const Record*>(a)->*type.word & type.bit) != 0;
       const bool is = (static_cast<const Record*>(b)->*type.word & type.bit) != 0;
-      if (was != is) Add(switching, b, is ? WordsOf(type.code).first : WordsOf(type.code).second);
+      if (was != is) Add(switching, b, tools::WhatHappened(type.code, !is));
     };
     std::apply([&](const auto&... types) { (compare(types), ...); }, kComponentTypes);
   }

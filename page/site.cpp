@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "analysis/error.h"
-#include "formats/failure.h"
+#include "formats/text_layout.h"
 #include "page/assets.h"
 #include "script/switch_events.h"
 
@@ -89,15 +89,6 @@ std::string Parameter(const PageRequest& request, const std::string& name) {
   return found != request.parameters.end() ? found->second : "";
 }
 
-/// The words of an event of the page, which has one pair of words for all that can be switched.
-std::vector<std::string> WordsOf(const std::string& table, const std::string& id, const std::string& end, bool open) {
-  if (!end.empty()) return {open ? "break" : "join", table, id, end};
-  if (table == CB::kTableName) return {open ? "open" : "close", table, id};
-  const bool isDevice = table == UN::kTableName || table == LD::kTableName || table == CP::kTableName;
-  if (isDevice) return {open ? "off" : "on", table, id};
-  return {open ? "out" : "in", table, id};
-}
-
 /// A member of an object, where it is there and of the right type.
 template <class V>
 std::optional<V> Member(const SiteJson& object, const char* name) {
@@ -129,13 +120,11 @@ Result<AskedEvent> ReadEvent(const SiteJson& json) {
     return tl::unexpected(Error{ErrorCode::kUsage, "an event has a table, an id and open, which is true or false", ""});
   }
   const std::string end = Member<std::string>(json, "end").value_or("");
-  const std::vector<std::string> words = WordsOf(*table, *id, end, *open);
-  try {
-    std::size_t at = 0;
-    return AskedEvent{*table, *id, *open, end, tools::TakeSwitchEvent(words, at)};
-  } catch (const tools::Failure& failure) {
-    return tl::unexpected(Error{ErrorCode::kUsage, failure.what(), *id});
-  }
+  const auto event = tools::FindSwitchEvent(*table, *id, end, !*open);
+  if (event) return AskedEvent{*table, *id, *open, end, *event};
+  const std::string what = end.empty() ? "" : ", end " + tools::Quoted(end);
+  return tl::unexpected(
+      Error{ErrorCode::kUsage, "table " + tools::Quoted(*table) + what + ": nothing is switched there", *id});
 }
 
 /// A list that a viewer tries out.

@@ -11,22 +11,32 @@
 namespace dtsdb::tools {
 namespace {
 
-/// How the two directions of a component type are called.
-struct EventWords {
+/// How the two directions of a kind of event are called.
+struct EventVerbs {
+  const char* off;      ///< opens, takes out of service
+  const char* on;       ///< closes, returns to service
+  const char* wentOff;  ///< what has happened then
+  const char* wentOn;
+};
+
+constexpr EventVerbs kBreaker{"open", "close", "opened", "closed"};
+constexpr EventVerbs kDevice{"off", "on", "switched off", "switched on"};
+constexpr EventVerbs kBranch{"out", "in", "out of service", "back in service"};
+constexpr EventVerbs kFromEnd{"break", "join", "from end opened", "from end joined"};
+constexpr EventVerbs kToEnd{"break", "join", "to end opened", "to end joined"};
+
+/// The words of a component type.
+struct EventWords : EventVerbs {
   int type;
-  const char* off;    ///< opens, takes out of service
-  const char* on;     ///< closes, returns to service
   const char* table;  ///< of the component
   const char* end;    ///< of a branch, "" for the whole component
 };
 
 constexpr EventWords kEvents[] = {
-    {1, "open", "close", "CB", ""},      {2, "off", "on", "UN", ""},           {3, "off", "on", "LD", ""},
-    {4, "off", "on", "CP", ""},          {5, "out", "in", "LN", ""},           {6, "out", "in", "XF", ""},
-    {7, "out", "in", "ZBR", ""},         {8, "out", "in", "DLN", ""},          {9, "break", "join", "LN", "from"},
-    {10, "break", "join", "LN", "to"},   {11, "break", "join", "DLN", "from"}, {12, "break", "join", "DLN", "to"},
-    {13, "break", "join", "XF", "from"}, {14, "break", "join", "XF", "to"},    {15, "break", "join", "ZBR", "from"},
-    {16, "break", "join", "ZBR", "to"},
+    {kBreaker, 1, "CB", ""},      {kDevice, 2, "UN", ""},   {kDevice, 3, "LD", ""},        {kDevice, 4, "CP", ""},
+    {kBranch, 5, "LN", ""},       {kBranch, 6, "XF", ""},   {kBranch, 7, "ZBR", ""},       {kBranch, 8, "DLN", ""},
+    {kFromEnd, 9, "LN", "from"},  {kToEnd, 10, "LN", "to"}, {kFromEnd, 11, "DLN", "from"}, {kToEnd, 12, "DLN", "to"},
+    {kFromEnd, 13, "XF", "from"}, {kToEnd, 14, "XF", "to"}, {kFromEnd, 15, "ZBR", "from"}, {kToEnd, 16, "ZBR", "to"},
 };
 
 bool HasVerb(const EventWords& event, const std::string& verb) { return verb == event.off || verb == event.on; }
@@ -113,6 +123,20 @@ SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& 
     if (fits(event) && end == event.end) return {event.type, verb == event.on, id};
   }
   throw Failure(kExitUsage, "there is no event '" + verb + " " + table + "'");
+}
+
+std::optional<SwitchEvent> FindSwitchEvent(const std::string& table, const std::string& id, const std::string& end,
+                                           bool on) {
+  for (const EventWords& event : kEvents) {
+    if (table == event.table && end == event.end) return SwitchEvent{event.type, on, id};
+  }
+  return std::nullopt;
+}
+
+std::string WhatHappened(int type, bool on) {
+  const EventWords* const words = EventOfType(type);
+  if (words == nullptr) return "";
+  return on ? words->wentOn : words->wentOff;
 }
 
 std::string SwitchEventText(const SwitchEvent& event) {

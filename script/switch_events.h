@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,14 @@ bool IsSwitchVerb(const std::string& word);
 
 /// Reads the event that begins at `words[at]` and moves `at` behind it. A Failure of usage when there is none.
 SwitchEvent TakeSwitchEvent(const std::vector<std::string>& words, std::size_t& at);
+
+/// The event that switches `end` ("from" or "to") of a branch, or with an empty one the component as a whole. None for
+/// a table without switching, or an end that it doesn't have.
+std::optional<SwitchEvent> FindSwitchEvent(const std::string& table, const std::string& id, const std::string& end,
+                                           bool on);
+
+/// What has happened to a component of that type code, such as "opened" or "back in service"; empty for another code.
+std::string WhatHappened(int type, bool on);
 
 /// The words of an event.
 std::string SwitchEventText(const SwitchEvent& event);

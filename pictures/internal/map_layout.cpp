@@ -97,23 +97,7 @@ class Layouter {
     m_isPlaced.resize(m_grid.stations.size());
     std::vector<PlanePoint> places(m_grid.stations.size());
     PlaceLocated(places);
-    for (bool isChanged = true; isChanged;) {
-      const std::vector<bool> wasPlaced = m_isPlaced;
-      isChanged = false;
-      for (std::size_t i = 0; i < m_neighbours.size(); ++i) {
-        int count = 0;
-        PlanePoint sum;
-        for (const int neighbour : m_neighbours[i]) {
-          if (!wasPlaced[Place(neighbour)]) continue;
-          sum = {sum.x + places[Place(neighbour)].x, sum.y + places[Place(neighbour)].y};
-          ++count;
-        }
-        if (wasPlaced[i] || count == 0) continue;
-        places[i] = {sum.x / count, sum.y / count};
-        m_isPlaced[i] = true;
-        isChanged = true;
-      }
-    }
+    for (std::vector<int> last = Placed(); !last.empty();) last = PlaceNext(last, places);
     std::vector<int> located;
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (!m_isPlaced[i]) continue;
@@ -121,6 +105,36 @@ class Layouter {
       m_located.push_back(places[i]);
     }
     return located;
+  }
+
+  std::vector<int> Placed() const {
+    std::vector<int> placed;
+    for (std::size_t i = 0; i < m_isPlaced.size(); ++i) {
+      if (m_isPlaced[i]) placed.push_back(static_cast<int>(i));
+    }
+    return placed;
+  }
+
+  /// Places the stations that hang on those placed last, and returns them.
+  std::vector<int> PlaceNext(const std::vector<int>& last, std::vector<PlanePoint>& places) {
+    std::set<int> next;
+    for (const int station : last) {
+      for (const int neighbour : m_neighbours[Place(station)]) {
+        if (!m_isPlaced[Place(neighbour)]) next.insert(neighbour);
+      }
+    }
+    for (const int station : next) {
+      int count = 0;
+      PlanePoint sum;
+      for (const int neighbour : m_neighbours[Place(station)]) {
+        if (!m_isPlaced[Place(neighbour)]) continue;
+        sum = {sum.x + places[Place(neighbour)].x, sum.y + places[Place(neighbour)].y};
+        ++count;
+      }
+      places[Place(station)] = {sum.x / count, sum.y / count};
+    }
+    for (const int station : next) m_isPlaced[Place(station)] = true;
+    return {next.begin(), next.end()};
   }
 
   /// North is up. Degrees of longitude are as long as in the middle of the map.
