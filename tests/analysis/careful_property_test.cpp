@@ -9,6 +9,7 @@
 
 #include "analysis/switching.h"
 #include "formats/field_text.h"
+#include "tests/support/cases.h"
 #include "tests/support/messages.h"
 #include "tests/topology/random_network.h"
 #include "topology/component_types.h"
@@ -16,6 +17,7 @@
 namespace dtsdb::analysis {
 namespace {
 
+using test::Cases;
 using test::MessageCatcher;
 using test::RandomNetwork;
 using test::UnionFind;
@@ -109,15 +111,15 @@ RC_GTEST_PROP(CarefulSwitching, GivesWhatAFullRunGives, (unsigned seed, bool wit
 
 // The rule of when a run may be incremental would hold trivially if none ever were.
 TEST(CarefulSwitching, ManyRunsAreIncremental) {
-  std::map<RunReason, int> runs;
+  std::map<RunReason, unsigned> runs;
   const MessageCatcher catcher;
-  for (unsigned seed = 0; seed < 400; ++seed) {
+  for (unsigned seed = 0; seed < Cases(400); ++seed) {
     RandomNetwork network(seed, seed % 4 == 0);
     SwitchAtRandom(network, 20, [&](const Model&, const RunReport& run) { ++runs[run.reason]; });
   }
-  EXPECT_GT(runs[RunReason::kCertain], 100);
-  EXPECT_GT(runs[RunReason::kOpenEnd], 100);
-  EXPECT_GT(runs[RunReason::kZeroImpedance], 100);
+  EXPECT_GT(runs[RunReason::kCertain], Cases(100));
+  EXPECT_GT(runs[RunReason::kOpenEnd], Cases(100));
+  EXPECT_GT(runs[RunReason::kZeroImpedance], Cases(100));
 }
 
 RC_GTEST_PROP(CarefulSwitching, WayBackLeadsToWhatWasBefore, (unsigned seed, bool withZbrs)) {

@@ -13,6 +13,7 @@
 #include "model/any_table.h"
 #include "model/table_info.h"
 #include "script/switch_events.h"
+#include "tests/support/cases.h"
 #include "tests/support/messages.h"
 #include "tests/support/model_builder.h"
 #include "tests/support/places.h"
@@ -21,6 +22,7 @@
 namespace dtsdb::analysis {
 namespace {
 
+using test::Cases;
 using test::MessageCatcher;
 using test::ModelBuilder;
 using test::RandomNetwork;
@@ -436,7 +438,7 @@ TEST(Screening, EqualsTwoFullRunsOnTheSample) {
 /// How many random networks are looked at; SCREENED_NETWORKS in the environment asks for more.
 unsigned NetworkCount() {
   const char* const wish = std::getenv("SCREENED_NETWORKS");
-  return wish != nullptr ? static_cast<unsigned>(std::atoi(wish)) : 30;
+  return wish != nullptr ? static_cast<unsigned>(std::atoi(wish)) : Cases(30);
 }
 
 TEST(Screening, EqualsTwoFullRunsOnRandomNetworks) {
@@ -456,7 +458,7 @@ TEST(Screening, EqualsTwoFullRunsOnRandomNetworks) {
 
 TEST(Screening, DoesNotDependOnTheNumberOfThreads) {
   const MessageCatcher catcher;
-  for (unsigned seed = 0; seed < 10; ++seed) {
+  for (unsigned seed = 0; seed < Cases(10); ++seed) {
     RandomNetwork network(seed);
     ASSERT_TRUE(network.Model().Validate());
     const Model model = Model::Of(network.Model().Db());

@@ -10,6 +10,7 @@
 
 #include "tests/command/stepped_command.h"
 #include "tests/support/command_runner.h"
+#include "tests/support/every_place.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -38,13 +39,14 @@ std::set<std::string> NamesIn(const fs::path& folder) {
   return names;
 }
 
-/// Tries `at(step)` for the steps of a run until it returns false: for every one in the long form, else for some.
+/// Tries `at(step)` for the steps of a run until it returns false: for every one in the long form, else for some, and for
+/// fewer under the sanitizers.
 template <class At>
 void ForSteps(At at) {
   const bool isLong = std::getenv("COMMAND_ENDS") != nullptr;
   int steps = 0;
   for (int step = 0, by = 1; at(step); step += by, ++steps) {
-    if (!isLong && step >= 4) by = 9;
+    if (!isLong && step >= 4) by = 9 * static_cast<int>(dtsdb::test::kPlaceStep);
   }
   if (isLong) std::cout << steps << " moments\n";
   EXPECT_GT(steps, 4);

@@ -262,7 +262,9 @@ TEST_F(ServerTest, ConnectionsBeyondTheQueueAreRefusedAtOnce) {
 }
 
 TEST_F(ServerTest, RequestsOfAnySizeAreBounded) {
-  Open();
+  ServerLimits limits;
+  limits.idle = milliseconds(300);
+  Open(limits);
   const std::string post = "POST /" + std::string(kWord) + "/api/whatif HTTP/1.1\r\nHost: 127.0.0.1\r\n";
   RawClient large(server->Port());
   large.Send(post + "Content-Length: 99999999\r\n\r\n");

@@ -8,7 +8,7 @@
 namespace dtsdb::test {
 namespace {
 
-ModelBuilder TwoStations() {
+ModelBuilder TwoStationsApart() {
   ModelBuilder m;
   m.District("D1").District("D2").District("D3");
   m.Station("S1", "D1").Kv("K1", 220).Station("S2", "D2").Kv("K2", 220);
@@ -17,19 +17,19 @@ ModelBuilder TwoStations() {
 
 /// The same with line A of district `dv`.
 ModelBuilder WithLine(const char* dv) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = TwoStationsApart();
   m.Line("A", dv, "S1", "S2", "K1", "K2", "N1", "N2");
   return m;
 }
 ModelBuilder WithDcLine(const char* dv) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = TwoStationsApart();
   m.DcLine("A", dv, "S1", "S2", "K1", "K2", "N1", "N2");
   return m;
 }
 
 // Kept: K60.
 TEST(CheckLines, InsideOneStationPassesWhileItsNodesDiffer) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = TwoStationsApart();
   m.Line("A", "D1", "S1", "S1", "K1", "K1", "N1", "N2").Line("B", "D1", "S1", "S1", "K1", "K1", "N1", "N1");
   const ValidationRun run(m.Db());
   EXPECT_EQ(run.Errors(), Texts{"--NMD 错误:LN B 两端有相同的结点名称."});
@@ -130,7 +130,7 @@ TEST(CheckLines, NodeThatNoDeviceNamesIsMadeInTheLinesLevelAndWarnedOf) {
 }
 
 TEST(CheckLines, FaultsOfNamesAndLevels) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = TwoStationsApart();
   m.Load("L", "K1", "N1").Load("M", "K2", "N2");
   m.Line("", "D1", "S1", "S2", "K1", "K2", "N1", "N2").Line("A", "D1", "", "S2", "K1", "K2", "N1", "N2");
   m.Line("B", "D1", "S1", "", "K1", "K2", "N1", "N2").Line("C", "D1", "S1", "S2", "K2", "K2", "N1", "N2");
@@ -146,7 +146,7 @@ TEST(CheckLines, FaultsOfNamesAndLevels) {
 }
 
 TEST(CheckDcLines, SpeakInTheirOwnWords) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = TwoStationsApart();
   m.DcLine("", "D1", "S1", "S2", "K1", "K2", "N1", "N2").DcLine("A", "D1", "S1", "S1", "K1", "K2", "N1", "N2");
   m.DcLine("B", "", "S1", "S2", "K1", "K2", "N1", "N2").DcLine("C", "D1", "S1", "S1", "K1", "K1", "N1", "N1");
   m.DcLine("D", "D3", "S1", "S2", "K1", "K2", "N1", "N2");
@@ -165,7 +165,7 @@ TEST(CheckDcLines, WithTheToEndOnlyInItsDistrictHasBit32) {
 }
 
 TEST(CheckLines, RunBehindTheDcLines) {
-  ModelBuilder m = TwoStations();
+  ModelBuilder m = TwoStationsApart();
   m.Line("A", "", "S1", "S2", "K1", "K2", "N1", "N2").DcLine("B", "", "S1", "S2", "K1", "K2", "N1", "N2");
   EXPECT_EQ(ValidationRun(m.Db()).Errors(),
             (Texts{"--NMD 错误:DLN Bdv字段在分区表中没有相应记录.", "--NMD 错误:LN Adv字段在分区表中没有相应记录."}));
