@@ -39,8 +39,8 @@ std::set<std::string> NamesIn(const fs::path& folder) {
   return names;
 }
 
-/// Tries `at(step)` for the steps of a run until it returns false: for every one in the long form, else for some, and for
-/// fewer under the sanitizers.
+/// Tries `at(step)` for the steps of a run until it returns false: for every one in the long form, else for some, and
+/// for fewer under the sanitizers.
 template <class At>
 void ForSteps(At at) {
   const bool isLong = std::getenv("COMMAND_ENDS") != nullptr;

@@ -264,6 +264,7 @@ TEST_F(ServerTest, ConnectionsBeyondTheQueueAreRefusedAtOnce) {
 TEST_F(ServerTest, RequestsOfAnySizeAreBounded) {
   ServerLimits limits;
   limits.idle = milliseconds(300);
+  limits.request = milliseconds(2000);  // a body that is refused is still waited for
   Open(limits);
   const std::string post = "POST /" + std::string(kWord) + "/api/whatif HTTP/1.1\r\nHost: 127.0.0.1\r\n";
   RawClient large(server->Port());
