@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <random>
+#include <stdexcept>
 #include <string>
 
 #include "command/commands.h"
@@ -147,8 +148,10 @@ std::string StreamName(const RelayOptions& options) {
 }
 
 void CheckServer(const relay::NatsServer& server) {
-  if (!server.urls.starts_with("nats://") && !server.urls.starts_with("tls://")) {
-    throw Failure(kExitUsage, Quoted(server.urls) + " is no server; one is written nats://HOST or tls://HOST");
+  try {
+    relay::ParseServerUrls(server.urls);
+  } catch (const std::invalid_argument& error) {
+    throw Failure(kExitUsage, error.what());
   }
   if (server.certificate.empty() != server.key.empty()) {
     throw Failure(kExitUsage, "--tls-cert and --tls-key belong together");
@@ -339,7 +342,7 @@ class Following {
   void Open() {
     m_copy.emplace(m_options.database.Path());
     m_follower.emplace(m_copy->Rows(), m_streams.Commits(), m_streams.Snapshots(),
-                       m_options.server.urls + " " + StreamName(m_options));
+                       relay::ParseServerUrls(m_options.server.urls).Shown() + " " + StreamName(m_options));
   }
 
   const RelayOptions& m_options;

@@ -6,18 +6,12 @@
 #include <memory>
 #include <string>
 
+#include "relay/nats_server.h"
 #include "relay/stream.h"
 
 namespace dtsdb::relay {
 
-/// Where a server is and what it asks for. Paths are of PEM files, and of a file of credentials; empty for none.
-struct NatsServer {
-  std::string urls;  ///< nats://HOST[:PORT] or tls://..., several parted by commas
-  std::string credentials;
-  std::string authority;    ///< certificates of those who sign the server's
-  std::string certificate;  ///< the program's own
-  std::string key;
-};
+class NatsConnection;
 
 /// The connection of a publisher or follower with its two streams. When the server goes away it is looked for until it
 /// is back; meanwhile the streams' calls throw StreamError.
@@ -27,7 +21,7 @@ struct NatsServer {
 /// at once, and pulses under dtsdb.NAME.live.pulse.
 class NatsStreams {
  public:
-  /// Connects. `name` is that of the database. Throws StreamError.
+  /// Connects. `name` is that of the database. Throws StreamError, and std::invalid_argument for URLs that are none.
   NatsStreams(const NatsServer& server, const std::string& name);
   NatsStreams(const NatsStreams&) = delete;
   NatsStreams& operator=(const NatsStreams&) = delete;
@@ -40,10 +34,9 @@ class NatsStreams {
   Stream& Snapshots();
 
  private:
-  struct Connection;
   class NatsStream;
 
-  std::shared_ptr<Connection> m_connection;
+  std::shared_ptr<NatsConnection> m_connection;
   std::unique_ptr<NatsStream> m_commits;
   std::unique_ptr<NatsStream> m_snapshots;
 };

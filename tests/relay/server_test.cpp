@@ -1,10 +1,5 @@
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <QCoreApplication>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <chrono>
@@ -20,77 +15,22 @@
 #include "relay/nats_stream.h"
 #include "relay/relayed_database.h"
 #include "tests/relay/relayed_stores.h"
+#include "tests/support/nats_broker.h"
 #include "tests/support/places.h"
 
 namespace dtsdb::relay::test {
 namespace {
 
+using dtsdb::test::NatsBroker;
+using dtsdb::test::Service;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
-
-/// A port that nobody listens on.
-int FreePort() {
-  const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof(address);
-  auto* const general = reinterpret_cast<sockaddr*>(&address);
-  ::bind(listener, general, size);
-  ::getsockname(listener, general, &size);
-  ::close(listener);
-  return ntohs(address.sin_port);
-}
-
-/// A program that runs beside the test, and ends with it in any case.
-class Service {
- public:
-  Service(QString program, QStringList arguments) : m_program(std::move(program)), m_arguments(std::move(arguments)) {}
-  ~Service() { Kill(); }
-  Service(const Service&) = delete;
-  Service& operator=(const Service&) = delete;
-
-  void Start() {
-    Kill();
-    m_process = std::make_unique<QProcess>();
-    m_process->setStandardOutputFile(QProcess::nullDevice());
-    m_process->setStandardErrorFile(QProcess::nullDevice());
-    m_process->start(m_program, m_arguments);
-    m_process->waitForStarted(10000);
-  }
-  bool IsRunning() const { return m_process && m_process->state() == QProcess::Running; }
-  void Kill() {
-    if (!m_process) return;
-    m_process->kill();
-    m_process->waitForFinished(30000);
-    m_process.reset();
-  }
-  /// Ends it as an operator does.
-  void Stop() {
-    if (!m_process) return;
-    m_process->terminate();
-    if (!m_process->waitForFinished(30000)) ADD_FAILURE() << m_arguments.join(QLatin1Char(' ')).toStdString();
-    m_process.reset();
-  }
-  void Signal(int signal) const {
-    if (IsRunning()) ::kill(static_cast<pid_t>(m_process->processId()), signal);
-  }
-
- private:
-  QString m_program;
-  QStringList m_arguments;
-  std::unique_ptr<QProcess> m_process;
-};
 
 /// A server, a publisher and followers on this machine.
 class Installation {
  public:
   explicit Installation(int followers) {
-    const QString url = QStringLiteral("nats://127.0.0.1:%1").arg(m_port);
-    server = std::make_unique<Service>(
-        QStringLiteral("nats-server"),
-        QStringList{QStringLiteral("-a"), QStringLiteral("127.0.0.1"), QStringLiteral("-p"), QString::number(m_port),
-                    QStringLiteral("-js"), QStringLiteral("-sd"), m_folder.filePath(QStringLiteral("jetstream"))});
+    const QString url = QString::fromStdString(m_broker.Url());
     const QString program = QString::fromUtf8(dtsdb::test::TestProgram());
     const auto model = [this](const QString& name) { return QStringLiteral("rtdb:") + m_folder.filePath(name); };
     publisher = std::make_unique<Service>(
@@ -108,7 +48,7 @@ class Installation {
   std::string Original() const { return m_folder.filePath(QStringLiteral("grid")).toStdString(); }
   std::string CopyName(std::size_t i) const { return m_folder.filePath(QStringLiteral("copy%1").arg(i)).toStdString(); }
   std::vector<Service*> All() {
-    std::vector<Service*> all{server.get(), publisher.get()};
+    std::vector<Service*> all{&m_broker.Program(), publisher.get()};
     for (const auto& follower : m_followers) all.push_back(follower.get());
     return all;
   }
@@ -117,14 +57,12 @@ class Installation {
       if (!service->IsRunning()) service->Start();
     }
   }
-  std::string Url() const { return "nats://127.0.0.1:" + std::to_string(m_port); }
 
-  std::unique_ptr<Service> server;
   std::unique_ptr<Service> publisher;
 
  private:
   QTemporaryDir m_folder{QStringLiteral("/tmp/relay-server-XXXXXX")};
-  int m_port = FreePort();
+  NatsBroker m_broker;
   std::vector<std::unique_ptr<Service>> m_followers;
 };
 
@@ -243,20 +181,12 @@ TEST(RelayServer, ReportsItsLatency) {
 }
 
 TEST(RelayServer, KeepsAStreamAsTheMemoryDoes) {
-  Installation installation(0);
-  installation.server->Start();
-  std::unique_ptr<NatsStreams> streams;
-  for (int i = 0; i < 100 && !streams; ++i) {
-    try {
-      streams = std::make_unique<NatsStreams>(NatsServer{installation.Url(), "", "", "", ""}, "kept");
-    } catch (const StreamError&) {
-      std::this_thread::sleep_for(milliseconds(100));
-    }
-  }
-  ASSERT_TRUE(streams);
-  streams->Make(std::size_t{4} << 20);
-  streams->Make(std::size_t{8} << 20);
-  Stream& stream = streams->Commits();
+  NatsBroker broker;
+  broker.Start();
+  NatsStreams streams(NatsServer{broker.Url(), "", "", "", ""}, "kept");
+  streams.Make(std::size_t{4} << 20);
+  streams.Make(std::size_t{8} << 20);
+  Stream& stream = streams.Commits();
   EXPECT_EQ(stream.Range().last, 0U);
   stream.Append("one", 0);
   stream.Append("two", 1);
