@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <thread>
 #include <vector>
 
@@ -16,7 +17,8 @@ namespace {
 constexpr int kRequestWait = 3000;   // milliseconds
 constexpr int kReconnectWait = 200;  // likewise
 constexpr int kConnectWait = 3000;   // likewise
-constexpr int kLivePending = 64;     // messages that came and aren't asked for yet
+constexpr int kConnectTries = 3;
+constexpr int kLivePending = 64;  // messages that came and aren't asked for yet
 
 using Options = std::unique_ptr<natsOptions, NatsDestroyer<natsOptions_Destroy>>;
 
@@ -39,7 +41,9 @@ StreamError::Kind KindOf(natsStatus status, jsErrCode code) {
 /// The client's last error without the place in its code, "(conn.c:733): ".
 std::string Detail(natsStatus status) {
   const char* const last = nats_GetLastError(nullptr);
-  const std::string detail = last != nullptr && *last != '\0' ? last : natsStatus_GetText(status);
+  constexpr std::string_view kNothing = ": (null)";
+  std::string detail = last != nullptr && *last != '\0' ? last : natsStatus_GetText(status);
+  if (detail.ends_with(kNothing)) detail.resize(detail.size() - kNothing.size());
   const std::size_t end = detail.starts_with('(') ? detail.find("): ") : std::string::npos;
   return end == std::string::npos ? detail : detail.substr(end + 3);
 }
@@ -69,12 +73,21 @@ std::string Reason(natsStatus status) {
 }
 
 /// The client reports an unreadable file late and in other words.
-void RequireReadable(const std::string& path) {
-  if (path.empty()) return;
-  std::ifstream file(path);
-  if (file.get() != std::ifstream::traits_type::eof()) return;
+std::string BytesOfFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  if (!bytes.empty()) return bytes;
   const std::string why = file.is_open() ? "is empty" : std::string("can't be read: ") + std::strerror(errno);
   throw StreamError(StreamError::Kind::kRefused, path + ": " + why);
+}
+
+/// The client looks into the file only when the server asks, and takes one without credentials for a server that is
+/// away.
+void RequireCredentials(const std::string& path) {
+  const std::string bytes = BytesOfFile(path);
+  if (bytes.find("USER JWT---") != std::string::npos && bytes.find("USER NKEY SEED---") != std::string::npos) return;
+  throw StreamError(StreamError::Kind::kRefused,
+                    path + ": no NATS credentials: a file of them has a user's JWT and the seed of a user's key");
 }
 
 void CheckFile(natsStatus status, const std::string& path, const char* form) {
@@ -93,8 +106,11 @@ void SetLogin(natsOptions* options, const ServerUrls& urls) {
 }
 
 void SetFiles(natsOptions* options, const NatsServer& server) {
-  for (const auto& path : {server.credentials, server.authority, server.certificate, server.key}) RequireReadable(path);
+  for (const auto& path : {server.authority, server.certificate, server.key}) {
+    if (!path.empty()) BytesOfFile(path);
+  }
   if (!server.credentials.empty()) {
+    RequireCredentials(server.credentials);
     CheckFile(natsOptions_SetUserCredentialsFromFiles(options, server.credentials.c_str(), nullptr), server.credentials,
               "NATS credentials");
   }
@@ -106,6 +122,10 @@ void SetFiles(natsOptions* options, const NatsServer& server) {
     CheckFile(natsOptions_LoadCertificatesChain(options, server.certificate.c_str(), server.key.c_str()),
               server.certificate, "certificate in PEM with the key of --tls-key");
   }
+}
+
+bool WantsTls(const NatsServer& server, const ServerUrls& urls) {
+  return urls.isTls || !server.authority.empty() || !server.certificate.empty();
 }
 
 Options OptionsFor(const NatsServer& server, const ServerUrls& urls) {
@@ -127,7 +147,7 @@ Options OptionsFor(const NatsServer& server, const ServerUrls& urls) {
       made, [](natsConnection*, natsSubscription*, natsStatus, void*) {}, nullptr);
   SetLogin(made, urls);
   // The client takes tls:// for nats://: without this it would send a login for all to read to a server without TLS.
-  if (urls.isTls || !server.authority.empty() || !server.certificate.empty()) natsOptions_SetSecure(made, true);
+  if (WantsTls(server, urls)) natsOptions_SetSecure(made, true);
   SetFiles(made, server);
   return options;
 }
@@ -146,13 +166,15 @@ NatsConnection::NatsConnection(NatsServer server, std::string live)
 void NatsConnection::Connect() {
   const Options options = OptionsFor(m_server, m_urls);
   natsConnection* connected = nullptr;
-  natsStatus status = natsConnection_Connect(&connected, options.get());
-  if (status == NATS_PROTOCOL_ERROR) {
-    // Either the server went away just then or it doesn't want this program.
-    std::this_thread::sleep_for(std::chrono::milliseconds(kReconnectWait));
+  natsStatus status = NATS_OK;
+  // A server that hangs up has gone away just then, or doesn't want this program.
+  for (int i = 0; i < kConnectTries; ++i) {
+    if (i > 0) std::this_thread::sleep_for(std::chrono::milliseconds(kReconnectWait));
     status = natsConnection_Connect(&connected, options.get());
+    if (status != NATS_PROTOCOL_ERROR && status != NATS_IO_ERROR) break;
   }
   m_connection.reset(connected);
+  if (status == NATS_IO_ERROR && WantsTls(m_server, m_urls)) status = NATS_PROTOCOL_ERROR;
   Check(status, m_urls.Shown());
   jsOptions settings;
   jsOptions_Init(&settings);

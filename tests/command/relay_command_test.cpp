@@ -60,9 +60,9 @@ std::string WithoutTime(const std::string& line) { return line.substr(std::min(l
 
 TEST_F(RelayCommand, PublishesAndFollowsOnce) {
   broker.Start();
-  EXPECT_EQ(WithoutTime(Publish()), "begun anew: a snapshot of 31 rows\n");
+  EXPECT_EQ(WithoutTime(Publish()), "begun anew: a snapshot of 58 rows\n");
   EXPECT_EQ(WithoutTime(Publish()), "goes on behind commit 0\n");
-  EXPECT_EQ(WithoutTime(Follow()), "a snapshot of 31 rows, behind commit 0\n");
+  EXPECT_EQ(WithoutTime(Follow()), "a snapshot of 58 rows, behind commit 0\n");
   EXPECT_EQ(Follow(), "");
   EXPECT_EQ(Good("diff rtdb:grid rtdb:copy"), "The models are the same.\n");
 }

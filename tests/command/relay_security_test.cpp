@@ -27,6 +27,15 @@ class SecuredRelay : public testing::Test {
     EXPECT_EQ(here.Run("validate m -o rtdb:grid").code, 0);
   }
 
+  void ChangeDatabase() const {
+    dbDatabase database;
+    ASSERT_TRUE(database.open((here / "grid").c_str()));
+    ld row;
+    row.id = "new";
+    database.insert(row);
+    database.commit();
+    database.close();
+  }
   void StartBroker(const std::string& settings) {
     broker.Configure(settings);
     broker.Start();
@@ -160,16 +169,21 @@ TEST_F(RelayLogin, IsAToken) {
 }
 
 TEST_F(RelayLogin, IsAFileOfCredentials) {
-  const NatsKey operators(here, 'O');
-  const NatsKey account(here, 'A');
-  const NatsKey user(here, 'U');
-  constexpr const char* kAccount =
-      R"({"type":"account","version":2,"limits":{"subs":-1,"data":-1,"payload":-1,"imports":-1,"exports":-1,)"
-      R"("wildcards":true,"conn":-1,"leaf":-1,"mem_storage":-1,"disk_storage":-1,"streams":-1,"consumer":-1}})";
+  const NatsKey operators(here, 'O', "operator");
+  const NatsKey system(here, 'A', "system");
+  const NatsKey account(here, 'A', "account");
+  const NatsKey user(here, 'U', "user");
+  const auto isAccount = [](const std::string& streams) {
+    return R"({"type":"account","version":2,"limits":{"subs":-1,"data":-1,"payload":-1,"imports":-1,"exports":-1,)"
+           R"("wildcards":true,"conn":-1,"leaf":-1)" +
+           streams + "}}";
+  };
+  constexpr const char* kStreams = R"(,"mem_storage":-1,"disk_storage":-1,"streams":-1,"consumer":-1)";
   constexpr const char* kUser = R"({"type":"user","version":2,"subs":-1,"data":-1,"payload":-1})";
   StartBroker("operator: " + operators.Sign(operators.Name(), R"({"type":"operator","version":2})") +
-              "\nresolver: MEMORY\nresolver_preload: { " + account.Name() + ": " +
-              operators.Sign(account.Name(), kAccount) + " }\n");
+              "\nresolver: MEMORY\nsystem_account: " + system.Name() + "\nresolver_preload: {\n" + system.Name() +
+              ": " + operators.Sign(system.Name(), isAccount("")) + "\n" + account.Name() + ": " +
+              operators.Sign(account.Name(), isAccount(kStreams)) + "\n}\n");
   here.Write("user.creds", CredentialsFile(account.Sign(user.Name(), kUser), user.Seed()));
   ExpectCarries(broker.Url(), "--creds user.creds");
 
@@ -240,13 +254,7 @@ TEST_F(RelayLogin, IsTriedAgainWhenTheServerHasRefusedItForAWhile) {
   ASSERT_TRUE(publisher.Writes(broker.Url() + ": the server refuses the login"));
   broker.Program().Stop();
   StartBroker("authorization { user: grid, password: secret }\n");
-  dbDatabase database;
-  ASSERT_TRUE(database.open((here / "grid").c_str()));
-  ld row;
-  row.id = "new";
-  database.insert(row);
-  database.commit();
-  database.close();
+  ChangeDatabase();
   EXPECT_TRUE(publisher.Writes("commit 1: 1 row"));
 }
 

@@ -14,6 +14,7 @@
 #include <chrono>
 #include <csignal>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -102,11 +103,11 @@ class NatsBroker {
         m_folder.filePath(QStringLiteral("server.conf")).toStdString(),
         "listen: " + Place() + "\njetstream { store_dir: \"" + m_folder.path().toStdString() + "\" }\n" + settings);
   }
-  /// Starts it anew, and waits until it listens.
+  /// Starts it anew, and waits until it listens. Throws when it doesn't.
   void Start() {
     m_service.Start();
     for (int i = 0; i < 1000 && !IsListenedOn(m_port); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    ASSERT_TRUE(IsListenedOn(m_port)) << "is nats-server installed?";
+    if (!IsListenedOn(m_port)) throw std::runtime_error("nats-server doesn't start");
   }
   Service& Program() { return m_service; }
   /// HOST:PORT

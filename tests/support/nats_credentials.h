@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <string>
+#include <utility>
 
 #include "tests/support/command_runner.h"
 
@@ -35,8 +36,8 @@ inline std::string KeyText(const std::string& bytes) {
 /// A pair of keys that lies in a folder, and what it signs.
 class NatsKey {
  public:
-  /// `kind` is the first letter of the public key: O, A or U.
-  NatsKey(const tools::test::Workplace& here, char kind) : m_here(here), m_file(std::string("nats-") + kind + ".pem") {
+  /// `kind` is the first letter of the public key: O, A or U. The pair lies in `file`.
+  NatsKey(const tools::test::Workplace& here, char kind, std::string file) : m_here(here), m_file(std::move(file)) {
     OpenSsl("genpkey -algorithm ed25519 -out " + m_file);
     OpenSsl("pkey -in " + m_file + " -outform DER -out secret.der");
     OpenSsl("pkey -in " + m_file + " -pubout -outform DER -out public.der");
