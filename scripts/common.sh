@@ -56,3 +56,28 @@ build() {
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }
+
+# The mirror that this machine's packages of Debian 12 come from.
+debian_mirror() {
+  apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(SITE)' 'Created-By: Packages' |
+    awk '$1 == "bookworm" && $2 == "main" && !found { print $3; found = 1 }'
+}
+
+# make_fresh_debian FOLDER: a Debian 12 with nothing but its base, in which packages can be installed.
+make_fresh_debian() {
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "$0: this makes a Debian of its own, which only root may; run it as root" >&2
+    exit 1
+  fi
+  mkdir -p build/release
+  debootstrap --variant=minbase bookworm "$1" "$(debian_mirror)" >build/release/debootstrap.log ||
+    { tail -20 build/release/debootstrap.log >&2; exit 1; }
+  cp /etc/resolv.conf "$1/etc/resolv.conf"
+  echo force-unsafe-io >"$1/etc/dpkg/dpkg.cfg.d/quick"
+}
+
+# in_fresh_debian FOLDER COMMAND...: runs it there. What is mounted there and what still runs there goes with the namespace.
+in_fresh_debian() {
+  unshare --mount --pid --ipc --fork sh -c \
+    'root=$0 && mount -t proc proc "$root/proc" && exec chroot "$root" env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 "$@"' "$@"
+}

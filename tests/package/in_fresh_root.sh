@@ -2,7 +2,6 @@
 # Run by scripts/package in a fresh Debian 12 that has the packages, the sample network and the user's project in /check.
 set -eu
 cd /check
-echo force-unsafe-io >/etc/dpkg/dpkg.cfg.d/quick
 
 install() { apt-get install -y -qq --no-install-recommends "$@" >/check/apt.log 2>&1 || { cat /check/apt.log >&2; exit 1; }; }
 shows() {
