@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev liblmdb-dev zlib1g-dev
   g++-multilib
   libcli11-dev libexpected-dev libfmt-dev nlohmann-json3-dev libcsv-dev libarchive-dev libgraphviz-dev
-  libcpp-httplib-dev libsystemd-dev libnats-dev nats-server pkg-config
+  libcpp-httplib-dev libsystemd-dev libnats-dev nats-server openssl pkg-config
   python3-jinja2
   python3-dev pybind11-dev python3-numpy python3-pandas python3-pytest python3-distributed mypy
   libgtest-dev librapidcheck-dev libeigen3-dev libbenchmark-dev libxml2-utils

@@ -195,14 +195,18 @@ TEST_F(RelayLogin, IsAFileOfCredentials) {
 }
 
 TEST_F(RelayLogin, NeedsTheRightsThatTheGuideLists) {
-  StartBroker(R"(authorization { users: [
-    { user: publisher, password: secret }
-    { user: follower, password: secret, permissions: {
-      subscribe: ["dtsdb.grid.live.>", "_INBOX.>"]
-      publish: ["$JS.API.STREAM.INFO.DTSDB_grid", "$JS.API.STREAM.MSG.GET.DTSDB_grid", "$JS.API.DIRECT.GET.DTSDB_grid",
-                "$JS.API.STREAM.INFO.DTSDB_grid_SNAPSHOTS", "$JS.API.STREAM.MSG.GET.DTSDB_grid_SNAPSHOTS",
-                "$JS.API.DIRECT.GET.DTSDB_grid_SNAPSHOTS"] } } ] }
-)");
+  const auto ofBoth = [](const std::string& request) {
+    return "\"" + request + ".DTSDB_grid\"\n\"" + request + ".DTSDB_grid_SNAPSHOTS\"\n";
+  };
+  const std::string reads =
+      ofBoth("$JS.API.STREAM.INFO") + ofBoth("$JS.API.STREAM.MSG.GET") + ofBoth("$JS.API.DIRECT.GET");
+  const std::string writes = "\"dtsdb.grid.>\"\n" + ofBoth("$JS.API.STREAM.CREATE") + ofBoth("$JS.API.STREAM.UPDATE") +
+                             ofBoth("$JS.API.STREAM.PURGE");
+  const auto user = [](const std::string& name, const std::string& rights) {
+    return "{ user: " + name + ", password: secret, permissions: { subscribe: [\"dtsdb.grid.live.>\", \"_INBOX.>\"], " +
+           "publish: [\n" + rights + "] } }\n";
+  };
+  StartBroker("authorization { users: [\n" + user("publisher", reads + writes) + user("follower", reads) + "] }\n");
   EXPECT_EQ(Publish(Url("publisher:secret")).code, 0);
   const CommandResult followed = Follow(Url("follower:secret"));
   EXPECT_EQ(followed.code, 0) << followed.err;
