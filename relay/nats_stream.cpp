@@ -10,7 +10,7 @@ namespace dtsdb::relay {
 namespace {
 
 constexpr int kRequestWait = 3000;  // milliseconds
-constexpr std::size_t kMostPart = 512 * 1024;
+constexpr std::size_t kMostPart = std::size_t{512} << 10;
 constexpr std::size_t kHeaderRoom = 4096;  // of a message as the server counts it
 
 using StreamInfo = std::unique_ptr<jsStreamInfo, NatsDestroyer<jsStreamInfo_Destroy>>;
