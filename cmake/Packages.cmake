@@ -56,6 +56,7 @@ if(TARGET dtsdb_python)
   dtsdb_package(python python3-dtsdb python "${python}, python3-numpy"
                 "network analysis of a control centre - package for Python"
                 "${about}This package contains the module dtsdb for Python 3.")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-pandas, python3-distributed")
 endif()
 
 set(CPACK_GENERATOR DEB)

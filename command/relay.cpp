@@ -140,7 +140,7 @@ const std::string& DatabasePath(const ModelName& model) {
 /// The name under which the database is published.
 std::string StreamName(const RelayOptions& options) {
   const std::filesystem::path path(DatabasePath(options.database));
-  const std::string name =
+  std::string name =
       !options.name.empty() ? options.name : (path.extension() == ".fdb" ? path.stem() : path.filename()).string();
   const std::string wrong = relay::WhyNoStreamName(name);
   if (!wrong.empty()) throw Failure(kExitUsage, Quoted(name) + ": " + wrong + "; give one with --name");

@@ -64,6 +64,8 @@ std::string Reason(natsStatus status) {
       return "the server hangs up (" + Detail(status) + "): it may want a certificate; check --tls-cert and --tls-key";
     case NATS_NO_SERVER:
       return "no server answers: is it running there?";
+    case NATS_NO_RESPONDERS:
+      return "no JetStream answers there: start nats-server with -js, or allow it for the account";
     case NATS_CONNECTION_DISCONNECTED:
     case NATS_INSUFFICIENT_BUFFER:  // it may not keep what it can't send
       return "the server is away";
@@ -75,7 +77,7 @@ std::string Reason(natsStatus status) {
 /// The client reports an unreadable file late and in other words.
 std::string BytesOfFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
   if (!bytes.empty()) return bytes;
   const std::string why = file.is_open() ? "is empty" : std::string("can't be read: ") + std::strerror(errno);
   throw StreamError(StreamError::Kind::kRefused, path + ": " + why);
@@ -171,7 +173,7 @@ void NatsConnection::Connect() {
   for (int i = 0; i < kConnectTries; ++i) {
     if (i > 0) std::this_thread::sleep_for(std::chrono::milliseconds(kReconnectWait));
     status = natsConnection_Connect(&connected, options.get());
-    if (status != NATS_PROTOCOL_ERROR && status != NATS_IO_ERROR) break;
+    if (status != NATS_PROTOCOL_ERROR && status != NATS_IO_ERROR && status != NATS_SSL_ERROR) break;
   }
   m_connection.reset(connected);
   if (status == NATS_IO_ERROR && WantsTls(m_server, m_urls)) status = NATS_PROTOCOL_ERROR;
