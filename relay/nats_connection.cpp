@@ -14,8 +14,7 @@
 namespace dtsdb::relay {
 namespace {
 
-constexpr int kRequestWait = 3000;   // milliseconds
-constexpr int kReconnectWait = 200;  // likewise
+constexpr int kReconnectWait = 200;  // milliseconds
 constexpr int kConnectWait = 3000;   // likewise
 constexpr int kConnectTries = 3;
 constexpr int kLivePending = 64;  // messages that came and aren't asked for yet
@@ -180,7 +179,7 @@ void NatsConnection::Connect() {
   Check(status, m_urls.Shown());
   jsOptions settings;
   jsOptions_Init(&settings);
-  settings.Wait = kRequestWait;
+  settings.Wait = kNatsRequestWait;
   jsCtx* context = nullptr;
   Check(natsConnection_JetStream(&context, connected, &settings), m_urls.Shown());
   m_context.reset(context);

@@ -26,6 +26,9 @@ struct NatsDestroyer {
 };
 using NatsMessage = std::unique_ptr<natsMsg, NatsDestroyer<natsMsg_Destroy>>;
 
+/// How long an answer is waited for, in milliseconds.
+inline constexpr int kNatsRequestWait = 3000;
+
 std::string BytesOf(natsMsg* message);
 
 /// Looks for its server by itself when that goes away, as long as it exists. Belongs to one thread.

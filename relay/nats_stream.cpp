@@ -9,7 +9,6 @@
 namespace dtsdb::relay {
 namespace {
 
-constexpr int kRequestWait = 3000;  // milliseconds
 constexpr std::size_t kMostPart = std::size_t{512} << 10;
 constexpr std::size_t kHeaderRoom = 4096;  // of a message as the server counts it
 
@@ -102,7 +101,7 @@ class NatsStreams::NatsStream final : public Stream {
     if (number <= 1) return;
     jsOptions options;
     jsOptions_Init(&options);
-    options.Wait = kRequestWait;
+    options.Wait = kNatsRequestWait;
     options.Stream.Purge.Sequence = number;
     auto code = static_cast<jsErrCode>(0);
     const natsStatus status = js_PurgeStream(Js(), m_name.c_str(), &options, &code);
