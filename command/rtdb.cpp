@@ -117,23 +117,10 @@ int Put(const RtdbOptions& options) {
 int Check(const RtdbOptions& options) {
   RealtimeDatabase database(options.database.Path(),
                             dbDatabase::dbReadOnly);  // looks through the pages and the tables' columns
-  int tables = 0;
-  long long rows = 0;
-  for (const auto& table : StoredTables()) {
-    long long read = 0;
-    const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
-    database.Check();
-    if (read != count) {
-      throw Failure(kExitFile,
-                    fmt::format("{}: table {}: only {} of {} rows can be read", options.database.Text(),
-                                QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
-    }
-    if (count > 0) ++tables;
-    rows += count;
-  }
+  const StoredRowCounts counts = CheckStoredRows(database, options.database.Text());
   Report report;
-  report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.database.Text(), Counted(rows, "row"), tables,
-                          kTableCount));
+  report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.database.Text(), Counted(counts.rows, "row"),
+                          counts.tables, kTableCount));
   WriteReport(report, Format::kText);
   return kExitGood;
 }

@@ -132,6 +132,25 @@ void ReadTextTables(const std::string& folder, DTSDB& database, const ReadingPro
   }
 }
 
+TextTableBytes ReadTextTableBytes(const std::string& folder) {
+  FindTextTables(folder);
+  const Listing listing = List(folder);
+  if (listing.tables.empty() && listing.unknown.empty() && !listing.others.empty()) {
+    RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
+  }
+  TextTableBytes found;
+  for (const std::string& name : listing.unknown) found.faults[name] = "there is no table of this name";
+  for (const std::string& name : listing.tables) {
+    const std::string table = fs::path(name).stem().string();
+    try {
+      found.tables[table] = ReadFile(fs::path(folder) / name);
+    } catch (const Failure& failure) {
+      found.faults[table] = failure.what();
+    }
+  }
+  return found;
+}
+
 void WriteTextTables(DTSDB& database, const std::string& folder) {
   std::error_code error;
   const fs::path target = Resolved(folder, error);
