@@ -29,6 +29,7 @@ using internal::rtdb::Schema;
 using internal::rtdb::Snapshot;
 using internal::rtdb::TreeSalvage;
 using internal::rtdb::format::Get;
+using internal::rtdb::format::Head;
 using internal::rtdb::format::Tree;
 
 constexpr char kSchemas[] = "@schema";
@@ -83,28 +84,21 @@ class StoreSalvage {
   StoreSalvage(std::string_view file, const std::function<void(const StoreFault&)>& report)
       : m_trees(file), m_report(report) {}
 
-  /// Looks for the trees of the tables and their columns. Returns what is wrong where there are none.
+  /// Looks for the newest state of which anything is left, its tables and their columns. Returns what is wrong where
+  /// there is none.
   std::string FindTables() {
-    if (!m_trees.HasHead()) return "both heads of the store are damaged";
-    m_trees.Walk(
-        m_trees.Head().main,
-        [this](const TreeSalvage::Entry& entry) {
-          if (entry.isTree) m_tables[std::string(entry.key)] = Get<Tree>(entry.data.data());
-        },
-        [this](std::uint64_t page, std::string_view, const char* what) {
-          m_report({.page = page, .what = std::string("the list of tables: ") + what});
-        });
-    const auto schemas = m_tables.find(kSchemas);
-    if (schemas == m_tables.end()) return m_tables.empty() ? "no table can be reached" : "";
-    m_trees.Walk(
-        schemas->second,
-        [this](const TreeSalvage::Entry& entry) {
-          if (const auto schema = Schema::FromText(entry.data)) m_schemas[std::string(entry.key)] = *schema;
-        },
-        [this](std::uint64_t page, std::string_view, const char* what) {
-          m_report({.page = page, .what = std::string("the list of columns: ") + what});
-        });
-    return "";
+    const auto& states = m_trees.States();
+    for (const auto& state : states) {
+      m_trees.Begin(state);
+      m_isListWhole = true;
+      FindTrees(state);
+      if (m_tables.empty()) continue;
+      m_isNewest = states.size() > 1 && &state == &states.front();
+      if (!m_isNewest) m_report({.what = "a head is damaged; what is read may be the state before the last commit"});
+      FindColumns();
+      return "";
+    }
+    return "no table can be reached";
   }
 
   void Read(SalvagedTable& target) {
@@ -113,7 +107,7 @@ class StoreSalvage {
     if (tree == m_tables.end()) {
       // A store has a tree for each table of the program that made it.
       if (m_schemas.contains(name)) m_report({.table = name, .what = "the table can't be reached"});
-      if (!m_schemas.contains(name) && Whole()) target.lost = 0;
+      if (!m_schemas.contains(name) && m_isListWhole && m_isNewest) target.lost = 0;
       return;
     }
     const std::unique_ptr<RowPlan> plan = PlanFor(target);
@@ -129,7 +123,37 @@ class StoreSalvage {
   }
 
  private:
-  bool Whole() const { return m_tables.contains(kSchemas); }
+  void FindTrees(const Head& state) {
+    m_trees.Walk(
+        state.main,
+        [this](const TreeSalvage::Entry& entry) {
+          if (entry.isTree) m_tables[std::string(entry.key)] = Get<Tree>(entry.data.data());
+        },
+        [this](std::uint64_t page, std::string_view, const char* what) {
+          m_isListWhole = false;
+          m_report({.page = page, .what = std::string("the list of tables: ") + what});
+        });
+  }
+
+  void FindColumns() {
+    const auto tree = m_tables.find(kSchemas);
+    if (tree == m_tables.end()) {
+      m_isListWhole = false;
+      return;
+    }
+    std::uint64_t found = 0;
+    m_trees.Walk(
+        tree->second,
+        [&](const TreeSalvage::Entry& entry) {
+          const auto schema = Schema::FromText(entry.data);
+          if (schema) m_schemas[std::string(entry.key)] = *schema;
+          ++found;
+        },
+        [this](std::uint64_t page, std::string_view, const char* what) {
+          m_report({.page = page, .what = std::string("the list of columns: ") + what});
+        });
+    m_isListWhole = m_isListWhole && found == tree->second.entries;
+  }
 
   /// How the table's rows lie in the store; null after a message where that can't be known.
   std::unique_ptr<RowPlan> PlanFor(const SalvagedTable& target) {
@@ -169,7 +193,7 @@ class StoreSalvage {
   /// The tree's record counts its rows, unless it is damaged itself.
   void CountLost(SalvagedTable& target, const Tree& tree, std::uint64_t faults) {
     if (tree.entries >= target.saved && (faults > 0 || tree.entries == target.saved)) {
-      target.lost = tree.entries - target.saved;
+      if (m_isNewest) target.lost = tree.entries - target.saved;
     } else if (faults == 0) {
       m_report({.table = target.table->getName(),
                 .what = "the table's head counts " + std::to_string(tree.entries) + " rows, " +
@@ -180,6 +204,8 @@ class StoreSalvage {
   TreeSalvage m_trees;
   const std::function<void(const StoreFault&)>& m_report;
   std::map<std::string, Tree> m_tables;
+  bool m_isNewest = false;
+  bool m_isListWhole = true;  // a table that isn't in it is not in the store
   std::map<std::string, Schema> m_schemas;
 };
 

@@ -79,12 +79,30 @@ class ObjectFileSalvage {
     });
     const auto end = static_cast<std::size_t>(m_device.pos());
     m_work += kHead + (end > at ? end - at : 0);
+    // The number of a text's bytes that is damaged may make it a text of half the file.
+    if (!archive.IsRefused() && HasOddText(TableOfKind(model, static_cast<TableKind>(kind)))) {
+      archive.SetPlace(TableOfKind(static_cast<TableKind>(kind)).name, -1);
+      archive.Refuse(QStringLiteral("a text is damaged"));
+    }
     if (archive.IsRefused()) {
       if (refusal != nullptr) *refusal = archive.Refusal();
       return false;
     }
     at = end;
     return true;
+  }
+
+  /// Whether a text has a character that no identity has.
+  static bool HasOddText(const AnyTable& table) {
+    const auto isOdd = [](QChar c) { return c.isNull() || c.unicode() > 0xFF; };
+    for (const FieldInfo& field : table.Info().fields()) {
+      if (field.type != FieldType::kText) continue;
+      for (int i = 0; i < table.GetCount(); ++i) {
+        const auto& text = field.In<QString>(table[i]);
+        if (std::any_of(text.begin(), text.end(), isOdd)) return true;
+      }
+    }
+    return false;
   }
 
   /// The time of the search for undamaged tables is bounded by the size of the file.
@@ -160,8 +178,12 @@ class ObjectFileSalvage {
   void ReportTable(const TableInfo& info, const FoundRecords& found, const QString& refusal) {
     const QString place = refusal.section(QStringLiteral(": "), 0, 0).section(QStringLiteral(", "), 1);
     const QString what = refusal.section(QStringLiteral(": "), 1);
-    const std::string id = found.damaged == 0 ? "" : TextAt(info, found.damaged);
+    const std::string id = found.damaged.empty() ? "" : TextAt(info, found.damaged.front());
     m_salvage.Report({info.name, place.toStdString(), id, "", what.toStdString()});
+    for (std::size_t i = 1; i < found.damaged.size(); ++i) {
+      m_salvage.Report({info.name, fmt::format("byte {}", found.damaged[i]), TextAt(info, found.damaged[i]), "",
+                        "a record is damaged"});
+    }
   }
 
   /// The first text of the record at `at`, as far as it can be read.
@@ -243,7 +265,11 @@ class ObjectFileSalvage {
       for (const std::size_t place : ascending) CopyRecord(table.Info(), (*read)[place], kept->Add());
       read = std::move(kept);
     }
-    table.SetData(*read);
+    if (read->Count() > 0) {
+      table.SetData(*read);
+    } else {
+      Empty(table.Info().kind);
+    }
     return dropped;
   }
 
@@ -261,6 +287,13 @@ class ObjectFileSalvage {
       if (!isOdd[i] || falls > 2 + records.Count() / 8) places.push_back(i);
     }
     return places;
+  }
+
+  /// What the reader took for the table's records goes.
+  void Empty(int kind) {
+    ForEachRecordClass([&]<class T> {
+      if (T::kKind == kind) TableOf<T>(m_salvage.model).Clear();
+    });
   }
 
   static void CopyRecord(const TableInfo& info, const void* from, void* to) {

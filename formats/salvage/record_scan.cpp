@@ -22,6 +22,10 @@ RecordScan::RecordScan(std::string_view file, const TableInfo& table, std::size_
       m_begin(begin),
       m_end(end) {}
 
+bool RecordScan::HasTexts() const {
+  return std::any_of(m_runs.begin(), m_runs.end(), [](const internal::FieldRun& run) { return run.width == 0; });
+}
+
 std::size_t RecordScan::TextEnd(std::size_t at) const {
   if (m_end - at < sizeof(std::uint32_t)) return 0;
   const std::uint32_t size = BigEndian32(m_file, at);
@@ -92,6 +96,22 @@ std::size_t LastRun(const RecordScan& scan, std::size_t from, int count) {
   return best;
 }
 
+/// Finds the runs between damaged records, of three and more, from `from` up to `to`; at most `most` records. The last
+/// record of a run is left out: a damaged text may have ended it too early.
+void FindBetween(const RecordScan& scan, std::size_t from, std::size_t to, long long most, FoundRecords& found) {
+  constexpr std::size_t kLeast = 3;
+  for (std::size_t at = from + 1; at < to && most > 0; ++at) {
+    std::vector<std::size_t> starts = StartsFrom(scan, at, static_cast<int>(most));
+    while (starts.back() > to) starts.pop_back();
+    if (starts.size() <= kLeast) continue;
+    const std::size_t count = starts.size() - 2;
+    found.runs.push_back({at, static_cast<int>(count)});
+    most -= static_cast<long long>(count);
+    at = starts[count];
+    found.damaged.push_back(at);
+  }
+}
+
 }  // namespace
 
 FoundRecords FindRecords(RecordScan& scan, int count, ScanEnd end) {
@@ -117,9 +137,13 @@ FoundRecords FindRecords(RecordScan& scan, int count, ScanEnd end) {
     --front;
   }
   if (front > 0) found.runs.push_back({scan.Begin(), front});
+  const std::size_t damaged = starts[static_cast<std::size_t>(front)];
+  found.damaged.push_back(damaged);
+  if (exact && count - front - behind > 1) FindBetween(scan, damaged, second, count - front - behind - 1, found);
   if (behind > 0) found.runs.push_back({second, behind});
-  if (count >= 0) found.lost = std::max(0, count - front - behind);
-  found.damaged = starts[static_cast<std::size_t>(front)];
+  long long saved = 0;
+  for (const FoundRecords::Run& run : found.runs) saved += run.count;
+  if (count >= 0) found.lost = std::max<long long>(0, count - saved);
   return found;
 }
 

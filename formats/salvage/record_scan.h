@@ -20,7 +20,7 @@ class RecordScan {
   RecordScan(std::string_view file, const TableInfo& table, std::size_t begin, std::size_t end);
 
   /// False for records of numbers alone: any bytes can be one.
-  bool HasTexts() const { return m_keyTexts > 0; }
+  bool HasTexts() const;
 
   /// The end of the record that begins at `at`; 0 where none can.
   std::size_t EndOf(std::size_t at) const;
@@ -53,8 +53,8 @@ struct FoundRecords {
     int count = 0;
   };
   std::vector<Run> runs;
-  long long lost = -1;      ///< -1: unknown
-  std::size_t damaged = 0;  ///< where the first record that can't be read begins; 0 for none
+  long long lost = -1;  ///< -1: unknown
+  std::vector<std::size_t> damaged;  ///< where records that can't be read begin, one for each gap
 };
 
 /// What a scan ends at.

@@ -1,6 +1,8 @@
 #include "rtdb/internal/tree_salvage.h"
 
 #include <algorithm>
+#include <bit>
+#include <optional>
 
 #include "rtdb/internal/page_walk.h"
 
@@ -15,34 +17,31 @@ constexpr std::size_t kLargestPage = 65536;
 }  // namespace
 
 TreeSalvage::TreeSalvage(std::string_view file) : m_file(file) {
-  ChooseHead();
-  if (!m_head) return;
-  m_pageSize = m_head->free.pad;
+  AddState(0, 0);
+  for (std::size_t page = kSmallestPage; page <= kLargestPage; page *= 2) AddState(page, 1);
+  std::stable_sort(m_states.begin(), m_states.end(),
+                   [this](const Head& a, const Head& b) { return Age(a) > Age(b); });
+}
+
+void TreeSalvage::AddState(std::uint64_t offset, std::uint64_t number) {
+  if (offset > m_file.size() || m_file.size() - offset < sizeof(Head)) return;
+  const auto head = Get<Head>(m_file.data() + offset);
+  const std::size_t page = head.free.pad;
+  if (head.number != number || (head.magic != kMagic && head.pageFlags != kMeta)) return;
+  if (!std::has_single_bit(page) || page < kSmallestPage || page > kLargestPage) return;
+  if ((number == 0 || page == offset) && m_file.size() / page > 2) m_states.push_back(head);
+}
+
+/// The number of a state's transaction: what its own pages show of it counts before what its head names.
+std::uint64_t TreeSalvage::Age(const Head& state) const {
+  const bool isPlausible = SoundHead(state, m_file.size());
+  const auto shown = isPlausible ? PageWalk(m_file.data(), m_file.size(), state).LastFreeing() : std::nullopt;
+  return shown.value_or(0) > 0 ? *shown : state.transaction;
+}
+
+void TreeSalvage::Begin(const Head& state) {
+  m_pageSize = state.free.pad;
   m_read.assign(m_file.size() / m_pageSize + 1, false);
-}
-
-std::optional<Head> TreeSalvage::HeadAt(std::uint64_t offset, std::uint64_t number) const {
-  if (offset > m_file.size() || m_file.size() - offset < sizeof(format::Head)) return std::nullopt;
-  const auto head = Get<format::Head>(m_file.data() + offset);
-  if (head.number != number || !SoundHead(head, m_file.size())) return std::nullopt;
-  return number == 0 || head.free.pad == offset ? std::optional(head) : std::nullopt;
-}
-
-/// The newest state whose head fits what its own pages show; failing that the newest.
-void TreeSalvage::ChooseHead() {
-  std::vector<format::Head> heads;
-  if (const auto first = HeadAt(0, 0)) heads.push_back(*first);
-  for (std::size_t page = kSmallestPage; page <= kLargestPage; page *= 2) {
-    if (const auto second = HeadAt(page, 1)) heads.push_back(*second);
-  }
-  const auto rank = [this](const format::Head& head) {
-    const auto last = PageWalk(m_file.data(), m_file.size(), head).LastFreeing();
-    const bool fits = last && (*last == head.transaction || (head.transaction <= 1 && *last == 0));
-    return std::pair(fits, head.transaction);
-  };
-  for (const format::Head& head : heads) {
-    if (!m_head || rank(*m_head) < rank(head)) m_head = head;
-  }
 }
 
 bool TreeSalvage::TakePages(std::uint64_t first, std::uint64_t count) {

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -28,16 +27,17 @@ class TreeSalvage {
   /// `file` must outlive it.
   explicit TreeSalvage(std::string_view file);
 
-  /// Whether there is a head to begin from.
-  bool HasHead() const { return m_head.has_value(); }
-  const format::Head& Head() const { return *m_head; }
+  /// The states that the file may still have: those whose heads can be read, the newest first. Two in a sound store.
+  const std::vector<format::Head>& States() const { return m_states; }
+  /// From here on pages of `state` are read.
+  void Begin(const format::Head& state);
 
   /// Calls `visit` with the entries of a tree that can be read, `fault` where some can't.
   void Walk(const format::Tree& tree, const Visit& visit, const Fault& fault);
 
  private:
-  void ChooseHead();
-  std::optional<format::Head> HeadAt(std::uint64_t offset, std::uint64_t number) const;
+  void AddState(std::uint64_t offset, std::uint64_t number);
+  std::uint64_t Age(const format::Head& state) const;
   void WalkPage(std::uint64_t number, int depth, const Visit& visit, const Fault& fault);
   void WalkNode(std::uint64_t number, std::size_t offset, bool leaf, int depth, const Visit& visit,
                 const Fault& fault);
@@ -45,7 +45,7 @@ class TreeSalvage {
   bool TakePages(std::uint64_t first, std::uint64_t count);
 
   std::string_view m_file;
-  std::optional<format::Head> m_head;
+  std::vector<format::Head> m_states;
   std::size_t m_pageSize = 0;
   std::vector<bool> m_read;
 };

@@ -154,6 +154,22 @@ TEST_F(ObjectFileSalvageTest, DamagedRecordCostsItselfAlone) {
   }
 }
 
+TEST_F(ObjectFileSalvageTest, RecordsBetweenDamagedOnesAreFound) {
+  DTSDB large;
+  for (int i = 0; i < 1000; ++i) large.m_cbTable->Add(CB(QString::number(10000 + i)));
+  SaveModel(large, ModelName(path));
+  original = TextsOf(large);
+  whole = ReadBytes(path);
+  for (const char* id : {"10100", "10500", "10900"}) {
+    std::string wide;
+    for (const char* c = id; *c != '\0'; ++c) wide += {'\0', *c};
+    whole[whole.find(wide) - 2] = '\x7F';  // the number of its bytes
+  }
+  Salvage salvage = Of(whole);
+  EXPECT_GE(ExpectOnlyOriginals(salvage, "three damages"), 990);
+  EXPECT_EQ(salvage.placeCount, 3U);
+}
+
 TEST_F(ObjectFileSalvageTest, SeveralDamagesLeaveOnlyWhatWasWritten) {
   std::mt19937 random(3);
   for (int trial = 0; trial < 200; ++trial) {
