@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "command/commands.h"
+#include "command/rtdb_backup.h"
 #include "command/rtdb_prune.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
@@ -145,7 +146,7 @@ void AddTableArgument(CommandLine& command, RtdbOptions& options) {
 }  // namespace
 
 void AddRtdb(CommandLine& app, Action& action) {
-  CommandLine rtdb = app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs", {});
+  CommandLine rtdb = app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs, back it up", {});
   rtdb.RequireSubcommand();
   rtdb.Footer(kRtdbFooter);
   AddRtdbCommand(
@@ -183,6 +184,9 @@ void AddRtdb(CommandLine& app, Action& action) {
       },
       Check);
   AddRtdbPrune(rtdb, action);
+#ifndef DTSDB_RTDB_FASTDB
+  AddRtdbBackup(rtdb, action);
+#endif
 }
 
 }  // namespace dtsdb::tools

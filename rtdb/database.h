@@ -58,6 +58,11 @@ class dbDatabase {
   /// Ends the thread's use. With COMMIT its transaction is committed, else rolled back.
   void detach(int flags = COMMIT | DESTROY_CONTEXT);
 
+  /// Writes the state of the last commit to `file`, one whole state that is on the disk before the file takes its
+  /// place; one that is there is replaced. Other programs may go on writing. What the calling thread has not committed
+  /// isn't in it. With `compactify` free pages are left out. False after a message, and nothing is left then.
+  bool backup(char const* file, bool compactify);
+
   /// Makes the thread's changes visible to all and resets its cursors. On failure nothing of them is stored.
   void commit();
   /// The same: the changes of a transaction become visible together or not at all.

@@ -15,6 +15,7 @@
 #include "rtdb/internal/key_code.h"
 #include "rtdb/internal/row_image.h"
 #include "rtdb/internal/snapshot.h"
+#include "rtdb/internal/store.h"
 #include "rtdb/internal/tree_salvage.h"
 
 namespace dtsdb::rtdb {
@@ -27,12 +28,11 @@ using internal::rtdb::kRowNumberSize;
 using internal::rtdb::RowPlan;
 using internal::rtdb::Schema;
 using internal::rtdb::Snapshot;
+using internal::rtdb::Store;
 using internal::rtdb::TreeSalvage;
 using internal::rtdb::format::Get;
 using internal::rtdb::format::Head;
 using internal::rtdb::format::Tree;
-
-constexpr char kSchemas[] = "@schema";
 
 /// The bytes of a store as they were at one moment.
 class MemoryCopy {
@@ -136,7 +136,7 @@ class StoreSalvage {
   }
 
   void FindColumns() {
-    const auto tree = m_tables.find(kSchemas);
+    const auto tree = m_tables.find(Store::kSchemaTree);
     if (tree == m_tables.end()) {
       m_isListWhole = false;
       return;

@@ -10,7 +10,9 @@
 #include "formats/realtime.h"
 #include "formats/salvage/salvage.h"
 #include "formats/stored_rows.h"
+#include "model/any_table.h"
 #include "model/exchange.h"
+#include "model/table_info.h"
 #include "rtdb/file_name.h"
 #ifndef DTSDB_RTDB_FASTDB
 #include "rtdb/salvage.h"
@@ -45,7 +47,7 @@ std::string TableOfRows(const std::string& rowClass) {
   return QString::fromStdString(rowClass).toUpper().toStdString();
 }
 
-/// Returns whether anything was wrong that can be named.
+/// Reads the rows of a store as far as that is possible. Returns whether anything was wrong that can be named.
 bool SalvagePages(const std::string& file, Salvage& salvage) {
   std::vector<rtdb::SalvagedTable> wanted;
   std::vector<std::function<void()>> fill;
@@ -54,13 +56,13 @@ bool SalvagePages(const std::string& file, Salvage& salvage) {
     const std::string place = fault.page > 0 ? fmt::format("page {}", fault.page) : "";
     salvage.Report({TableOfRows(fault.table), place, IdText(IdFromBytes(fault.id.c_str())), "", fault.what});
   });
-  if (!wrong.empty() || salvage.IsSound()) return false;
+  if (!wrong.empty()) return false;
   for (std::size_t i = 0; i < wanted.size(); ++i) {
     fill[i]();
     salvage.tables[i].lost.reset();
     if (wanted[i].lost) salvage.tables[i].lost = static_cast<long long>(*wanted[i].lost);
   }
-  return true;
+  return !salvage.IsSound();
 }
 
 #else
@@ -71,6 +73,17 @@ bool SalvagePages(const std::string&, Salvage&) { return false; }
 #endif
 
 }  // namespace
+
+std::string CheckStoreFile(const std::string& file, long long& rows) {
+  Salvage salvage;
+  for (const TableInfo& table : Tables()) salvage.tables.push_back({.table = table.name});
+  const bool isDamaged = SalvagePages(file, salvage);
+  rows = 0;
+  for (const AnyTable& table : AllTables(salvage.model)) rows += table.GetCount();
+  if (!isDamaged) return "";
+  const DamagedPlace& place = salvage.places.front();
+  return (place.table.empty() ? "" : "table " + place.table + ": ") + place.what;
+}
 
 void SalvageRealtime(const std::string& name, Salvage& salvage) {
   try {

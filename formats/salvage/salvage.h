@@ -51,6 +51,10 @@ struct Salvage {
 /// right to read it, another form of model, another program's file.
 Salvage SalvageModel(const ModelName& name);
 
+/// What is wrong with a store that nobody writes, or an empty text. `rows` becomes the number of its rows. The file is
+/// read as it is, without a lock file beside it.
+std::string CheckStoreFile(const std::string& file, long long& rows);
+
 // One for each form. They fill `salvage`, whose tables are there and empty.
 void SalvageObjectFile(const std::string& path, Salvage& salvage);
 void SalvageTextTables(const std::string& folder, Salvage& salvage);

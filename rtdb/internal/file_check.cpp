@@ -208,4 +208,12 @@ std::string CheckBytes(std::string_view file) {
   return SoundState(file, heads, NewestOf(heads).transaction) ? "" : kDamaged;
 }
 
+std::string CheckWholeFile(int file) {
+  struct stat about {};
+  if (::fstat(file, &about) != 0) return std::strerror(errno);
+  if (about.st_size == 0) return kForeign;
+  const Mapping mapping(file, static_cast<std::size_t>(about.st_size));
+  return mapping.Done() ? CheckBytes({mapping.Bytes(), mapping.Size()}) : std::strerror(errno);
+}
+
 }  // namespace dtsdb::internal::rtdb

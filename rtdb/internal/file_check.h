@@ -24,5 +24,7 @@ std::string CheckPages(MDB_env* env);
 
 /// Looks at the heads and all pages of a store that nobody writes. Returns what is wrong, or an empty text.
 std::string CheckBytes(std::string_view file);
+/// The same for an open file.
+std::string CheckWholeFile(int file);
 
 }  // namespace dtsdb::internal::rtdb

@@ -15,6 +15,9 @@
 
 namespace dtsdb::internal::rtdb {
 
+/// Copies what stands in the file `from`, from its beginning on, to where `to` stands. 0 or an error number.
+int CopyBytes(int from, int to);
+
 class Snapshot {
  public:
   /// Copies the file. 0 or an error number.
