@@ -27,8 +27,10 @@ struct ModelCheckOptions {
 };
 
 constexpr const char* kCheckModelFooter =
-    "An object file, a folder of text tables or a realtime database; 'dtsdb rtdb check' is the short form for the last.\n"
-    "Looks for damage of the file, not for faults of the network: that is what 'dtsdb validate' does. What no form can\n"
+    "An object file, a folder of text tables or a realtime database; 'dtsdb rtdb check' is the short form for the "
+    "last.\n"
+    "Looks for damage of the file, not for faults of the network: that is what 'dtsdb validate' does. What no form "
+    "can\n"
     "show is a wrong number or letter within a record.\n"
     "--repair writes the records that are whole. Validate that model before it is used.\n\n"
     "Examples:\n"
@@ -83,9 +85,11 @@ std::string Verdict(const ModelCheckOptions& options, const Salvage& salvage, co
     return fmt::format("{}: sound: {} in {} of {} tables.", name, Counted(totals.saved, "record"), totals.tables,
                        kTableCount);
   }
-  const std::string lost = totals.lost ? Counted(*totals.lost, "record") + " lost" : "it can't be known how many are lost";
-  return fmt::format("{}: damaged in {}: {} can be saved, {}.", name, Counted(static_cast<long long>(salvage.placeCount), "place"),
-                     Counted(totals.saved, "record"), lost);
+  const std::string lost =
+      totals.lost ? Counted(*totals.lost, "record") + " lost" : "it can't be known how many are lost";
+  return fmt::format("{}: damaged in {}: {} can be saved, {}.", name,
+                     Counted(static_cast<long long>(salvage.placeCount), "place"), Counted(totals.saved, "record"),
+                     lost);
 }
 
 Report CheckReport(const ModelCheckOptions& options, const Salvage& salvage) {
@@ -124,8 +128,8 @@ void RequireOutput(const ModelCheckOptions& options) {
 ModelName Checked(const ModelName& model) {
   constexpr const char* kStore = ".fdb";
   std::error_code ignored;
-  const bool isStore = !model.IsDatabase() && fs::path(model.Path()).extension() == kStore &&
-                       fs::is_regular_file(model.Path(), ignored);
+  const bool isStore =
+      !model.IsDatabase() && fs::path(model.Path()).extension() == kStore && fs::is_regular_file(model.Path(), ignored);
   return isStore ? ModelName::OfDatabase(model.Text()) : model;
 }
 
@@ -150,7 +154,8 @@ void AddCheck(CommandLine& app, Action& action) {
   AddCommand<ModelCheckOptions>(
       app, action, "check", "Look for damage of a model's files, and save what is whole",
       [](CommandLine& command, ModelCheckOptions& options) {
-        AddModelArgument(command, options.model, "MODEL", "Object file, text tables, rtdb:NAME or store file").Required();
+        AddModelArgument(command, options.model, "MODEL", "Object file, text tables, rtdb:NAME or store file")
+            .Required();
         AddModelOption(command, "--repair", options.repaired, "Write the records that are whole to OUT");
         command.AddFlag("--replace", options.replace, "OUT may exist; it is overwritten");
         AddSheetOption(command, options.sheet, "tables, damage");

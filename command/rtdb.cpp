@@ -146,7 +146,8 @@ void AddTableArgument(CommandLine& command, RtdbOptions& options) {
 }  // namespace
 
 void AddRtdb(CommandLine& app, Action& action) {
-  CommandLine rtdb = app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs, back it up", {});
+  CommandLine rtdb =
+      app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs, back it up", {});
   rtdb.RequireSubcommand();
   rtdb.Footer(kRtdbFooter);
   AddRtdbCommand(

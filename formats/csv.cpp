@@ -85,7 +85,21 @@ std::size_t LineLength(std::string_view bytes) {
   return bytes.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
 }
 
+constexpr char kGuard = '\'';
+
+/// Whether a spreadsheet would take `text` for a formula but for the guards in front.
+bool IsFormula(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(kGuard);
+  return begin != std::string_view::npos && std::string_view("=+-@\t\r").find(text[begin]) != std::string_view::npos;
+}
+
 }  // namespace
+
+std::string GuardedText(const std::string& text) { return IsFormula(text) ? kGuard + text : text; }
+
+std::string UnguardedText(const std::string& text) {
+  return text.starts_with(kGuard) && IsFormula(text) ? text.substr(1) : text;
+}
 
 void ReadCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit) {
   Parser parser;

@@ -134,8 +134,9 @@ StoredRowCounts CheckStoredRows(RealtimeDatabase& database, const std::string& n
     const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
     database.Check();
     if (read != count) {
-      throw Failure(kExitFile, fmt::format("{}: table {}: only {} of {} rows can be read", name,
-                                           QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
+      throw Failure(kExitFile,
+                    fmt::format("{}: table {}: only {} of {} rows can be read", name,
+                                QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
     }
     if (count > 0) ++counts.tables;
     counts.rows += count;

@@ -52,7 +52,7 @@ std::string ParseField(const CsvField& text, const FieldInfo& field, void* recor
   if (!text) return "";
   return VisitValue(field, record, [&text]<class V>(V& value) -> std::string {
     if constexpr (std::is_same_v<V, QString>) {
-      return ParseIdentity(*text, value);
+      return ParseIdentity(UnguardedText(*text), value);
     } else {
       return text->empty() ? "" : ParseNumber(*text, value);
     }
@@ -124,6 +124,7 @@ class TextTableReader {
  private:
   /// Finds the columns that a header names.
   void TakeHeader(const CsvRow& row) {
+    if (row.fields.size() > 4 * m_known.size()) return RefuseHeader(row);
     for (std::size_t i = 0; i < row.fields.size(); ++i) m_header.push_back(row.fields[i].value_or(""));
     m_columns.resize(m_header.size());
     bool isWhole = true;
@@ -138,6 +139,15 @@ class TextTableReader {
     const auto keys = static_cast<std::size_t>(m_table.Info().KeyFields().size());
     for (std::size_t key = 0; key < keys; ++key) m_hasKey = m_hasKey && IsTaken(key);
     if (!m_hasKey) m_fault({row.line, m_known[0], "without the column of the key no row can be saved"});
+  }
+
+  /// A row of nothing but separators isn't looked through name by name.
+  void RefuseHeader(const CsvRow& row) {
+    m_header.assign(row.fields.size(), "");
+    m_columns.resize(m_header.size());
+    m_hasKey = false;
+    m_fault({row.line, "",
+             fmt::format("the header has {} columns, the table {} fields", row.fields.size(), m_known.size())});
   }
 
   std::string FindColumn(const CsvField& name, std::size_t i) {
@@ -197,7 +207,7 @@ class TextTableReader {
   /// The key of a row as it is written, for a message.
   std::string KeyOf(const CsvRow& row) const {
     for (std::size_t i = 0; i < std::min(row.fields.size(), m_columns.size()); ++i) {
-      if (m_columns[i] == std::size_t{0}) return row.fields[i].value_or("");
+      if (m_columns[i] == std::size_t{0}) return UnguardedText(row.fields[i].value_or(""));
     }
     return "";
   }
@@ -223,7 +233,7 @@ bool WriteField(const FieldInfo& field, const void* record, CsvField& text) {
       if (value.isNull()) return true;
       const std::optional<QString> real = ExactTextFromId(value);
       if (!real) return false;
-      text = real->toStdString();
+      text = GuardedText(real->toStdString());
     } else {
       text = NumberText(value);
     }

@@ -50,6 +50,13 @@ Listing List(const fs::path& folder) {
   return listing;
 }
 
+/// The bytes of a text table. A pipe or device of such a name would be waited for or have no end.
+std::string ReadTable(const fs::path& path) {
+  std::error_code ignored;
+  if (fs::is_other(path, ignored)) RefuseFile(path, "can't be read: it is a pipe or device");
+  return ReadFile(path);
+}
+
 /// What a folder holds, with the bytes of its text tables by file name.
 struct Contents {
   Listing listing;
@@ -58,7 +65,7 @@ struct Contents {
 
 Contents ReadOnce(const fs::path& folder) {
   Contents contents{List(folder), {}};
-  for (const std::string& name : contents.listing.tables) contents.tables[name] = ReadFile(folder / name);
+  for (const std::string& name : contents.listing.tables) contents.tables[name] = ReadTable(folder / name);
   return contents;
 }
 
@@ -143,7 +150,7 @@ TextTableBytes ReadTextTableBytes(const std::string& folder) {
   for (const std::string& name : listing.tables) {
     const std::string table = fs::path(name).stem().string();
     try {
-      found.tables[table] = ReadFile(fs::path(folder) / name);
+      found.tables[table] = ReadTable(fs::path(folder) / name);
     } catch (const Failure& failure) {
       found.faults[table] = failure.what();
     }

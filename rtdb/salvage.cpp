@@ -55,8 +55,7 @@ class MemoryCopy {
     struct stat about {};
     if (::fstat(m_copy.Fd(), &about) != 0) return errno;
     if (about.st_size == 0) return 0;
-    void* const bytes =
-        ::mmap(nullptr, static_cast<std::size_t>(about.st_size), PROT_READ, MAP_SHARED, m_copy.Fd(), 0);
+    void* const bytes = ::mmap(nullptr, static_cast<std::size_t>(about.st_size), PROT_READ, MAP_SHARED, m_copy.Fd(), 0);
     if (bytes == MAP_FAILED) return errno;
     m_bytes = bytes;
     m_size = static_cast<std::size_t>(about.st_size);
@@ -167,7 +166,8 @@ class StoreSalvage {
       return nullptr;
     }
     if (found == m_schemas.end()) {
-      m_report({.table = name, .what = "the list of its columns is damaged; rows are read as this program stores them"});
+      m_report(
+          {.table = name, .what = "the list of its columns is damaged; rows are read as this program stores them"});
     }
     return std::make_unique<RowPlan>(schema, *target.table);
   }

@@ -1,8 +1,8 @@
 /// \file
 /// What can be read of a damaged store.
 ///
-/// A damaged store is refused by dbDatabase::open, since LMDB would not survive it. Here its pages are read without LMDB:
-/// whatever the newest state's trees still lead to. Time and memory are bounded by the size of the file.
+/// A damaged store is refused by dbDatabase::open, since LMDB would not survive it. Here its pages are read without
+/// LMDB: whatever the newest state's trees still lead to. Time and memory are bounded by the size of the file.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ namespace dtsdb::rtdb {
 /// A table whose rows are wanted.
 struct SalvagedTable {
   const dbTableDescriptor* table = nullptr;
-  void* row = nullptr;         ///< an object of the table's class, into which each row is decoded
+  void* row = nullptr;              ///< an object of the table's class, into which each row is decoded
   std::function<void()> take = {};  ///< called for each row that is whole; its texts hold during the call
 
   // What came of it.
@@ -34,8 +34,8 @@ struct StoreFault {
   std::string what = {};
 };
 
-/// Reads what can be read of the store in `file`, of which a copy is made in memory first, so that programs may write it
-/// meanwhile. Calls `report` for each fault. Returns an empty text, or why nothing could be read.
+/// Reads what can be read of the store in `file`, of which a copy is made in memory first, so that programs may write
+/// it meanwhile. Calls `report` for each fault. Returns an empty text, or why nothing could be read.
 std::string SalvageStore(const std::string& file, std::vector<SalvagedTable>& tables,
                          const std::function<void(const StoreFault&)>& report);
 

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::uint32_t kNullText = 0xFFFFFFFF;
 constexpr std::size_t kUnit = 2;  // bytes of a character
-/// The size of a longer text would have no zero in it. With one, no text can begin within another: so the time of a scan
-/// grows with its bytes and no faster.
+/// The size of a longer text would have no zero in it. With one, no text can begin within another: so the time of a
+/// scan grows with its bytes and no faster.
 constexpr std::size_t kLongestText = 0xFFFE;
 
 }  // namespace

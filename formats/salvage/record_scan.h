@@ -53,7 +53,7 @@ struct FoundRecords {
     int count = 0;
   };
   std::vector<Run> runs;
-  long long lost = -1;  ///< -1: unknown
+  long long lost = -1;               ///< -1: unknown
   std::vector<std::size_t> damaged;  ///< where records that can't be read begin, one for each gap
 };
 

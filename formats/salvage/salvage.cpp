@@ -44,8 +44,9 @@ Salvage SalvageModel(const ModelName& name) {
       break;
     case ModelForm::kCgmes:
     case ModelForm::kXiidm:
-      throw Failure(kExitUsage, name.Text() + " holds a grid in an exchange format; 'dtsdb info' shows what can be "
-                                              "read of it");
+      throw Failure(kExitUsage, name.Text() +
+                                    " holds a grid in an exchange format; 'dtsdb info' shows what can be "
+                                    "read of it");
   }
   CountSaved(salvage);
   if (!salvage.IsSound()) TakeMark(salvage.model);

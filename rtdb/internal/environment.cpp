@@ -338,8 +338,9 @@ Status Environment::CopyTo(const NewFile& copy, const std::string& target, bool 
 
 Status Environment::Copy(const std::string& target, bool compact) {
   if (m_writer == std::this_thread::get_id()) {
-    return Status::Error(dbErrors::Deadlock, Path() + ": this thread has changes that are not committed; commit before a "
-                                                      "backup");
+    return Status::Error(dbErrors::Deadlock, Path() +
+                                                 ": this thread has changes that are not committed; commit before a "
+                                                 "backup");
   }
   const StandardStreamsKept kept;
   const auto refused = [&target](int error) {

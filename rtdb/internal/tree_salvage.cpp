@@ -19,8 +19,7 @@ constexpr std::size_t kLargestPage = 65536;
 TreeSalvage::TreeSalvage(std::string_view file) : m_file(file) {
   AddState(0, 0);
   for (std::size_t page = kSmallestPage; page <= kLargestPage; page *= 2) AddState(page, 1);
-  std::stable_sort(m_states.begin(), m_states.end(),
-                   [this](const Head& a, const Head& b) { return Age(a) > Age(b); });
+  std::stable_sort(m_states.begin(), m_states.end(), [this](const Head& a, const Head& b) { return Age(a) > Age(b); });
 }
 
 void TreeSalvage::AddState(std::uint64_t offset, std::uint64_t number) {

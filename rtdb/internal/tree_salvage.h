@@ -39,8 +39,7 @@ class TreeSalvage {
   void AddState(std::uint64_t offset, std::uint64_t number);
   std::uint64_t Age(const format::Head& state) const;
   void WalkPage(std::uint64_t number, int depth, const Visit& visit, const Fault& fault);
-  void WalkNode(std::uint64_t number, std::size_t offset, bool leaf, int depth, const Visit& visit,
-                const Fault& fault);
+  void WalkNode(std::uint64_t number, std::size_t offset, bool leaf, int depth, const Visit& visit, const Fault& fault);
   bool DataOf(const char* node, std::size_t room, Entry& entry);
   bool TakePages(std::uint64_t first, std::uint64_t count);
 
