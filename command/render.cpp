@@ -216,7 +216,7 @@ std::string Report::Text(bool colour) const {
   for (const Part& part : m_parts) {
     if (part.sheet != nullptr && part.sheet->IsHidden()) continue;
     if (!text.empty() && part.sheet != nullptr) text += '\n';
-    text += part.sheet != nullptr ? part.sheet->Text(colour) : part.line + "\n";
+    text += part.sheet != nullptr ? part.sheet->Text(colour) : OneLine(part.line) + "\n";
   }
   return text;
 }

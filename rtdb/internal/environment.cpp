@@ -333,7 +333,7 @@ Status Environment::CopyTo(const NewFile& copy, const std::string& target, bool 
     result = AmendCopy(copy.Path(), (info.me_last_txnid + std::uint64_t{1}) * Store::kRowsPerTransaction);
   }
   result = WithoutSpaceNamed(result, file);
-  return result == MDB_SUCCESS ? Status() : LmdbError(result, target, "copying");
+  return result == MDB_SUCCESS ? Status() : LmdbError(result, Path(), ("backup to " + target).c_str());
 }
 
 Status Environment::Copy(const std::string& target, bool compact) {
@@ -343,8 +343,8 @@ Status Environment::Copy(const std::string& target, bool compact) {
                                                  "backup");
   }
   const StandardStreamsKept kept;
-  const auto refused = [&target](int error) {
-    return Status::Error(dbErrors::FileError, target + ": " + std::strerror(error));
+  const auto refused = [&](int error) {
+    return Status::Error(dbErrors::FileError, Path() + ": backup to " + target + ": " + std::strerror(error));
   };
   std::error_code error;
   const std::filesystem::path place = std::filesystem::weakly_canonical(target, error);

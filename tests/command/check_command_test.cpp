@@ -54,12 +54,12 @@ TEST_F(CheckCommand, DamageIsNamedAndTheRestSaved) {
 
 TEST_F(CheckCommand, JsonHasCountsAndPlaces) {
   here.Write("m/LD.csv", here.Read("m/LD.csv") + "\"broken\r\n");
-  const auto json = nlohmann::json::parse(here.Run("check m --format json").out);
-  EXPECT_EQ(json.at("sound"), false);
-  EXPECT_EQ(json.at("saved"), 822);
-  EXPECT_EQ(json.at("lost"), 1);
-  EXPECT_EQ(json.at("damage").at(0).at("table"), "LD");
-  EXPECT_EQ(json.at("damage").at(0).at("what"), "the closing quote is missing");
+  const auto result = nlohmann::json::parse(here.Run("check m --format json").out);
+  EXPECT_EQ(result.at("sound"), false);
+  EXPECT_EQ(result.at("saved"), 822);
+  EXPECT_EQ(result.at("lost"), 1);
+  EXPECT_EQ(result.at("damage").at(0).at("table"), "LD");
+  EXPECT_EQ(result.at("damage").at(0).at("what"), "the closing quote is missing");
 }
 
 TEST_F(CheckCommand, NeitherTheModelNorAnExistingOutIsWrittenOver) {

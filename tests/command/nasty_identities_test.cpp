@@ -100,12 +100,12 @@ TEST_F(NastyModel, IsShownOnATerminalCharacterByCharacter) {
 }
 
 TEST_F(NastyModel, ComesBackFromJson) {
-  const auto json = nlohmann::json::parse(Out("dump m.obj LD --format json"));
+  const auto loads = nlohmann::json::parse(Out("dump m.obj LD --format json"));
   std::set<std::string> found;
-  for (const auto& row : json.at("LD")) found.insert(row.at("id").get<std::string>());
+  for (const auto& row : loads.at("LD")) found.insert(row.at("id").get<std::string>());
   EXPECT_EQ(found, std::set<std::string>(names.begin(), names.end()));
-  EXPECT_NO_THROW((void)nlohmann::json::parse(Out("validate m.obj --format json")));
-  EXPECT_NO_THROW((void)nlohmann::json::parse(Out("topology m.obj --format json")));
+  EXPECT_TRUE(nlohmann::json::accept(Out("validate m.obj --format json")));
+  EXPECT_TRUE(nlohmann::json::accept(Out("topology m.obj --format json")));
 }
 
 TEST_F(NastyModel, ComesBackFromCsvWithoutACellThatIsAFormula) {
@@ -163,7 +163,7 @@ TEST_F(NastyModel, BytesThatAreNoTextAreShownAndNotWrittenAsText) {
   for (const std::string& bytes : NoTexts()) model.m_ldTable->Add(LD(Raw(bytes)));
   SaveModel(model, ModelName((here / "n.obj").string()));
   ExpectCalm(Out("dump n.obj LD"), "dump");
-  EXPECT_NO_THROW((void)nlohmann::json::parse(Out("dump n.obj LD --format json")));
+  EXPECT_TRUE(nlohmann::json::accept(Out("dump n.obj LD --format json")));
   const CommandResult refused = Run({QStringLiteral("convert"), QStringLiteral("n.obj"), QStringLiteral("n")});
   EXPECT_EQ(refused.code, 3);
   EXPECT_TRUE(test::IsOneLine(refused.err));

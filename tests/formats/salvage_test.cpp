@@ -130,7 +130,7 @@ TEST_F(ObjectFileSalvageTest, SoundFileLosesNothing) {
 TEST_F(ObjectFileSalvageTest, DamagedNumbersOfATableCostNoRecord) {
   std::mt19937 random(1);
   for (std::size_t table = 0; table + 1 < images.size(); ++table) {
-    for (std::size_t byte = 0; byte < 28 + 16 * kRecords; byte += 1 + random() % 9) {
+    for (std::size_t byte = 0; byte < 28 + 16 * kRecords; byte += 1 + random() % 79) {
       Salvage salvage = WithFlipped(images[table] + byte, static_cast<int>(random() % 8));
       const std::string what = "table " + std::to_string(table) + ", byte " + std::to_string(byte);
       if (salvage.IsSound()) continue;
@@ -142,7 +142,7 @@ TEST_F(ObjectFileSalvageTest, DamagedNumbersOfATableCostNoRecord) {
 
 TEST_F(ObjectFileSalvageTest, DamagedRecordCostsItselfAlone) {
   std::mt19937 random(2);
-  for (int trial = 0; trial < 300; ++trial) {
+  for (int trial = 0; trial < 100; ++trial) {
     const std::size_t table = random() % (images.size() - 1);
     const std::size_t records = images[table] + 28 + std::size_t{16} * kRecords;
     const std::size_t byte = records + random() % (images[table + 1] - records);
@@ -172,18 +172,17 @@ TEST_F(ObjectFileSalvageTest, RecordsBetweenDamagedOnesAreFound) {
 
 TEST_F(ObjectFileSalvageTest, SeveralDamagesLeaveOnlyWhatWasWritten) {
   std::mt19937 random(3);
-  for (int trial = 0; trial < 200; ++trial) {
+  for (int trial = 0; trial < 50; ++trial) {
     std::string bytes = whole;
     for (int i = 0; i < 4; ++i) bytes[random() % bytes.size()] = static_cast<char>(0xFF);
     Salvage salvage = Of(bytes);
-    EXPECT_GT(salvage.placeCount + 1, 0U);
     EXPECT_LE(CountOf(TextsOf(salvage.model)), CountOf(original)) << trial;
   }
 }
 
 TEST_F(ObjectFileSalvageTest, CutOffFileKeepsWhatIsInFrontOfItsEnd) {
   std::mt19937 random(4);
-  for (int trial = 0; trial < 60; ++trial) {
+  for (int trial = 0; trial < 30; ++trial) {
     const std::size_t size = 1 + random() % (whole.size() - 1);
     Salvage salvage = Of(whole.substr(0, size));
     EXPECT_FALSE(salvage.IsSound());
@@ -319,14 +318,13 @@ class StoreSalvageTest : public SalvageTest {
   std::string whole;
 };
 
-/// Flips a bit at each of some places and checks what is saved; `least` is how many records must be, at the median.
 TEST_F(StoreSalvageTest, DamagedStructureLeavesOnlyWhatWasWritten) {
   const dtsdb::test::StorePlaces places = dtsdb::test::PlaceFinder(whole).Places();
   std::mt19937 random(8);
   long long saved = 0;
   int damaged = 0;
   for (const auto* kind : {&places.heads, &places.headers, &places.entries}) {
-    for (int trial = 0; trial < 80; ++trial) {
+    for (int trial = 0; trial < 40; ++trial) {
       std::string bytes = whole;
       const std::size_t byte = (*kind)[random() % kind->size()];
       bytes[byte] = static_cast<char>(bytes[byte] ^ (1 << random() % 8));
@@ -341,7 +339,7 @@ TEST_F(StoreSalvageTest, DamagedStructureLeavesOnlyWhatWasWritten) {
       }
     }
   }
-  ASSERT_GT(damaged, 50);
+  ASSERT_GT(damaged, 30);
   EXPECT_GT(saved / damaged, CountOf(original) * 8 / 10);
 }
 
