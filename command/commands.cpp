@@ -27,7 +27,7 @@ constexpr const char* kProgramFooter =
 
 void AddCommands(CommandLine commands, Action& action) {
   for (const auto add : {AddValidate, AddTopology, AddSwitch, AddScreen, AddDraw, AddReport, AddServe, AddRun, AddFlow,
-                         AddEdit, AddConvert, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb,
+                         AddEdit, AddConvert, AddCheck, AddGenerate, AddInfo, AddDump, AddDiff, AddRtdb,
 #ifdef DTSDB_WITH_RELAY
                          AddRelay,
 #endif
@@ -166,8 +166,12 @@ void AddPathOption(CommandLine& command, const std::string& name, std::string& p
   RequirePath(command.Add(name, path, what).Shown("FILE"));
 }
 
+Parameter AddModelOption(CommandLine& command, const std::string& name, ModelName& output, const std::string& what) {
+  return RequirePath(AddModel(command, output, name, what).Shown("OUT"));
+}
+
 Parameter AddOutputOption(CommandLine& command, ModelName& output, const std::string& what) {
-  return RequirePath(AddModel(command, output, "-o,--output", what).Shown("OUT"));
+  return AddModelOption(command, "-o,--output", output, what);
 }
 
 Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::string& what) {

@@ -27,6 +27,7 @@ void AddReport(CommandLine& app, Action& action);
 void AddRun(CommandLine& app, Action& action);
 void AddServe(CommandLine& app, Action& action);
 void AddFlow(CommandLine& app, Action& action);
+void AddCheck(CommandLine& app, Action& action);
 void AddConvert(CommandLine& app, Action& action);
 void AddEdit(CommandLine& app, Action& action);
 void AddGenerate(CommandLine& app, Action& action);
@@ -69,6 +70,8 @@ void AddExitCodes(CommandLine& command, const std::string& good, const std::stri
 void AddPathOption(CommandLine& command, const std::string& name, std::string& path, const std::string& what);
 /// The option -o OUT, a model to be written.
 Parameter AddOutputOption(CommandLine& command, ModelName& output, const std::string& what);
+/// Another option that names a model to be written.
+Parameter AddModelOption(CommandLine& command, const std::string& name, ModelName& output, const std::string& what);
 /// The argument OUT.
 Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::string& what);
 

@@ -48,7 +48,7 @@ int RunEdit(const EditOptions& options) {
   if (options.output.IsEmpty() && !options.isDryRun) {
     throw Failure(kExitUsage, "name the place of the edited model with -o OUT, or only try it with --dry-run");
   }
-  const std::vector<Edit> edits = ReadEditScript(options.script, ReadFile(options.script));
+  const std::vector<Edit> edits = ReadEditScript(options.script, ReadFile(options.script, kMostScriptBytes));
   DTSDB database = LoadImported(options.model).tables;
   RequireGood(database, options.model);
   ScriptResult result = ApplyScript(database, edits, options.language);

@@ -19,7 +19,8 @@
 namespace dtsdb::tools {
 namespace {
 
-constexpr int kGap = 2;  // blanks between columns
+constexpr int kGap = 2;       // blanks between columns
+constexpr int kWidest = 200;  // a wider cell doesn't widen its column: a single one would fill each row with blanks
 
 // The words that stand out on a terminal.
 constexpr struct {
@@ -30,7 +31,8 @@ constexpr const char* kBold = "\033[1m";
 constexpr const char* kPlain = "\033[0m";
 
 CsvField CsvCell(const Cell& cell) {
-  return std::holds_alternative<std::monostate>(cell) ? CsvField() : CellText(cell);
+  if (std::holds_alternative<std::monostate>(cell)) return std::nullopt;
+  return std::holds_alternative<std::string>(cell) ? GuardedText(CellText(cell)) : CellText(cell);
 }
 
 std::string TextCell(const Cell& cell) {
@@ -131,7 +133,7 @@ Sheet::Layout Sheet::LayOut() const {
     auto& texts = layout.texts.emplace_back();
     for (std::size_t i = 0; i < row.size(); ++i) {
       texts.push_back(TextCell(row[i]));
-      layout.widths[i] = std::max(layout.widths[i], DisplayWidth(texts.back()));
+      layout.widths[i] = std::max(layout.widths[i], std::min(kWidest, DisplayWidth(texts.back())));
       if (std::holds_alternative<Number>(row[i])) layout.toRight[i] = true;
     }
   }
@@ -214,7 +216,7 @@ std::string Report::Text(bool colour) const {
   for (const Part& part : m_parts) {
     if (part.sheet != nullptr && part.sheet->IsHidden()) continue;
     if (!text.empty() && part.sheet != nullptr) text += '\n';
-    text += part.sheet != nullptr ? part.sheet->Text(colour) : part.line + "\n";
+    text += part.sheet != nullptr ? part.sheet->Text(colour) : OneLine(part.line) + "\n";
   }
   return text;
 }

@@ -64,7 +64,7 @@ class Report {
  public:
   /// A property of the JSON object.
   void Fact(const std::string& name, Cell value);
-  /// A line of the text for people.
+  /// A line of the text for people, shown as OneLine does.
   void Line(const std::string& line);
   /// A sheet, for all formats; the reference holds for the life of the report.
   Sheet& Add(Sheet sheet);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "command/commands.h"
+#include "command/rtdb_backup.h"
 #include "command/rtdb_prune.h"
 #include "formats/catalog.h"
 #include "formats/failure.h"
@@ -117,23 +118,10 @@ int Put(const RtdbOptions& options) {
 int Check(const RtdbOptions& options) {
   RealtimeDatabase database(options.database.Path(),
                             dbDatabase::dbReadOnly);  // looks through the pages and the tables' columns
-  int tables = 0;
-  long long rows = 0;
-  for (const auto& table : StoredTables()) {
-    long long read = 0;
-    const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
-    database.Check();
-    if (read != count) {
-      throw Failure(kExitFile,
-                    fmt::format("{}: table {}: only {} of {} rows can be read", options.database.Text(),
-                                QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
-    }
-    if (count > 0) ++tables;
-    rows += count;
-  }
+  const StoredRowCounts counts = CheckStoredRows(database, options.database.Text());
   Report report;
-  report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.database.Text(), Counted(rows, "row"), tables,
-                          kTableCount));
+  report.Line(fmt::format("{}: good: {} in {} of {} tables.", options.database.Text(), Counted(counts.rows, "row"),
+                          counts.tables, kTableCount));
   WriteReport(report, Format::kText);
   return kExitGood;
 }
@@ -158,7 +146,8 @@ void AddTableArgument(CommandLine& command, RtdbOptions& options) {
 }  // namespace
 
 void AddRtdb(CommandLine& app, Action& action) {
-  CommandLine rtdb = app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs", {});
+  CommandLine rtdb =
+      app.AddSubcommand("rtdb", "Look into a realtime database, change a row of it, prune its logs, back it up", {});
   rtdb.RequireSubcommand();
   rtdb.Footer(kRtdbFooter);
   AddRtdbCommand(
@@ -196,6 +185,9 @@ void AddRtdb(CommandLine& app, Action& action) {
       },
       Check);
   AddRtdbPrune(rtdb, action);
+#ifndef DTSDB_RTDB_FASTDB
+  AddRtdbBackup(rtdb, action);
+#endif
 }
 
 }  // namespace dtsdb::tools

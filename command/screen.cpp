@@ -83,7 +83,7 @@ std::vector<Outage> NamedOutages(const std::string& list) {
   std::vector<Outage> outages;
   if (list.starts_with('@')) {
     const std::string file = list.substr(1);
-    ForEachLine(file, ReadFile(file), kExitUsage,
+    ForEachLine(file, ReadFile(file, kMostScriptBytes), kExitUsage,
                 [&](int, std::string_view line) { TakeOutages(UserText(std::string(line)), outages); });
   } else {
     TakeOutages(UserText(list), outages);

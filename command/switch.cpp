@@ -40,7 +40,7 @@ struct SwitchOptions {
 
 std::vector<SwitchRun> ReadRuns(const SwitchOptions& options) {
   std::vector<SwitchRun> runs(1);
-  if (!options.script.empty()) TakeSwitchScript(options.script, ReadFile(options.script), runs);
+  if (!options.script.empty()) TakeSwitchScript(options.script, ReadFile(options.script, kMostScriptBytes), runs);
   std::vector<std::string> words;
   for (const std::string& word : options.words) words.push_back(UserText(word));
   TakeSwitchRuns(words, runs);

@@ -3,6 +3,7 @@
 #include <csv.h>
 
 #include <algorithm>
+#include <memory>
 #include <new>
 
 namespace dtsdb::tools {
@@ -12,7 +13,8 @@ namespace {
 /// through the C library.
 class Parser {
  public:
-  Parser() {
+  /// `line` is the number of the first line that it gets.
+  explicit Parser(int line = 1) : m_line(line) {
     if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI | CSV_EMPTY_IS_NULL) != 0) throw std::bad_alloc();
     csv_set_space_func(&m_parser, [](unsigned char) { return 0; });  // blanks are part of the field
   }
@@ -42,6 +44,9 @@ class Parser {
   }
 
   const CsvRow& Row() const { return m_row; }
+  /// True between rows.
+  bool IsComplete() const { return m_complete; }
+  int LineOfRow() const { return m_row.line; }
 
  private:
   void StartRow() {
@@ -69,7 +74,7 @@ class Parser {
 
   csv_parser m_parser{};
   CsvRow m_row;
-  int m_line = 1;
+  int m_line;
   bool m_complete = true;  // m_row has been handed out
 };
 
@@ -80,7 +85,21 @@ std::size_t LineLength(std::string_view bytes) {
   return bytes.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
 }
 
+constexpr char kGuard = '\'';
+
+/// Whether a spreadsheet would take `text` for a formula but for the guards in front.
+bool IsFormula(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(kGuard);
+  return begin != std::string_view::npos && std::string_view("=+-@\t\r").find(text[begin]) != std::string_view::npos;
+}
+
 }  // namespace
+
+std::string GuardedText(const std::string& text) { return IsFormula(text) ? kGuard + text : text; }
+
+std::string UnguardedText(const std::string& text) {
+  return text.starts_with(kGuard) && IsFormula(text) ? text.substr(1) : text;
+}
 
 void ReadCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit) {
   Parser parser;
@@ -90,6 +109,44 @@ void ReadCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& v
     bytes.remove_prefix(length);
   }
   if (parser.Finish()) visit(parser.Row());
+}
+
+void SalvageCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit,
+                const std::function<void(const CsvError&)>& fault) {
+  constexpr int kMostLines = 64;
+  constexpr const char* kOpen = "the closing quote is missing";
+  auto parser = std::make_unique<Parser>();
+  std::string_view behind;  // the line on which the row began
+  int lines = 0;
+  const auto resume = [&](const CsvError& error) {
+    fault(error);
+    bytes = behind;
+    parser = std::make_unique<Parser>(error.Line() + 1);
+  };
+  while (!bytes.empty() || !parser->IsComplete()) {
+    if (bytes.empty() || (!parser->IsComplete() && lines == kMostLines)) {
+      try {
+        if (!bytes.empty()) throw CsvError(parser->LineOfRow(), parser->Row().fields.size(), kOpen);
+        if (parser->Finish()) visit(parser->Row());
+        return;
+      } catch (const CsvError& error) {
+        resume(error);
+      }
+      continue;
+    }
+    const std::string_view line = bytes.substr(0, LineLength(bytes));
+    bytes.remove_prefix(line.size());
+    if (parser->IsComplete()) {
+      behind = bytes;
+      lines = 0;
+    }
+    ++lines;
+    try {
+      if (parser->Feed(line)) visit(parser->Row());
+    } catch (const CsvError& error) {
+      resume(error);
+    }
+  }
 }
 
 void AppendCsvField(std::string& out, const CsvField& field, bool first) {

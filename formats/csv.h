@@ -35,6 +35,17 @@ class CsvError : public std::runtime_error {
 /// are part of their field. Throws CsvError, after the rows in front of the faulty one.
 void ReadCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit);
 
+/// The same for a damaged text: `fault` gets what is wrong with a row, and reading goes on with the line behind the one
+/// on which that row begins. A row of more than 64 lines counts as one whose closing quote is missing.
+void SalvageCsv(std::string_view bytes, const std::function<void(const CsvRow&)>& visit,
+                const std::function<void(const CsvError&)>& fault);
+
+/// `text` as it is written where spreadsheets may read it, which take what begins with = + - @, a tabulator or a
+/// carriage return for a formula: such a text, with any number of apostrophes in front, gets one more.
+std::string GuardedText(const std::string& text);
+/// The text that was guarded so.
+std::string UnguardedText(const std::string& text);
+
 /// Appends `field` to the row that ends `out`, in quotes where its bytes need them. An empty text gets quotes, so
 /// that it can be distinguished from a field left out.
 void AppendCsvField(std::string& out, const CsvField& field, bool first);

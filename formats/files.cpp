@@ -1,7 +1,10 @@
 #include "formats/files.h"
 
+#include <fmt/format.h>
+
 #include <QFile>
 #include <QString>
+#include <algorithm>
 
 #include "formats/failure.h"
 
@@ -15,14 +18,23 @@ void RefuseFile(const fs::path& path, const std::string& what) {
   throw Failure(kExitFile, path.string() + ": " + what);
 }
 
-std::string ReadFile(const fs::path& path) {
+std::string ReadFile(const fs::path& path, std::size_t most) {
+  constexpr std::size_t kPiece = std::size_t{1} << 20;
+  constexpr std::size_t kMebibyte = std::size_t{1} << 20;
   QFile file(QtPath(path));
   if (!file.open(QIODevice::ReadOnly)) RefuseFile(path, "can't be read: " + file.errorString().toStdString());
-  const QByteArray bytes = file.readAll();
+  std::string bytes;
+  for (qint64 got = 1; got > 0;) {
+    const std::size_t before = bytes.size();
+    if (before > most) RefuseFile(path, fmt::format("has more than {} MiB", most / kMebibyte));
+    bytes.resize(before + std::max(kPiece, static_cast<std::size_t>(std::max<qint64>(0, file.bytesAvailable()))));
+    got = file.read(bytes.data() + before, static_cast<qint64>(bytes.size() - before));
+    bytes.resize(before + static_cast<std::size_t>(std::max<qint64>(0, got)));
+  }
   if (file.error() != QFileDevice::NoError) {
     RefuseFile(path, "can't be read: " + file.errorString().toStdString());
   }
-  return bytes.toStdString();
+  return bytes;
 }
 
 std::string_view WithoutByteOrderMark(std::string_view bytes) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -12,8 +13,13 @@ namespace dtsdb::tools {
 /// A path as Qt takes it.
 QString QtPath(const std::filesystem::path& path);
 
-/// The bytes of a file. Throws Failure when it can't be read.
-std::string ReadFile(const std::filesystem::path& path);
+/// The most bytes of a file that is read whole.
+inline constexpr std::size_t kMostFileBytes = std::size_t{4} << 30;
+/// The most bytes of a script.
+inline constexpr std::size_t kMostScriptBytes = std::size_t{64} << 20;
+
+/// The bytes of a file. Throws Failure when it can't be read or has more than `most` bytes: a device has no end.
+std::string ReadFile(const std::filesystem::path& path, std::size_t most = kMostFileBytes);
 
 /// The bytes of a text file behind the byte order mark that some editors put in front of UTF-8.
 std::string_view WithoutByteOrderMark(std::string_view bytes);

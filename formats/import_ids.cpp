@@ -21,9 +21,9 @@ const ImportReport::Identity kHeader = {"table", "identity", "mrid", "name"};
 
 void AppendRow(std::string& text, const ImportReport::Identity& row) {
   AppendCsvField(text, row.table, true);
-  AppendCsvField(text, row.identity, false);
-  AppendCsvField(text, row.mrid, false);
-  AppendCsvField(text, row.name, false);
+  AppendCsvField(text, GuardedText(row.identity), false);
+  AppendCsvField(text, GuardedText(row.mrid), false);
+  AppendCsvField(text, GuardedText(row.name), false);
   text += "\r\n";
 }
 
@@ -37,8 +37,8 @@ void Save(const std::string& text, const std::string& path) {
 /// The row of a line. Throws CsvError for one that has another number of fields.
 ImportReport::Identity RowOf(const CsvRow& row) {
   if (row.fields.size() != 4) throw CsvError(row.line, 0, "a line has the four fields table, identity, mrid and name");
-  return {row.fields[0].value_or(""), row.fields[1].value_or(""), row.fields[2].value_or(""),
-          row.fields[3].value_or("")};
+  const auto text = [&row](std::size_t field) { return UnguardedText(row.fields[field].value_or("")); };
+  return {text(0), text(1), text(2), text(3)};
 }
 
 bool IsHeader(const ImportReport::Identity& row) {

@@ -127,6 +127,23 @@ const std::vector<std::unique_ptr<StoredTable>>& StoredTables() {
 
 const StoredTable& StoredTableOf(TableKind kind) { return *StoredTables()[static_cast<std::size_t>(kind) - 1]; }
 
+StoredRowCounts CheckStoredRows(RealtimeDatabase& database, const std::string& name) {
+  StoredRowCounts counts;
+  for (const auto& table : StoredTables()) {
+    long long read = 0;
+    const int count = table->ForEachRow(database.Db(), [&read](const void*) { ++read; });
+    database.Check();
+    if (read != count) {
+      throw Failure(kExitFile,
+                    fmt::format("{}: table {}: only {} of {} rows can be read", name,
+                                QString::fromLatin1(table->Info().name).toLower().toStdString(), read, count));
+    }
+    if (count > 0) ++counts.tables;
+    counts.rows += count;
+  }
+  return counts;
+}
+
 std::vector<Cell> ColumnCells(std::span<const ColumnInfo> columns, const void* row) {
   std::vector<Cell> cells;
   cells.reserve(columns.size());

@@ -51,6 +51,15 @@ const std::vector<std::unique_ptr<StoredTable>>& StoredTables();
 /// The table of kind code `kind`, which must be one.
 const StoredTable& StoredTableOf(TableKind kind);
 
+/// What a database contains.
+struct StoredRowCounts {
+  int tables = 0;  ///< that have rows
+  long long rows = 0;
+};
+
+/// Reads every row of an open database. Throws Failure, in the name `name`, where one can't be read.
+StoredRowCounts CheckStoredRows(RealtimeDatabase& database, const std::string& name);
+
 /// The values of all columns of a row as cells: texts as real text, a range of bytes as hexadecimal digits.
 std::vector<Cell> ColumnCells(std::span<const ColumnInfo> columns, const void* row);
 

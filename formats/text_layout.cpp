@@ -61,13 +61,16 @@ int WidthOf(char32_t c) {
 
 QString Decoded(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
-bool NeedsEscape(QChar c) { return c.category() == QChar::Other_Control || c == QChar(0x2028) || c == QChar(0x2029); }
+bool NeedsEscape(QChar c) {
+  return c.category() == QChar::Other_Control || c == QChar(0x2028) || c == QChar(0x2029) || TurnsText(c.unicode());
+}
 
 std::string Escaped(QChar c) {
   if (c == u'\n') return "\\n";
   if (c == u'\r') return "\\r";
   if (c == u'\t') return "\\t";
-  return fmt::format("\\x{:02X}", unsigned{c.unicode()});
+  const unsigned code = c.unicode();
+  return code > 0xFF ? fmt::format("\\u{:04X}", code) : fmt::format("\\x{:02X}", code);
 }
 
 std::string OneLineOf(const QString& text) {

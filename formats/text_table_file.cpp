@@ -16,13 +16,12 @@
 namespace dtsdb::tools {
 namespace {
 
-/// Ends the reading of the file `file`: `what` is wrong in row `line` (0: in the file as a whole), column `column`
-/// (empty: in the row as a whole).
-[[noreturn]] void RefuseText(const std::string& file, int line, const std::string& column, const std::string& what) {
+/// Ends the reading of the file `file`.
+[[noreturn]] void RefuseText(const std::string& file, const TextFault& fault) {
   std::string place = file;
-  if (line > 0) place += fmt::format(", row {}", line);
-  if (!column.empty()) place += ", column " + OneLine(column);
-  throw Failure(kExitFile, place + ": " + what);
+  if (fault.line > 0) place += fmt::format(", row {}", fault.line);
+  if (!fault.column.empty()) place += ", column " + OneLine(fault.column);
+  throw Failure(kExitFile, place + ": " + fault.what);
 }
 
 /// Ends the writing of table `table`: `what` is wrong in its record `row`, counted from 0 in key order.
@@ -53,70 +52,178 @@ std::string ParseField(const CsvField& text, const FieldInfo& field, void* recor
   if (!text) return "";
   return VisitValue(field, record, [&text]<class V>(V& value) -> std::string {
     if constexpr (std::is_same_v<V, QString>) {
-      return ParseIdentity(*text, value);
+      return ParseIdentity(UnguardedText(*text), value);
     } else {
       return text->empty() ? "" : ParseNumber(*text, value);
     }
   });
 }
 
-/// The places of the two equal among `n` records, `isLess(i, k)` comparing two, of which the second comes first;
-/// nothing when no two are equal.
+/// The places of those of `n` records that are equal to one in front of them, each behind that one's, in the order of
+/// the second; `isLess(i, k)` compares two.
 template <class IsLess>
-std::optional<std::pair<std::size_t, std::size_t>> FirstDuplicate(std::size_t n, const IsLess& isLess) {
+std::vector<std::pair<std::size_t, std::size_t>> Duplicates(std::size_t n, const IsLess& isLess) {
   bool ascending = true;
   for (std::size_t i = 1; i < n && ascending; ++i) ascending = isLess(i - 1, i);
-  if (ascending) return std::nullopt;
+  std::vector<std::pair<std::size_t, std::size_t>> found;
+  if (ascending) return found;
   std::vector<std::size_t> order(n);
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(), isLess);
-  std::optional<std::pair<std::size_t, std::size_t>> found;
   for (std::size_t i = 1; i < n; ++i) {
-    if (isLess(order[i - 1], order[i])) continue;
-    if (!found || order[i] < found->second) found.emplace(order[i - 1], order[i]);
+    if (!isLess(order[i - 1], order[i])) found.emplace_back(order[i - 1], order[i]);
   }
+  std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
   return found;
 }
 
-/// Finds the columns that a header names, in its order: places in `known`.
-std::vector<std::size_t> ReadHeader(const std::string& file, const CsvRow& header,
-                                    const std::vector<std::string>& known) {
-  std::vector<std::size_t> columns;
-  for (std::size_t i = 0; i < header.fields.size(); ++i) {
-    if (!header.fields[i]) RefuseText(file, header.line, "", fmt::format("column {} has no name", i + 1));
-    const std::string& name = *header.fields[i];
-    const auto found = std::find(known.begin(), known.end(), name);
-    if (found == known.end()) {
-      RefuseText(file, header.line, name, "the table has no such field" + DidYouMean(name, known));
-    }
-    columns.push_back(static_cast<std::size_t>(found - known.begin()));
-    if (std::count(columns.begin(), columns.end(), columns.back()) > 1) {
-      RefuseText(file, header.line, name, "the column stands twice in the header");
+/// Reads the rows of a text table. Reports what is wrong; if that returns, it goes on without the row.
+class TextTableReader {
+ public:
+  TextTableReader(const AnyTable& table, const OnTextFault& fault)
+      : m_table(table),
+        m_fields(table.Info().fields()),
+        m_known(NamesOf(m_fields)),
+        m_records(table.MakeRecords()),
+        m_fault(fault) {}
+
+  void Take(const CsvRow& row) {
+    if (m_header.empty()) return TakeHeader(row);
+    if (row.fields.size() != m_header.size()) return RefuseCount(row);
+    void* const record = m_records->Add();
+    m_lines.push_back(row.line);
+    m_good.push_back(m_hasKey);
+    for (std::size_t i = 0; i < m_header.size(); ++i) {
+      if (!m_columns[i]) continue;
+      const std::string wrong = ParseField(row.fields[i], m_fields[*m_columns[i]], record);
+      if (wrong.empty()) continue;
+      m_good.back() = false;
+      m_fault({row.line, m_header[i], wrong, KeyOf(row)});
     }
   }
-  return columns;
-}
 
-/// Refuses a row that has more or fewer fields than the header.
-void CheckFieldCount(const std::string& file, const CsvRow& row, const std::vector<std::string>& header) {
-  const std::size_t count = row.fields.size();
-  if (count == header.size()) return;
-  const std::string counts = fmt::format("the row has {} fields, the header {}", count, header.size());
-  RefuseText(file, row.line, count < header.size() ? header[count] : fmt::format("{}", header.size() + 1), counts);
-}
-
-/// Calls `visit` with the rows of `bytes`. An error in the CSV itself is reported with the column of `header`, which
-/// `visit` may fill.
-void ReadRows(const std::string& file, std::string_view bytes, const std::vector<std::string>& header,
-              const std::function<void(const CsvRow&)>& visit) {
-  bytes = WithoutByteOrderMark(bytes);
-  try {
-    ReadCsv(bytes, visit);
-  } catch (const CsvError& error) {
+  void Refuse(const CsvError& error) {
     const std::size_t field = error.Field();
-    RefuseText(file, error.Line(), field < header.size() ? header[field] : fmt::format("{}", field + 1), error.what());
+    ++m_lost;
+    m_fault({error.Line(), field < m_header.size() ? m_header[field] : fmt::format("{}", field + 1), error.what()});
   }
-}
+
+  /// Fills the table. Returns the number of rows left out, nothing where it can't be known.
+  std::optional<long long> Finish() {
+    if (m_header.empty()) {
+      m_fault({0, "", "the header with the names of the columns is missing"});
+      return std::nullopt;
+    }
+    RefuseDuplicates();
+    const auto bad = std::count(m_good.begin(), m_good.end(), false);
+    if (bad > 0) DropBad();
+    m_table.SetData(*m_records);
+    return m_lost + bad;
+  }
+
+ private:
+  /// Finds the columns that a header names.
+  void TakeHeader(const CsvRow& row) {
+    if (row.fields.size() > 4 * m_known.size()) return RefuseHeader(row);
+    for (std::size_t i = 0; i < row.fields.size(); ++i) m_header.push_back(row.fields[i].value_or(""));
+    m_columns.resize(m_header.size());
+    bool isWhole = true;
+    for (std::size_t i = 0; i < m_header.size(); ++i) {
+      const std::string wrong = FindColumn(row.fields[i], i);
+      if (wrong.empty()) continue;
+      isWhole = false;
+      m_fault({row.line, row.fields[i] ? m_header[i] : "", wrong});
+    }
+    if (isWhole) return;
+    GuessColumns();
+    const auto keys = static_cast<std::size_t>(m_table.Info().KeyFields().size());
+    for (std::size_t key = 0; key < keys; ++key) m_hasKey = m_hasKey && IsTaken(key);
+    if (!m_hasKey) m_fault({row.line, m_known[0], "without the column of the key no row can be saved"});
+  }
+
+  /// A row of nothing but separators isn't looked through name by name.
+  void RefuseHeader(const CsvRow& row) {
+    m_header.assign(row.fields.size(), "");
+    m_columns.resize(m_header.size());
+    m_hasKey = false;
+    m_fault({row.line, "",
+             fmt::format("the header has {} columns, the table {} fields", row.fields.size(), m_known.size())});
+  }
+
+  std::string FindColumn(const CsvField& name, std::size_t i) {
+    if (!name) return fmt::format("column {} has no name", i + 1);
+    const auto found = std::find(m_known.begin(), m_known.end(), *name);
+    if (found == m_known.end()) return "the table has no such field" + DidYouMean(*name, m_known);
+    const auto column = static_cast<std::size_t>(found - m_known.begin());
+    if (IsTaken(column)) return "the column stands twice in the header";
+    m_columns[i] = column;
+    return "";
+  }
+
+  bool IsTaken(std::size_t column) const {
+    return std::find(m_columns.begin(), m_columns.end(), column) != m_columns.end();
+  }
+
+  /// In a file with all fields a damaged name is known by its place: they are written in their order.
+  void GuessColumns() {
+    if (m_columns.size() != m_known.size()) return;
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+      if (m_columns[i] && *m_columns[i] != i) return;
+    }
+    for (std::size_t i = 0; i < m_columns.size(); ++i) m_columns[i] = i;
+  }
+
+  void RefuseCount(const CsvRow& row) {
+    const std::size_t count = row.fields.size();
+    ++m_lost;
+    m_fault({row.line, count < m_header.size() ? m_header[count] : fmt::format("{}", m_header.size() + 1),
+             fmt::format("the row has {} fields, the header {}", count, m_header.size()), KeyOf(row)});
+  }
+
+  void RefuseDuplicates() {
+    const NewRecords& read = *m_records;
+    const auto isLess = [&](std::size_t a, std::size_t b) { return m_table.IsLess(read[a], read[b]); };
+    for (const auto& [first, second] : Duplicates(read.Count(), isLess)) {
+      if (!m_good[first] || !m_good[second]) continue;
+      const std::string key = KeyText(m_table.Info(), read[second]);
+      m_good[second] = false;
+      m_fault({m_lines[second], KeyName(m_table.Info()),
+               fmt::format("{} stands already in row {}", Quoted(key), m_lines[first]), key});
+    }
+  }
+
+  void DropBad() {
+    std::unique_ptr<NewRecords> kept = m_table.MakeRecords();
+    for (std::size_t i = 0; i < m_good.size(); ++i) {
+      if (!m_good[i]) continue;
+      void* const record = kept->Add();
+      for (const FieldInfo& field : m_fields) {
+        VisitValue(field, (*m_records)[i], [&]<class V>(const V& value) { field.In<V>(record) = value; });
+      }
+    }
+    m_records = std::move(kept);
+  }
+
+  /// The key of a row as it is written, for a message.
+  std::string KeyOf(const CsvRow& row) const {
+    for (std::size_t i = 0; i < std::min(row.fields.size(), m_columns.size()); ++i) {
+      if (m_columns[i] == std::size_t{0}) return UnguardedText(row.fields[i].value_or(""));
+    }
+    return "";
+  }
+
+  const AnyTable& m_table;
+  std::span<const FieldInfo> m_fields;
+  std::vector<std::string> m_known;
+  std::unique_ptr<NewRecords> m_records;
+  const OnTextFault& m_fault;
+  std::vector<std::string> m_header;
+  std::vector<std::optional<std::size_t>> m_columns;  // places in m_fields, in the order of the header
+  std::vector<int> m_lines;                           // of the records
+  std::vector<bool> m_good;
+  bool m_hasKey = true;
+  long long m_lost = 0;  // rows without a record
+};
 
 /// A field's value as it is written: nothing for a null text. False when its bytes are not valid.
 bool WriteField(const FieldInfo& field, const void* record, CsvField& text) {
@@ -126,7 +233,7 @@ bool WriteField(const FieldInfo& field, const void* record, CsvField& text) {
       if (value.isNull()) return true;
       const std::optional<QString> real = ExactTextFromId(value);
       if (!real) return false;
-      text = real->toStdString();
+      text = GuardedText(real->toStdString());
     } else {
       text = NumberText(value);
     }
@@ -155,47 +262,31 @@ void WriteRow(const TableInfo& table, const void* record, int row, std::string& 
 }  // namespace
 
 void ReadTextTable(const std::string& file, std::string_view bytes, const AnyTable& table) {
-  const TableInfo& info = table.Info();
-  const std::span<const FieldInfo> fields = info.fields();
-  const std::vector<std::string> known = NamesOf(fields);
-  std::vector<std::size_t> columns;  // places in `fields`, in the order of the header
-  std::vector<std::string> header;
-  const std::unique_ptr<NewRecords> records = table.MakeRecords();
-  std::vector<int> lines;
-  ReadRows(file, bytes, header, [&](const CsvRow& row) {
-    if (columns.empty()) {
-      columns = ReadHeader(file, row, known);
-      for (const std::size_t column : columns) header.push_back(known[column]);
-      return;
-    }
-    CheckFieldCount(file, row, header);
-    void* const record = records->Add();
-    lines.push_back(row.line);
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      const std::string wrong = ParseField(row.fields[i], fields[columns[i]], record);
-      if (!wrong.empty()) RefuseText(file, row.line, header[i], wrong);
-    }
-  });
-  if (columns.empty()) RefuseText(file, 0, "", "the header with the names of the columns is missing");
-
-  const NewRecords& read = *records;
-  const auto twice =
-      FirstDuplicate(read.Count(), [&](std::size_t a, std::size_t b) { return table.IsLess(read[a], read[b]); });
-  if (twice) {
-    RefuseText(
-        file, lines[twice->second], KeyName(info),
-        fmt::format("{} stands already in row {}", Quoted(KeyText(info, read[twice->second])), lines[twice->first]));
+  const OnTextFault refuse = [&file](const TextFault& fault) { RefuseText(file, fault); };
+  TextTableReader reader(table, refuse);
+  try {
+    ReadCsv(WithoutByteOrderMark(bytes), [&reader](const CsvRow& row) { reader.Take(row); });
+  } catch (const CsvError& error) {
+    reader.Refuse(error);
   }
-  table.SetData(*records);
+  reader.Finish();
+}
+
+std::optional<long long> SalvageTextTable(std::string_view bytes, const AnyTable& table, const OnTextFault& fault) {
+  TextTableReader reader(table, fault);
+  SalvageCsv(
+      WithoutByteOrderMark(bytes), [&reader](const CsvRow& row) { reader.Take(row); },
+      [&reader](const CsvError& error) { reader.Refuse(error); });
+  return reader.Finish();
 }
 
 std::string TextTable(const AnyTable& table) {
   const TableInfo& info = table.Info();
-  const auto twice = FirstDuplicate(static_cast<std::size_t>(table.GetCount()), [&](std::size_t a, std::size_t b) {
+  const auto twice = Duplicates(static_cast<std::size_t>(table.GetCount()), [&](std::size_t a, std::size_t b) {
     return table.IsLess(table[static_cast<int>(a)], table[static_cast<int>(b)]);
   });
-  if (twice) {
-    const int row = static_cast<int>(twice->second);
+  if (!twice.empty()) {
+    const int row = static_cast<int>(twice.front().second);
     RefuseRecord(info.name, row, KeyName(info), Quoted(KeyText(info, table[row])) + " stands twice in the table");
   }
   std::string text;

@@ -50,6 +50,13 @@ Listing List(const fs::path& folder) {
   return listing;
 }
 
+/// The bytes of a text table. A pipe or device of such a name would be waited for or have no end.
+std::string ReadTable(const fs::path& path) {
+  std::error_code ignored;
+  if (fs::is_other(path, ignored)) RefuseFile(path, "can't be read: it is a pipe or device");
+  return ReadFile(path);
+}
+
 /// What a folder holds, with the bytes of its text tables by file name.
 struct Contents {
   Listing listing;
@@ -58,7 +65,7 @@ struct Contents {
 
 Contents ReadOnce(const fs::path& folder) {
   Contents contents{List(folder), {}};
-  for (const std::string& name : contents.listing.tables) contents.tables[name] = ReadFile(folder / name);
+  for (const std::string& name : contents.listing.tables) contents.tables[name] = ReadTable(folder / name);
   return contents;
 }
 
@@ -130,6 +137,25 @@ void ReadTextTables(const std::string& folder, DTSDB& database, const ReadingPro
     done += found->second.size();
     if (progress) progress(done, total);
   }
+}
+
+TextTableBytes ReadTextTableBytes(const std::string& folder) {
+  FindTextTables(folder);
+  const Listing listing = List(folder);
+  if (listing.tables.empty() && listing.unknown.empty() && !listing.others.empty()) {
+    RefuseFile(folder, "holds no text tables (CO.csv, KV.csv and so on)");
+  }
+  TextTableBytes found;
+  for (const std::string& name : listing.unknown) found.faults[name] = "there is no table of this name";
+  for (const std::string& name : listing.tables) {
+    const std::string table = fs::path(name).stem().string();
+    try {
+      found.tables[table] = ReadTable(fs::path(folder) / name);
+    } catch (const Failure& failure) {
+      found.faults[table] = failure.what();
+    }
+  }
+  return found;
 }
 
 void WriteTextTables(DTSDB& database, const std::string& folder) {

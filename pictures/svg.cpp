@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "formats/text_layout.h"
 #include "pictures/internal/symbols.h"
 
 namespace dtsdb::pictures {
@@ -19,6 +20,15 @@ std::string Clean(const std::string& text) {
     if (isControl || c.unicode() == 0xFFFE || c.unicode() == 0xFFFF) c = QChar(QChar::ReplacementCharacter);
   }
   return clean.toHtmlEscaped().toStdString();
+}
+
+/// The same for people: nothing turns the text around it.
+std::string Shown(const std::string& text) {
+  QString shown = QString::fromStdString(text);
+  for (QChar& c : shown) {
+    if (tools::TurnsText(c.unicode())) c = QChar(QChar::ReplacementCharacter);
+  }
+  return Clean(shown.toStdString());
 }
 
 const char* AnchorText(Anchor anchor) {
@@ -38,7 +48,7 @@ class SvgWriter {
     Add("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\" "
         "role=\"img\">\n",
         picture.width, picture.height);
-    Add("<title>{}</title>\n<style>\n{}</style>\n<defs>{}</defs>\n", Clean(picture.title), internal::kStyleFile,
+    Add("<title>{}</title>\n<style>\n{}</style>\n<defs>{}</defs>\n", Shown(picture.title), internal::kStyleFile,
         internal::SymbolDefinitions());
     Add("<rect class=\"paper\" width=\"{}\" height=\"{}\"/>\n", picture.width, picture.height);
     for (const Element& element : picture.elements) WriteElement(element);
@@ -57,7 +67,7 @@ class SvgWriter {
     if (!element.record.table.empty()) {
       Add(" data-table=\"{}\" data-id=\"{}\"", element.record.table, Clean(element.record.identity));
     }
-    Add("><title>{}</title>", Clean(element.title));
+    Add("><title>{}</title>", Shown(element.title));
     for (const Wire& wire : element.wires) WriteWire(wire);
     for (const Point& dot : element.dots) {
       Add("<circle class=\"dot\" cx=\"{}\" cy=\"{}\" r=\"{}\"/>", dot.x, dot.y, element.dotRadius);
@@ -65,7 +75,7 @@ class SvgWriter {
     for (const Symbol& symbol : element.symbols) WriteSymbol(symbol);
     for (const Label& label : element.labels) {
       Add("<text x=\"{}\" y=\"{}\" text-anchor=\"{}\">{}</text>", label.at.x, label.at.y, AnchorText(label.anchor),
-          Clean(label.text));
+          Shown(label.text));
     }
     m_out += "</g>\n";
   }

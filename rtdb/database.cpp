@@ -131,6 +131,11 @@ void dbDatabase::detach(int flags) {
   Report(status);
 }
 
+bool dbDatabase::backup(char const* file, bool compactify) {
+  Context* context = Attached();
+  return context != nullptr && Report(m_store->File().Copy(file, compactify));
+}
+
 void dbDatabase::commit() {
   if (Context* context = Attached()) Report(context->Commit());
 }

@@ -30,8 +30,8 @@ struct Table;
 /// commit before their transaction began.
 class dbDatabase {
  public:
-  /// What a program may do with a store. dbCopyAccess is dbAllAccess for the program that keeps a copy, see setCopyNote:
-  /// all others only read one.
+  /// What a program may do with a store. dbCopyAccess is dbAllAccess for the program that keeps a copy, see
+  /// setCopyNote: all others only read one.
   enum dbAccessType { dbReadOnly, dbAllAccess, dbCopyAccess };
   /// What detach does beside leaving the thread.
   enum DetachFlags { COMMIT = 1, DESTROY_CONTEXT = 2 };
@@ -57,6 +57,11 @@ class dbDatabase {
   void attach();
   /// Ends the thread's use. With COMMIT its transaction is committed, else rolled back.
   void detach(int flags = COMMIT | DESTROY_CONTEXT);
+
+  /// Writes the state of the last commit to `file`, one whole state that is on the disk before the file takes its
+  /// place; one that is there is replaced. Other programs may go on writing; the calling thread must have committed.
+  /// With `compactify` free pages are left out. False after a message, and nothing is left then.
+  bool backup(char const* file, bool compactify);
 
   /// Makes the thread's changes visible to all and resets its cursors. On failure nothing of them is stored.
   void commit();

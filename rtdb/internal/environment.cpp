@@ -9,13 +9,18 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <map>
+#include <system_error>
 #include <utility>
 
 #include "include/internal/standard_streams.h"
 #include "rtdb/internal/file_check.h"
 #include "rtdb/internal/lock_file.h"
+#include "rtdb/internal/new_file.h"
 #include "rtdb/internal/snapshot.h"
+#include "rtdb/internal/store.h"
+#include "rtdb/internal/store_copy.h"
 
 namespace dtsdb::internal::rtdb {
 namespace {
@@ -302,6 +307,54 @@ void Environment::Abort(MDB_txn* transaction, bool write) {
 
 void Environment::Free(MDB_txn* transaction) const {
   if (OfThisProcess()) mdb_txn_abort(transaction);
+}
+
+bool Environment::IsOpenHere(const std::string& path) {
+  Registry& known = Known();
+  const std::lock_guard lock(known.mutex);
+  return known.Find(path) != nullptr;
+}
+
+Status Environment::CopyTo(const NewFile& copy, const std::string& target, bool compact) {
+  const int file = copy.Fd();
+  int result = MDB_MAP_RESIZED;
+  for (int attempt = 0; result == MDB_MAP_RESIZED && attempt < kAttempts; ++attempt) {
+    // While a transaction runs here no other one of the process follows a new size of the store under the copying.
+    MDB_txn* held = nullptr;
+    if (Status status = Begin(false, held); !status) return status;
+    result = ::ftruncate(file, 0) == 0 && ::lseek(file, 0, SEEK_SET) == 0 ? MDB_SUCCESS : errno;
+    if (result == MDB_SUCCESS) result = mdb_env_copyfd2(m_env, file, compact ? MDB_CP_COMPACT : 0);
+    Abort(held, false);
+  }
+  if (result == MDB_SUCCESS && compact) {
+    // A compact copy counts its transactions anew, and the numbers of rows follow them.
+    MDB_envinfo info{};
+    mdb_env_info(m_env, &info);
+    result = AmendCopy(copy.Path(), (info.me_last_txnid + std::uint64_t{1}) * Store::kRowsPerTransaction);
+  }
+  result = WithoutSpaceNamed(result, file);
+  return result == MDB_SUCCESS ? Status() : LmdbError(result, Path(), ("backup to " + target).c_str());
+}
+
+Status Environment::Copy(const std::string& target, bool compact) {
+  if (m_writer == std::this_thread::get_id()) {
+    return Status::Error(dbErrors::Deadlock, Path() +
+                                                 ": this thread has changes that are not committed; commit before a "
+                                                 "backup");
+  }
+  const StandardStreamsKept kept;
+  const auto refused = [&](int error) {
+    return Status::Error(dbErrors::FileError, Path() + ": backup to " + target + ": " + std::strerror(error));
+  };
+  std::error_code error;
+  const std::filesystem::path place = std::filesystem::weakly_canonical(target, error);
+  if (error) return refused(error.value());
+  if (IdOf(place) == m_file.Id()) return Status::Error(dbErrors::FileError, target + ": is the store itself");
+  NewFile copy(place.string());
+  if (const int failed = copy.Make(); failed != 0) return refused(failed);
+  if (Status status = CopyTo(copy, target, compact); !status) return status;
+  const int failed = copy.Replace();
+  return failed == 0 ? Status() : refused(failed);
 }
 
 void Environment::Ended() {

@@ -19,6 +19,8 @@
 
 namespace dtsdb::internal::rtdb {
 
+class NewFile;
+
 /// An open store file. Opening one file twice in a process would corrupt reading, so all databases of the process that
 /// have the file open share one Environment, and the last to let go closes it: before anybody can open it anew.
 class Environment {
@@ -50,6 +52,13 @@ class Environment {
   /// Ends a transaction that has begun.
   Status Commit(MDB_txn* transaction, bool write);
   void Abort(MDB_txn* transaction, bool write);
+  /// Writes the state of the last commit to a new file, which takes the place of `target` when it is whole and on the
+  /// disk. Others may go on writing. `compact`: without free pages.
+  Status Copy(const std::string& target, bool compact);
+
+  /// Whether this process has the file at `path` open.
+  static bool IsOpenHere(const std::string& path);
+
   /// Frees a read transaction that was reset.
   void Free(MDB_txn* transaction) const;
 
@@ -73,6 +82,7 @@ class Environment {
   int TryMapSize(const std::string& path, std::size_t size, unsigned flags);
   template <class Start, class Undo>
   Status BeginWith(Start start, Undo undo);
+  Status CopyTo(const NewFile& copy, const std::string& target, bool compact);
   void CheckReaders();
   void Ended();
   /// Whether several databases of this program have the file open.

@@ -102,16 +102,16 @@ bool CanBeOlder(const char* file, std::size_t size, const Head& head) {
 }
 
 /// Whether LMDB can work on the state of `transaction`, and on the one that the other head names.
-bool SoundState(const Mapping& file, const Heads& heads, std::uint64_t transaction) {
-  if (!SoundHeads(heads, file.Size())) return false;
+bool SoundState(std::string_view file, const Heads& heads, std::uint64_t transaction) {
+  if (!SoundHeads(heads, file.size())) return false;
   const Head& head = heads[transaction % 2];
   const Head& other = heads[1 - transaction % 2];
-  if (!FitsItsTransaction(file.Bytes(), file.Size(), head) || !PageWalk(file.Bytes(), file.Size(), head).Sound()) {
+  if (!FitsItsTransaction(file.data(), file.size(), head) || !PageWalk(file.data(), file.size(), head).Sound()) {
     return false;
   }
   // Pages of the states beside ours stay as they are while our transaction is open.
-  return other.transaction > transaction ? FitsItsTransaction(file.Bytes(), file.Size(), other)
-                                         : CanBeOlder(file.Bytes(), file.Size(), other);
+  return other.transaction > transaction ? FitsItsTransaction(file.data(), file.size(), other)
+                                         : CanBeOlder(file.data(), file.size(), other);
 }
 
 /// What a look at the state of a read transaction found.
@@ -135,7 +135,7 @@ Look LookAtPages(MDB_env* env, MDB_txn* transaction) {
   if (::fstat(fd, &about) != 0) return {.wrong = std::strerror(errno)};
   const Mapping file(fd, static_cast<std::size_t>(about.st_size));
   if (!file.Done()) return {.wrong = std::strerror(errno)};
-  if (!SoundState(file, heads, number)) look.wrong = kDamaged;
+  if (!SoundState({file.Bytes(), file.Size()}, heads, number)) look.wrong = kDamaged;
   return look;
 }
 
@@ -195,6 +195,25 @@ std::string CheckPages(MDB_env* env) {
   }
   // Nobody writes this file, yet the lock file names a transaction that it does not have.
   return written ? kOvertaken : kOtherFile;
+}
+
+std::string CheckBytes(std::string_view file) {
+  if (file.size() < sizeof(Head)) return kForeign;
+  Heads heads{};
+  heads[0] = Get<Head>(file.data());
+  if (heads[0].magic != kMagic) return kForeign;
+  const std::size_t second = heads[0].free.pad;
+  if (second > file.size() || file.size() - second < sizeof(Head)) return kDamaged;
+  heads[1] = Get<Head>(file.data() + second);
+  return SoundState(file, heads, NewestOf(heads).transaction) ? "" : kDamaged;
+}
+
+std::string CheckWholeFile(int file) {
+  struct stat about {};
+  if (::fstat(file, &about) != 0) return std::strerror(errno);
+  if (about.st_size == 0) return kForeign;
+  const Mapping mapping(file, static_cast<std::size_t>(about.st_size));
+  return mapping.Done() ? CheckBytes({mapping.Bytes(), mapping.Size()}) : std::strerror(errno);
 }
 
 }  // namespace dtsdb::internal::rtdb

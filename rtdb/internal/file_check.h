@@ -8,6 +8,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 struct MDB_env;
 
@@ -20,5 +21,10 @@ std::string CheckFileHead(const std::string& path);
 /// Looks through all pages of the opened store as they are now; other programs may go on writing meanwhile. Returns
 /// what is wrong, or an empty text.
 std::string CheckPages(MDB_env* env);
+
+/// Looks at the heads and all pages of a store that nobody writes. Returns what is wrong, or an empty text.
+std::string CheckBytes(std::string_view file);
+/// The same for an open file.
+std::string CheckWholeFile(int file);
 
 }  // namespace dtsdb::internal::rtdb

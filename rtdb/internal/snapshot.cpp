@@ -44,7 +44,21 @@ std::vector<char> HeadBytes(int file) {
   return heads;
 }
 
+/// Copies what stands in the file `from` from `offset` on.
+int CopyFrom(int from, off_t offset, int to) {
+  std::vector<char> piece(kPiece);
+  for (;;) {
+    const ssize_t got = ReadAt(from, piece.data(), piece.size(), offset);
+    if (got < 0) return errno;
+    if (got == 0) return 0;
+    if (const int error = WriteAll(to, piece.data(), static_cast<std::size_t>(got)); error != 0) return error;
+    offset += got;
+  }
+}
+
 }  // namespace
+
+int CopyBytes(int from, int to) { return CopyFrom(from, 0, to); }
 
 int Snapshot::Take(int file) {
   m_copy = Descriptor(::memfd_create("store", MFD_CLOEXEC));
@@ -52,15 +66,7 @@ int Snapshot::Take(int file) {
   // The heads first: whatever they name is in the file by then.
   m_heads = HeadBytes(file);
   if (const int error = WriteAll(m_copy.Get(), m_heads.data(), m_heads.size()); error != 0) return error;
-  std::vector<char> piece(kPiece);
-  auto offset = static_cast<off_t>(m_heads.size());
-  for (;;) {
-    const ssize_t got = ReadAt(file, piece.data(), piece.size(), offset);
-    if (got < 0) return errno;
-    if (got == 0) return 0;
-    if (const int error = WriteAll(m_copy.Get(), piece.data(), static_cast<std::size_t>(got)); error != 0) return error;
-    offset += got;
-  }
+  return CopyFrom(file, static_cast<off_t>(m_heads.size()), m_copy.Get());
 }
 
 bool Snapshot::IsWhole(MDB_env* env, int file) const {

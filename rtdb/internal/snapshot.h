@@ -15,12 +15,16 @@
 
 namespace dtsdb::internal::rtdb {
 
+/// Copies what stands in the file `from`, from its beginning on, to where `to` stands. 0 or an error number.
+int CopyBytes(int from, int to);
+
 class Snapshot {
  public:
   /// Copies the file. 0 or an error number.
   int Take(int file);
   /// A path that leads to the copy as long as this lives, or as something has it open.
   std::string Path() const { return "/proc/self/fd/" + std::to_string(m_copy.Get()); }
+  int Fd() const { return m_copy.Get(); }
   /// Whether the state that `env`, which has the copy open, shows has been in the file throughout the copying.
   bool IsWhole(MDB_env* env, int file) const;
   /// Whether the heads in the file are still those of the copy.

@@ -11,10 +11,7 @@
 namespace dtsdb::internal::rtdb {
 namespace {
 
-constexpr char kSchemaTree[] = "@schema";
 constexpr char kFormatKey[] = "@format";
-/// Under it stands the first row number that was not given, where a transaction has taken those of the next ones.
-constexpr char kRowNumbersKey[] = "@rows";
 /// Under it stands the first place for the number of a table's last change that was not given.
 constexpr char kPlacesKey[] = "@places";
 /// Only in a copy of another store: what the program that keeps it has noted.

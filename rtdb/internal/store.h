@@ -56,6 +56,11 @@ class Store {
   /// What a database is opened for. A copy is only read by those who don't keep it.
   enum class Use { kRead, kChange, kKeepCopy };
 
+  /// The tree of schemas. What it holds beside them has a key that begins with @, as no table's name does.
+  static constexpr char kSchemaTree[] = "@schema";
+  /// Under it stands the first row number that was not given, where a transaction has taken those of the next ones.
+  static constexpr char kRowNumbersKey[] = "@rows";
+
   /// So many row numbers belong to each write transaction. One that inserts more takes those of the next ones too.
   static constexpr std::uint64_t kRowsPerTransaction = std::uint64_t{1} << 24;
 

@@ -66,7 +66,7 @@ Words BashOffers(const CompletedShell& bash, const std::string& words) {
 TEST(Completion, OfBashOffersCommandsOptionsAndTheirValues) {
   const CompletedShell bash("bash", "--norc");
   EXPECT_EQ(BashOffers(bash, "dtsdb sc"), Words{"screen"});
-  EXPECT_EQ(BashOffers(bash, "dtsdb rtdb ''"), (Words{"ls", "show", "put", "check", "prune"}));
+  EXPECT_EQ(BashOffers(bash, "dtsdb rtdb ''"), (Words{"ls", "show", "put", "check", "prune", "backup", "restore"}));
   EXPECT_EQ(BashOffers(bash, "dtsdb rtdb show --fo"), Words{"--format"});
   EXPECT_EQ(BashOffers(bash, "dtsdb validate --format ''"), (Words{"text", "json", "csv"}));
   EXPECT_EQ(BashOffers(bash, "dtsdb validate m --format = j"), Words{"json"});
@@ -83,7 +83,7 @@ TEST(Completion, OfBashOffersFilesForModelsAndOutputs) {
 TEST(Completion, OfFishOffersCommandsOptionsAndTheirValues) {
   const CompletedShell fish("fish", "--no-config");
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb sc'"), Words{"screen"});
-  EXPECT_EQ(fish.Printed("complete -C 'dtsdb rtdb '"), (Words{"ls", "show", "put", "check", "prune"}));
+  EXPECT_EQ(fish.Printed("complete -C 'dtsdb rtdb '"), (Words{"ls", "show", "put", "check", "prune", "backup", "restore"}));
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb rtdb show --fo'"), Words{"--format"});
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb validate --format '"), (Words{"text", "json", "csv"}));
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb validate gr'"), Words{"grid.obj"});

@@ -72,6 +72,28 @@ TEST(Csv, RefusesAQuoteInsideAPlainFieldAndTextBehindAClosingQuote) {
   EXPECT_THROW(Rows("\"a\"b\n"), CsvError);
 }
 
+TEST(Csv, GuardsWhatASpreadsheetTakesForAFormula) {
+  for (const char* text : {"=1", "+1", "-1", "@x", "\t1", "\r1", "'=1", "''@"}) {
+    EXPECT_EQ(GuardedText(text), std::string("'") + text);
+    EXPECT_EQ(UnguardedText(GuardedText(text)), text);
+  }
+  for (const char* text : {"", "a=1", "'a", "'", "''", "1-2"}) {
+    EXPECT_EQ(GuardedText(text), text);
+    EXPECT_EQ(UnguardedText(text), text);
+  }
+}
+
+TEST(Csv, OfADamagedTextIsReadOnBehindTheFaultyLine) {
+  std::vector<std::string> read;
+  std::vector<int> faults;
+  SalvageCsv(
+      "a,b\n1,\"open\n2,x\"y\n\"3\n3\",c\n4,\"",
+      [&](const CsvRow& row) { read.push_back(row.fields.front().value_or("")); },
+      [&](const CsvError& error) { faults.push_back(error.Line()); });
+  EXPECT_EQ(read, (std::vector<std::string>{"a", "3\n3"}));
+  EXPECT_EQ(faults, (std::vector{2, 3, 6}));
+}
+
 RC_GTEST_PROP(Csv, ReadsBackEveryRowThatItWrites, (const std::vector<std::vector<std::string>>& texts)) {
   std::string written;
   std::vector<List> expected;

@@ -29,6 +29,12 @@ TEST(TextLayout, ControlCharactersBecomeVisible) {
   EXPECT_EQ(OneLine("\x7F"), "\\x7F");
 }
 
+TEST(TextLayout, SeparatorsOfLinesAndTurnedTextBecomeVisible) {
+  EXPECT_EQ(OneLine("a\xE2\x80\xA8"), "a\\u2028");
+  EXPECT_EQ(OneLine("a\xE2\x80\xAE"), "a\\u202E");
+  EXPECT_EQ(OneLine("\xE2\x81\xA6"), "\\u2066");
+}
+
 TEST(TextLayout, BrokenUtf8BecomesAReplacementCharacter) { EXPECT_EQ(OneLine("a\xFF"), "a\xEF\xBF\xBD"); }
 
 TEST(TextLayout, QuotesAreShortenedWhenVeryLong) {

@@ -12,6 +12,8 @@
 //   medium FILE       mounts FILE's folder for reading only, for itself alone, and checks with a database for reading
 //                     only; prints "no mount" where it may not mount
 //   add FILE ID       inserts a row of `entry`, prints "added"
+//   backup FILE OUT BYTES   backs up while no file may grow beyond BYTES
+//   restore FILE A B  restores from A and from B in turns until it is killed, prints "restoring" first
 //   full FILE BYTES   rewrites the rows with larger texts while no file may grow beyond BYTES
 
 #include <grp.h>
@@ -24,6 +26,7 @@
 #include <filesystem>
 #include <string>
 
+#include "rtdb/restore.h"
 #include "samples.h"
 #include "tests/support/helper_program.h"
 
@@ -137,6 +140,22 @@ int Full(dbDatabase& db, const char* bytes) {
   return Check(db);
 }
 
+int Backup(dbDatabase& db, const char* out, const char* bytes) {
+  dtsdb::test::LimitFileSize(std::strtoull(bytes, nullptr, 10));
+  return db.backup(out, false) ? PrintLine("backed up") : 1;
+}
+
+int Restore(const char* path, const char* first, const char* second) {
+  const auto take = [](const std::string&) { return std::string(); };
+  PrintLine("restoring");
+  for (;;) {
+    for (const char* backup : {first, second}) {
+      const std::string wrong = dtsdb::rtdb::RestoreStore(backup, path, "", take);
+      if (!wrong.empty()) return PrintLine(wrong, 1);
+    }
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -149,12 +168,14 @@ int main(int argc, char** argv) {
   if (command == "view") return View(argv[2]);
   if (command == "stay") return Stay(argv[2]);
   if (command == "medium") return Medium(argv[2]);
+  if (command == "restore" && argc > 4) return Restore(argv[2], argv[3], argv[4]);
   dbDatabase db;
   if (!db.open("store", argv[2])) return PrintLine("unreadable", 1);
   if (command == "make") return Make(db);
   if (command == "write") return Write(db);
   if (command == "check" || command == "readonly") return Check(db);
   if (command == "add" && argc > 3) return Add(db, std::atoi(argv[3]));
+  if (command == "backup" && argc > 4) return Backup(db, argv[3], argv[4]);
   if (command == "full" && argc > 3) return Full(db, argv[3]);
   dbCursor<entry> cursor(&db, command == "hold" ? dbCursorForUpdate : dbCursorViewOnly);
   cursor.select();

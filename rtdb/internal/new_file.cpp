@@ -1,0 +1,90 @@
+#include "rtdb/internal/new_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+
+namespace dtsdb::internal::rtdb {
+namespace {
+
+std::string FolderOf(const std::string& path) {
+  const std::string folder = std::filesystem::path(path).parent_path().string();
+  return folder.empty() ? "." : folder;
+}
+
+/// A hidden name beside `place` that nothing has, as far as one can know.
+std::string HiddenName(const std::string& place, int attempt) {
+  return FolderOf(place) + "/." + std::filesystem::path(place).filename().string() + ".dtsdb-" +
+         std::to_string(::getpid()) + "-" + std::to_string(attempt);
+}
+
+constexpr int kNames = 100;
+
+}  // namespace
+
+NewFile::~NewFile() {
+  if (!m_name.empty()) ::unlink(m_name.c_str());
+}
+
+int NewFile::Make() {
+  m_file = Descriptor(::open(FolderOf(m_place).c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, kFileMode));
+  if (m_file.IsOpen()) return 0;
+  if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) return errno;
+  for (int attempt = 0; attempt < kNames; ++attempt) {
+    const std::string name = HiddenName(m_place, attempt);
+    m_file = Descriptor(::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode));
+    if (!m_file.IsOpen() && errno == EEXIST) continue;
+    if (!m_file.IsOpen()) return errno;
+    m_name = name;
+    return 0;
+  }
+  return EEXIST;
+}
+
+int NewFile::GiveName() {
+  if (::fsync(m_file.Get()) != 0) return errno;
+  for (int attempt = 0; m_name.empty() && attempt < kNames; ++attempt) {
+    const std::string name = HiddenName(m_place, attempt);
+    if (::linkat(AT_FDCWD, Path().c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+      m_name = name;
+    } else if (errno != EEXIST) {
+      return errno;
+    }
+  }
+  return m_name.empty() ? EEXIST : 0;
+}
+
+int NewFile::SyncFolder() const {
+  const Descriptor folder(::open(FolderOf(m_place).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return folder.IsOpen() && ::fsync(folder.Get()) == 0 ? 0 : errno;
+}
+
+int NewFile::Replace() {
+  if (const int error = GiveName(); error != 0) return error;
+  if (::rename(m_name.c_str(), m_place.c_str()) != 0) return errno;
+  m_name.clear();
+  return SyncFolder();
+}
+
+int NewFile::TakeFreePlace() {
+  if (const int error = GiveName(); error != 0) return error;
+  if (::renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_place.c_str(), RENAME_NOREPLACE) != 0) return errno;
+  m_name.clear();
+  return SyncFolder();
+}
+
+int NewFile::Exchange(const std::string& old) {
+  if (const int error = GiveName(); error != 0) return error;
+  if (::renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_place.c_str(), RENAME_EXCHANGE) != 0) return errno;
+  // From here on the hidden name is that of the old file.
+  const std::string hidden = std::exchange(m_name, {});
+  if (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, old.c_str(), RENAME_NOREPLACE) == 0) return SyncFolder();
+  const int error = errno;
+  if (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, m_place.c_str(), RENAME_EXCHANGE) == 0) m_name = hidden;
+  return error;
+}
+
+}  // namespace dtsdb::internal::rtdb
