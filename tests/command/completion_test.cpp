@@ -83,7 +83,8 @@ TEST(Completion, OfBashOffersFilesForModelsAndOutputs) {
 TEST(Completion, OfFishOffersCommandsOptionsAndTheirValues) {
   const CompletedShell fish("fish", "--no-config");
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb sc'"), Words{"screen"});
-  EXPECT_EQ(fish.Printed("complete -C 'dtsdb rtdb '"), (Words{"ls", "show", "put", "check", "prune", "backup", "restore"}));
+  EXPECT_EQ(fish.Printed("complete -C 'dtsdb rtdb '"),
+            (Words{"ls", "show", "put", "check", "prune", "backup", "restore"}));
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb rtdb show --fo'"), Words{"--format"});
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb validate --format '"), (Words{"text", "json", "csv"}));
   EXPECT_EQ(fish.Printed("complete -C 'dtsdb validate gr'"), Words{"grid.obj"});
