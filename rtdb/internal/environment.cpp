@@ -288,7 +288,10 @@ void Environment::Reset(MDB_txn* transaction) {
 Status Environment::Commit(MDB_txn* transaction, bool write) {
   if (!OfThisProcess()) return {};
   if (write) m_writer = std::thread::id();
-  const int result = WithoutSpaceNamed(mdb_txn_commit(transaction), m_file.Fd());
+  const std::uint64_t number = mdb_txn_id(transaction);
+  const int committed = mdb_txn_commit(transaction);
+  if (write && committed > 0) NoteRefusedHead(m_env, number);
+  const int result = WithoutSpaceNamed(committed, m_file.Fd());
   Ended();
   return result == MDB_SUCCESS ? Status() : LmdbError(result, Path(), "commit");
 }

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <thread>
 
+#include "include/write_whole.h"
 #include "rtdb/internal/page_walk.h"
 #include "rtdb/internal/store_file.h"
 
@@ -37,17 +38,20 @@ void Pause() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
 /// The file in memory, for reading.
 class Mapping {
  public:
-  Mapping(int fd, std::size_t size) : m_bytes(::mmap(nullptr, size, PROT_READ, MAP_SHARED, fd, 0)), m_size(size) {}
+  Mapping(int fd, std::size_t size)
+      : m_fd(fd), m_bytes(::mmap(nullptr, size, PROT_READ, MAP_SHARED, fd, 0)), m_size(size) {}
   Mapping(const Mapping&) = delete;
   Mapping& operator=(const Mapping&) = delete;
   ~Mapping() {
     if (Done()) ::munmap(m_bytes, m_size);
   }
+  int Fd() const { return m_fd; }
   bool Done() const { return m_bytes != MAP_FAILED; }
   const char* Bytes() const { return static_cast<const char*>(m_bytes); }
   std::size_t Size() const { return m_size; }
 
  private:
+  int m_fd;
   void* m_bytes;
   std::size_t m_size;
 };
@@ -72,15 +76,25 @@ bool ReadHeads(int fd, Heads& heads) {
   return false;
 }
 
+/// Whether the older head is what LMDB leaves where the disk refuses a head: the old number and the trees of the refused
+/// commit. Nothing in it is used.
+bool IsRefused(int fd, const Head& older) {
+  const bool isFirst = older.transaction == 0 && older.number == 1;
+  PutBack expected;
+  expected.transaction = isFirst ? 1 : older.transaction + 2;
+  PutBack found;
+  const auto offset = static_cast<off_t>(older.number * older.free.pad + kPutBackOffset);
+  return ::pread(fd, &found, sizeof(found), offset) == static_cast<ssize_t>(sizeof(found)) &&
+         std::memcmp(&found, &expected, sizeof(found)) == 0;
+}
+
 /// Whether both heads are plausible for a file of this size, and are those of two transactions in a row. Transaction N
 /// writes head N % 2, and the size and the last page never shrink.
-bool SoundHeads(const Heads& heads, std::uint64_t size) {
-  for (const Head& head : heads) {
-    if (!SoundHead(head, size) || head.free.pad != heads[0].free.pad) return false;
-  }
-  if (heads[0].number != 0 || heads[1].number != 1) return false;
+bool SoundHeads(int fd, const Heads& heads, std::uint64_t size) {
+  if (heads[0].number != 0 || heads[1].number != 1 || heads[0].free.pad != heads[1].free.pad) return false;
   const Head& newest = NewestOf(heads);
   const Head& older = OlderOf(heads);
+  if (!SoundHead(newest, size) || !(SoundHead(older, size) || IsRefused(fd, older))) return false;
   if (newest.transaction == 0) return true;
   return newest.transaction == older.transaction + 1 && heads[1].transaction % 2 == 1 &&
          newest.mapSize >= older.mapSize && newest.lastPage >= older.lastPage;
@@ -95,15 +109,16 @@ bool FitsItsTransaction(const char* file, std::size_t size, const Head& head) {
 
 /// The state before the newest is read by nobody, so its pages are not looked through. After a power failure some may
 /// have been written over. But a newest state whose number was lowered must not pass for it: the last commit would be
-/// lost without a word.
-bool CanBeOlder(const char* file, std::size_t size, const Head& head) {
-  const auto last = PageWalk(file, size, head).LastFreeing();
+/// lost without a word. One that the disk refused, which was reported, is noted.
+bool CanBeOlder(const Mapping& file, const Head& head) {
+  if (IsRefused(file.Fd(), head)) return true;
+  const auto last = PageWalk(file.Bytes(), file.Size(), head).LastFreeing();
   return last != head.transaction + 2;
 }
 
 /// Whether LMDB can work on the state of `transaction`, and on the one that the other head names.
 bool SoundState(const Mapping& file, const Heads& heads, std::uint64_t transaction) {
-  if (!SoundHeads(heads, file.Size())) return false;
+  if (!SoundHeads(file.Fd(), heads, file.Size())) return false;
   const Head& head = heads[transaction % 2];
   const Head& other = heads[1 - transaction % 2];
   if (!FitsItsTransaction(file.Bytes(), file.Size(), head) || !PageWalk(file.Bytes(), file.Size(), head).Sound()) {
@@ -111,7 +126,7 @@ bool SoundState(const Mapping& file, const Heads& heads, std::uint64_t transacti
   }
   // Pages of the states beside ours stay as they are while our transaction is open.
   return other.transaction > transaction ? FitsItsTransaction(file.Bytes(), file.Size(), other)
-                                         : CanBeOlder(file.Bytes(), file.Size(), other);
+                                         : CanBeOlder(file, other);
 }
 
 /// What a look at the state of a read transaction found.
@@ -156,10 +171,21 @@ const char* LookAtHeads(int fd, std::uint64_t size) {
   Heads heads;
   if (!ReadHeads(fd, heads)) return kDamaged;
   if (heads[0].version != kVersion && heads[0].version == heads[1].version) return kOtherVersion;
-  return SoundHeads(heads, size) ? nullptr : kDamaged;
+  return SoundHeads(fd, heads, size) ? nullptr : kDamaged;
 }
 
 }  // namespace
+
+void NoteRefusedHead(MDB_env* env, std::uint64_t transaction) {
+  MDB_stat about{};
+  mdb_filehandle_t file = -1;
+  if (mdb_env_stat(env, &about) != MDB_SUCCESS || mdb_env_get_fd(env, &file) != MDB_SUCCESS) return;
+  PutBack refused;
+  refused.transaction = transaction;
+  const std::uint64_t page = transaction % 2 * about.ms_psize;
+  // Where this is refused, too, the next opening refuses the store.
+  if (WriteWhole(file, &refused, sizeof(refused), static_cast<off_t>(page + kPutBackOffset)) == 0) ::fdatasync(file);
+}
 
 std::string CheckFileHead(const std::string& path) {
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));

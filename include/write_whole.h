@@ -1,0 +1,27 @@
+/// \file
+/// Writing at a place of an open file, all or an error.
+#pragma once
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+
+namespace dtsdb {
+
+/// Writes all the bytes at `offset` of the file `descriptor`, also where the system takes them in parts or interrupts
+/// it. Returns 0 or the number of an error.
+inline int WriteWhole(int descriptor, const void* bytes, std::size_t size, off_t offset) {
+  const auto* left = static_cast<const char*>(bytes);
+  while (size > 0) {
+    const ssize_t written = ::pwrite(descriptor, left, size, offset);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return written < 0 ? errno : EIO;
+    left += written;
+    size -= static_cast<std::size_t>(written);
+    offset += written;
+  }
+  return 0;
+}
+
+}  // namespace dtsdb
