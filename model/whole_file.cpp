@@ -9,6 +9,7 @@
 #include <csignal>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "model/temporary_name.h"
@@ -161,14 +162,12 @@ bool WholeFile::OpenBeside(bool isThere) {
   int file = -1;
   if (HasNamesOfDescriptors()) file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
   for (bool isOwn = file != -1; !isOwn;) {
-    m_temporary = NewNameBeside(m_target);
-    file = ::open(m_temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    std::string name = NewNameBeside(m_target);
+    file = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (file == -1 && errno == EEXIST) continue;
-    if (file == -1) {
-      m_temporary.clear();
-      return Fail(errno);
-    }
-    isOwn = LockAsOwn(file) && IsAt(file, m_temporary);
+    if (file == -1) return Fail(errno);
+    isOwn = LockAsOwn(file) && IsAt(file, name);
+    if (isOwn) m_temporary = std::move(name);
     if (!isOwn) ::close(file);
   }
   if (m_file.open(file, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle)) return true;
@@ -202,7 +201,7 @@ bool WholeFile::GiveName() {
   do {
     name = NewNameBeside(m_target);
     if (::linkat(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-      m_temporary = name;
+      m_temporary = std::move(name);
       return true;
     }
   } while (errno == EEXIST);
