@@ -134,14 +134,19 @@ Status Environment::OpenShared(bool readOnly, std::size_t sizeLimit, bool& retry
     return status;
   }
   if (Status status = m_file.CheckSingleName(); !status) return status;
-  if (m_file.IsEmpty() && !m_file.MayWrite()) return OpenRefused(Path(), "a store without tables");
+  if (!readOnly) m_file.EmptyIfUnfinished();
+  const bool isNew = m_file.IsEmpty();
+  if (isNew && !m_file.MayWrite()) return OpenRefused(Path(), "a store without tables");
   LockOutcome lock = PrepareLockFile(m_file, [](FileId id) { return Known().UsesLock(id); });
   copy = readOnly && lock.noRight;
   Status status = std::move(lock.status);
   if (status) {
     m_readOnly = !m_file.MayWrite();
-    status = OpenChecked(m_file.RealPath(), sizeLimit,
-                         m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_file.Fd()));
+    const unsigned flags = m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_file.Fd());
+    status = OpenChecked(m_file.RealPath(), sizeLimit, flags);
+    // The heads of a new file are written once before the first commit, which doesn't wait for them.
+    const int error = status && isNew && flags == MDB_NOMETASYNC ? m_file.SyncNew() : 0;
+    if (error != 0) status = OpenRefused(Path(), std::strerror(error));
   }
   if (!status) {
     m_file.RemoveIfNew();

@@ -6,11 +6,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <thread>
+#include <vector>
 
 #include "include/write_whole.h"
 #include "rtdb/internal/page_walk.h"
@@ -161,13 +163,23 @@ int BeginLook(MDB_env* env, MDB_txn*& transaction) {
   return mdb_txn_begin(env, nullptr, MDB_RDONLY, &transaction);
 }
 
+/// Whether a page, as far as it is there, is nothing but a head of transaction 0, or nothing but zeros.
+bool IsNewPage(const char* page, std::size_t size, bool& isHead) {
+  const auto isZero = [](char byte) { return byte == 0; };
+  if (std::all_of(page, page + size, isZero)) return true;
+  if (size < sizeof(Head) || !std::all_of(page + sizeof(Head), page + size, isZero)) return false;
+  const auto head = Get<Head>(page);
+  isHead = true;
+  return head.magic == kMagic && head.pageFlags == kMeta && head.transaction == 0;
+}
+
 /// The file's head as it is now: what is wrong with it, or null.
 const char* LookAtHeads(int fd, std::uint64_t size) {
   Head first;
   const auto usualPage = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+  if (IsUnfinished(fd)) return kUnfinished;
   const bool known = ReadHead(fd, 0, first) && first.magic == kMagic;
   if (!known) return HasMagic(fd, usualPage) ? kDamaged : kForeign;
-  if (size == first.free.pad && first.transaction == 0) return kUnfinished;
   Heads heads;
   if (!ReadHeads(fd, heads)) return kDamaged;
   if (heads[0].version != kVersion && heads[0].version == heads[1].version) return kOtherVersion;
@@ -185,6 +197,18 @@ void NoteRefusedHead(MDB_env* env, std::uint64_t transaction) {
   const std::uint64_t page = transaction % 2 * about.ms_psize;
   // Where this is refused, too, the next opening refuses the store.
   if (WriteWhole(file, &refused, sizeof(refused), static_cast<off_t>(page + kPutBackOffset)) == 0) ::fdatasync(file);
+}
+
+bool IsUnfinished(int fd) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  std::vector<char> bytes(2 * page + 1);
+  const ssize_t size = ::pread(fd, bytes.data(), bytes.size(), 0);
+  if (size <= 0 || static_cast<std::size_t>(size) > 2 * page) return false;
+  const std::size_t first = std::min(page, static_cast<std::size_t>(size));
+  bool isFirst = false;
+  bool isSecond = false;
+  return IsNewPage(bytes.data(), first, isFirst) &&
+         IsNewPage(bytes.data() + page, static_cast<std::size_t>(size) - first, isSecond) && !(isFirst && isSecond);
 }
 
 std::string CheckFileHead(const std::string& path) {

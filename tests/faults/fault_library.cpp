@@ -267,6 +267,11 @@ void NoteEntry(ChangeKind kind, int folder, const char* path) {
   Put({kind, kind == ChangeKind::kEnter ? place.Inode() : 0, place.Folder(), 0, 0, 0, 0, 0}, place.Name());
 }
 
+/// Inodes are used again: what is new begins empty.
+void NoteNew(std::uint64_t inode, bool isFolder) {
+  if (Records()) Put({ChangeKind::kMake, inode, 0, 0, isFolder ? 1U : 0U, 0, 0, 0});
+}
+
 void NoteRename(int from, const char* old, int to, const char* renewed, unsigned flags) {
   if (!Records()) return;
   const ErrnoKept kept;
@@ -284,7 +289,9 @@ int OpenAt(int folder, const char* path, int flags, mode_t mode) {
   const bool isNew = watches && ::fstatat(folder, path, &about, AT_SYMLINK_NOFOLLOW) != 0;
   static int (*next)(int, const char*, int, ...) = nullptr;
   const int file = Next(next, "openat64")(folder, path, flags, mode);
+  if (Records() && file != -1 && (flags & O_TMPFILE) == O_TMPFILE && Place(file).IsBelow()) NoteNew(InodeOf(file), false);
   if (watches && file != -1) {
+    if (isNew && Place(file).IsBelow()) NoteNew(InodeOf(file), false);
     if (isNew) NoteEntry(ChangeKind::kEnter, folder, path);
     if (!isNew && (flags & O_TRUNC) != 0) NoteFile(ChangeKind::kSize, file, 0, 0);
   }
@@ -539,6 +546,7 @@ int mkdirat(int folder, const char* path, mode_t mode) {
   if (PathFails(CallKind::kMakeFolder, folder, path)) return -1;
   static int (*next)(int, const char*, mode_t) = nullptr;
   const int result = Next(next, "mkdirat")(folder, path, mode);
+  if (result == 0 && Records() && Place(folder, path).IsBelow()) NoteNew(Place(folder, path).Inode(), true);
   if (result == 0) NoteEntry(ChangeKind::kEnter, folder, path);
   return result;
 }

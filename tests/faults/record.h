@@ -21,6 +21,7 @@ struct CallCounts {
 
 /// One change. A file and a folder are meant by their inodes, an entry of a folder by the folder's inode and its name.
 enum class ChangeKind : std::uint8_t {
+  kMake,      ///< a file with the number `inode` is new, a folder where `offset` is 1
   kEnter,     ///< an entry: folder `folder`, name `name` leads to `inode`
   kWrite,     ///< `data` at `offset` of `inode`
   kSize,      ///< the size of `inode` becomes `offset`
