@@ -1,4 +1,4 @@
-#include "tests/faults/disk.h"
+#include "tests/faults/power/disk.h"
 
 #include <algorithm>
 #include <cstring>

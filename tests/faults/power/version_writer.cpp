@@ -1,4 +1,4 @@
-// version_writer FOLDER KIND COUNT: writes so many versions of what is called KIND (tests/faults/versions.h) in FOLDER,
+// version_writer FOLDER KIND COUNT: writes so many versions of what is called KIND (tests/faults/power/versions.h) in FOLDER,
 // and marks the end of each.
 
 #include <fcntl.h>
@@ -10,7 +10,7 @@
 #include <string>
 
 #include "tests/faults/record.h"
-#include "tests/faults/versions.h"
+#include "tests/faults/power/versions.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include <iostream>
 
 #include "model/temporary_name.h"
-#include "tests/faults/disk.h"
+#include "tests/faults/power/disk.h"
 #include "tests/faults/faulted_command.h"
-#include "tests/faults/versions.h"
+#include "tests/faults/power/versions.h"
 #include "tests/support/bytes.h"
 #include "tests/support/long_form.h"
 #include "tests/support/places.h"

@@ -1,4 +1,4 @@
-#include "tests/faults/versions.h"
+#include "tests/faults/power/versions.h"
 
 #include <fmt/format.h>
 

@@ -16,7 +16,7 @@
 #include <set>
 #include <thread>
 
-#include "tests/faults/versions.h"
+#include "tests/faults/power/versions.h"
 #include "tests/support/long_form.h"
 
 namespace dtsdb::test {
