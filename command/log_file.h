@@ -10,8 +10,8 @@
 namespace dtsdb::tools {
 
 /// As long as this lives, what the library logs goes to one file, or nowhere. The file takes the place of an old one
-/// when the log has ended. A command that fails leaves the log of what it has come to; one that fails before the library
-/// has logged anything leaves the old file.
+/// when the log has ended. A command that fails leaves the log of what it has come to; one that fails before the
+/// library has logged anything leaves the old file.
 class LogFile {
  public:
   /// Begins the log that is to be the file `path`; an empty path means no log. A Failure when it can't be made.

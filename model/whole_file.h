@@ -65,7 +65,8 @@ class WholeFile {
 /// such as a pipe, is as good as it can be.
 int SyncFile(int file);
 
-/// The same for the folder `path`, an empty one meaning the current folder; one that may not be read is left to the system.
+/// The same for the folder `path`, an empty one meaning the current folder; one that may not be read is left to the
+/// system.
 int SyncFolder(const std::string& path);
 
 }  // namespace dtsdb

@@ -78,8 +78,8 @@ bool ReadHeads(int fd, Heads& heads) {
   return false;
 }
 
-/// Whether the older head is what LMDB leaves where the disk refuses a head: the old number and the trees of the refused
-/// commit. Nothing in it is used.
+/// Whether the older head is what LMDB leaves where the disk refuses a head: the old number and the trees of the
+/// refused commit. Nothing in it is used.
 bool IsRefused(int fd, const Head& older) {
   const bool isFirst = older.transaction == 0 && older.number == 1;
   PutBack expected;

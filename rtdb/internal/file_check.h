@@ -18,8 +18,8 @@ namespace dtsdb::internal::rtdb {
 /// is a store to be made.
 std::string CheckFileHead(const std::string& path);
 
-/// Whether an open file is a store that was being made when its program, or the power, failed: fewer than its two heads,
-/// and nothing else. There is nothing in it to lose.
+/// Whether an open file is a store that was being made when its program, or the power, failed: fewer than its two
+/// heads, and nothing else. There is nothing in it to lose.
 bool IsUnfinished(int fd);
 
 /// Notes in the file that the disk has refused the head of `transaction`, whose commit has failed: the check then takes

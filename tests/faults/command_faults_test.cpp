@@ -1,6 +1,6 @@
-// Each call of the system that a command makes is made to fail once. Whatever fails, what a command writes is in the end
-// as it was or as it should be, whole; the exit code and one line on the standard error show which. The short form takes
-// a few calls of each kind, FAULTS=all in the environment every one, or 40 where there are more.
+// Each call of the system that a command makes is made to fail once. Whatever fails, what a command writes is in the
+// end as it was or as it should be, whole; the exit code and one line on the standard error show which. The short form
+// takes a few calls of each kind, FAULTS=all in the environment every one, or 40 where there are more.
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,6 @@
 //   FAULT_RECORD   a file that changes of the disk are written down in, see record.h
 //
 // Memory counts from main on: what fails before it the program can't answer for.
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -19,268 +18,31 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <string_view>
 
-#include "tests/faults/record.h"
-
-extern "C" {
-void* __libc_malloc(std::size_t);
-void* __libc_calloc(std::size_t, std::size_t);
-void* __libc_realloc(void*, std::size_t);
-void* __libc_memalign(std::size_t, std::size_t);
-}
+#include "tests/faults/fault_notes.h"
+#include "tests/faults/fault_plan.h"
 
 namespace {
 
-using dtsdb::test::CallCounts;
 using dtsdb::test::CallKind;
-using dtsdb::test::ChangeHead;
 using dtsdb::test::ChangeKind;
-
-/// The next function of this name, that of the C library.
-template <class Function>
-Function* Next(Function*& known, const char* name) {
-  if (known == nullptr) known = reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
-  return known;
-}
-
-/// What the environment asks for. Filled by the first call that needs it; nothing in it needs to be destroyed.
-struct Plan {
-  char folder[PATH_MAX] = {};
-  std::size_t folderSize = 0;
-  CallCounts* counts = nullptr;
-  int kind = -1;
-  long at = 0;
-  int error = 0;
-  bool stays = false;
-  int record = -1;
-
-  Plan() {
-    const int before = errno;
-    if (const char* text = std::getenv("FAULT_FOLDER")) {
-      folderSize = std::min(std::strlen(text), sizeof folder - 1);
-      std::memcpy(folder, text, folderSize);
-    }
-    kind = Number("FAULT_KIND", -1);
-    at = Number("FAULT_AT", 0);
-    error = Number("FAULT_ERROR", 0);
-    stays = std::getenv("FAULT_STAYS") != nullptr;
-    if (const char* path = std::getenv("FAULT_COUNTS")) MapCounts(path);
-    if (const char* path = std::getenv("FAULT_RECORD")) OpenRecord(path);
-    errno = before;
-  }
-
-  static int Number(const char* name, int none) {
-    const char* const text = std::getenv(name);
-    return text == nullptr ? none : std::atoi(text);
-  }
-  void MapCounts(const char* path);
-  void OpenRecord(const char* path);
-};
-
-Plan& ThePlan() {
-  static Plan plan;
-  return plan;
-}
-
-int RealOpen(const char* path, int flags, mode_t mode) {
-  static int (*next)(const char*, int, ...) = nullptr;
-  return Next(next, "open64")(path, flags, mode);
-}
-ssize_t RealWrite(int file, const void* bytes, std::size_t size) {
-  static ssize_t (*next)(int, const void*, std::size_t) = nullptr;
-  return Next(next, "write")(file, bytes, size);
-}
-int RealClose(int file) {
-  static int (*next)(int) = nullptr;
-  return Next(next, "close")(file);
-}
-
-void Plan::MapCounts(const char* path) {
-  const int file = RealOpen(path, O_RDWR | O_CLOEXEC, 0);
-  static void* (*next)(void*, std::size_t, int, int, int, off64_t) = nullptr;
-  void* const at_ = Next(next, "mmap64")(nullptr, sizeof(CallCounts), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
-  RealClose(file);
-  if (at_ != MAP_FAILED) counts = static_cast<CallCounts*>(at_);
-}
-
-/// Under a high number, so that the program's own descriptors are what they would be.
-void Plan::OpenRecord(const char* path) {
-  const int file = RealOpen(path, O_WRONLY | O_APPEND | O_CLOEXEC, 0);
-  record = ::fcntl(file, F_DUPFD_CLOEXEC, 900);
-  RealClose(file);
-}
-
-/// What an open descriptor or a path leads to, as a path.
-class Place {
- public:
-  explicit Place(int file) {
-    char link[32];
-    std::snprintf(link, sizeof link, "/proc/self/fd/%d", file);
-    Take(::readlink(link, m_path, sizeof m_path - 1));
-  }
-  Place(int folder, const char* path) {
-    if (path == nullptr) return;
-    if (path[0] != '/') {
-      if (folder == AT_FDCWD) {
-        Take(::getcwd(m_path, sizeof m_path) == nullptr ? -1 : static_cast<ssize_t>(std::strlen(m_path)));
-      } else {
-        *this = Place(folder);
-      }
-      Add("/");
-    }
-    Add(path);
-  }
-
-  std::string_view Path() const { return {m_path, m_size}; }
-  std::string_view Name() const { return Path().substr(Path().rfind('/') + 1); }
-  bool IsBelow() const {
-    const Plan& plan = ThePlan();
-    return plan.folderSize != 0 && m_size >= plan.folderSize &&
-           std::memcmp(m_path, plan.folder, plan.folderSize) == 0;
-  }
-  /// The inode of the folder that it is in, or 0.
-  std::uint64_t Folder() const {
-    char folder[PATH_MAX + 2];
-    const std::size_t size = Path().rfind('/');
-    std::memcpy(folder, m_path, size);
-    folder[size] = '\0';
-    struct stat about {};
-    return ::stat(folder, &about) == 0 ? about.st_ino : 0;
-  }
-  std::uint64_t Inode() const {
-    struct stat about {};
-    return ::lstat(m_path, &about) == 0 ? about.st_ino : 0;
-  }
-
- private:
-  void Take(ssize_t size) {
-    m_size = size > 0 ? static_cast<std::size_t>(size) : 0;
-    m_path[m_size] = '\0';
-  }
-  void Add(const char* text) {
-    const std::size_t size = std::min(std::strlen(text), sizeof m_path - 1 - m_size);
-    std::memcpy(m_path + m_size, text, size);
-    Take(static_cast<ssize_t>(m_size + size));
-  }
-
-  char m_path[PATH_MAX] = {};
-  std::size_t m_size = 0;
-};
-
-/// Counts a call. True when it is one that is to fail.
-bool Fails(CallKind kind) {
-  Plan& plan = ThePlan();
-  if (plan.counts == nullptr) return false;
-  const long number = ++plan.counts->calls[static_cast<std::size_t>(kind)];
-  if (static_cast<int>(kind) != plan.kind || plan.at == 0) return false;
-  if (number != plan.at && (!plan.stays || number < plan.at)) return false;
-  ++plan.counts->failed;
-  return true;
-}
-
-/// Whether the call of `kind` on `place` is to fail; errno is then the error, else what it was.
-bool Fails(CallKind kind, const Place& place) {
-  if (!place.IsBelow() || !Fails(kind)) return false;
-  errno = ThePlan().error;
-  return true;
-}
-
-/// Keeps errno as it is.
-class ErrnoKept {
- public:
-  ErrnoKept() : m_errno(errno) {}
-  ErrnoKept(const ErrnoKept&) = delete;
-  ErrnoKept& operator=(const ErrnoKept&) = delete;
-  ~ErrnoKept() { errno = m_errno; }
-
- private:
-  int m_errno;
-};
-
-bool FileFails(CallKind kind, int file) {
-  const int before = errno;
-  if (Fails(kind, Place(file))) return true;
-  errno = before;
-  return false;
-}
-bool PathFails(CallKind kind, int folder, const char* path) {
-  const int before = errno;
-  if (Fails(kind, Place(folder, path))) return true;
-  errno = before;
-  return false;
-}
-
-bool Records() { return ThePlan().record != -1; }
-
-void Put(ChangeHead head, std::string_view name = {}, std::string_view otherName = {}, std::string_view data = {}) {
-  const ErrnoKept kept;
-  head.nameSize = static_cast<std::uint32_t>(name.size());
-  head.otherNameSize = static_cast<std::uint32_t>(otherName.size());
-  head.dataSize = static_cast<std::uint32_t>(data.size());
-  const int record = ThePlan().record;
-  RealWrite(record, &head, sizeof head);
-  for (const std::string_view part : {name, otherName, data}) {
-    if (!part.empty()) RealWrite(record, part.data(), part.size());
-  }
-}
-
-std::uint64_t InodeOf(int file) {
-  struct stat about {};
-  return ::fstat(file, &about) == 0 ? about.st_ino : 0;
-}
-
-void NoteWrite(int file, const void* bytes, ssize_t size, off64_t offset) {
-  if (!Records() || size <= 0) return;
-  const ErrnoKept kept;
-  const Place place(file);
-  if (!place.IsBelow()) return;
-  const std::string_view data(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
-  if (place.Name() == dtsdb::test::kMarkFile) {
-    char number[32] = {};
-    std::memcpy(number, data.data(), std::min(data.size(), sizeof number - 1));
-    Put({ChangeKind::kMark, 0, 0, 0, static_cast<std::uint64_t>(std::atoi(number)), 0, 0, 0});
-  } else {
-    Put({ChangeKind::kWrite, InodeOf(file), 0, 0, static_cast<std::uint64_t>(offset), 0, 0, 0}, {}, {}, data);
-  }
-}
-
-/// Where a write without an offset has begun that has just ended.
-off64_t BeganAt(int file, ssize_t size) { return Records() ? ::lseek64(file, 0, SEEK_CUR) - size : 0; }
-
-void NoteFile(ChangeKind kind, int file, std::uint64_t offset, int result) {
-  if (!Records() || result != 0) return;
-  const ErrnoKept kept;
-  if (Place(file).IsBelow()) Put({kind, InodeOf(file), 0, 0, offset, 0, 0, 0});
-}
-
-void NoteEntry(ChangeKind kind, int folder, const char* path) {
-  if (!Records()) return;
-  const ErrnoKept kept;
-  const Place place(folder, path);
-  if (!place.IsBelow() || place.Name() == dtsdb::test::kMarkFile) return;
-  Put({kind, kind == ChangeKind::kEnter ? place.Inode() : 0, place.Folder(), 0, 0, 0, 0, 0}, place.Name());
-}
-
-/// Inodes are used again: what is new begins empty.
-void NoteNew(std::uint64_t inode, bool isFolder) {
-  if (Records()) Put({ChangeKind::kMake, inode, 0, 0, isFolder ? 1U : 0U, 0, 0, 0});
-}
-
-void NoteRename(int from, const char* old, int to, const char* renewed, unsigned flags) {
-  if (!Records()) return;
-  const ErrnoKept kept;
-  const Place place(from, old);
-  const Place other(to, renewed);
-  if (!place.IsBelow()) return;
-  const ChangeKind kind = (flags & RENAME_EXCHANGE) != 0 ? ChangeKind::kExchange : ChangeKind::kRename;
-  Put({kind, 0, place.Folder(), other.Folder(), 0, 0, 0, 0}, place.Name(), other.Name());
-}
+using dtsdb::test::fault::BeganAt;
+using dtsdb::test::fault::FileFails;
+using dtsdb::test::fault::InodeOf;
+using dtsdb::test::fault::Next;
+using dtsdb::test::fault::NoteEntry;
+using dtsdb::test::fault::NoteFile;
+using dtsdb::test::fault::NoteNew;
+using dtsdb::test::fault::NoteRename;
+using dtsdb::test::fault::NoteWrite;
+using dtsdb::test::fault::PathFails;
+using dtsdb::test::fault::Place;
+using dtsdb::test::fault::RealClose;
+using dtsdb::test::fault::RealWrite;
+using dtsdb::test::fault::Records;
+using dtsdb::test::fault::ThePlan;
 
 int OpenAt(int folder, const char* path, int flags, mode_t mode) {
   if (PathFails(CallKind::kOpen, folder, path)) return -1;
@@ -289,7 +51,8 @@ int OpenAt(int folder, const char* path, int flags, mode_t mode) {
   const bool isNew = watches && ::fstatat(folder, path, &about, AT_SYMLINK_NOFOLLOW) != 0;
   static int (*next)(int, const char*, int, ...) = nullptr;
   const int file = Next(next, "openat64")(folder, path, flags, mode);
-  if (Records() && file != -1 && (flags & O_TMPFILE) == O_TMPFILE && Place(file).IsBelow()) NoteNew(InodeOf(file), false);
+  if (Records() && file != -1 && (flags & O_TMPFILE) == O_TMPFILE && Place(file).IsBelow())
+    NoteNew(InodeOf(file), false);
   if (watches && file != -1) {
     if (isNew && Place(file).IsBelow()) NoteNew(InodeOf(file), false);
     if (isNew) NoteEntry(ChangeKind::kEnter, folder, path);
@@ -306,42 +69,17 @@ std::size_t Cut(CallKind kind, int file, std::size_t size, bool& fails) {
   return size > 1 ? size / 2 : size;
 }
 
-bool armed = false;  // once main has begun
-
-bool MemoryFails() {
-  if (!armed || !Fails(CallKind::kMemory)) return false;
-  errno = ENOMEM;
-  return true;
-}
-
-int (*realMain)(int, char**, char**) = nullptr;
-
-int MainWithFaults(int argc, char** argv, char** environment) {
-  ThePlan();
-  armed = true;
-  const int result = realMain(argc, argv, environment);
-  armed = false;
-  return result;
-}
-
 }  // namespace
 
 extern "C" {
 
-int __libc_start_main(int (*program)(int, char**, char**), int argc, char** argv, void (*init)(), void (*fini)(),
-                      void (*loader)(), void* stack) {
-  realMain = program;
-  static int (*next)(int (*)(int, char**, char**), int, char**, void (*)(), void (*)(), void (*)(), void*) = nullptr;
-  return Next(next, "__libc_start_main")(MainWithFaults, argc, argv, init, fini, loader, stack);
-}
-
-#define WITH_MODE(flags)                                    \
-  mode_t mode = 0;                                          \
-  if (((flags) & O_CREAT) != 0 || ((flags) & O_TMPFILE) == O_TMPFILE) { \
-    va_list more;                                           \
-    va_start(more, flags);                                  \
-    mode = va_arg(more, mode_t);                            \
-    va_end(more);                                           \
+#define WITH_MODE(flags)                                            \
+  mode_t mode = 0;                                                  \
+  if (((flags)&O_CREAT) != 0 || ((flags)&O_TMPFILE) == O_TMPFILE) { \
+    va_list more;                                                   \
+    va_start(more, flags);                                          \
+    mode = va_arg(more, mode_t);                                    \
+    va_end(more);                                                   \
   }
 
 int open(const char* path, int flags, ...) {
@@ -551,16 +289,5 @@ int mkdirat(int folder, const char* path, mode_t mode) {
   return result;
 }
 int mkdir(const char* path, mode_t mode) { return mkdirat(AT_FDCWD, path, mode); }
-
-void* malloc(std::size_t size) { return MemoryFails() ? nullptr : __libc_malloc(size); }
-void* calloc(std::size_t count, std::size_t size) { return MemoryFails() ? nullptr : __libc_calloc(count, size); }
-void* realloc(void* old, std::size_t size) { return MemoryFails() ? nullptr : __libc_realloc(old, size); }
-void* memalign(std::size_t place, std::size_t size) { return MemoryFails() ? nullptr : __libc_memalign(place, size); }
-void* aligned_alloc(std::size_t place, std::size_t size) { return memalign(place, size); }
-int posix_memalign(void** made, std::size_t place, std::size_t size) {
-  if (MemoryFails()) return ENOMEM;
-  *made = __libc_memalign(place, size);
-  return *made == nullptr ? ENOMEM : 0;
-}
 
 }  // extern "C"

@@ -40,9 +40,7 @@ std::string RowsOf(const fs::path& store) {
   }
 }
 
-std::string WithoutTimes(const std::string& log) {
-  return std::regex_replace(log, std::regex("[0-9][0-9:.-]+"), "");
-}
+std::string WithoutTimes(const std::string& log) { return std::regex_replace(log, std::regex("[0-9][0-9:.-]+"), ""); }
 
 std::string ContentOf(const fs::path& path) {
   if (path.extension() == ".fdb") return RowsOf(path);
@@ -131,7 +129,9 @@ std::vector<Scenario> WritingCommands() {
       {"Store", "convert good rtdb:out", {old + "rtdb:out"}},
       {"Put", "rtdb put out STATUS id=s value=1", {"convert good rtdb:out"}},
       {"Run", "run rtdb:out --once", {"convert good rtdb:out"}},
-      {"Prune", "rtdb prune out TPTRACE --keep 0", {"convert good rtdb:out", "rtdb put out TPTRACE id=1 type=1 name=x"}},
+      {"Prune",
+       "rtdb prune out TPTRACE --keep 0",
+       {"convert good rtdb:out", "rtdb put out TPTRACE id=1 type=1 name=x"}},
   };
 }
 

@@ -50,8 +50,8 @@ class Survival {
 /// A folder on a disk whose power fails.
 ///
 /// What a program has written to a file reaches the disk when it is synchronised, or earlier, in any order and in any
-/// part; so do the entries of a folder when the folder is. What was written twice to one place gets there in that order.
-/// File systems promise more, each another thing; nothing here relies on it.
+/// part; so do the entries of a folder when the folder is. What was written twice to one place gets there in that
+/// order. File systems promise more, each another thing; nothing here relies on it.
 class Disk {
  public:
   /// The disk after the first `count` of `changes`, which begin with an empty folder.

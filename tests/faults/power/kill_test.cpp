@@ -28,8 +28,8 @@ namespace fs = std::filesystem;
 class SharedNumber {
  public:
   SharedNumber()
-      : m_number(static_cast<std::atomic<int>*>(::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
-                                                       MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
+      : m_number(static_cast<std::atomic<int>*>(
+            ::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
   SharedNumber(const SharedNumber&) = delete;
   SharedNumber& operator=(const SharedNumber&) = delete;
   ~SharedNumber() { ::munmap(m_number, sizeof(std::atomic<int>)); }

@@ -11,8 +11,8 @@
 #include <iostream>
 
 #include "model/temporary_name.h"
-#include "tests/faults/power/disk.h"
 #include "tests/faults/faulted_command.h"
+#include "tests/faults/power/disk.h"
 #include "tests/faults/power/versions.h"
 #include "tests/support/bytes.h"
 #include "tests/support/long_form.h"
@@ -23,8 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What a program that writes versions does to a disk. The folder is where the tests run, since in a memory file system a
-/// store synchronises nothing.
+/// What a program that writes versions does to a disk. The folder is where the tests run, since in a memory file system
+/// a store synchronises nothing.
 std::vector<Change> Record(Kept kept, int versions) {
   const QTemporaryDir place(QDir::currentPath() + QStringLiteral("/power-XXXXXX"));
   const QTemporaryDir notes(QStringLiteral("/dev/shm/power-XXXXXX"));

@@ -1,5 +1,5 @@
-// version_writer FOLDER KIND COUNT: writes so many versions of what is called KIND (tests/faults/power/versions.h) in FOLDER,
-// and marks the end of each.
+// version_writer FOLDER KIND COUNT: writes so many versions of what is called KIND (tests/faults/power/versions.h) in
+// FOLDER, and marks the end of each.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,8 +9,8 @@
 #include <exception>
 #include <string>
 
-#include "tests/faults/record.h"
 #include "tests/faults/power/versions.h"
+#include "tests/faults/record.h"
 
 namespace {
 
