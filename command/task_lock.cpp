@@ -71,7 +71,7 @@ int OpenLockFile(const std::string& path) {
 Holder HolderIn(int file) {
   std::array<char, 128> text{};
   Holder holder;
-  const bool read = ::pread(file, text.data(), text.size() - 1, 0) > 0;
+  const bool read = ReadWhole(file, text.data(), text.size() - 1, 0) > 0;
   const bool whole =
       read && std::sscanf(text.data(), "%ld %lu %lu", &holder.process, &holder.device, &holder.inode) == 3;
   return whole ? holder : Holder();

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "formats/files.h"
-#include "model/temporary_name.h"
+#include "model/whole_file.h"
 
 namespace fs = std::filesystem;
 

@@ -1,5 +1,5 @@
 /// \file
-/// Writing at a place of an open file, all or an error.
+/// Writing and reading at a place of an open file, all or an error.
 #pragma once
 
 #include <unistd.h>
@@ -22,6 +22,21 @@ inline int WriteWhole(int descriptor, const void* bytes, std::size_t size, off_t
     offset += written;
   }
   return 0;
+}
+
+/// Reads all the bytes at `offset` likewise. Returns how many there are, fewer than `size` at the end of the file, or
+/// -1 with the error in errno.
+inline ssize_t ReadWhole(int descriptor, void* bytes, std::size_t size, off_t offset) {
+  auto* const into = static_cast<char*>(bytes);
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t got = ::pread(descriptor, into + done, size - done, offset + static_cast<off_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return -1;
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return static_cast<ssize_t>(done);
 }
 
 }  // namespace dtsdb

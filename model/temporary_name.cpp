@@ -1,4 +1,4 @@
-#include "model/temporary_name.h"
+#include "model/whole_file.h"
 
 #include <array>
 #include <cstdio>

@@ -12,8 +12,6 @@
 #include <utility>
 #include <vector>
 
-#include "model/temporary_name.h"
-
 namespace fs = std::filesystem;
 
 namespace dtsdb {

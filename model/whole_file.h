@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QString>
 #include <string>
+#include <string_view>
 
 namespace dtsdb {
 
@@ -68,5 +69,12 @@ int SyncFile(int file);
 /// The same for the folder `path`, an empty one meaning the current folder; one that may not be read is left to the
 /// system.
 int SyncFolder(const std::string& path);
+
+/// A name for a file or folder that is being written: FRONTdtsdb- and six hexadecimal digits. FRONT is empty or begins
+/// and ends with a dot. It is hardly in use.
+std::string NewTemporaryName(const std::string& front);
+
+/// Whether NewTemporaryName returns such names.
+bool IsTemporaryName(std::string_view name);
 
 }  // namespace dtsdb

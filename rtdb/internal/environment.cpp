@@ -188,7 +188,12 @@ Status Environment::OpenChecked(const std::string& path, std::size_t sizeLimit, 
   if (!wrong.empty()) return OpenRefused(Path(), wrong);
   std::size_t size = sizeLimit != 0 ? sizeLimit : kLargestMap;
   int result = 0;
-  while ((result = TryMapSize(path, size, flags)) == ENOMEM && sizeLimit == 0 && size > kSmallestMap) size /= 2;
+  for (bool again = true; again;) {
+    result = TryMapSize(path, size, flags);
+    const bool isTooLarge = result == ENOMEM && sizeLimit == 0 && size > kSmallestMap;
+    if (isTooLarge) size /= 2;
+    again = isTooLarge || result == EINTR;
+  }
   return result == MDB_SUCCESS ? Status() : OpenRefused(Path(), Reason(result));
 }
 

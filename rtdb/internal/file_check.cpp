@@ -59,7 +59,7 @@ class Mapping {
 };
 
 bool ReadHead(int fd, std::uint64_t offset, Head& head) {
-  return ::pread(fd, &head, sizeof(head), static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof(head));
+  return ReadWhole(fd, &head, sizeof(head), static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof(head));
 }
 
 bool HasMagic(int fd, std::uint64_t offset) {
@@ -86,7 +86,7 @@ bool IsRefused(int fd, const Head& older) {
   expected.transaction = isFirst ? 1 : older.transaction + 2;
   PutBack found;
   const auto offset = static_cast<off_t>(older.number * older.free.pad + kPutBackOffset);
-  return ::pread(fd, &found, sizeof(found), offset) == static_cast<ssize_t>(sizeof(found)) &&
+  return ReadWhole(fd, &found, sizeof(found), offset) == static_cast<ssize_t>(sizeof(found)) &&
          std::memcmp(&found, &expected, sizeof(found)) == 0;
 }
 
@@ -202,7 +202,7 @@ void NoteRefusedHead(MDB_env* env, std::uint64_t transaction) {
 bool IsUnfinished(int fd) {
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   std::vector<char> bytes(2 * page + 1);
-  const ssize_t size = ::pread(fd, bytes.data(), bytes.size(), 0);
+  const ssize_t size = ReadWhole(fd, bytes.data(), bytes.size(), 0);
   if (size <= 0 || static_cast<std::size_t>(size) > 2 * page) return false;
   const std::size_t first = std::min(page, static_cast<std::size_t>(size));
   bool isFirst = false;

@@ -77,7 +77,7 @@ class Preparation {
   Belongs OwnerOf(int lock) const {
     const Owner here = OwnerHere();
     Owner found;
-    if (::pread(lock, &found, sizeof(found), kOwnerOffset) != static_cast<ssize_t>(sizeof(found)) ||
+    if (ReadWhole(lock, &found, sizeof(found), kOwnerOffset) != static_cast<ssize_t>(sizeof(found)) ||
         std::memcmp(found.word, here.word, sizeof(here.word)) != 0) {
       return Belongs::kUnknown;
     }

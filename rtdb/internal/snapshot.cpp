@@ -7,25 +7,14 @@
 #include <cerrno>
 #include <cstring>
 
+#include "include/write_whole.h"
+
 namespace dtsdb::internal::rtdb {
 namespace {
 
 /// Room for two heads, each of which is a page, of the largest size that LMDB knows.
 constexpr std::size_t kHeadRoom = std::size_t{2} << 16;
 constexpr std::size_t kPiece = std::size_t{1} << 20;
-
-/// Reads up to `size` bytes; fewer at the file's end. -1 on an error.
-ssize_t ReadAt(int file, char* bytes, std::size_t size, off_t offset) {
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t got = ::pread(file, bytes + done, size - done, offset + static_cast<off_t>(done));
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return -1;
-    if (got == 0) break;
-    done += static_cast<std::size_t>(got);
-  }
-  return static_cast<ssize_t>(done);
-}
 
 int WriteAll(int file, const char* bytes, std::size_t size) {
   while (size > 0) {
@@ -40,7 +29,7 @@ int WriteAll(int file, const char* bytes, std::size_t size) {
 
 std::vector<char> HeadBytes(int file) {
   std::vector<char> heads(kHeadRoom);
-  heads.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ReadAt(file, heads.data(), heads.size(), 0))));
+  heads.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ReadWhole(file, heads.data(), heads.size(), 0))));
   return heads;
 }
 
@@ -55,7 +44,7 @@ int Snapshot::Take(int file) {
   std::vector<char> piece(kPiece);
   auto offset = static_cast<off_t>(m_heads.size());
   for (;;) {
-    const ssize_t got = ReadAt(file, piece.data(), piece.size(), offset);
+    const ssize_t got = ReadWhole(file, piece.data(), piece.size(), offset);
     if (got < 0) return errno;
     if (got == 0) return 0;
     if (const int error = WriteAll(m_copy.Get(), piece.data(), static_cast<std::size_t>(got)); error != 0) return error;

@@ -32,11 +32,30 @@ class MemoryFaults : public testing::TestWithParam<Scenario> {
                                     << result.code << ", error output: " << result.err);
     const Contents now = test::ContentsOf(m_scenario.Place().Path());
     for (const auto& [name, content] : now) {
-      EXPECT_TRUE(IsWhole(m_scenario.Before(), name, content) || IsWhole(m_scenario.After(), name, content)) << name;
+      EXPECT_TRUE(IsWhole(m_scenario.Before(), name, content) || IsWhole(m_scenario.After(), name, content) ||
+                  IsCutShort(name, content))
+          << name;
     }
-    EXPECT_TRUE(result.code == 0 || result.code == 3) << "no end of its own";
-    EXPECT_TRUE(result.code == 0 || test::IsOneLine(result.err)) << "not one line";
+    if (!m_scenario.MayEndOtherwise()) ExpectCleanEnd(result);
     m_codes[result.code] += 1;
+  }
+
+  /// A run of 'dtsdb switch' that fails is reported, with the exit code for that, and the others go on.
+  void ExpectCleanEnd(const FaultedResult& result) {
+    if (result.code == -1 && result.err.empty()) {
+      ++m_endedByQt;
+      return;
+    }
+    const bool isFailedRun = result.code == 1 && test::Contains(result.err, "run 1: there is not enough memory");
+    EXPECT_TRUE(result.code == 0 || result.code == 3 || isFailedRun) << "no end of its own";
+    EXPECT_TRUE(result.code == 0 || test::IsOneLine(result.err)) << "not one line";
+  }
+
+  /// The log of a command that fails shows how far it has come. A picture that Graphviz hasn't laid out for want of
+  /// memory is another one.
+  bool IsCutShort(const std::string& name, const std::string& content) {
+    if (name == "out.log") return m_scenario.After().at(name).starts_with(content);
+    return content.ends_with("</html>\n") || content.ends_with("</svg>\n");
   }
 
   static bool IsWhole(const Contents& contents, const std::string& name, const std::string& content) {
@@ -46,6 +65,7 @@ class MemoryFaults : public testing::TestWithParam<Scenario> {
 
   Scenario m_scenario = GetParam();
   std::map<int, int> m_codes;
+  int m_endedByQt = 0;
 };
 
 TEST_P(MemoryFaults, EndTheCommandCleanly) {
@@ -56,6 +76,8 @@ TEST_P(MemoryFaults, EndTheCommandCleanly) {
     Try({CallKind::kMemory, ENOMEM, at, false});
     Try({CallKind::kMemory, ENOMEM, at, true});
   }
+  // Qt's calendar, which dates a log, is used by Qt whether there was memory for it or not.
+  EXPECT_LE(m_endedByQt, (m_codes[0] + m_codes[3]) / 100);
   std::cout << m_scenario.Name() << ": " << calls << " allocations, " << m_codes[0] << " failures got over, "
             << m_codes[3] << " ends\n";
 }

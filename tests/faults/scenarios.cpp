@@ -36,7 +36,8 @@ std::string RowsOf(const fs::path& store) {
     return all > 0 ? rows : kNothing;
   } catch (const std::exception& error) {
     const std::string message = error.what();
-    return message.ends_with("a store without tables") ? kNothing : "unreadable: " + message;
+    const bool isEmpty = Contains(message, "a store without tables") || Contains(message, "was stopped in between");
+    return isEmpty ? kNothing : "unreadable: " + message;
   }
 }
 

@@ -11,7 +11,6 @@
 #include <QTemporaryDir>
 #include <set>
 
-#include "model/temporary_name.h"
 #include "tests/support/bytes.h"
 
 namespace dtsdb {

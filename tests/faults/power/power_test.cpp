@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <iostream>
 
-#include "model/temporary_name.h"
+#include "model/whole_file.h"
 #include "tests/faults/faulted_command.h"
 #include "tests/faults/power/disk.h"
 #include "tests/faults/power/versions.h"
