@@ -84,6 +84,8 @@ QStringList Scenario::Command() const {
 }
 
 void Scenario::Prepare() {
+  // A store synchronises nothing in a memory file system: its folder is where the tests run.
+  if (WritesStore()) qputenv("TMPDIR", fs::current_path().c_str());
   m_place = std::make_shared<Workplace>();
   m_kept = std::make_shared<Workplace>();
   m_place->CopyModel("raw");
