@@ -16,6 +16,7 @@ set(public_headers
     include/table_impl.h
     include/template.h
     include/type_list.h
+    include/write_whole.h
     # The realtime database and its rows.
     rtdb/backend.h
     rtdb/column_info.h
@@ -42,6 +43,7 @@ set(public_headers
     model/tables.h
     model/text.h
     model/twins.h
+    model/whole_file.h
     # What works on it.
     validation/editing.h
     validation/finding.h

@@ -17,6 +17,7 @@ inline ExitCode ExitCodeOf(analysis::ErrorCode code) {
     case analysis::ErrorCode::kUnknownComponent:
       return kExitUsage;
     case analysis::ErrorCode::kFile:
+    case analysis::ErrorCode::kInternal:
       return kExitFile;
     default:
       return kExitFaults;

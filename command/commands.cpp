@@ -1,7 +1,10 @@
+#include <unistd.h>
+
 #include <QString>
 #include <QStringList>
 #include <algorithm>
 #include <map>
+#include <new>
 #include <optional>
 
 #include "command/commands.h"
@@ -114,6 +117,27 @@ Parameter AddModel(CommandLine& command, ModelName& model, const std::string& na
   return command.Add(name, read, what);
 }
 
+/// Runs a command and reports why it failed. Throws what there is no memory to report.
+int RunReported(int argc, const char* const* argv) {
+  qInstallMessageHandler(WriteLibraryMessage);
+  try {
+    DtsdbProgram program;
+    if (argc <= 1) {
+      WriteResult(Format::kText, program.Help());
+      return kExitGood;
+    }
+    return program.Run(argc, argv);
+  } catch (const Failure& failure) {
+    WriteMessage(failure.what());
+    return failure.Code();
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    WriteMessage(std::string("ended unexpectedly: ") + error.what());
+    return kExitFile;
+  }
+}
+
 }  // namespace
 
 Parameter AddArgument(CommandLine& command, const std::string& name, std::string& value, const std::string& what) {
@@ -181,21 +205,17 @@ Parameter AddOutputArgument(CommandLine& command, ModelName& output, const std::
 CommandOutline OutlineOfProgram() { return DtsdbProgram().Outline(); }
 
 int RunCommand(int argc, const char* const* argv) {
-  qInstallMessageHandler(WriteLibraryMessage);
   try {
-    DtsdbProgram program;
-    if (argc <= 1) {
-      WriteResult(Format::kText, program.Help());
-      return kExitGood;
-    }
-    return program.Run(argc, argv);
-  } catch (const Failure& failure) {
-    WriteMessage(failure.what());
-    return failure.Code();
-  } catch (const std::exception& error) {
-    WriteMessage(std::string("ended unexpectedly: ") + error.what());
+    return RunReported(argc, argv);
+  } catch (const std::bad_alloc&) {  // all that it took has been given back
+    ReportNoMemory();
     return kExitFile;
   }
+}
+
+void ReportNoMemory() {
+  constexpr std::string_view kLine = "dtsdb: there is not enough memory\n";
+  if (::write(STDERR_FILENO, kLine.data(), kLine.size()) < 0) return;  // nobody reads it
 }
 
 }  // namespace dtsdb::tools

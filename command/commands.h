@@ -82,4 +82,7 @@ CommandOutline OutlineOfProgram();
 /// standard error.
 int RunCommand(int argc, const char* const* argv);
 
+/// Reports that there is not enough memory, and takes none for it.
+void ReportNoMemory();
+
 }  // namespace dtsdb::tools

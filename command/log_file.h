@@ -2,15 +2,19 @@
 /// The logs of the library, as the command keeps them.
 #pragma once
 
-#include <fstream>
+#include <optional>
 #include <string>
+
+#include "model/whole_file.h"
 
 namespace dtsdb::tools {
 
-/// As long as this lives, what the library logs goes to one file, or nowhere.
+/// As long as this lives, what the library logs goes to one file, or nowhere. The file takes the place of an old one
+/// when the log has ended. A command that fails leaves the log of what it has come to; one that fails before the
+/// library has logged anything leaves the old file.
 class LogFile {
  public:
-  /// Makes the file `path`, or empties it; an empty path means no log. A Failure when it can't be made.
+  /// Begins the log that is to be the file `path`; an empty path means no log. A Failure when it can't be made.
   explicit LogFile(const std::string& path);
   LogFile(const LogFile&) = delete;
   LogFile& operator=(const LogFile&) = delete;
@@ -21,8 +25,11 @@ class LogFile {
   void Close();
 
  private:
+  [[noreturn]] void Refuse() const;
+
   std::string m_path;
-  std::ofstream m_file;
+  std::optional<WholeFile> m_file;
+  bool m_hasLines = false;
 };
 
 }  // namespace dtsdb::tools

@@ -15,6 +15,7 @@
 
 #include "formats/failure.h"
 #include "formats/files.h"
+#include "include/write_whole.h"
 #include "rtdb/file_name.h"
 
 namespace fs = std::filesystem;
@@ -70,7 +71,7 @@ int OpenLockFile(const std::string& path) {
 Holder HolderIn(int file) {
   std::array<char, 128> text{};
   Holder holder;
-  const bool read = ::pread(file, text.data(), text.size() - 1, 0) > 0;
+  const bool read = ReadWhole(file, text.data(), text.size() - 1, 0) > 0;
   const bool whole =
       read && std::sscanf(text.data(), "%ld %lu %lu", &holder.process, &holder.device, &holder.inode) == 3;
   return whole ? holder : Holder();
@@ -79,10 +80,7 @@ Holder HolderIn(int file) {
 /// 0 or an error number.
 int WriteHolder(int file, const Holder& holder) {
   const std::string text = fmt::format("{} {} {}\n", holder.process, holder.device, holder.inode);
-  errno = EIO;
-  const bool written =
-      ::ftruncate(file, 0) == 0 && ::pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
-  return written ? 0 : errno;
+  return ::ftruncate(file, 0) == 0 ? WriteWhole(file, text.data(), text.size(), 0) : errno;
 }
 
 /// Takes the lock of an open lock file. 0 or an error number.

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "formats/failure.h"
+#include "model/whole_file.h"
 
 namespace fs = std::filesystem;
 
@@ -44,10 +45,12 @@ std::string_view WithoutByteOrderMark(std::string_view bytes) {
 }
 
 void WriteFile(const fs::path& path, const std::string& bytes) {
-  QFile file(QtPath(path));
-  const auto size = static_cast<qint64>(bytes.size());
-  const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes.data(), size) == size && file.flush();
-  if (!written) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
+  WholeFile file(QtPath(path));
+  if (file.Open()) {
+    file.Device().write(bytes.data(), static_cast<qint64>(bytes.size()));  // a failure stays with the device
+    if (file.Finish()) return;
+  }
+  RefuseFile(path, "can't be written: " + file.Error().toStdString());
 }
 
 }  // namespace dtsdb::tools

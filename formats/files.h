@@ -24,7 +24,8 @@ std::string ReadFile(const std::filesystem::path& path, std::size_t most = kMost
 /// The bytes of a text file behind the byte order mark that some editors put in front of UTF-8.
 std::string_view WithoutByteOrderMark(std::string_view bytes);
 
-/// Makes a file with `bytes`. Throws Failure when it can't be written.
+/// Makes a file with `bytes`, which takes the place of an old one when it is whole and on the disk
+/// (model/whole_file.h). Throws Failure, and leaves an old one as it was, when it can't be written.
 void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 
 /// Refuses to go on because of the file or folder `path`.

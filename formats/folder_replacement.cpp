@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <QFile>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include <thread>
 
 #include "formats/files.h"
+#include "model/whole_file.h"
 
 namespace fs = std::filesystem;
 
@@ -50,6 +52,14 @@ bool PutBack(const fs::path& target) {
   return true;
 }
 
+/// Renames a folder, and back when the disk can't take it up: nothing may be removed that a power failure brings back.
+int MoveForGood(const fs::path& from, const fs::path& to, unsigned flags = 0) {
+  if (const int error = Rename(from, to, flags); error != 0) return error;
+  const int error = SyncFolder(to.parent_path().string());
+  if (error != 0) Rename(to, from, flags);
+  return error;
+}
+
 /// Replaces the target in two steps.
 int ReplaceInSteps(const fs::path& folder, const fs::path& target) {
   PutBack(target);
@@ -59,7 +69,7 @@ int ReplaceInSteps(const fs::path& folder, const fs::path& target) {
     const FolderLock lock(target);  // goes along to the old place
     const int moved = Rename(target, old);
     if (moved != 0 && moved != ENOENT) return moved;
-    error = Rename(folder, target);
+    error = MoveForGood(folder, target);
     if (error == 0 && moved == 0) RemoveFolder(old.c_str());
   }
   if (error != 0) PutBack(target);
@@ -68,8 +78,8 @@ int ReplaceInSteps(const fs::path& folder, const fs::path& target) {
 
 /// One attempt. Returns the error number, 0 for none.
 int Replace(const fs::path& folder, const fs::path& target) {
-  const int exchanged = Rename(folder, target, RENAME_EXCHANGE);
-  if (exchanged == ENOENT) return Rename(folder, target);  // nothing stands there
+  const int exchanged = MoveForGood(folder, target, RENAME_EXCHANGE);
+  if (exchanged == ENOENT) return MoveForGood(folder, target);  // nothing stands there
   return IsUnsupported(exchanged) ? ReplaceInSteps(folder, target) : exchanged;
 }
 
@@ -92,9 +102,19 @@ FolderReplacement::FolderReplacement(const fs::path& target)
     : m_target(Recovered(target)),
       m_folder(target.parent_path(), "." + target.filename().string() + ".", ModeFor(target), target) {}
 
+void FolderReplacement::Write(const std::string& name, const std::string& bytes) const {
+  QFile file(QtPath(Path() / name));
+  const auto size = static_cast<qint64>(bytes.size());
+  const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(bytes.data(), size) == size && file.flush();
+  const auto refuse = [&](const std::string& why) { RefuseFile(m_target / name, "can't be written: " + why); };
+  if (!isWritten) refuse(file.errorString().toStdString());
+  if (const int error = SyncFile(file.handle()); error != 0) refuse(std::generic_category().message(error));
+}
+
 void FolderReplacement::TakePlace() {
   const SignalsHeld held;
-  int error = ENOTEMPTY;
+  int error = SyncFolder(Path().string());
+  if (error == 0) error = ENOTEMPTY;
   for (int i = 0; i < kAttempts && (IsTaken(error) || error == ENOENT); ++i) error = Replace(Path(), m_target);
   if (error != 0) RefuseFile(m_target, "can't be replaced: " + std::generic_category().message(error));
 }

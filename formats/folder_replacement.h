@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "formats/temporary_folder.h"
 
@@ -22,8 +23,11 @@ class FolderReplacement {
   /// The folder to fill.
   const std::filesystem::path& Path() const { return m_folder.Path(); }
 
-  /// Makes it take the place of the target, whose files are removed. Throws Failure, and leaves the target as it was,
-  /// when that can't be done.
+  /// Makes a file in it. Throws Failure when it can't be written.
+  void Write(const std::string& name, const std::string& bytes) const;
+
+  /// Makes it take the place of the target when all of it is on the disk; the files of the target are removed when the
+  /// disk has the new place, too. Throws Failure, and leaves the target as it was, when that can't be done.
   void TakePlace();
 
  private:

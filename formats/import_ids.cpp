@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <QSaveFile>
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -25,13 +24,6 @@ void AppendRow(std::string& text, const ImportReport::Identity& row) {
   AppendCsvField(text, GuardedText(row.mrid), false);
   AppendCsvField(text, GuardedText(row.name), false);
   text += "\r\n";
-}
-
-void Save(const std::string& text, const std::string& path) {
-  QSaveFile file(QtPath(path));
-  const auto size = static_cast<qint64>(text.size());
-  const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
-  if (!isWritten) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
 }
 
 /// The row of a line. Throws CsvError for one that has another number of fields.
@@ -73,14 +65,14 @@ void WriteIds(const ImportReport& report, const ModelName& model) {
   for (const auto* const rows : {&report.identities, &report.parts}) {
     for (const ImportReport::Identity& row : *rows) AppendRow(text, row);
   }
-  Save(text, IdsPath(model));
+  WriteFile(IdsPath(model), text);
 }
 
 void CopyIds(const ModelName& from, const ModelName& to) {
   const std::string source = IdsPath(from);
   std::error_code ignored;
   if (source == IdsPath(to) || !std::filesystem::exists(source, ignored)) return;
-  Save(ReadFile(source), IdsPath(to));
+  WriteFile(IdsPath(to), ReadFile(source));
 }
 
 ImportReport ReadIds(const ModelName& model) {

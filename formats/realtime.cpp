@@ -49,6 +49,8 @@ RealtimeDatabase::~RealtimeDatabase() {
   try {
     m_database.rollback();
     m_database.close();
+  } catch (const std::bad_alloc&) {  // nothing is committed; the command ends by the first one
+    return;
   } catch (const std::exception& error) {
     WriteMessage(error.what());
   }

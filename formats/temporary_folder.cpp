@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,12 +9,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <random>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "formats/files.h"
+#include "model/whole_file.h"
 
 namespace fs = std::filesystem;
 
@@ -25,15 +23,11 @@ namespace {
 /// The signals by which a user, a terminal, a pipe or a service manager ends a program.
 constexpr std::array kEndingSignals = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM};
 
-/// What a name has behind its front: the mark, and digits that make it unique.
-constexpr std::string_view kMark = "dtsdb-";
-constexpr std::size_t kDigits = 6;
-
 /// The folders that this process has. Changed only while the signals are held, so that the handler finds it whole.
 std::vector<const TemporaryFolder*> folders;
 
 extern "C" void EndBySignal(int signal) {
-  for (const TemporaryFolder* folder : folders) RemoveFolder(folder->Path().c_str());
+  RemoveTemporaryFolders();
   ::raise(signal);  // takes effect on the way out, by the default that SA_RESETHAND has put back
 }
 
@@ -50,21 +44,6 @@ void HandleEndingSignals() {
   }
 }
 
-std::string NewName(const std::string& front) {
-  static std::random_device random;
-  return fmt::format("{}{}{:06x}", front, kMark, random() & 0xFFFFFFU);
-}
-
-/// True for a name that NewName returns.
-bool IsTemporaryName(std::string_view name) {
-  if (name.size() < kMark.size() + kDigits) return false;
-  const std::string_view digits = name.substr(name.size() - kDigits);
-  const std::string_view mark = name.substr(name.size() - kDigits - kMark.size(), kMark.size());
-  const std::string_view front = name.substr(0, name.size() - kDigits - kMark.size());
-  return mark == kMark && digits.find_first_not_of("0123456789abcdef") == std::string_view::npos &&
-         (front.empty() || (front.size() > 2 && front.front() == '.' && front.back() == '.'));
-}
-
 /// Removes the temporary folders in `parent` whose processes are gone.
 void RemoveLeftovers(const fs::path& parent) {
   std::vector<fs::path> found;
@@ -79,6 +58,10 @@ void RemoveLeftovers(const fs::path& parent) {
 }
 
 }  // namespace
+
+void RemoveTemporaryFolders() {
+  for (const TemporaryFolder* folder : folders) RemoveFolder(folder->Path().c_str());
+}
 
 SignalsHeld::SignalsHeld() {
   sigset_t held;
@@ -140,7 +123,7 @@ TemporaryFolder::TemporaryFolder(const fs::path& parent, const std::string& fron
 /// Makes and locks a folder. False when its name is in use, or when another process, which locks it first to see that
 /// it is no leftover, has come in between.
 bool TemporaryFolder::Make(const fs::path& parent, const std::string& front, mode_t mode, const fs::path& target) {
-  m_path = parent / NewName(front);
+  m_path = parent / NewTemporaryName(front);
   if (::mkdir(m_path.c_str(), mode) != 0) {
     if (errno == EEXIST) return false;
     RefuseFile(target, "can't be written: " + std::generic_category().message(errno));

@@ -85,6 +85,9 @@ class TemporaryFolder {
   std::unique_ptr<FolderLock> m_lock;
 };
 
+/// Removes the temporary folders of this process, for its early end. Safe in a signal handler.
+void RemoveTemporaryFolders();
+
 /// Removes a folder and the files in it; one with folders in it stays, with them alone. Safe in a signal handler.
 void RemoveFolder(const char* path);
 

@@ -166,7 +166,7 @@ void WriteTextTables(DTSDB& database, const std::string& folder) {
   FolderReplacement written(target);
   for (const AnyTable& table : AllTables(database)) {
     if (table.GetCount() == 0) continue;
-    WriteFile(written.Path() / (table.Info().name + std::string(kSuffix)), TextTable(table));
+    written.Write(table.Info().name + std::string(kSuffix), TextTable(table));
   }
   written.TakePlace();
 }

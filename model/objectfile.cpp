@@ -1,6 +1,4 @@
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include "include/internal/standard_streams.h"
 #include "model/dtsdb.h"
@@ -8,6 +6,7 @@
 #include "model/qarchive.h"
 #include "model/table_image.h"
 #include "model/text.h"
+#include "model/whole_file.h"
 
 namespace dtsdb {
 namespace {
@@ -19,20 +18,9 @@ void TakeContents(DTSDB& into, DTSDB& from) {
   ForEachRecordClass([&]<class T> { TableImage<T>::Exchange(TableOf<T>(into), TableOf<T>(from)); });
 }
 
-/// A device or a pipe: it holds nothing to keep, and a file must not take its place.
-bool IsSpecial(const QString& fileName) {
-  const QFileInfo target(fileName);
-  return target.exists() && !target.isFile() && !target.isDir();
-}
-
-bool Store(DTSDB& database, QFileDevice& file) {
+void Store(DTSDB& database, QFileDevice& file) {
   QArchive ar(&file, false);
   database.Serialize(ar);
-  return ar.status() == QDataStream::Ok && file.flush();
-}
-
-QString CanNotWrite(const QFileDevice& file) {
-  return QStringLiteral("can not write file: %1.\n").arg(file.errorString());
 }
 
 }  // namespace
@@ -65,14 +53,10 @@ QString ReadObjectFile(DTSDB& database, const QString& fileName) {
 QString WriteObjectFile(DTSDB& database, const QString& fileName) {
   if (fileName.isEmpty()) return kCanNotOpen;
   const internal::StandardStreamsKept kept;
-  if (IsSpecial(fileName)) {
-    QFile device(fileName);
-    if (!device.open(QIODevice::WriteOnly)) return kCanNotOpen;
-    return Store(database, device) ? QString() : CanNotWrite(device);
-  }
-  QSaveFile file(fileName);
-  if (!file.open(QIODevice::WriteOnly)) return kCanNotOpen;
-  return Store(database, file) && file.commit() ? QString() : CanNotWrite(file);
+  WholeFile file(fileName);
+  if (!file.Open()) return kCanNotOpen;
+  Store(database, file.Device());  // a failure stays with the device
+  return file.Finish() ? QString() : QStringLiteral("can not write file: %1.\n").arg(file.Error());
 }
 
 bool DTSDB::ReadObject(const QString& fileName) {

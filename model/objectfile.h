@@ -12,8 +12,8 @@ class DTSDB;
 /// names what is wrong and where; every table is then as it was.
 QString ReadObjectFile(DTSDB& database, const QString& fileName);
 
-/// Writes `database` to the object file `fileName`: first to a temporary file beside it, which then takes its
-/// place, so that a failure leaves an old file whole. Returns null, or one line that names what is wrong.
+/// Writes `database` to the object file `fileName`: the new file takes the place of an old one
+/// when it is whole and on the disk (model/whole_file.h). Returns null, or one line that names what is wrong.
 QString WriteObjectFile(DTSDB& database, const QString& fileName);
 
 }  // namespace dtsdb

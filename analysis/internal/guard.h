@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -30,6 +31,8 @@ std::invoke_result_t<Work> Guarded(const std::string& place, Work work) {
     return work();
   } catch (const tools::Failure& failure) {
     return tl::unexpected(Error{CodeOf(failure), failure.what(), place});
+  } catch (const std::bad_alloc&) {
+    return tl::unexpected(Error{ErrorCode::kInternal, "there is not enough memory", place});
   } catch (const std::exception& error) {
     return tl::unexpected(Error{ErrorCode::kInternal, error.what(), place});
   }

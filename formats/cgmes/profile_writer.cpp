@@ -41,10 +41,8 @@ QString Shortened(const std::string& text, qsizetype most) {
 
 ProfileWriter::ProfileWriter(const std::filesystem::path& path, const Header& header)
     : m_path(path.string()), m_isNew(header.version == "3.0"), m_file(QtPath(path)) {
-  if (!m_file.open(QIODevice::WriteOnly)) {
-    RefuseFile(m_path, "can't be written: " + m_file.errorString().toStdString());
-  }
-  m_xml.setDevice(&m_file);
+  if (!m_file.Open()) RefuseFile(m_path, "can't be written: " + m_file.Error().toStdString());
+  m_xml.setDevice(&m_file.Device());
   m_xml.setAutoFormatting(true);
   m_xml.setAutoFormattingIndent(2);
   m_xml.writeStartDocument();
@@ -99,9 +97,7 @@ void ProfileWriter::Refer(const char* property, const std::string& mrid) {
 
 void ProfileWriter::Finish() {
   m_xml.writeEndDocument();
-  if (m_xml.hasError() || !m_file.commit()) {
-    RefuseFile(m_path, "can't be written: " + m_file.errorString().toStdString());
-  }
+  if (!m_file.Finish()) RefuseFile(m_path, "can't be written: " + m_file.Error().toStdString());
 }
 
 }  // namespace dtsdb::tools::cgmes

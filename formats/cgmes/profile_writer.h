@@ -2,13 +2,13 @@
 /// Writes one file of CGMES profiles.
 #pragma once
 
-#include <QSaveFile>
 #include <QXmlStreamWriter>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "formats/cgmes/profile.h"
+#include "model/whole_file.h"
 
 namespace dtsdb::tools::cgmes {
 
@@ -48,7 +48,7 @@ class ProfileWriter {
 
   std::string m_path;
   bool m_isNew;  ///< of CGMES 3.0
-  QSaveFile m_file;
+  WholeFile m_file;
   QXmlStreamWriter m_xml;
 };
 

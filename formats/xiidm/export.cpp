@@ -1,11 +1,11 @@
 #include "formats/xiidm/export.h"
 
 #include <QBuffer>
-#include <QSaveFile>
 
 #include "formats/files.h"
 #include "formats/import/archive.h"
 #include "formats/xiidm/import.h"
+#include "model/whole_file.h"
 
 namespace dtsdb::tools::xiidm {
 
@@ -17,11 +17,11 @@ void Export(DTSDB& model, const std::string& path) {
   QBuffer text;
   text.open(QIODevice::WriteOnly);
   WriteNetwork(model, text);
-  QSaveFile file(QtPath(path));
-  const bool isOpen = file.open(QIODevice::WriteOnly);
-  const bool isPacked = path.ends_with(".gz");
-  const bool isWritten = isOpen && (isPacked ? Pack(text.data(), file) : file.write(text.data()) == text.size());
-  if (!isWritten || !file.commit()) RefuseFile(path, "can't be written: " + file.errorString().toStdString());
+  WholeFile file(QtPath(path));
+  const auto write = [&] {
+    return path.ends_with(".gz") ? Pack(text.data(), file.Device()) : file.Device().write(text.data()) == text.size();
+  };
+  if (!file.Open() || !write() || !file.Finish()) RefuseFile(path, "can't be written: " + file.Error().toStdString());
 }
 
 }  // namespace dtsdb::tools::xiidm

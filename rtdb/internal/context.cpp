@@ -118,13 +118,14 @@ Status Context::CommitWrite() {
   bool changed = false;
   Status status = m_store->NoteRowNumbers(m_write, m_nextRow);
   if (status) status = NoteChanges(changed);
+  MDB_txn* const ending = m_write;
+  ForgetWrite();  // first: where memory fails, the end of a transaction leaves by an exception
   if (status) {
-    status = m_store->File().Commit(m_write, true);
+    status = m_store->File().Commit(ending, true);
   } else {
-    m_store->File().Abort(m_write, true);
+    m_store->File().Abort(ending, true);
   }
   if (status && changed) m_lastCommit = number;
-  ForgetWrite();
   return status;
 }
 

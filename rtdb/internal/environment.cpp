@@ -139,14 +139,19 @@ Status Environment::OpenShared(bool readOnly, std::size_t sizeLimit, bool& retry
     return status;
   }
   if (Status status = m_file.CheckSingleName(); !status) return status;
-  if (m_file.IsEmpty() && !m_file.MayWrite()) return OpenRefused(Path(), "a store without tables");
+  if (!readOnly) m_file.EmptyIfUnfinished();
+  const bool isNew = m_file.IsEmpty();
+  if (isNew && !m_file.MayWrite()) return OpenRefused(Path(), "a store without tables");
   LockOutcome lock = PrepareLockFile(m_file, [](FileId id) { return Known().UsesLock(id); });
   copy = readOnly && lock.noRight;
   Status status = std::move(lock.status);
   if (status) {
     m_readOnly = !m_file.MayWrite();
-    status = OpenChecked(m_file.RealPath(), sizeLimit,
-                         m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_file.Fd()));
+    const unsigned flags = m_readOnly ? static_cast<unsigned>(MDB_RDONLY) : SyncFlag(m_file.Fd());
+    status = OpenChecked(m_file.RealPath(), sizeLimit, flags);
+    // The heads of a new file are written once before the first commit, which doesn't wait for them.
+    const int error = status && isNew && flags == MDB_NOMETASYNC ? m_file.SyncNew() : 0;
+    if (error != 0) status = OpenRefused(Path(), std::strerror(error));
   }
   if (!status) {
     m_file.RemoveIfNew();
@@ -188,7 +193,12 @@ Status Environment::OpenChecked(const std::string& path, std::size_t sizeLimit, 
   if (!wrong.empty()) return OpenRefused(Path(), wrong);
   std::size_t size = sizeLimit != 0 ? sizeLimit : kLargestMap;
   int result = 0;
-  while ((result = TryMapSize(path, size, flags)) == ENOMEM && sizeLimit == 0 && size > kSmallestMap) size /= 2;
+  for (bool again = true; again;) {
+    result = TryMapSize(path, size, flags);
+    const bool isTooLarge = result == ENOMEM && sizeLimit == 0 && size > kSmallestMap;
+    if (isTooLarge) size /= 2;
+    again = isTooLarge || result == EINTR;
+  }
   return result == MDB_SUCCESS ? Status() : OpenRefused(Path(), Reason(result));
 }
 
@@ -293,7 +303,10 @@ void Environment::Reset(MDB_txn* transaction) {
 Status Environment::Commit(MDB_txn* transaction, bool write) {
   if (!OfThisProcess()) return {};
   if (write) m_writer = std::thread::id();
-  const int result = WithoutSpaceNamed(mdb_txn_commit(transaction), m_file.Fd());
+  const std::uint64_t number = mdb_txn_id(transaction);
+  const int committed = mdb_txn_commit(transaction);
+  if (write && committed > 0) NoteRefusedHead(m_env, number);
+  const int result = WithoutSpaceNamed(committed, m_file.Fd());
   Ended();
   return result == MDB_SUCCESS ? Status() : LmdbError(result, Path(), "commit");
 }

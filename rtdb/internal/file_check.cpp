@@ -6,12 +6,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <thread>
+#include <vector>
 
+#include "include/write_whole.h"
 #include "rtdb/internal/page_walk.h"
 #include "rtdb/internal/store_file.h"
 
@@ -53,7 +56,7 @@ class Mapping {
 };
 
 bool ReadHead(int fd, std::uint64_t offset, Head& head) {
-  return ::pread(fd, &head, sizeof(head), static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof(head));
+  return ReadWhole(fd, &head, sizeof(head), static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof(head));
 }
 
 bool HasMagic(int fd, std::uint64_t offset) {
@@ -72,15 +75,36 @@ bool ReadHeads(int fd, Heads& heads) {
   return false;
 }
 
+std::uint64_t PutBackPlace(const Head& head) { return head.number * head.free.pad + kPutBackOffset; }
+
+/// Whether `note` marks the older head as what LMDB leaves where the disk refuses a head: the old number and the trees
+/// of the refused commit. Nothing in it is used.
+bool Marks(const PutBack& note, const Head& older) {
+  const bool isFirst = older.transaction == 0 && older.number == 1;
+  PutBack expected;
+  expected.transaction = isFirst ? 1 : older.transaction + 2;
+  return std::memcmp(&note, &expected, sizeof(note)) == 0;
+}
+
+bool IsRefused(int fd, const Head& older) {
+  PutBack note;
+  const auto place = static_cast<off_t>(PutBackPlace(older));
+  return ReadWhole(fd, &note, sizeof(note), place) == static_cast<ssize_t>(sizeof(note)) && Marks(note, older);
+}
+
+bool IsRefused(std::string_view file, const Head& older) {
+  const std::uint64_t place = PutBackPlace(older);
+  if (file.size() < sizeof(PutBack) || place > file.size() - sizeof(PutBack)) return false;
+  return Marks(Get<PutBack>(file.data() + place), older);
+}
+
 /// Whether both heads are plausible for a file of this size, and are those of two transactions in a row. Transaction N
-/// writes head N % 2, and the size and the last page never shrink.
-bool SoundHeads(const Heads& heads, std::uint64_t size) {
-  for (const Head& head : heads) {
-    if (!SoundHead(head, size) || head.free.pad != heads[0].free.pad) return false;
-  }
-  if (heads[0].number != 0 || heads[1].number != 1) return false;
+/// writes head N % 2, and the size and the last page never shrink. The disk may have refused the older one.
+bool SoundHeads(const Heads& heads, std::uint64_t size, bool isOlderRefused) {
+  if (heads[0].number != 0 || heads[1].number != 1 || heads[0].free.pad != heads[1].free.pad) return false;
   const Head& newest = NewestOf(heads);
   const Head& older = OlderOf(heads);
+  if (!SoundHead(newest, size) || !(isOlderRefused || SoundHead(older, size))) return false;
   if (newest.transaction == 0) return true;
   return newest.transaction == older.transaction + 1 && heads[1].transaction % 2 == 1 &&
          newest.mapSize >= older.mapSize && newest.lastPage >= older.lastPage;
@@ -95,15 +119,16 @@ bool FitsItsTransaction(const char* file, std::size_t size, const Head& head) {
 
 /// The state before the newest is read by nobody, so its pages are not looked through. After a power failure some may
 /// have been written over. But a newest state whose number was lowered must not pass for it: the last commit would be
-/// lost without a word.
-bool CanBeOlder(const char* file, std::size_t size, const Head& head) {
-  const auto last = PageWalk(file, size, head).LastFreeing();
+/// lost without a word. One that the disk refused, which was reported, is noted.
+bool CanBeOlder(std::string_view file, const Head& head) {
+  if (IsRefused(file, head)) return true;
+  const auto last = PageWalk(file.data(), file.size(), head).LastFreeing();
   return last != head.transaction + 2;
 }
 
 /// Whether LMDB can work on the state of `transaction`, and on the one that the other head names.
 bool SoundState(std::string_view file, const Heads& heads, std::uint64_t transaction) {
-  if (!SoundHeads(heads, file.size())) return false;
+  if (!SoundHeads(heads, file.size(), IsRefused(file, OlderOf(heads)))) return false;
   const Head& head = heads[transaction % 2];
   const Head& other = heads[1 - transaction % 2];
   if (!FitsItsTransaction(file.data(), file.size(), head) || !PageWalk(file.data(), file.size(), head).Sound()) {
@@ -111,7 +136,7 @@ bool SoundState(std::string_view file, const Heads& heads, std::uint64_t transac
   }
   // Pages of the states beside ours stay as they are while our transaction is open.
   return other.transaction > transaction ? FitsItsTransaction(file.data(), file.size(), other)
-                                         : CanBeOlder(file.data(), file.size(), other);
+                                         : CanBeOlder(file, other);
 }
 
 /// What a look at the state of a read transaction found.
@@ -146,20 +171,53 @@ int BeginLook(MDB_env* env, MDB_txn*& transaction) {
   return mdb_txn_begin(env, nullptr, MDB_RDONLY, &transaction);
 }
 
+/// Whether a page, as far as it is there, is nothing but a head of transaction 0, or nothing but zeros.
+bool IsNewPage(const char* page, std::size_t size, bool& isHead) {
+  const auto isZero = [](char byte) { return byte == 0; };
+  if (std::all_of(page, page + size, isZero)) return true;
+  if (size < sizeof(Head) || !std::all_of(page + sizeof(Head), page + size, isZero)) return false;
+  const auto head = Get<Head>(page);
+  isHead = true;
+  return head.magic == kMagic && head.pageFlags == kMeta && head.transaction == 0;
+}
+
 /// The file's head as it is now: what is wrong with it, or null.
 const char* LookAtHeads(int fd, std::uint64_t size) {
   Head first;
   const auto usualPage = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+  if (IsUnfinished(fd)) return kUnfinished;
   const bool known = ReadHead(fd, 0, first) && first.magic == kMagic;
   if (!known) return HasMagic(fd, usualPage) ? kDamaged : kForeign;
-  if (size == first.free.pad && first.transaction == 0) return kUnfinished;
   Heads heads;
   if (!ReadHeads(fd, heads)) return kDamaged;
   if (heads[0].version != kVersion && heads[0].version == heads[1].version) return kOtherVersion;
-  return SoundHeads(heads, size) ? nullptr : kDamaged;
+  return SoundHeads(heads, size, IsRefused(fd, OlderOf(heads))) ? nullptr : kDamaged;
 }
 
 }  // namespace
+
+void NoteRefusedHead(MDB_env* env, std::uint64_t transaction) {
+  MDB_stat about{};
+  mdb_filehandle_t file = -1;
+  if (mdb_env_stat(env, &about) != MDB_SUCCESS || mdb_env_get_fd(env, &file) != MDB_SUCCESS) return;
+  PutBack refused;
+  refused.transaction = transaction;
+  const std::uint64_t page = transaction % 2 * about.ms_psize;
+  // Where this is refused, too, the next opening refuses the store.
+  if (WriteWhole(file, &refused, sizeof(refused), static_cast<off_t>(page + kPutBackOffset)) == 0) ::fdatasync(file);
+}
+
+bool IsUnfinished(int fd) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  std::vector<char> bytes(2 * page + 1);
+  const ssize_t size = ReadWhole(fd, bytes.data(), bytes.size(), 0);
+  if (size <= 0 || static_cast<std::size_t>(size) > 2 * page) return false;
+  const std::size_t first = std::min(page, static_cast<std::size_t>(size));
+  bool isFirst = false;
+  bool isSecond = false;
+  return IsNewPage(bytes.data(), first, isFirst) &&
+         IsNewPage(bytes.data() + page, static_cast<std::size_t>(size) - first, isSecond) && !(isFirst && isSecond);
+}
 
 std::string CheckFileHead(const std::string& path) {
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));

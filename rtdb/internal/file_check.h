@@ -7,6 +7,7 @@
 /// it looks for.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,14 @@ namespace dtsdb::internal::rtdb {
 /// Looks at the head of an existing file, before LMDB opens it. Returns what is wrong, or an empty text. An empty file
 /// is a store to be made.
 std::string CheckFileHead(const std::string& path);
+
+/// Whether an open file is a store that was being made when its program, or the power, failed: fewer than its two
+/// heads, and nothing else. There is nothing in it to lose.
+bool IsUnfinished(int fd);
+
+/// Notes in the file that the disk has refused the head of `transaction`, whose commit has failed: the check then takes
+/// what LMDB has left there.
+void NoteRefusedHead(MDB_env* env, std::uint64_t transaction);
 
 /// Looks through all pages of the opened store as they are now; other programs may go on writing meanwhile. Returns
 /// what is wrong, or an empty text.

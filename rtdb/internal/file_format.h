@@ -57,6 +57,15 @@ struct Head {
 
 static_assert(sizeof(Tree) == 48 && sizeof(Head) == 152, "as LMDB lays them out");
 
+/// Stands in the page of a head, kPutBackOffset behind its beginning, when the disk has refused the head of transaction
+/// `transaction`: LMDB then puts the number of the head before back, but not its trees.
+struct PutBack {
+  char word[8] = {'p', 'u', 't', ' ', 'b', 'a', 'c', 'k'};
+  std::uint64_t transaction = 0;
+};
+/// In a sector of its own.
+constexpr std::uint64_t kPutBackOffset = 512;
+
 using Heads = std::array<Head, 2>;
 
 /// The head that LMDB takes for the newest where no other program has the file open.

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <utility>
 
+#include "include/write_whole.h"
+
 namespace dtsdb::internal::rtdb {
 namespace {
 
@@ -75,7 +77,7 @@ class Preparation {
   Belongs OwnerOf(int lock) const {
     const Owner here = OwnerHere();
     Owner found;
-    if (::pread(lock, &found, sizeof(found), kOwnerOffset) != static_cast<ssize_t>(sizeof(found)) ||
+    if (ReadWhole(lock, &found, sizeof(found), kOwnerOffset) != static_cast<ssize_t>(sizeof(found)) ||
         std::memcmp(found.word, here.word, sizeof(here.word)) != 0) {
       return Belongs::kUnknown;
     }
@@ -103,10 +105,7 @@ class Preparation {
     if (::ftruncate(lock, 0) != 0) return Failed(errno);
     if (const int error = ::posix_fallocate(lock, 0, kLockFileSize); error != 0) return Failed(error);
     const Owner owner = OwnerHere();
-    errno = EIO;
-    if (::pwrite(lock, &owner, sizeof(owner), kOwnerOffset) != static_cast<ssize_t>(sizeof(owner))) {
-      return Failed(errno);
-    }
+    if (const int error = WriteWhole(lock, &owner, sizeof(owner), kOwnerOffset); error != 0) return Failed(error);
     return Note(lock);
   }
 

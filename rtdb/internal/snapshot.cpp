@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "include/write_whole.h"
+
 namespace dtsdb::internal::rtdb {
 namespace {
 
@@ -14,33 +16,9 @@ namespace {
 constexpr std::size_t kHeadRoom = std::size_t{2} << 16;
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
-/// Reads up to `size` bytes; fewer at the file's end. -1 on an error.
-ssize_t ReadAt(int file, char* bytes, std::size_t size, off_t offset) {
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t got = ::pread(file, bytes + done, size - done, offset + static_cast<off_t>(done));
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return -1;
-    if (got == 0) break;
-    done += static_cast<std::size_t>(got);
-  }
-  return static_cast<ssize_t>(done);
-}
-
-int WriteAll(int file, const char* bytes, std::size_t size) {
-  while (size > 0) {
-    const ssize_t put = ::write(file, bytes, size);
-    if (put < 0 && errno == EINTR) continue;
-    if (put < 0) return errno;
-    bytes += put;
-    size -= static_cast<std::size_t>(put);
-  }
-  return 0;
-}
-
 std::vector<char> HeadBytes(int file) {
   std::vector<char> heads(kHeadRoom);
-  heads.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ReadAt(file, heads.data(), heads.size(), 0))));
+  heads.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ReadWhole(file, heads.data(), heads.size(), 0))));
   return heads;
 }
 
@@ -48,10 +26,10 @@ std::vector<char> HeadBytes(int file) {
 int CopyFrom(int from, off_t offset, int to) {
   std::vector<char> piece(kPiece);
   for (;;) {
-    const ssize_t got = ReadAt(from, piece.data(), piece.size(), offset);
+    const ssize_t got = ReadWhole(from, piece.data(), piece.size(), offset);
     if (got < 0) return errno;
     if (got == 0) return 0;
-    if (const int error = WriteAll(to, piece.data(), static_cast<std::size_t>(got)); error != 0) return error;
+    if (const int error = WriteWhole(to, piece.data(), static_cast<std::size_t>(got), offset); error != 0) return error;
     offset += got;
   }
 }
@@ -65,7 +43,7 @@ int Snapshot::Take(int file) {
   if (!m_copy.IsOpen()) return errno;
   // The heads first: whatever they name is in the file by then.
   m_heads = HeadBytes(file);
-  if (const int error = WriteAll(m_copy.Get(), m_heads.data(), m_heads.size()); error != 0) return error;
+  if (const int error = WriteWhole(m_copy.Get(), m_heads.data(), m_heads.size(), 0); error != 0) return error;
   return CopyFrom(file, static_cast<off_t>(m_heads.size()), m_copy.Get());
 }
 

@@ -13,6 +13,8 @@
 #include <thread>
 #include <utility>
 
+#include "rtdb/internal/file_check.h"
+
 namespace dtsdb::internal::rtdb {
 namespace {
 
@@ -29,6 +31,8 @@ struct flock Mark(short type) {
 }
 
 bool MayNotWrite(int error) { return error == EACCES || error == EPERM || error == EROFS; }
+
+std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
 
 Status Gone(const std::string& path, const std::string& what) {
   return Status::Error(dbErrors::FileError, path + ": " + what + " since it was opened; open it anew");
@@ -121,6 +125,19 @@ Status StoreFile::CheckPlace() const {
   if (!m_lock.IsOpen() || (::fstat(m_lock.Get(), &lock) == 0 && lock.st_nlink > 0)) return {};
   return Status::Error(dbErrors::FileError, m_name + ": its lock file " + LockPath() +
                                                 " has been removed or replaced; end all programs that use the store");
+}
+
+void StoreFile::EmptyIfUnfinished() const {
+  if (m_mayWrite && MarkedBy() == 0 && IsUnfinished(m_file.Get()) && ::ftruncate(m_file.Get(), 0) != 0) {
+    return;  // then it is refused as it is
+  }
+}
+
+int StoreFile::SyncNew() const {
+  if (::fsync(m_file.Get()) != 0) return errno;
+  const Descriptor folder(::open(FolderOf(m_realPath).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder.IsOpen()) return 0;  // a folder that can't be read is left to the system
+  return ::fsync(folder.Get()) == 0 || errno == EINVAL ? 0 : errno;
 }
 
 void StoreFile::RemoveIfNew() const {

@@ -82,6 +82,10 @@ class StoreFile {
   void SetLockFile(Descriptor descriptor) { m_lock = std::move(descriptor); }
   std::optional<FileId> LockFile() const { return IdOf(m_lock.Get()); }
 
+  /// Empties a file that was never finished, for one that nobody else has open. Under the guard.
+  void EmptyIfUnfinished() const;
+  /// Waits until a file that has been made, and its name, are on the disk. 0 or an error number.
+  int SyncNew() const;
   /// Removes the file if it was made by Open and nothing has been stored in it. Under the guard.
   void RemoveIfNew() const;
 

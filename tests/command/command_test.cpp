@@ -141,6 +141,14 @@ TEST(Validate, LogOfAValidationOnTheWayIsKeptWhenAskedFor) {
   }
 }
 
+TEST(Validate, RefusedModelLeavesTheLogOfBefore) {
+  const Workplace here;
+  here.Write("log", "of before");
+  EXPECT_EQ(here.Run("validate missing --log log").code, 3);
+  EXPECT_EQ(here.Read("log"), "of before");
+  EXPECT_EQ(here.EntryCount(), 1);
+}
+
 TEST(Validate, LogThatCannotBeWrittenEndsTheCommand) {
   const Workplace here;
   here.CopyModel("m");

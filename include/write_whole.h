@@ -1,0 +1,42 @@
+/// \file
+/// Writing and reading at a place of an open file, all or an error.
+#pragma once
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+
+namespace dtsdb {
+
+/// Writes all the bytes at `offset` of the file `descriptor`, also where the system takes them in parts or interrupts
+/// it. Returns 0 or the number of an error.
+inline int WriteWhole(int descriptor, const void* bytes, std::size_t size, off_t offset) {
+  const auto* left = static_cast<const char*>(bytes);
+  while (size > 0) {
+    const ssize_t written = ::pwrite(descriptor, left, size, offset);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return written < 0 ? errno : EIO;
+    left += written;
+    size -= static_cast<std::size_t>(written);
+    offset += written;
+  }
+  return 0;
+}
+
+/// Reads all the bytes at `offset` likewise. Returns how many there are, fewer than `size` at the end of the file, or
+/// -1 with the error in errno.
+inline ssize_t ReadWhole(int descriptor, void* bytes, std::size_t size, off_t offset) {
+  auto* const into = static_cast<char*>(bytes);
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t got = ::pread(descriptor, into + done, size - done, offset + static_cast<off_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return -1;
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return static_cast<ssize_t>(done);
+}
+
+}  // namespace dtsdb
