@@ -41,6 +41,7 @@ set(public_headers
     model/table_pointers.inc
     model/tables.h
     model/text.h
+    model/threads.h
     model/twins.h
     # What works on it.
     validation/editing.h

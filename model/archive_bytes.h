@@ -4,6 +4,7 @@
 
 #include <QIODevice>
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -13,14 +14,14 @@
 
 namespace dtsdb::internal {
 
-/// Gathers what goes into an archive. All of it is there when this is destroyed.
+/// Gathers what goes into an archive, until Flush.
 class ArchiveWriter {
  public:
   /// Writes to `ar`, which must outlive it.
   explicit ArchiveWriter(QArchive& ar) : m_ar(ar) {}
   ArchiveWriter(const ArchiveWriter&) = delete;
   ArchiveWriter& operator=(const ArchiveWriter&) = delete;
-  ~ArchiveWriter() { Flush(); }
+  ~ArchiveWriter() = default;
 
   /// Adds numbers of `width` bytes, a text, or the fields of a record.
   void PutNumbers(const void* numbers, std::size_t width, std::size_t count) {
@@ -30,17 +31,22 @@ class ArchiveWriter {
   void PutText(const QString& text);
   void PutRecord(const void* record, std::span<const FieldRun> runs);
 
- private:
-  static constexpr std::size_t kRoom = 256 * 1024;
-
-  /// Where the next `n` bytes go.
-  char* Room(std::size_t n);
+  /// Writes what has been gathered.
   void Flush();
 
+ private:
+  /// Where the next `n` bytes go.
+  char* Room(std::size_t n);
+
   QArchive& m_ar;
-  std::vector<char> m_bytes = std::vector<char>(kRoom);
+  std::vector<char> m_bytes;
   std::size_t m_used = 0;
 };
+
+/// Calls `put(writer, first, last)` such that it has put the items 0 to `count` - 1, which go into the archive in this
+/// order. With several threads (ThreadCount) parts of them are put at once, and written one after the other.
+void WriteItems(QArchive& ar, std::size_t count,
+                const std::function<void(ArchiveWriter& writer, std::size_t first, std::size_t last)>& put);
 
 /// Reads an archive of a device with positions ahead, from where the device stands.
 ///

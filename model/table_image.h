@@ -28,11 +28,19 @@ class TableImage {
     const i32 head[] = {table.m_size, table.m_head,  table.m_tail,    table.m_first,
                         table.m_last, table.m_count, table.m_bOrdered};
     writer.PutNumbers(head, sizeof(i32), std::size(head));
-    for (int i = 0; i < table.m_size; ++i) {
-      const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
-      writer.PutNumbers(slot, sizeof(i32), std::size(slot));
-    }
-    for (int i = table.m_head; i != -1; i = table.m_pNext[i]) writer.PutRecord(&table.m_pData[i], Runs());
+    writer.Flush();
+    const auto slotCount = static_cast<std::size_t>(table.m_size);
+    const auto records = static_cast<std::size_t>(table.m_count);
+    const auto put = [&](internal::ArchiveWriter& part, std::size_t first, std::size_t last) {
+      for (std::size_t i = first; i < std::min(last, slotCount); ++i) {
+        const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
+        part.PutNumbers(slot, sizeof(i32), std::size(slot));
+      }
+      for (std::size_t i = std::max(first, slotCount); i < last; ++i) {
+        part.PutRecord(table.m_pData + table.m_pLgToPh[i - slotCount], Runs());
+      }
+    };
+    internal::WriteItems(ar, slotCount + records, put);
   }
 
   /// Reads the table from the archive. One that is refused leaves the table half read.

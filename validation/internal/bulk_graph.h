@@ -61,9 +61,8 @@ class BulkGraph {
     return m_plans[kKindOf<Row>].ParentOf(child);
   }
 
-  /// LinkPass. Children get the numbers of their rows, parents their heads in Finish.
-  template <class Row>
-  void Link();
+  /// LinkPass of all relations. Children get the numbers of their rows, parents their heads in Finish.
+  void LinkAll();
 
   int InsertNode(const QString& nd, int* pNd, const QString& kv, int mask);
 
@@ -87,6 +86,8 @@ class BulkGraph {
 
   template <class Record>
   NameIndex& IndexOf();
+  template <class Row>
+  void Link();
   bool IsNode(int number, const QString& name) const;
 
   template <class Row>
@@ -98,12 +99,15 @@ class BulkGraph {
     return std::get<MadeEnds<Branch>>(m_ends);
   }
 
+  void FindOrders();
   void WarnOfIdleNodes(ValidationLog& log) const;
+  void PlanRows();
   void PlanLevels();
   template <class Branch>
   void PlanEnds();
   void GrowTables();
   void NumbersToLogical();
+  void FillTables();
   void FillNodes();
   template <class Branch>
   void FillEnds();
