@@ -75,7 +75,8 @@ void UseThreads(const std::optional<int>& option) {
   bool isNumber = false;
   const int count = variable.toInt(&isNumber);
   if (variable.isEmpty() || (isNumber && count >= 1 && count <= kMostThreads)) return;
-  throw Failure(kExitUsage, "DTSDB_THREADS is " + Quoted(variable.toStdString()) + "; it must be a number from 1 to " + std::to_string(kMostThreads));
+  throw Failure(kExitUsage, "DTSDB_THREADS is " + Quoted(variable.toStdString()) + "; it must be a number from 1 to " +
+                                std::to_string(kMostThreads));
 }
 
 /// The program with all that it takes.

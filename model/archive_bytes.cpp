@@ -43,16 +43,15 @@ class InTurn {
 
 }  // namespace
 
-void WriteItems(QArchive& ar, std::size_t count,
+void WriteItems(QArchive& ar, std::size_t count, std::size_t perPart,
                 const std::function<void(ArchiveWriter& writer, std::size_t first, std::size_t last)>& put) {
-  constexpr std::size_t kPerPart = 1024;
-  const std::size_t parts = (count + kPerPart - 1) / kPerPart;
+  const std::size_t parts = (count + perPart - 1) / perPart;
   InTurn turn;
   std::atomic<std::size_t> next = 0;
   const auto writeParts = [&](int) {
     ArchiveWriter writer(ar);
     for (std::size_t part = next++; part < parts; part = next++) {
-      put(writer, part * kPerPart, std::min(count, (part + 1) * kPerPart));
+      put(writer, part * perPart, std::min(count, (part + 1) * perPart));
       if (!turn.Await(part)) return;
       writer.Flush();
       turn.Pass();

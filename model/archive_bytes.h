@@ -44,8 +44,9 @@ class ArchiveWriter {
 };
 
 /// Calls `put(writer, first, last)` such that it has put the items 0 to `count` - 1, which go into the archive in this
-/// order. With several threads (ThreadCount) parts of them are put at once, and written one after the other.
-void WriteItems(QArchive& ar, std::size_t count,
+/// order, `perPart` of them at a time. With several threads (ThreadCount) some parts are put at once, and then written
+/// one after the other.
+void WriteItems(QArchive& ar, std::size_t count, std::size_t perPart,
                 const std::function<void(ArchiveWriter& writer, std::size_t first, std::size_t last)>& put);
 
 /// Reads an archive of a device with positions ahead, from where the device stands.

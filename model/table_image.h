@@ -29,18 +29,16 @@ class TableImage {
                         table.m_last, table.m_count, table.m_bOrdered};
     writer.PutNumbers(head, sizeof(i32), std::size(head));
     writer.Flush();
-    const auto slotCount = static_cast<std::size_t>(table.m_size);
-    const auto records = static_cast<std::size_t>(table.m_count);
-    const auto put = [&](internal::ArchiveWriter& part, std::size_t first, std::size_t last) {
-      for (std::size_t i = first; i < std::min(last, slotCount); ++i) {
-        const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
-        part.PutNumbers(slot, sizeof(i32), std::size(slot));
-      }
-      for (std::size_t i = std::max(first, slotCount); i < last; ++i) {
-        part.PutRecord(table.m_pData + table.m_pLgToPh[i - slotCount], Runs());
-      }
-    };
-    internal::WriteItems(ar, slotCount + records, put);
+    internal::WriteItems(ar, static_cast<std::size_t>(table.m_size), kSlotsAtOnce,
+                         [&](internal::ArchiveWriter& part, std::size_t first, std::size_t last) {
+                           for (std::size_t i = first; i < last; ++i) PutSlot(table, i, part);
+                         });
+    internal::WriteItems(ar, static_cast<std::size_t>(table.m_count), kRecordsAtOnce,
+                         [&](internal::ArchiveWriter& part, std::size_t first, std::size_t last) {
+                           for (std::size_t lg = first; lg < last; ++lg) {
+                             part.PutRecord(&table.m_pData[table.m_pLgToPh[lg]], Runs());
+                           }
+                         });
   }
 
   /// Reads the table from the archive. One that is refused leaves the table half read.
@@ -55,10 +53,17 @@ class TableImage {
 
  private:
   static constexpr int kBytesPerSlot = 16;
+  static constexpr std::size_t kSlotsAtOnce = 16384;
+  static constexpr std::size_t kRecordsAtOnce = 1024;
 
   static std::span<const internal::FieldRun> Runs() {
     static const std::vector<internal::FieldRun> runs = internal::FieldRunsOf(T::Fields());
     return runs;
+  }
+
+  static void PutSlot(const tTable<T>& table, std::size_t i, internal::ArchiveWriter& writer) {
+    const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
+    writer.PutNumbers(slot, sizeof(i32), std::size(slot));
   }
 
   static bool Refuse(QArchive& ar, const char* what) {
