@@ -185,8 +185,10 @@ template <class T>
 bool tTable<T>::SetData(T* p, int n, bool bSorted) {
   if (!BeginSetData(n)) return n < 1;
   NoteOrder(p, n, !bSorted);
-  MakeRecords(n);
-  for (int i = 0; i < n; ++i) m_pData[i] = p[i];  // `p` may lie in this table, at or behind slot i
+  const int made = std::min(n, m_made);
+  for (int i = 0; i < made; ++i) m_pData[i] = p[i];  // `p` may lie in this table, at or behind slot i
+  m_slots.records.insert(m_slots.records.end(), p + made, p + n);
+  m_made = std::max(n, m_made);
   NumberInOrder(n);
   return true;
 }

@@ -53,6 +53,15 @@ class BulkGraph {
       return IndexOf<Record>().Find(id);
     }
   }
+  /// Fetches what NumberOf and InsertNode will look at for such a name.
+  template <class Record>
+  void FetchFor(const QString& id) {
+    if constexpr (std::is_same_v<Record, ND>) {
+      m_nodeNames.Fetch(id);
+    } else {
+      IndexOf<Record>().Fetch(id);
+    }
+  }
   int LevelOfNode(int node) const { return m_nodes[static_cast<std::size_t>(node)].level; }
 
   /// The parent of a child in a relation that is linked, -1 none.
