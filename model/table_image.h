@@ -53,8 +53,8 @@ class TableImage {
 
  private:
   static constexpr int kBytesPerSlot = 16;
-  static constexpr std::size_t kSlotsAtOnce = 16384;
-  static constexpr std::size_t kRecordsAtOnce = 1024;
+  static constexpr std::size_t kSlotsAtOnce = 8192;
+  static constexpr std::size_t kRecordsAtOnce = 256;
 
   static std::span<const internal::FieldRun> Runs() {
     static const std::vector<internal::FieldRun> runs = internal::FieldRunsOf(T::Fields());

@@ -15,9 +15,9 @@ inline constexpr int kMostThreads = 256;
 /// so that threads don't multiply.
 int ThreadCount();
 
-/// Lets operations over whole models use `count` threads, the caller's among them: NMD::DetectAll, TP::tpAllnew,
-/// DTSDB::WriteObject, ReadFastdb and WriteFastdb, cbFlow::calculate and ComputeFlows. Below 1 it is 1, beyond
-/// kMostThreads that. Holds for the process, from the next operation on; any thread may call it at any time.
+/// Lets operations over whole models use `count` threads, the caller's among them: NMD::DetectAll, full runs of TP,
+/// DTSDB::WriteObject and ReadFastdb. Below 1 it is 1, beyond kMostThreads that. Holds for the process, from the next
+/// operation on; any thread may call it at any time.
 ///
 /// Results, their order, logs and files are the same with any number. The threads end before the operation returns,
 /// and see nothing of the model afterwards. With 1 no thread is made.
