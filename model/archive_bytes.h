@@ -76,7 +76,7 @@ class ArchiveReader {
   void LeaveAt(qint64 position) { m_device.seek(position); }
 
  private:
-  static constexpr std::size_t kAhead = 64 * 1024;
+  static constexpr std::size_t kAhead = std::size_t{64} * 1024;
 
   bool Refill(std::size_t n);
 
