@@ -2,11 +2,6 @@
 
 #include <QString>
 #include <algorithm>
-#include <atomic>
-#include <condition_variable>
-#include <mutex>
-
-#include "model/threads.h"
 
 namespace dtsdb::internal {
 namespace {
@@ -14,64 +9,15 @@ namespace {
 constexpr u32 kNullText = 0xFFFFFFFF;
 constexpr std::size_t kUnit = 2;  // bytes of a character
 
-/// Lets threads write their parts in the order of the numbers.
-class InTurn {
- public:
-  /// Waits until all parts in front of `part` have been written. False when one of them never will be.
-  bool Await(std::size_t part) {
-    std::unique_lock lock(m_mutex);
-    m_moved.wait(lock, [&] { return m_next == part || m_hasFailed; });
-    return !m_hasFailed;
-  }
-  void Pass() {
-    const std::lock_guard lock(m_mutex);
-    ++m_next;
-    m_moved.notify_all();
-  }
-  void Fail() {
-    const std::lock_guard lock(m_mutex);
-    m_hasFailed = true;
-    m_moved.notify_all();
-  }
-
- private:
-  std::mutex m_mutex;
-  std::condition_variable m_moved;
-  std::size_t m_next = 0;
-  bool m_hasFailed = false;
-};
-
 }  // namespace
-
-void WriteItems(QArchive& ar, std::size_t count, std::size_t perPart,
-                const std::function<void(ArchiveWriter& writer, std::size_t first, std::size_t last)>& put) {
-  const std::size_t parts = (count + perPart - 1) / perPart;
-  InTurn turn;
-  std::atomic<std::size_t> next = 0;
-  const auto writeParts = [&](int) {
-    ArchiveWriter writer(ar);
-    for (std::size_t part = next++; part < parts; part = next++) {
-      put(writer, part * perPart, std::min(count, (part + 1) * perPart));
-      if (!turn.Await(part)) return;
-      writer.Flush();
-      turn.Pass();
-    }
-  };
-  const int threads = static_cast<int>(std::min<std::size_t>(parts, static_cast<std::size_t>(ThreadCount())));
-  RunOnThreads(threads, [&](int number) {
-    try {
-      writeParts(number);
-    } catch (...) {
-      turn.Fail();
-      throw;
-    }
-  });
-}
 
 // ArchiveWriter
 
 char* ArchiveWriter::Room(std::size_t n) {
-  if (m_bytes.size() - m_used < n) m_bytes.resize(std::max(2 * m_bytes.size(), m_used + n));
+  if (m_bytes.size() - m_used < n) {
+    Flush();
+    if (m_bytes.size() < n) m_bytes.resize(n);
+  }
   char* const room = m_bytes.data() + m_used;
   m_used += n;
   return room;

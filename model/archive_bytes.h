@@ -4,7 +4,6 @@
 
 #include <QIODevice>
 #include <cstddef>
-#include <functional>
 #include <span>
 #include <vector>
 
@@ -14,14 +13,14 @@
 
 namespace dtsdb::internal {
 
-/// Gathers what goes into an archive, until Flush.
+/// Gathers what goes into an archive. All of it is there when this is destroyed.
 class ArchiveWriter {
  public:
   /// Writes to `ar`, which must outlive it.
   explicit ArchiveWriter(QArchive& ar) : m_ar(ar) {}
   ArchiveWriter(const ArchiveWriter&) = delete;
   ArchiveWriter& operator=(const ArchiveWriter&) = delete;
-  ~ArchiveWriter() = default;
+  ~ArchiveWriter() { Flush(); }
 
   /// Adds numbers of `width` bytes, a text, or the fields of a record.
   void PutNumbers(const void* numbers, std::size_t width, std::size_t count) {
@@ -31,23 +30,17 @@ class ArchiveWriter {
   void PutText(const QString& text);
   void PutRecord(const void* record, std::span<const FieldRun> runs);
 
-  /// Writes what has been gathered.
-  void Flush();
-
  private:
+  static constexpr std::size_t kRoom = 256 * 1024;
+
   /// Where the next `n` bytes go.
   char* Room(std::size_t n);
+  void Flush();
 
   QArchive& m_ar;
-  std::vector<char> m_bytes;
+  std::vector<char> m_bytes = std::vector<char>(kRoom);
   std::size_t m_used = 0;
 };
-
-/// Calls `put(writer, first, last)` such that it has put the items 0 to `count` - 1, which go into the archive in this
-/// order, `perPart` of them at a time. With several threads (ThreadCount) some parts are put at once, and then written
-/// one after the other.
-void WriteItems(QArchive& ar, std::size_t count, std::size_t perPart,
-                const std::function<void(ArchiveWriter& writer, std::size_t first, std::size_t last)>& put);
 
 /// Reads an archive of a device with positions ahead, from where the device stands.
 ///
@@ -76,7 +69,7 @@ class ArchiveReader {
   void LeaveAt(qint64 position) { m_device.seek(position); }
 
  private:
-  static constexpr std::size_t kAhead = std::size_t{64} * 1024;
+  static constexpr std::size_t kAhead = 64 * 1024;
 
   bool Refill(std::size_t n);
 

@@ -28,17 +28,11 @@ class TableImage {
     const i32 head[] = {table.m_size, table.m_head,  table.m_tail,    table.m_first,
                         table.m_last, table.m_count, table.m_bOrdered};
     writer.PutNumbers(head, sizeof(i32), std::size(head));
-    writer.Flush();
-    internal::WriteItems(ar, static_cast<std::size_t>(table.m_size), kSlotsAtOnce,
-                         [&](internal::ArchiveWriter& part, std::size_t first, std::size_t last) {
-                           for (std::size_t i = first; i < last; ++i) PutSlot(table, i, part);
-                         });
-    internal::WriteItems(ar, static_cast<std::size_t>(table.m_count), kRecordsAtOnce,
-                         [&](internal::ArchiveWriter& part, std::size_t first, std::size_t last) {
-                           for (std::size_t lg = first; lg < last; ++lg) {
-                             part.PutRecord(&table.m_pData[table.m_pLgToPh[lg]], Runs());
-                           }
-                         });
+    for (int i = 0; i < table.m_size; ++i) {
+      const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
+      writer.PutNumbers(slot, sizeof(i32), std::size(slot));
+    }
+    for (int i = table.m_head; i != -1; i = table.m_pNext[i]) writer.PutRecord(&table.m_pData[i], Runs());
   }
 
   /// Reads the table from the archive. One that is refused leaves the table half read.
@@ -53,17 +47,10 @@ class TableImage {
 
  private:
   static constexpr int kBytesPerSlot = 16;
-  static constexpr std::size_t kSlotsAtOnce = 8192;
-  static constexpr std::size_t kRecordsAtOnce = 256;
 
   static std::span<const internal::FieldRun> Runs() {
     static const std::vector<internal::FieldRun> runs = internal::FieldRunsOf(T::Fields());
     return runs;
-  }
-
-  static void PutSlot(const tTable<T>& table, std::size_t i, internal::ArchiveWriter& writer) {
-    const i32 slot[] = {table.m_pPhToLg[i], table.m_pLgToPh[i], table.m_pNext[i], table.m_pPrev[i]};
-    writer.PutNumbers(slot, sizeof(i32), std::size(slot));
   }
 
   static bool Refuse(QArchive& ar, const char* what) {

@@ -15,8 +15,8 @@ inline constexpr int kMostThreads = 256;
 /// so that threads don't multiply.
 int ThreadCount();
 
-/// Lets operations over whole models use `count` threads, the caller's among them: NMD::DetectAll, full runs of TP,
-/// DTSDB::WriteObject and ReadFastdb. Below 1 it is 1, beyond kMostThreads that. Holds for the process, from the next
+/// Lets operations over whole models use `count` threads, the caller's among them: NMD::DetectAll, full runs of TP
+/// and DTSDB::ReadFastdb. Below 1 it is 1, beyond kMostThreads that. Holds for the process, from the next
 /// operation on; any thread may call it at any time.
 ///
 /// Results, their order, logs and files are the same with any number. The threads end before the operation returns,
