@@ -13,12 +13,12 @@ using sample::entry;
 
 namespace {
 
-constexpr int kRows = 200;
+constexpr int kEntryCount = 200;
 
 struct CursorTexts : ::testing::Test {
   void SetUp() override {
     ASSERT_TRUE(store.opened);
-    for (int id = 0; id < kRows; ++id) AddEntry(store.db, id, 0, TextOf(id, "before").c_str());
+    for (int id = 0; id < kEntryCount; ++id) AddEntry(store.db, id, 0, TextOf(id, "before").c_str());
     store.db.commit();
   }
   void TearDown() override { EXPECT_EQ(store.db.Reported(), ""); }
@@ -93,9 +93,9 @@ TEST_F(CursorTexts, StayBeyondTheNextMoveWhileNothingChanges) {
 }
 
 TEST_F(CursorTexts, OfATableThatTheTransactionHasChangedMove) {
-  AddEntry(store.db, kRows, 0, "new");
+  AddEntry(store.db, kEntryCount, 0, "new");
   dbCursor<entry> cursor(&store.db);
-  ASSERT_EQ(cursor.select("order by id"), kRows + 1);
+  ASSERT_EQ(cursor.select("order by id"), kEntryCount + 1);
   EXPECT_FALSE(cursor.textsStay());
   EXPECT_EQ(cursor.get()->text, TextOf(0, "before"));
   EXPECT_STREQ(cursor.last()->text, "new");
