@@ -9,13 +9,13 @@
 #include <optional>
 #include <random>
 #include <set>
-#include <thread>
 #include <tuple>
 #include <utility>
 
 #include "analysis/internal/guard.h"
 #include "analysis/internal/outage_events.h"
 #include "analysis/internal/screener.h"
+#include "model/threads.h"
 
 namespace dtsdb::analysis {
 namespace {
@@ -30,9 +30,8 @@ class Work {
       : m_outages(outages), m_options(options), m_results(outages.size()) {}
 
   void Do(const Screeners& screeners) {
-    std::vector<std::jthread> threads;
-    for (std::size_t i = 1; i < screeners.size(); ++i) threads.emplace_back([&, i] { WorkOff(*screeners[i], false); });
-    WorkOff(*screeners.front(), true);
+    RunOnThreads(static_cast<int>(screeners.size()),
+                 [&](int i) { WorkOff(*screeners[static_cast<std::size_t>(i)], i == 0); });
   }
 
   /// The results in the order of the outages, or the first error.

@@ -3,7 +3,8 @@
 //     bench_report [STATIONS...]
 //
 // Prints a line of JSON for each operation and size, for bench/report. Each is measured in a process of its own;
-// processor time counts, the fastest of the rounds. Stores lie in memory.
+// processor time counts, the fastest of the rounds. What can use threads is measured with two of them as well, on the
+// wall clock. Stores lie in memory.
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -28,8 +29,10 @@
 #include "bench/plain_lmdb.h"
 #include "bench/sample_network.h"
 #include "bench/store.h"
+#include "bench/timing.h"
 #include "breakerflow/flows.h"
 #include "model/exchange.h"
+#include "model/threads.h"
 #include "topology/tp.h"
 #include "validation/nmd.h"
 
@@ -46,6 +49,7 @@ double ProcessorTime() {
 /// What one operation took. Times in milliseconds.
 struct Result {
   double time = 1e300;
+  double wall = 1e300;    ///< the same on the wall clock
   double stick = 1e300;   ///< of the measuring stick
   long tablesMemory = 0;  ///< kilobytes that the process held behind the operation, in its first round
   long peakMemory = 0;    ///< and at most during it
@@ -55,7 +59,7 @@ struct Result {
   void Time(Job job) {
     const bool first = peakMemory == 0;
     if (first) ResetPeak();
-    time = std::min(time, Spent(job));
+    wall = std::min(wall, Milliseconds([&] { time = std::min(time, Spent(job)); }));
     if (!first) return;
     peakMemory = PeakKilobytes();
     tablesMemory = ResidentKilobytes();
@@ -298,10 +302,12 @@ Result MeasureScreening(const Files& files) {
   Require(all.has_value(), "the outages can't be named");
   constexpr std::size_t kMost = 1000;
   const std::vector<analysis::Outage> outages(all->begin(), all->begin() + std::min(all->size(), kMost));
+  analysis::ScreeningOptions options;
+  options.jobs = static_cast<std::size_t>(ThreadCount());
   Result result;
   std::vector<int> component;
   for (int round = 0; round < 2; ++round) {
-    result.Time([&] { Require(analysis::Screen(*model, outages).has_value(), "the screening failed"); });
+    result.Time([&] { Require(analysis::Screen(*model, outages, options).has_value(), "the screening failed"); });
     result.Stick([&] { FindComponents(RowsOf(model->Tables()), component); });
   }
   result.count = static_cast<long>(outages.size());
@@ -316,23 +322,24 @@ struct Row {
   const char* stick;
   const char* unit;
   Result (*measure)(const Files&);
+  bool usesThreads = false;
 };
 
 constexpr Row kRows[] = {
-    {"DetectAll", "std::sort of the keys as texts", "keys", MeasureDetectAll},
-    {"tpAllnew", kComponents, "nodes", MeasureTpAllnew},
+    {"DetectAll", "std::sort of the keys as texts", "keys", MeasureDetectAll, true},
+    {"tpAllnew", kComponents, "nodes", MeasureTpAllnew, true},
     {"coupler: tpSetCompStatus and tpChange", kComponents, "levels", MeasureCoupler},
     {"feeder: tpSetCompStatus and tpChange", kComponents, "levels", MeasureFeeder},
     {"meshed line: tpSetCompStatus and tpChange", kComponents, "levels", MeasureMeshedLine},
     {"splitting line: tpSetCompStatus and tpChange", kComponents, "levels", MeasureSplittingLine},
     {"one event from tptrace to the store", "one row put into LMDB", "events", MeasureCycle},
     {"breaker flow", kComponents, "breakers", MeasureFlow},
-    {"screening of up to 1,000 lines and windings", kComponents, "outages", MeasureScreening},
+    {"screening of up to 1,000 lines and windings", kComponents, "outages", MeasureScreening, true},
     {"WriteObject", "memcpy of the file", "bytes", MeasureWriteObject},
     {"ReadObject", "memcpy of the file", "bytes", MeasureReadObject},
     {"WriteFastdb", "LMDB, the same rows", "rows", MeasureWriteStore},
     {"WriteFastdb, nothing changed", "LMDB, the same rows", "rows", MeasureWriteAgain},
-    {"ReadFastdb", "LMDB, the same rows", "rows", MeasureReadStore},
+    {"ReadFastdb", "LMDB, the same rows", "rows", MeasureReadStore, true},
 };
 
 void Measure(int stations) {
@@ -348,10 +355,17 @@ void Measure(int stations) {
                     memory.filePath(QStringLiteral("store.fdb")), stations > 10000 ? 1 : 5};
   for (const Row& row : kRows) {
     const Result result = InOwnProcess([&] { return row.measure(files); });
-    const nlohmann::ordered_json line = {
+    nlohmann::ordered_json line = {
         {"operation", row.operation},  {"stations", stations},  {"ms", result.time}, {"stick", row.stick},
         {"stick_ms", result.stick},    {"count", result.count}, {"unit", row.unit},  {"tables_kb", result.tablesMemory},
         {"peak_kb", result.peakMemory}};
+    if (row.usesThreads) {
+      line["wall_ms"] = result.wall;
+      line["wall_2_ms"] = InOwnProcess([&] {
+                            SetThreadCount(2);
+                            return row.measure(files);
+                          }).wall;
+    }
     std::cout << line.dump() << std::endl;
   }
 }

@@ -42,6 +42,7 @@ set(public_headers
     model/table_pointers.inc
     model/tables.h
     model/text.h
+    model/threads.h
     model/twins.h
     model/whole_file.h
     # What works on it.

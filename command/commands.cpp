@@ -13,6 +13,7 @@
 #include "formats/messages.h"
 #include "formats/text_layout.h"
 #include "model/text.h"
+#include "model/threads.h"
 
 namespace dtsdb::tools {
 namespace {
@@ -63,12 +64,31 @@ void UseEncoding(const std::string& option) {
   SetIdEncoding(*encoding);
 }
 
+/// The option --threads of the program as a whole.
+void AddThreadsOption(CommandLine& commands, std::optional<int>& threads) {
+  commands.Add("--threads", threads, "Threads for work on a whole model (default: DTSDB_THREADS, or else 1)")
+      .Within(1, kMostThreads)
+      .Shown("N");
+}
+
+/// Chooses the number of threads: `option`, or else that of the environment, which the library takes by itself.
+void UseThreads(const std::optional<int>& option) {
+  if (option) return SetThreadCount(*option);
+  const QByteArray variable = qgetenv("DTSDB_THREADS");
+  bool isNumber = false;
+  const int count = variable.toInt(&isNumber);
+  if (variable.isEmpty() || (isNumber && count >= 1 && count <= kMostThreads)) return;
+  throw Failure(kExitUsage, "DTSDB_THREADS is " + Quoted(variable.toStdString()) + "; it must be a number from 1 to " +
+                                std::to_string(kMostThreads));
+}
+
 /// The program with all that it takes.
 class DtsdbProgram {
  public:
   DtsdbProgram() : m_program("dtsdb", kPurpose, kProgramFooter, "dtsdb " DTSDB_VERSION) {
     CommandLine commands = m_program.Commands();
     AddEncodingOption(commands, m_encoding);
+    AddThreadsOption(commands, m_threads);
     AddCommands(commands, m_action);
   }
 
@@ -79,6 +99,7 @@ class DtsdbProgram {
     m_program.Read(argc, argv);
     if (!m_action) return kExitGood;  // help or version
     UseEncoding(m_encoding);
+    UseThreads(m_threads);
     LogFile log(m_program.ValueOf("--log"));
     const int result = m_action();
     log.Close();
@@ -89,6 +110,7 @@ class DtsdbProgram {
   Program m_program;
   Action m_action;
   std::string m_encoding;
+  std::optional<int> m_threads;
 };
 
 /// Writes what the library warns of like the command's own messages, a line each.

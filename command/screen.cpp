@@ -16,6 +16,7 @@
 #include "formats/field_text.h"
 #include "formats/files.h"
 #include "formats/text_layout.h"
+#include "model/threads.h"
 #include "script/script_lines.h"
 
 namespace dtsdb::tools {
@@ -23,7 +24,6 @@ namespace {
 
 using analysis::Outage;
 
-constexpr int kMostJobs = 256;
 constexpr std::size_t kShownInText = 20;
 
 struct ScreenOptions {
@@ -32,7 +32,7 @@ struct ScreenOptions {
   std::string pairs;
   std::optional<int> sample;
   unsigned long long seed = 1;
-  int jobs = 1;
+  std::optional<int> jobs;
   std::optional<int> top;
   std::string sheet;
   Language language = LocaleLanguage();
@@ -110,7 +110,7 @@ int Screen(const ScreenOptions& options) {
   Take(model.RequireGood(options.language));
   const std::vector<Outage> outages = OutagesOf(model, options);
   analysis::ScreeningOptions how;
-  how.jobs = static_cast<std::size_t>(options.jobs);
+  how.jobs = static_cast<std::size_t>(options.jobs.value_or(ThreadCount()));
   std::optional<Progress> progress(std::in_place, outages.size(), "outages");
   how.progress = [&](std::size_t done) { progress->Show(done); };
   const analysis::Screening screening = Take(analysis::Screen(model, outages, how));
@@ -135,8 +135,8 @@ void AddScreen(CommandLine& app, Action& action) {
             .Shown("N")
             .Excludes(pairs);
         command.Add("--seed", options.seed, "Choice among the samples, 1 by default").Shown("S");
-        command.Add("--jobs", options.jobs, "Number of threads, each with a copy of the model, 1 by default")
-            .Within(1, kMostJobs)
+        command.Add("--jobs", options.jobs, "Number of threads, each with a copy of the model; as --threads by default")
+            .Within(1, kMostThreads)
             .Shown("N");
         command.Add("--top", options.top, "Only the N outages that cost most; in text 20 by default")
             .Within(1, kAny)

@@ -39,7 +39,7 @@ class InputRows {
  private:
   template <class T>
   static void Fill(DTSDB& database, std::vector<T>& rows) {
-    if (!rows.empty()) TableOf<T>(database).SetData(rows.data(), static_cast<int>(rows.size()), false);
+    if (!rows.empty()) TableOf<T>(database).SetData(std::move(rows));
     rows.clear();
   }
 

@@ -137,6 +137,9 @@ class tTable {
   /// Replaces the contents with copies of the `n` records at `p`, `n` at least 1. Unless `bSorted`, sorts the
   /// caller's array first. Doesn't look for equal records. Returns true, whatever the records (false without memory).
   bool SetData(T* p, int n, bool bSorted);
+  /// SetData(records.data(), n, false) for all n of `records`, which are taken over instead of copied. Cheapest where
+  /// `records` has room for GetSize() records.
+  bool SetData(std::vector<T>&& records);
 
   /// SetData(p, n, true) for a table that SetData(p, GetCount(), true) has filled, where these records at `p` are still
   /// what they were: only the others are copied, and only their slots change. Returns what SetData would.
@@ -177,6 +180,8 @@ class tTable {
   int Link(int nPPh, int nPh);
   void Unlink(int nPh);
   bool CopyOut(T* p, int n);
+  bool BeginSetData(int n);
+  void NoteOrder(T* p, int n, bool sorts);
   void QuickSort(T* p, int nLow, int nHigh);
 
   static T& Spare() {

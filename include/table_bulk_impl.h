@@ -183,20 +183,53 @@ void tTable<T>::NumberInOrder(int n) {
 
 template <class T>
 bool tTable<T>::SetData(T* p, int n, bool bSorted) {
-  NoteChange();
-  if (m_count != 0) Clear();
-  if (!DTSDB_TABLE_ASSERT(n >= 1, "n >= 1")) return true;
-  if (m_size < n) SetSize(n);
-  if (m_size < n) return false;
-  m_bStrict = IsStrict(p, n);
-  if (!bSorted && !m_bStrict) {
-    QuickSort(p, 0, n - 1);
-    m_bStrict = IsStrict(p, n);
-  }
-  MakeRecords(n);
-  for (int i = 0; i < n; ++i) m_pData[i] = p[i];  // `p` may lie in this table, at or behind slot i
+  if (!BeginSetData(n)) return n < 1;
+  NoteOrder(p, n, !bSorted);
+  const int made = std::min(n, m_made);
+  for (int i = 0; i < made; ++i) m_pData[i] = p[i];  // `p` may lie in this table, at or behind slot i
+  m_slots.records.insert(m_slots.records.end(), p + made, p + n);
+  m_made = std::max(n, m_made);
   NumberInOrder(n);
   return true;
+}
+
+template <class T>
+bool tTable<T>::SetData(std::vector<T>&& records) {
+  const int n = static_cast<int>(records.size());
+  if (!BeginSetData(n)) return n < 1;
+  NoteOrder(records.data(), n, true);
+  if (records.capacity() < static_cast<std::size_t>(m_size)) {
+    MakeRecords(n);
+    std::move(records.begin(), records.end(), m_pData);
+  } else {
+    // What lies in the slots behind them stays.
+    for (int i = n; i < m_made; ++i) records.push_back(std::move(m_pData[i]));
+    m_slots.records = std::move(records);
+    PointIntoSlots();
+    m_made = std::max(m_made, n);
+    m_capacity = static_cast<int>(std::min(m_slots.records.capacity(), static_cast<std::size_t>(m_capacity)));
+  }
+  NumberInOrder(n);
+  return true;
+}
+
+/// Empties the table and makes room for `n` records. False when there is nothing more to do: no records, or no room.
+template <class T>
+bool tTable<T>::BeginSetData(int n) {
+  NoteChange();
+  if (m_count != 0) Clear();
+  if (!DTSDB_TABLE_ASSERT(n >= 1, "n >= 1")) return false;
+  if (m_size < n) SetSize(n);
+  return m_size >= n;
+}
+
+/// Notes whether the `n` records at `p` ascend strictly; where they don't, sorts them if that is asked for.
+template <class T>
+void tTable<T>::NoteOrder(T* p, int n, bool sorts) {
+  m_bStrict = IsStrict(p, n);
+  if (m_bStrict || !sorts) return;
+  QuickSort(p, 0, n - 1);
+  m_bStrict = IsStrict(p, n);
 }
 
 /// Sorts `p[nLow]` to `p[nHigh]` in the order of HoareSort.

@@ -92,7 +92,7 @@ class AnyTable {
       []() -> std::unique_ptr<NewRecords> { return std::make_unique<RecordsOf<T>>(); },
       [](void* table, NewRecords& records) {
         auto& rows = static_cast<RecordsOf<T>&>(records).records;
-        if (!rows.empty()) Typed<T>(table).SetData(rows.data(), static_cast<int>(rows.size()), false);
+        if (!rows.empty()) Typed<T>(table).SetData(std::move(rows));
       },
   };
 

@@ -7,9 +7,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <algorithm>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "include/template.h"
@@ -83,6 +86,29 @@ void LoadSome(T& record, const typename Twin<T>::Row& row, Values T::*... fields
   (LoadField(&record, &row, T::Fields(), ColumnOf(fields)), ...);
 }
 
+/// How a record class and its rows lie in memory.
+struct RowLayout {
+  std::span<const FieldInfo> fields;
+  std::span<const ColumnInfo> columns;
+  std::size_t recordSize;  ///< in bytes
+  std::size_t rowSize;     ///< likewise
+};
+
+/// Loads up to `n` records, which lie behind each other at `records`, from the rows that `next` returns until it
+/// returns null; returns how many. With several threads (ThreadCount) other threads load while the caller's takes row
+/// after row. The texts of all these rows must stay where they are.
+int LoadRecords(const RowLayout& layout, void* records, int n, const std::function<const void*()>& next);
+/// The same on the caller's thread: the texts of a row must stay until the next one is taken.
+int LoadRecordsOneByOne(const RowLayout& layout, void* records, int n, const std::function<const void*()>& next);
+
+/// Whether the texts of the cursor's rows stay where they are, beyond its next move, while the transaction lasts and
+/// changes nothing.
+template <class Cursor>
+bool DoTextsStay(const Cursor& cursor) {
+  if constexpr (requires { cursor.textsStay(); }) return cursor.textsStay();
+  return true;  // an installed FastDB leaves them in its own memory
+}
+
 /// Replaces the contents of `table` by its rows; its slots stay. Always true.
 template <class T>
 bool ReadTable(dbDatabase* db, tTable<T>& table) {
@@ -93,12 +119,16 @@ bool ReadTable(dbDatabase* db, tTable<T>& table) {
   const int n = cursor.select(Twin<T>::kReadingOrder);
   if (n <= 0) return true;
 
-  std::vector<T> records(static_cast<std::size_t>(n));
-  int read = 0;
-  for (const Row* row = cursor.get(); row != nullptr && read < n; row = cursor.next()) {
-    LoadFields(&records[static_cast<std::size_t>(read++)], T::Fields(), row, Row::Columns());
-  }
-  if (read > 0) table.SetData(records.data(), read, false);
+  std::vector<T> records;
+  records.reserve(static_cast<std::size_t>(std::max(n, table.GetSize())));
+  records.resize(static_cast<std::size_t>(n));
+  const RowLayout layout = {T::Fields(), Row::Columns(), sizeof(T), sizeof(Row)};
+  bool isFirst = true;
+  const auto next = [&]() -> const void* { return std::exchange(isFirst, false) ? cursor.get() : cursor.next(); };
+  const int read = DoTextsStay(cursor) ? LoadRecords(layout, records.data(), n, next)
+                                       : LoadRecordsOneByOne(layout, records.data(), n, next);
+  records.resize(static_cast<std::size_t>(read));
+  if (read > 0) table.SetData(std::move(records));
   return true;
 }
 

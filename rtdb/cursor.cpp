@@ -14,10 +14,19 @@ using dtsdb::internal::rtdb::Selection;
 using dtsdb::internal::rtdb::Status;
 using dtsdb::internal::rtdb::Table;
 
-/// A cursor's rows, its place among them and the loaded row, in which the record's texts lie.
+/// A cursor's rows, its place among them and the loaded row, in whose image the record's texts lie.
 struct dbAnyCursor::State {
-  explicit State(oid_t& current) : selection(current) {}
+  State(oid_t& current, void* owner) : record(owner), selection(current, [this] { KeepRow(); }) {}
 
+  /// The record's texts must outlive the store's memory in which they lie.
+  void KeepRow() {
+    if (record == nullptr || row.IsKept() || row.Image().empty()) return;
+    const std::string_view before = row.Image();
+    row.Keep();
+    selection.Plan()->MoveTexts(before, row.Image(), record);
+  }
+
+  void* record;  ///< null when the cursor is being destroyed
   LoadedRow row;
   Selection selection;
   std::size_t place = 0;
@@ -26,12 +35,12 @@ struct dbAnyCursor::State {
 };
 
 dbAnyCursor::dbAnyCursor(dbTableDescriptor& table, dbDatabase* database, dbCursorType type, void* record)
-    : m_table(&table), m_database(database), m_type(type), m_record(record), m_state(new State(m_currId)) {
+    : m_table(&table), m_database(database), m_type(type), m_record(record), m_state(new State(m_currId, record)) {
   if (database == nullptr) return;
   if (dbTableDescriptor* own = database->lookupTable(&table)) m_table = own;
 }
 
-dbAnyCursor::~dbAnyCursor() = default;
+dbAnyCursor::~dbAnyCursor() { m_state->record = nullptr; }
 
 dbDatabase* dbAnyCursor::Database() const { return m_database != nullptr ? m_database : m_table->getDatabase(); }
 
@@ -126,8 +135,8 @@ bool dbAnyCursor::gotoRowByKey(oid_t oid) {
 }
 
 void dbAnyCursor::Take() {
-  m_state->selection.Plan()->Decode(m_state->row.image, m_record);
-  m_currId = dtsdb::internal::rtdb::RowNumberOf(m_state->row.key);
+  m_state->selection.Plan()->Decode(m_state->row.Image(), m_record);
+  m_currId = dtsdb::internal::rtdb::RowNumberOf(m_state->row.Key());
   m_state->removed = false;
 }
 
@@ -174,6 +183,8 @@ int dbAnyCursor::getNumberOfRecords() const {
   return static_cast<int>(std::min(m_state->selection.Live(), kMost));
 }
 
+bool dbAnyCursor::textsStay() const { return HasCurrent() && !m_state->row.IsKept(); }
+
 void dbAnyCursor::RequireCurrent() const {
   if (!HasCurrent()) Report(dbDatabase::CursorError, "currId != 0: the cursor has no current row");
 }
@@ -204,7 +215,7 @@ void dbAnyCursor::update() {
   bool found = false;
   if (!Report(context->Replace(*table, m_state->row, m_record, found))) return;
   if (found) {
-    m_state->selection.Plan()->Decode(m_state->row.image, m_record);
+    m_state->selection.Plan()->Decode(m_state->row.Image(), m_record);
   } else {
     Report(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row to update has gone");
   }
@@ -215,7 +226,7 @@ void dbAnyCursor::remove() {
   Table* table = nullptr;
   if (!MayChangeRow(context, table)) return;
   bool found = false;
-  if (!Report(context->Remove(*table, m_state->row.key, found))) return;
+  if (!Report(context->Remove(*table, std::string(m_state->row.Key()), found))) return;
   if (!found) Report(dbDatabase::NullReferenceError, std::string("table ") + m_table->getName() + ": row has gone");
   Selection& selection = m_state->selection;
   const std::size_t removed = m_state->place;

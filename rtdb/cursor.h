@@ -53,6 +53,9 @@ class dbAnyCursor {
   /// Moves by n rows, backward for a negative n. False, with the cursor where it was, if there are not that many.
   bool skip(int n);
   dbTableDescriptor* getTable() const { return m_table; }
+  /// Whether the texts of the current row stay where they are when the cursor moves: until the transaction ends, unless
+  /// it changes the table or has changed it.
+  bool textsStay() const;
 
  protected:
   /// A cursor that keeps its row in `record`.

@@ -82,6 +82,7 @@ Status Context::BeginWrite() {
   if (m_store->ReadOnly()) return m_store->NotToBeChanged();
   // From here on everything goes through the write transaction; open walks take along which rows they still have to do.
   DetachStreams();
+  KeepRows();
   if (m_reading) EndRead();
   Status status = m_store->File().Begin(true, m_write);
   if (!status) {
@@ -194,7 +195,12 @@ void Context::ForgetWrite() {
   }
 }
 
+void Context::KeepRows() {
+  for (RowStream* stream : m_linked) stream->KeepRow();
+}
+
 void Context::ResetStreams() {
+  KeepRows();
   for (RowStream* stream : m_linked) stream->Reset();
 }
 
@@ -368,30 +374,31 @@ Status Context::Replace(const Table& table, LoadedRow& row, const void* record, 
   TableUse& use = Use(table);
   bool standsThere = row.changes == use.changes && row.place == use.place;
   if (row.changes != use.changes) {
+    std::string key(row.Key());
     std::string_view stored;
-    if (Status status = FindRow(table, row.key, stored, found); !status || !found) return status;
-    row.image = stored;
+    if (Status status = FindRow(table, key, stored, found); !status || !found) return status;
+    row.Keep(key, stored);
     standsThere = true;
   }
   found = true;
-  if (m_image != row.image) {
-    AppendRowNumber(m_key, RowNumberOf(row.key));
+  if (m_image != row.Image()) {
+    AppendRowNumber(m_key, RowNumberOf(row.Key()));
     if (shortened) {
       if (Status status = NoteLongKey(table, *plan); !status) return status;
     }
     if (Status status = Put(table, row, standsThere); !status) return status;
-    std::swap(row.image, m_image);
+    row.Keep(m_key, m_image);
   }
   row.changes = use.changes;
   row.place = standsThere ? use.place : kNowhere;
   return {};
 }
 
-Status Context::Put(const Table& table, LoadedRow& row, bool& standsThere) {
+Status Context::Put(const Table& table, const LoadedRow& row, bool& standsThere) {
   TableUse& use = Use(table);
-  MDB_val key = Val(row.key);
+  MDB_val key = Val(row.Key());
   MDB_val data = Val(m_image);
-  if (m_key == row.key) {
+  if (m_key == row.Key()) {
     const int result = standsThere ? mdb_cursor_put(use.writeCursor, &key, &data, MDB_CURRENT)
                                    : mdb_put(m_write, table.handle, &key, &data, 0);
     if (result != MDB_SUCCESS) return GiveUp(result, "writing a row");
@@ -402,7 +409,6 @@ Status Context::Put(const Table& table, LoadedRow& row, bool& standsThere) {
   if (result != MDB_SUCCESS) return GiveUp(result, "writing a row");
   if (Status status = PutNew(table, m_key, m_image); !status) return status;
   standsThere = true;
-  row.key = m_key;
   use.moved[RowNumberOf(m_key)] = m_key;
   return {};
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "rtdb/internal/store.h"
@@ -20,6 +21,8 @@ namespace dtsdb::internal::rtdb {
 /// changes under their feet. Linked to one context at most (Context::Link).
 class RowStream {
  public:
+  /// The transaction is about to end: what is used of its memory from now on must be taken along.
+  virtual void KeepRow() = 0;
   /// The transaction has ended: no row is left.
   virtual void Reset() = 0;
   /// So has the context; the stream is no longer linked to it.
@@ -53,11 +56,41 @@ struct TableUse {
 };
 
 /// A row as a cursor has loaded it, for telling whether it has changed since.
-struct LoadedRow {
-  std::string key;
-  std::string image;
+///
+/// Its bytes lie in the store's memory, for as long as the transaction lasts and where it hasn't changed the table;
+/// else in this row, which keeps them.
+class LoadedRow {
+ public:
   std::uint64_t changes = 0;  ///< of the table when the row was loaded
   std::uint64_t place = kNowhere;
+
+  std::string_view Key() const { return m_key; }
+  std::string_view Image() const { return m_image; }
+  /// Takes a row where it lies.
+  void Set(std::string_view key, std::string_view image) {
+    m_key = key;
+    m_image = image;
+    m_isKept = false;
+  }
+  /// Copies the row, so that it no longer depends on the store's memory.
+  void Keep() {
+    if (!m_isKept) Keep(m_key, m_image);
+  }
+  /// Takes a row as a copy.
+  void Keep(std::string_view key, std::string_view image) {
+    m_keptKey = key;
+    m_keptImage = image;
+    Set(m_keptKey, m_keptImage);
+    m_isKept = true;
+  }
+  bool IsKept() const { return m_isKept; }
+
+ private:
+  std::string_view m_key;
+  std::string_view m_image;
+  std::string m_keptKey;
+  std::string m_keptImage;
+  bool m_isKept = false;
 };
 
 /// A thread's state in a database. Created by attach, ended by detach, at the thread's end or when the database closes.
@@ -141,10 +174,11 @@ class Context {
     use.changed = true;
   }
   /// Writes m_image under m_key in the place of `row`.
-  Status Put(const Table& table, LoadedRow& row, bool& standsThere);
+  Status Put(const Table& table, const LoadedRow& row, bool& standsThere);
   Status NoteLongKey(const Table& table, const RowPlan& plan);
   void EndRead();
   void ForgetWrite();
+  void KeepRows();
   void ResetStreams();
   void DetachStreams();
 

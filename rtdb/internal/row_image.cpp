@@ -187,6 +187,17 @@ void RowPlan::CopyText(std::string_view image, const Place& text, void* record) 
   std::memcpy(static_cast<char*>(record) + text.record, static_cast<void*>(&pointer), sizeof(pointer));
 }
 
+void RowPlan::MoveTexts(std::string_view from, std::string_view to, void* record) const {
+  const auto begin = reinterpret_cast<std::uintptr_t>(from.data());
+  for (const Place& text : m_texts) {
+    char* const member = static_cast<char*>(record) + text.record;
+    const std::uintptr_t offset = reinterpret_cast<std::uintptr_t>(ReadAs<const char*>(member)) - begin;
+    if (offset >= from.size()) continue;
+    const char* const moved = to.data() + offset;
+    std::memcpy(member, static_cast<const void*>(&moved), sizeof(moved));
+  }
+}
+
 void RowPlan::Decode(std::string_view image, void* record) const {
   const std::uint32_t layout = ReadU32(image.data());
   if (layout != m_schema.layout) return DecodeOldLayout(image, layout, record);

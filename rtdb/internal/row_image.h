@@ -53,6 +53,8 @@ class RowPlan {
   /// Fills the record from a sound image, which must outlive the record's texts. Columns that the image's layout lacks
   /// become 0 or empty.
   void Decode(std::string_view image, void* record) const;
+  /// Lets the record's texts that lie in the image `from` lie in its copy `to`.
+  void MoveTexts(std::string_view from, std::string_view to, void* record) const;
   /// One column of a sound image. Raw bytes have no value.
   Value ReadColumn(std::string_view image, std::size_t column) const;
 

@@ -7,6 +7,18 @@
 #include "rtdb/internal/lmdb_value.h"
 
 namespace dtsdb::internal::rtdb {
+namespace {
+
+/// Fetches the row that probably comes next. Rows that were added in the order of their keys lie one below the other in
+/// their page, and a walk else waits for each of them.
+void FetchNext(std::string_view key, std::string_view image) {
+  constexpr std::size_t kLine = 64;
+  const std::size_t size = key.size() + image.size();
+  for (std::size_t below = size; below < 2 * size + kLine; below += kLine) __builtin_prefetch(key.data() - below);
+}
+
+}  // namespace
+
 void KeyList::Clear() {
   m_bytes.clear();
   m_ends.clear();
@@ -34,7 +46,10 @@ void Selection::ContextEnded() {
 
 void Selection::LinkTo(Context& context) {
   if (m_context == &context) return;
-  if (m_context != nullptr) m_context->Unlink(this);
+  if (m_context != nullptr) {
+    m_keepRow();
+    m_context->Unlink(this);
+  }
   m_context = &context;
   context.Link(this);
 }
@@ -53,7 +68,8 @@ void Selection::Reset() {
 void Selection::CloseStream() {
   if (m_stream == nullptr) return;
   mdb_cursor_close(m_stream);
-  m_stream = nullptr;
+  if (m_numberedRows != nullptr) mdb_cursor_close(m_numberedRows);
+  m_stream = m_numberedRows = nullptr;
   m_context->StreamClosed(this);
 }
 
@@ -103,6 +119,10 @@ Status Selection::OpenStream(Order order, bool& opened) {
   }
   if (result == MDB_SUCCESS && rows.ms_entries > 0) {
     result = mdb_cursor_open(transaction, m_streamsNumbers ? m_table->order : m_table->handle, &m_stream);
+    if (result == MDB_SUCCESS && m_streamsNumbers) {
+      result = mdb_cursor_open(transaction, m_table->handle, &m_numberedRows);
+      if (result != MDB_SUCCESS) mdb_cursor_close(std::exchange(m_stream, nullptr));
+    }
   }
   if (result != MDB_SUCCESS) return m_context->Failed(result, "select");
   opened = true;
@@ -134,8 +154,7 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
     if (!m_plan->IsSound(image)) return Damaged();
     if (!m_range.exact && !query->Matches(image, m_values)) continue;
     if (m_rows.empty() && !sort) {
-      row.key = View(key);
-      row.image = image;
+      Take(View(key), image, kNowhere, row);
       loaded = true;
     }
     m_rows.push_back({View(key), image});
@@ -147,16 +166,13 @@ Status Selection::Collect(const CompiledQuery* query, Order order, LoadedRow& ro
   m_size = m_live = m_rows.size();
   Settle();
   if (!loaded) return {};
-  const TableUse& use = m_context->Use(*m_table);
-  row.changes = use.changes;
-  row.place = kNowhere;
   // The one row found is likely to be updated next: leave the table's cursor on it.
   if (m_size == 1 && m_range.exact) {
     if (result == MDB_SUCCESS)
       result = mdb_cursor_get(cursor, &key, &data, MDB_PREV);
     else
       result = MDB_SUCCESS;
-    if (result == MDB_SUCCESS) row.place = use.place;
+    if (result == MDB_SUCCESS) row.place = m_context->Use(*m_table).place;
   }
   return {};
 }
@@ -307,17 +323,25 @@ Status Selection::LoadFromStream(std::size_t place, LoadedRow& row) {
     result = mdb_cursor_get(m_stream, &key, &data, MDB_PREV);
   }
   if (result != MDB_SUCCESS) return m_context->Failed(result, "reading a row");
-  if (m_streamsNumbers) {
-    row.key = View(data);
-    bool found = false;
-    Status status = LoadByKey(row, found);
-    return status && !found ? Damaged() : status;
-  }
+  if (m_streamsNumbers) return LoadNumbered(View(data), row);
   if (!m_plan->IsSound(View(data))) return Damaged();
-  row.key = View(key);
-  row.image = View(data);
-  row.changes = m_context->Use(*m_table).changes;
-  row.place = kNowhere;
+  Take(View(key), View(data), kNowhere, row);
+  return {};
+}
+
+Status Selection::LoadNumbered(std::string_view key, LoadedRow& row) {
+  MDB_val at{};
+  MDB_val data{};
+  // Most rows were inserted in the order of their keys: then the next of the one is the next of the other.
+  int result = mdb_cursor_get(m_numberedRows, &at, &data, MDB_NEXT);
+  if (result != MDB_SUCCESS || View(at) != key) {
+    at = Val(key);
+    result = mdb_cursor_get(m_numberedRows, &at, &data, MDB_SET_KEY);
+  }
+  if (result == MDB_NOTFOUND) return Damaged();
+  if (result != MDB_SUCCESS) return m_context->Failed(result, "reading a row");
+  if (!m_plan->IsSound(View(data))) return Damaged();
+  Take(View(at), View(data), kNowhere, row);
   return {};
 }
 
@@ -329,27 +353,33 @@ Status Selection::Load(std::size_t place, LoadedRow& row, bool& found) {
     found = status.ok;
     return status;
   }
-  row.key = Key(place);
-  if (m_rows.empty()) return LoadByKey(row, found);
-  row.image = m_rows[place].image;
-  row.changes = m_context->Use(*m_table).changes;
-  row.place = kNowhere;
+  const std::string_view key = Key(place);
+  if (m_rows.empty()) return LoadByKey(key, row, found);
+  Take(key, m_rows[place].image, kNowhere, row);
   found = true;
   return {};
 }
 
-Status Selection::LoadByKey(LoadedRow& row, bool& found) {
+Status Selection::LoadByKey(std::string_view key, LoadedRow& row, bool& found) {
+  m_key = key;
   std::string_view image;
-  if (Status status = m_context->FindRow(*m_table, row.key, image, found); !status || !found) return status;
+  if (Status status = m_context->FindRow(*m_table, m_key, image, found); !status || !found) return status;
   if (!m_plan->IsSound(image)) {
     found = false;
     return Damaged();
   }
-  row.image = image;
-  const TableUse& use = m_context->Use(*m_table);
-  row.changes = use.changes;
-  row.place = use.place;
+  Take(m_key, image, m_context->Use(*m_table).place, row);
   return {};
+}
+
+void Selection::Take(std::string_view key, std::string_view image, std::uint64_t place, LoadedRow& row) const {
+  const TableUse& use = m_context->Use(*m_table);
+  FetchNext(key, image);
+  row.Set(key, image);
+  row.changes = use.changes;
+  row.place = place;
+  // What this transaction has written may be moved in memory by whatever it writes next.
+  if (use.changed) row.Keep();
 }
 
 }  // namespace dtsdb::internal::rtdb

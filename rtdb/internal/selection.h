@@ -5,6 +5,7 @@
 #include <lmdb.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,8 +38,11 @@ class KeyList {
 /// Places are counted from 0; Size() stands for no place. Removed rows have no place any more.
 class Selection final : private RowStream {
  public:
-  /// `current` is the row number that the owner holds for its current row; it is set to 0 with the transaction's end.
-  explicit Selection(oid_t& current) : m_current(current) {}
+  /// `current` is the row number that the owner holds for its current row; it is set to 0 with the transaction's end,
+  /// before which `keepRow` is called.
+  explicit Selection(
+      oid_t& current, std::function<void()> keepRow = [] {})
+      : m_current(current), m_keepRow(std::move(keepRow)) {}
   Selection(const Selection&) = delete;
   Selection& operator=(const Selection&) = delete;
   ~Selection();
@@ -52,6 +56,7 @@ class Selection final : private RowStream {
   /// The same by going straight to it: the row's key columns are those of the record.
   Status RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan, oid_t number,
                 const void* record);
+  void KeepRow() override { m_keepRow(); }
   /// Forgets all rows.
   void Reset() override;
   /// Turns a direct walk into one over kept keys, and forgets where rows lie.
@@ -103,16 +108,22 @@ class Selection final : private RowStream {
   void KeepKeys();
   std::string_view Key(std::size_t place) const { return m_rows.empty() ? m_keys.At(place) : m_rows[place].key; }
   Status LoadFromStream(std::size_t place, LoadedRow& row);
-  /// Reads the row with the key in `row`.
-  Status LoadByKey(LoadedRow& row, bool& found);
+  /// Reads the row with that key, in a walk in the order of insertion.
+  Status LoadNumbered(std::string_view key, LoadedRow& row);
+  /// Reads the row with that key.
+  Status LoadByKey(std::string_view key, LoadedRow& row, bool& found);
+  /// Takes a row that lies in the store's memory.
+  void Take(std::string_view key, std::string_view image, std::uint64_t place, LoadedRow& row) const;
   Status Damaged() const;
 
   oid_t& m_current;
+  std::function<void()> m_keepRow;
   Context* m_context = nullptr;
   const Table* m_table = nullptr;
   std::shared_ptr<const RowPlan> m_plan;
   std::vector<Value> m_values;
   KeyRange m_range;
+  std::string m_key;              ///< of the row that was looked for by its key
   std::vector<StoredRow> m_rows;  ///< empty where only the keys are kept
   KeyList m_keys;
   std::size_t m_size = 0;
@@ -120,7 +131,8 @@ class Selection final : private RowStream {
   std::vector<std::uint32_t> m_next;  ///< over live places, made with the first removal; m_size stands for both ends
   std::vector<std::uint32_t> m_prev;
   MDB_cursor* m_stream = nullptr;
-  bool m_streamsNumbers = false;  ///< the walk is over the order of insertion, whose entries hold the rows' keys
+  MDB_cursor* m_numberedRows = nullptr;  ///< goes along over the rows where the walk is over their order of insertion
+  bool m_streamsNumbers = false;         ///< the walk is over the order of insertion, whose entries hold the rows' keys
   std::size_t m_streamPlace = 0;
   bool m_streamStarted = false;
 };

@@ -15,7 +15,7 @@
 
 namespace dtsdb::internal::rtdb {
 
-/// Copies what stands in the file `from`, from its beginning on, to where `to` stands. 0 or an error number.
+/// Copies what stands in the file `from` over the beginning of `to`. 0 or an error number.
 int CopyBytes(int from, int to);
 
 class Snapshot {

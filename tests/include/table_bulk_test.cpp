@@ -39,6 +39,40 @@ TEST(TableBulk, FewerRecordsThanSlotsKeepAllSlots) {
   EXPECT_EQ(state.ordered, 1);
 }
 
+// With room for all slots or without, sorted or not: slots and what lies in them are as after a copy.
+TEST(TableBulk, RecordsThatAreTakenOverComeOutAsCopiedOnes) {
+  const std::vector<std::vector<Rec>> choices = {{1, 2, 3}, {3, 1, 2}, {2, 1, 2, 1}, {7}, {6, 5, 4, 3, 2, 1}};
+  for (const int slotCount : {0, 2, 5, 100}) {
+    for (const std::vector<Rec>& first : choices) {
+      for (const std::vector<Rec>& second : choices) {
+        Table table;
+        Table copying;
+        for (Table* each : {&table, &copying}) each->SetSize(slotCount);
+        for (const std::vector<Rec>* rows : {&first, &second}) {
+          std::vector<Rec> copied = *rows;
+          std::vector<Rec> taken;
+          taken.reserve(rows == &first ? rows->size() : static_cast<std::size_t>(table.GetSize()) + rows->size());
+          taken = *rows;
+          EXPECT_EQ(table.SetData(std::move(taken)),
+                    copying.SetData(copied.data(), static_cast<int>(copied.size()), false));
+          EXPECT_EQ(Probe::State(table), Probe::State(copying));
+          for (int i = 0; i < table.GetSize(); ++i) EXPECT_EQ(table.GetPh(i), copying.GetPh(i)) << i;
+        }
+        EXPECT_EQ(table.Add(Rec(50)), copying.Add(Rec(50)));
+        EXPECT_EQ(Probe::State(table), Probe::State(copying));
+      }
+    }
+  }
+}
+
+TEST(TableBulk, NoRecordsToTakeOverArePassedOverWithAWarning) {
+  Table table;
+  const MessageCatcher catcher;
+  EXPECT_TRUE(table.SetData(std::vector<Rec>()));
+  EXPECT_EQ(MessageCatcher::Lines().size(), 1);
+  EXPECT_EQ(table.GetCount(), 0);
+}
+
 // Whatever the number of records before and after, the slots are as if all data had been set anew.
 TEST(TableBulk, TailOfTheDataIsSetAsTheWholeWouldBe) {
   Rec rows[] = {1, 2, 3, 4, 5, 6};

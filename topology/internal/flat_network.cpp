@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/threads.h"
 #include "topology/internal/network.h"
 
 namespace dtsdb::internal {
@@ -27,16 +28,15 @@ const T* Find(const std::vector<T>& values, int i) {
 template <class Row>
 class Chains {
  public:
-  explicit Chains(const DTSDB& model) : Chains(model, [](int child) { return child; }) {}
+  void Copy(const DTSDB& model) {
+    Copy(model, [](int child) { return child; });
+  }
   /// `turn(child)` is what stands for a child.
   template <class Turn>
-  Chains(const DTSDB& model, Turn turn)
-      : m_links(Copied(TableOf<Row>(model),
-                       [&](const Row& row) {
-                         return Link{turn(row.ChildNumber()), row.next};
-                       })),
-        m_count(TableOf<Row>(model).GetCount()),
-        m_left(m_count) {}
+  void Copy(const DTSDB& model, Turn turn) {
+    m_links = Copied(TableOf<Row>(model), [&](const Row& row) { return Link{turn(row.ChildNumber()), row.next}; });
+    m_count = m_left = TableOf<Row>(model).GetCount();
+  }
 
   /// Calls `visit(child, row)` for the rows of the chain that begins at `head`. False when that returns false, when a
   /// row isn't there, and when the chains have come to have more rows than there are.
@@ -58,8 +58,8 @@ class Chains {
     int next;
   };
   std::vector<Link> m_links;  // by row
-  int m_count;
-  int m_left;
+  int m_count = 0;
+  int m_left = 0;
 };
 
 int CountOf(std::size_t size) { return static_cast<int>(size); }
@@ -72,15 +72,11 @@ class FlatNetwork::Builder {
   explicit Builder(const DTSDB& model) : m_model(model) {}
 
   bool Build() {
+    CopyTables();
     m_made.m_ofLevel.resize(static_cast<std::size_t>(TableOf<KV>(m_model).GetSize()));
-    CopyNodes();
     m_made.m_nodes.reserve(m_nodes.Count());
     m_made.m_joints.reserve(m_breakerEnds.Count());
     m_made.m_ends.reserve(m_lines.Count() + m_windings.Count() + m_zbrs.Count() + m_dcLines.Count());
-    CopyBranches<LN>();
-    CopyBranches<XF>();
-    CopyBranches<ZBR>();
-    CopyBranches<DLN>();
     m_made.m_devices.reserve(m_units.Count() + m_loads.Count() + m_capacitors.Count());
     const auto& stations = TableOf<ST>(m_model);
     for (int i = 0; i < stations.GetCount(); ++i) {
@@ -107,6 +103,34 @@ class FlatNetwork::Builder {
     u32 flags;
   };
 
+  /// Each task copies other tables into other members.
+  void CopyTables() {
+    RunTasks({[this] { CopyBreakerEnds(); }, [this] { CopyBreakers(); }, [this] { CopyNodes(); },
+              [this] { CopyLevelsOfNodes(); }, [this] { CopyBranches<LN>(&m_lines); },
+              [this] { CopyBranches<XF>(&m_windings); }, [this] { CopyBranches<ZBR>(&m_zbrs); },
+              [this] { CopyBranches<DLN>(&m_dcLines); }, [this] { m_levels.Copy(m_model); },
+              [this] { m_units.Copy(m_model); }, [this] { m_loads.Copy(m_model); },
+              [this] { m_capacitors.Copy(m_model); }});
+  }
+
+  /// The children of their chains are the breakers.
+  void CopyBreakerEnds() {
+    const std::vector<int> breakerOfEnd = Copied(TableOf<CB2>(m_model), [](const CB2& end) { return end.icb; });
+    m_breakerEnds.Copy(m_model, [&](int end) {
+      const int* const breaker = Find(breakerOfEnd, end);
+      return breaker != nullptr ? *breaker : -1;
+    });
+  }
+
+  void CopyBreakers() {
+    m_breakers = Copied(TableOf<CB>(m_model), [](const CB& cb) { return Breaker{cb.ind, cb.iznd, cb.flags}; });
+  }
+
+  void CopyLevelsOfNodes() {
+    m_nodes.Copy(m_model);
+    m_levelOfRow = Copied(TableOf<R_KV_ND>(m_model), [](const R_KV_ND& row) { return row.ikv; });
+  }
+
   void CopyNodes() {
     const auto& nodes = TableOf<ND>(m_model);
     const auto size = static_cast<std::size_t>(nodes.GetSize());
@@ -122,9 +146,10 @@ class FlatNetwork::Builder {
   }
 
   template <class Branch>
-  void CopyBranches() {
+  void CopyBranches(Chains<typename BranchKind<Branch>::Row>* chains) {
     using Kind = BranchKind<Branch>;
     using End = typename Kind::End;
+    chains->Copy(m_model);
     m_made.Branches<Branch>() = Copied(TableOf<Branch>(m_model), [](const Branch& branch) {
       return FlatBranch<Branch>{branch.ind, branch.iznd, branch.ibs, branch.izbs, branch.status, branch.tp_status};
     });
@@ -210,27 +235,19 @@ class FlatNetwork::Builder {
   }
 
   const DTSDB& m_model;
-  Chains<R_ST_KV> m_levels{m_model};
-  Chains<R_KV_ND> m_nodes{m_model};
-  Chains<R_KV_UN> m_units{m_model};
-  Chains<R_KV_LD> m_loads{m_model};
-  Chains<R_KV_CP> m_capacitors{m_model};
-  Chains<R_ND_LN2> m_lines{m_model};
-  Chains<R_ND_XF2> m_windings{m_model};
-  Chains<R_ND_ZBR2> m_zbrs{m_model};
-  Chains<R_ND_DLN2> m_dcLines{m_model};
-  std::vector<int> m_levelOfRow =  // by row of R_KV_ND
-      Copied(TableOf<R_KV_ND>(m_model), [](const R_KV_ND& row) { return row.ikv; });
-  std::vector<int> m_breakerOfEnd = Copied(TableOf<CB2>(m_model), [](const CB2& end) { return end.icb; });
-  Chains<R_ND_CB2> m_breakerEnds{m_model, [this](int end) {  // whose children are the breakers
-                                   const int* const breaker = Find(m_breakerOfEnd, end);
-                                   return breaker != nullptr ? *breaker : -1;
-                                 }};
-  std::vector<Hanging> m_hanging;    // by ND number
-  std::vector<Breaker> m_breakers =  // by number
-      Copied(TableOf<CB>(m_model), [](const CB& cb) {
-        return Breaker{cb.ind, cb.iznd, cb.flags};
-      });
+  Chains<R_ST_KV> m_levels;
+  Chains<R_KV_ND> m_nodes;
+  Chains<R_KV_UN> m_units;
+  Chains<R_KV_LD> m_loads;
+  Chains<R_KV_CP> m_capacitors;
+  Chains<R_ND_CB2> m_breakerEnds;
+  Chains<R_ND_LN2> m_lines;
+  Chains<R_ND_XF2> m_windings;
+  Chains<R_ND_ZBR2> m_zbrs;
+  Chains<R_ND_DLN2> m_dcLines;
+  std::vector<int> m_levelOfRow;    // by row of R_KV_ND
+  std::vector<Hanging> m_hanging;   // by ND number
+  std::vector<Breaker> m_breakers;  // by number
   FlatNetwork m_made;
 };
 
@@ -241,11 +258,8 @@ std::optional<FlatNetwork> FlatNetwork::Of(const DTSDB& model) {
 }
 
 void FlatNetwork::Store(DTSDB& model) const {
-  StoreNodes(model);
-  StoreBranches<LN>(model);
-  StoreBranches<XF>(model);
-  StoreBranches<ZBR>(model);
-  StoreBranches<DLN>(model);
+  RunTasks({[&] { StoreNodes(model); }, [&] { StoreBranches<LN>(model); }, [&] { StoreBranches<XF>(model); },
+            [&] { StoreBranches<ZBR>(model); }, [&] { StoreBranches<DLN>(model); }});
 }
 
 void FlatNetwork::StoreNodes(DTSDB& model) const {

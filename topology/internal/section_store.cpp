@@ -2,16 +2,21 @@
 
 #include <algorithm>
 
+#include "model/threads.h"
+
 namespace dtsdb::internal {
 
 bool SectionStore::NameAndStore() const {
   Name();
   if (!FindHighest()) return false;
   const int used = UsedCount();
-  if (!m_network.Table<BS>().SetData(m_sections.List().Data(used), used, true)) return false;
   const int entries = m_entries.Size();
   m_changes->allUnstored = true;
-  if (!m_network.Table<BSL>().SetData(m_entries.List().Data(entries), entries, true)) return false;
+  bool hasSections = false;
+  bool hasEntries = false;
+  RunTasks({[&] { hasEntries = m_network.Table<BSL>().SetData(m_entries.List().Data(entries), entries, true); },
+            [&] { hasSections = m_network.Table<BS>().SetData(m_sections.List().Data(used), used, true); }});
+  if (!hasSections || !hasEntries) return false;
   m_changes->End(m_network, m_sections.Size(), m_entries.Size());
   return true;
 }

@@ -1,8 +1,10 @@
 #include "validation/internal/bulk_graph.h"
 
 #include <bit>
+#include <functional>
 
 #include "include/internal/table_filler.h"
+#include "model/threads.h"
 #include "validation/internal/device_kinds.h"
 #include "validation/internal/logical_numbers.h"
 #include "validation/internal/name_order.h"
@@ -161,25 +163,62 @@ bool BulkGraph::IsNode(int number, const QString& name) const {
   return number >= 0 && number < m_nodeNames.Count() && m_nodeNames[number] == name;
 }
 
+void BulkGraph::LinkAll() {
+  RunTasks({[this] { IndexOf<CO>(); }, [this] { IndexOf<DV>(); }, [this] { IndexOf<ST>(); }, [this] { IndexOf<KV>(); },
+            [this] { IndexOf<ANALOG>(); }, [this] { IndexOf<STATUS>(); }});
+  std::vector<std::function<void()>> links;
+  ForEachRelation([&]<class Row>() {
+    if constexpr (kParentName<Row>.key != nullptr) links.emplace_back([this] { Link<Row>(); });
+  });
+  RunTasks(links);
+}
+
 // The end of the run
 
+/// Each step reads what those before it have made; the tasks of one step write to different tables and fields.
 void BulkGraph::Finish(ValidationLog& log) {
-  m_nodeOrder = NameOrder(m_nodeNames.Names());
-  m_nodeRanks = PlacesIn(m_nodeOrder);
+  FindOrders();
   WarnOfIdleNodes(log);
-  PlanLevels();
-  ForEachBranch([this]<class Branch>() { PlanEnds<Branch>(); });
+  PlanRows();
   GrowTables();
   NumbersToLogical();
-  FillNodes();
-  FillLevelRows();
-  ForEachBranch([this]<class Branch>() {
-    FillEnds<Branch>();
-    FillEndRows<Branch>();
+  FillTables();
+}
+
+void BulkGraph::FindOrders() {
+  std::vector<std::function<void()>> tasks = {[this] {
+    m_nodeOrder = NameOrder(m_nodeNames.Names());
+    m_nodeRanks = PlacesIn(m_nodeOrder);
+  }};
+  ForEachBranch([&]<class Branch>() {
+    tasks.emplace_back([this] {
+      MadeEnds<Branch>& made = Made<Branch>();
+      made.order = OrderOfEnds(TableOf<Branch>(m_model), made.branches);
+      made.ranks = PlacesIn(made.order);
+    });
   });
-  ForEachRelation([this]<class Row>() {
-    if constexpr (kParentName<Row>.key != nullptr) FillLinkedRows<Row>();
+  RunTasks(tasks);
+}
+
+void BulkGraph::PlanRows() {
+  std::vector<std::function<void()>> tasks;
+  ForEachBranch([&]<class Branch>() { tasks.emplace_back([this] { PlanEnds<Branch>(); }); });
+  tasks.emplace_back([this] { PlanLevels(); });
+  RunTasks(tasks);
+}
+
+/// The rows name nodes and ends, which come first.
+void BulkGraph::FillTables() {
+  std::vector<std::function<void()>> tasks = {[this] { FillNodes(); }};
+  ForEachBranch([&]<class Branch>() { tasks.emplace_back([this] { FillEnds<Branch>(); }); });
+  RunTasks(tasks);
+  tasks.clear();
+  ForEachBranch([&]<class Branch>() { tasks.emplace_back([this] { FillEndRows<Branch>(); }); });
+  tasks.emplace_back([this] { FillLevelRows(); });
+  ForEachRelation([&]<class Row>() {
+    if constexpr (kParentName<Row>.key != nullptr) tasks.emplace_back([this] { FillLinkedRows<Row>(); });
   });
+  RunTasks(tasks);
 }
 
 void BulkGraph::WarnOfIdleNodes(ValidationLog& log) const {
@@ -204,8 +243,6 @@ void BulkGraph::PlanLevels() {
 template <class Branch>
 void BulkGraph::PlanEnds() {
   MadeEnds<Branch>& made = Made<Branch>();
-  made.order = OrderOfEnds(TableOf<Branch>(m_model), made.branches);
-  made.ranks = PlacesIn(made.order);
   RowPlan& plan = Plan<typename BranchKind<Branch>::Row>();
   plan = RowPlan(std::move(made.nodes), m_nodeNames.Count());
   plan.Sort([&made](int i) { return made.order[At(i)]; }, [this](int node) { return m_nodeRanks[At(node)]; });

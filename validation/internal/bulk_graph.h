@@ -53,6 +53,15 @@ class BulkGraph {
       return IndexOf<Record>().Find(id);
     }
   }
+  /// Fetches what NumberOf and InsertNode will look at for such a name.
+  template <class Record>
+  void FetchFor(const QString& id) {
+    if constexpr (std::is_same_v<Record, ND>) {
+      m_nodeNames.Fetch(id);
+    } else {
+      IndexOf<Record>().Fetch(id);
+    }
+  }
   int LevelOfNode(int node) const { return m_nodes[static_cast<std::size_t>(node)].level; }
 
   /// The parent of a child in a relation that is linked, -1 none.
@@ -61,9 +70,8 @@ class BulkGraph {
     return m_plans[kKindOf<Row>].ParentOf(child);
   }
 
-  /// LinkPass. Children get the numbers of their rows, parents their heads in Finish.
-  template <class Row>
-  void Link();
+  /// LinkPass of all relations. Children get the numbers of their rows, parents their heads in Finish.
+  void LinkAll();
 
   int InsertNode(const QString& nd, int* pNd, const QString& kv, int mask);
 
@@ -87,6 +95,8 @@ class BulkGraph {
 
   template <class Record>
   NameIndex& IndexOf();
+  template <class Row>
+  void Link();
   bool IsNode(int number, const QString& name) const;
 
   template <class Row>
@@ -98,12 +108,15 @@ class BulkGraph {
     return std::get<MadeEnds<Branch>>(m_ends);
   }
 
+  void FindOrders();
   void WarnOfIdleNodes(ValidationLog& log) const;
+  void PlanRows();
   void PlanLevels();
   template <class Branch>
   void PlanEnds();
   void GrowTables();
   void NumbersToLogical();
+  void FillTables();
   void FillNodes();
   template <class Branch>
   void FillEnds();

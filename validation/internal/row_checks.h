@@ -63,6 +63,7 @@ class RowChecks {
     tTable<Record>& table = TableOf<Record>(model);
     for (int i = 0; i < table.GetCount(); ++i) {
       const int number = table.LgToPh(i);
+      if (i + kAhead < table.GetCount()) FetchNames(table[i + kAhead]);
       if (!check(table.GetPh(number), number)) return false;
     }
     return true;
@@ -131,6 +132,25 @@ class RowChecks {
   bool TableFull(const Reason& reason) { return !graph.HasGivenUp() && m_lastError.Set(reason); }
 
  private:
+  static constexpr int kAhead = 2;
+
+  /// Fetches what the check of a record will look up: the names of all tables lie scattered, and each look-up else
+  /// waits.
+  template <class Record>
+  void FetchNames(const Record& record) {
+    BulkGraph* const bulk = graph.AtOnce();
+    if (bulk == nullptr) return;
+    if constexpr (requires { record.nd; }) bulk->FetchFor<ND>(record.nd);
+    if constexpr (requires { record.znd; }) bulk->FetchFor<ND>(record.znd);
+    if constexpr (requires { record.status_id; }) bulk->FetchFor<STATUS>(record.status_id);
+    if constexpr (
+        requires { record.ana_v; } || requires { record.ana_q; }) {
+      for (const Measurement<Record>& measurement : kMeasurements<Record>) {
+        bulk->FetchFor<ANALOG>(record.*measurement.name);
+      }
+    }
+  }
+
   LastError& m_lastError;
 };
 

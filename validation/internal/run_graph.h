@@ -18,7 +18,10 @@ class RunGraph {
   explicit RunGraph(DTSDB& model) : m_model(model) {}
 
   /// Makes what follows at once, in place of single additions: BulkGraph.
-  void BeginAtOnce() { m_bulk = std::make_unique<BulkGraph>(m_model); }
+  void BeginAtOnce() {
+    m_bulk = std::make_unique<BulkGraph>(m_model);
+    m_bulk->LinkAll();
+  }
   void EndAtOnce() { m_bulk.reset(); }
   /// Null when single additions are made.
   BulkGraph* AtOnce() { return m_bulk.get(); }
@@ -53,9 +56,7 @@ class RunGraph {
   /// Ties the children of a relation to the parents that they name; false when the relation takes no more rows.
   template <class Row>
   bool Link() {
-    if (m_bulk == nullptr) return LinkPass<Row>(m_model);
-    m_bulk->Link<Row>();
-    return true;
+    return m_bulk != nullptr || LinkPass<Row>(m_model);  // BeginAtOnce has tied them all
   }
 
   /// Ties zero-impedance branch `zbr` to a level; false when the relation takes no more rows.
