@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "formats/files.h"
+#include "include/write_whole.h"
 #include "model/whole_file.h"
 
 namespace fs = std::filesystem;

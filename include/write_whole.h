@@ -1,11 +1,13 @@
 /// \file
-/// Writing and reading at a place of an open file, all or an error.
+/// Writing and reading at a place of an open file, all or an error; waiting until files and folders are on the disk.
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
+#include <string>
 
 namespace dtsdb {
 
@@ -37,6 +39,33 @@ inline ssize_t ReadWhole(int descriptor, void* bytes, std::size_t size, off_t of
     done += static_cast<std::size_t>(got);
   }
   return static_cast<ssize_t>(done);
+}
+
+/// Waits until an open file or folder is on the disk. Returns 0 or the number of an error. What can't be synchronised,
+/// such as a pipe, is as good as it can be.
+inline int SyncFile(int file) {
+  while (::fsync(file) != 0) {
+    if (errno == EINVAL || errno == ENOTSUP || errno == EROFS) return 0;
+    if (errno != EINTR) return errno;
+  }
+  return 0;
+}
+
+/// The same for the folder `path`, an empty one meaning the current folder; one that may not be read is left to the
+/// system.
+inline int SyncFolder(const std::string& path) {
+  const int folder = ::open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder == -1) return errno == EACCES ? 0 : errno;
+  const int error = SyncFile(folder);
+  ::close(folder);
+  return error;
+}
+
+/// The folder in which `path` lies.
+inline std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
 }
 
 }  // namespace dtsdb

@@ -88,10 +88,10 @@ void LoadSome(T& record, const typename Twin<T>::Row& row, Values T::*... fields
 
 /// How a record class and its rows lie in memory.
 struct RowLayout {
-  std::span<const FieldInfo> fields;
-  std::span<const ColumnInfo> columns;
-  std::size_t recordSize;  ///< in bytes
-  std::size_t rowSize;     ///< likewise
+  std::span<const FieldInfo> fields;    ///< of the record
+  std::span<const ColumnInfo> columns;  ///< of the row
+  std::size_t recordSize;               ///< in bytes
+  std::size_t rowSize;                  ///< likewise
 };
 
 /// Loads up to `n` records, which lie behind each other at `records`, from the rows that `next` returns until it

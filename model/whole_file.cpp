@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "include/write_whole.h"
+
 namespace fs = std::filesystem;
 
 namespace dtsdb {
@@ -43,11 +45,6 @@ fs::path WithoutLinks(fs::path path) {
     path = path.parent_path() / fs::read_symlink(path, error);
   }
   return path;
-}
-
-std::string FolderOf(const std::string& path) {
-  const std::string folder = fs::path(path).parent_path().string();
-  return folder.empty() ? "." : folder;
 }
 
 std::string NewNameBeside(const std::string& path) {
@@ -97,22 +94,6 @@ void TakeAfter(int file, const struct stat& old) {
 }
 
 }  // namespace
-
-int SyncFile(int file) {
-  while (::fsync(file) != 0) {
-    if (errno == EINVAL || errno == ENOTSUP || errno == EROFS) return 0;
-    if (errno != EINTR) return errno;
-  }
-  return 0;
-}
-
-int SyncFolder(const std::string& path) {
-  const int folder = ::open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder == -1) return errno == EACCES ? 0 : errno;
-  const int error = SyncFile(folder);
-  ::close(folder);
-  return error;
-}
 
 WholeFile::WholeFile(const QString& path) : m_path(path) {}
 

@@ -21,6 +21,7 @@ namespace dtsdb {
 /// a killed program is removed by the next one that writes a file in the same folder.
 class WholeFile {
  public:
+  /// For the file `path`, which needs not be there; nothing is done yet.
   explicit WholeFile(const QString& path);
   WholeFile(const WholeFile&) = delete;
   WholeFile& operator=(const WholeFile&) = delete;
@@ -61,14 +62,6 @@ class WholeFile {
   Bytes m_file;
   QString m_error;
 };
-
-/// Waits until an open file or folder is on the disk. Returns 0 or the number of an error. What can't be synchronised,
-/// such as a pipe, is as good as it can be.
-int SyncFile(int file);
-
-/// The same for the folder `path`, an empty one meaning the current folder; one that may not be read is left to the
-/// system.
-int SyncFolder(const std::string& path);
 
 /// A name for a file or folder that is being written: FRONTdtsdb- and six hexadecimal digits. FRONT is empty or begins
 /// and ends with a dot. It is hardly in use.

@@ -7,13 +7,10 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "include/write_whole.h"
+
 namespace dtsdb::internal::rtdb {
 namespace {
-
-std::string FolderOf(const std::string& path) {
-  const std::string folder = std::filesystem::path(path).parent_path().string();
-  return folder.empty() ? "." : folder;
-}
 
 /// A hidden name beside `place` that nothing has, as far as one can know.
 std::string HiddenName(const std::string& place, int attempt) {
@@ -45,7 +42,7 @@ int NewFile::Make() {
 }
 
 int NewFile::GiveName() {
-  if (::fsync(m_file.Get()) != 0) return errno;
+  if (const int error = SyncFile(m_file.Get()); error != 0) return error;
   for (int attempt = 0; m_name.empty() && attempt < kNames; ++attempt) {
     const std::string name = HiddenName(m_place, attempt);
     if (::linkat(AT_FDCWD, Path().c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
@@ -57,23 +54,18 @@ int NewFile::GiveName() {
   return m_name.empty() ? EEXIST : 0;
 }
 
-int NewFile::SyncFolder() const {
-  const Descriptor folder(::open(FolderOf(m_place).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return folder.IsOpen() && ::fsync(folder.Get()) == 0 ? 0 : errno;
-}
-
 int NewFile::Replace() {
   if (const int error = GiveName(); error != 0) return error;
   if (::rename(m_name.c_str(), m_place.c_str()) != 0) return errno;
   m_name.clear();
-  return SyncFolder();
+  return SyncFolder(FolderOf(m_place));
 }
 
 int NewFile::TakeFreePlace() {
   if (const int error = GiveName(); error != 0) return error;
   if (::renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_place.c_str(), RENAME_NOREPLACE) != 0) return errno;
   m_name.clear();
-  return SyncFolder();
+  return SyncFolder(FolderOf(m_place));
 }
 
 int NewFile::Exchange(const std::string& old) {
@@ -81,7 +73,8 @@ int NewFile::Exchange(const std::string& old) {
   if (::renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_place.c_str(), RENAME_EXCHANGE) != 0) return errno;
   // From here on the hidden name is that of the old file.
   const std::string hidden = std::exchange(m_name, {});
-  if (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, old.c_str(), RENAME_NOREPLACE) == 0) return SyncFolder();
+  if (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, old.c_str(), RENAME_NOREPLACE) == 0)
+    return SyncFolder(FolderOf(m_place));
   const int error = errno;
   if (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, m_place.c_str(), RENAME_EXCHANGE) == 0) m_name = hidden;
   return error;

@@ -34,7 +34,6 @@ class NewFile {
 
  private:
   int GiveName();
-  int SyncFolder() const;
 
   std::string m_place;
   std::string m_name;  // the hidden one; empty for none

@@ -13,6 +13,7 @@
 #include <thread>
 #include <utility>
 
+#include "include/write_whole.h"
 #include "rtdb/internal/file_check.h"
 
 namespace dtsdb::internal::rtdb {
@@ -31,8 +32,6 @@ struct flock Mark(short type) {
 }
 
 bool MayNotWrite(int error) { return error == EACCES || error == EPERM || error == EROFS; }
-
-std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
 
 Status Gone(const std::string& path, const std::string& what) {
   return Status::Error(dbErrors::FileError, path + ": " + what + " since it was opened; open it anew");
@@ -134,10 +133,8 @@ void StoreFile::EmptyIfUnfinished() const {
 }
 
 int StoreFile::SyncNew() const {
-  if (::fsync(m_file.Get()) != 0) return errno;
-  const Descriptor folder(::open(FolderOf(m_realPath).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folder.IsOpen()) return 0;  // a folder that can't be read is left to the system
-  return ::fsync(folder.Get()) == 0 || errno == EINVAL ? 0 : errno;
+  const int error = SyncFile(m_file.Get());
+  return error != 0 ? error : SyncFolder(FolderOf(m_realPath));
 }
 
 void StoreFile::RemoveIfNew() const {
