@@ -157,8 +157,14 @@ template <class Number>
 void Spoil(ByteSource& bytes, int rows, Number& value) {
   if constexpr (std::is_floating_point_v<Number>) {
     using Limits = std::numeric_limits<Number>;
-    const Number values[] = {Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), Limits::max(),
-                             Limits::lowest(),    Limits::denorm_min(), 0,                 -1};
+    const Number values[] = {Limits::quiet_NaN(),
+                             Limits::infinity(),
+                             -Limits::infinity(),
+                             Limits::max(),
+                             Limits::lowest(),
+                             Limits::denorm_min(),
+                             0,
+                             -1};
     value = values[bytes.Below(8)];
   } else {
     const int choice = bytes.Below(10);

@@ -1,5 +1,5 @@
-// Any bytes as an edit script: refused with file and line, or read and applied to a small good model, which a validation
-// then judges.
+// Any bytes as an edit script: refused with file and line, or read and applied to a small good model, which a
+// validation then judges.
 #include <cstddef>
 #include <cstdint>
 #include <string_view>

@@ -54,6 +54,7 @@ void ReadMessage(std::string_view bytes) {
 /// Few bytes have the right checksum, so that these become the body of a message, which must come out again.
 void SendMessage(std::string_view body) {
   relay::Message head;
+  head.epoch = 1;
   head.number = body.size();
   std::string whole;
   for (const std::string& part : relay::EncodeParts(head, body, relay::kHeadSize + 7)) {

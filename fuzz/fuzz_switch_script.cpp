@@ -26,8 +26,9 @@ void RequireSameEvents(const tools::SwitchRun& events) {
   tools::TakeSwitchScript("again.txt", text, again);
   fuzz::Require(again.size() == 1 && again[0].size() == events.size(), "as many events as before");
   for (std::size_t i = 0; i < events.size(); ++i) {
-    fuzz::Require(again[0][i].type == events[i].type && again[0][i].on == events[i].on && again[0][i].id == events[i].id,
-                  "the same event as before");
+    fuzz::Require(
+        again[0][i].type == events[i].type && again[0][i].on == events[i].on && again[0][i].id == events[i].id,
+        "the same event as before");
   }
 }
 

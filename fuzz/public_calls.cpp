@@ -165,7 +165,8 @@ constexpr LeftOut kLeftOut[] = {
     {"dbDatabase::setErrorHandler", "likewise"},
     {"dbDatabase::handleError", "the database calls it, with what each workplace has set"},
     {"dbDatabase::select", "cursors call it"},
-    {"dbDatabase::insertRecord", "insert calls it, with the table of the record's class; the caller answers for the class"},
+    {"dbDatabase::insertRecord",
+     "insert calls it, with the table of the record's class; the caller answers for the class"},
     {"dbDatabase::insertRecordAs", "the caller answers for a number that the table doesn't have"},
     {"dbDatabase::update", "the caller answers for a record of the table's class"},
 };

@@ -16,8 +16,8 @@ std::vector<SwitchEvent> AnyEvents(Workplace& w) {
 }
 
 void Begin(Workplace& w) {
-  auto begun = analysis::Switching::Begin(AnyAnalysis(w), w.bytes.Chance(50) ? analysis::Rules::kCareful
-                                                                            : analysis::Rules::kAsIs);
+  auto begun = analysis::Switching::Begin(AnyAnalysis(w),
+                                          w.bytes.Chance(50) ? analysis::Rules::kCareful : analysis::Rules::kAsIs);
   if (begun) w.switching = std::move(*begun);
 }
 

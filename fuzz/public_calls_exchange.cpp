@@ -2,10 +2,10 @@
 #include <string>
 
 #include "fuzz/any_model.h"
-#include "model/text.h"
 #include "fuzz/public_calls.h"
 #include "model/exchange.h"
 #include "model/qarchive.h"
+#include "model/text.h"
 
 namespace dtsdb::fuzz {
 
@@ -39,22 +39,53 @@ void Walk(Workplace& w) {
   cursor.select(kQueries[w.bytes.Below(5)]);
   for (int left = w.bytes.Below(20); left > 0; --left) {
     switch (w.bytes.Below(16)) {
-      case 0: cursor.next(); break;
-      case 1: cursor.prev(); break;
-      case 2: cursor.first(); break;
-      case 3: cursor.last(); break;
-      case 4: cursor.nextAvailable(); break;
-      case 5: cursor.skip(w.bytes.Below(9) - 4); break;
-      case 6: cursor.update(); break;
-      case 7: cursor.remove(); break;
-      case 8: cursor.at(cursor.currentId()); break;
-      case 9: cursor.removeAllSelected(); break;
-      case 10: cursor.reset(); break;
-      case 11: cursor.select(); break;
-      case 12: cursor.isFirst(); break;
-      case 13: cursor.isLast(); break;
-      case 14: cursor.getNumberOfRecords(); break;
-      default: cursor.get();
+      case 0:
+        cursor.next();
+        break;
+      case 1:
+        cursor.prev();
+        break;
+      case 2:
+        cursor.first();
+        break;
+      case 3:
+        cursor.last();
+        break;
+      case 4:
+        cursor.nextAvailable();
+        break;
+      case 5:
+        cursor.skip(w.bytes.Below(9) - 4);
+        break;
+      case 6:
+        cursor.update();
+        break;
+      case 7:
+        cursor.remove();
+        break;
+      case 8:
+        cursor.at(cursor.currentId());
+        break;
+      case 9:
+        cursor.removeAllSelected();
+        break;
+      case 10:
+        cursor.reset();
+        break;
+      case 11:
+        cursor.select();
+        break;
+      case 12:
+        cursor.isFirst();
+        break;
+      case 13:
+        cursor.isLast();
+        break;
+      case 14:
+        cursor.getNumberOfRecords();
+        break;
+      default:
+        cursor.get();
     }
   }
 }
@@ -66,7 +97,7 @@ void Insert(Workplace& w) {
   w.database.insert(row);
 }
 
-#define DTSDB_TABLE_CALLS(name)                                                                             \
+#define DTSDB_TABLE_CALLS(name)                                                                               \
   {"DTSDB::Read" #name "FromFastdb", [](Workplace& w) { w.AnyModel().Read##name##FromFastdb(&w.database); }}, \
       {"DTSDB::Write" #name "ToFastdb", [](Workplace& w) { w.AnyModel().Write##name##ToFastdb(&w.database); }},
 

@@ -81,8 +81,8 @@ TEST(PublicCalls, EveryPublicMemberIsCalledOrLeftOutForAReason) {
   for (const PublicCall& call : AllPublicCalls()) known.insert(call.member);
   for (const LeftOut& member : CallsLeftOut()) known.insert(member.member);
   const std::pair<const char*, const char*> classes[] = {
-      {"topology/tp.h", "TP"},       {"validation/nmd.h", "NMD"},     {"breakerflow/cbflow.h", "cbFlow"},
-      {"model/dtsdb.h", "DTSDB"},    {"include/table.h", "tTable"},   {"rtdb/database.h", "dbDatabase"},
+      {"topology/tp.h", "TP"},    {"validation/nmd.h", "NMD"},   {"breakerflow/cbflow.h", "cbFlow"},
+      {"model/dtsdb.h", "DTSDB"}, {"include/table.h", "tTable"}, {"rtdb/database.h", "dbDatabase"},
   };
   for (const auto& [header, name] : classes) {
     const std::set<std::string> members = PublicMembers(header, name);
