@@ -159,6 +159,9 @@ constexpr PublicCall kCoreCalls[] = {
 };
 
 constexpr LeftOut kLeftOut[] = {
+    {"analysis::Switching, on a model that others edit", "the caller answers for the records under a session"},
+    {"analysis::Moment::WayBack", "the caller answers for a model with the records of the moment; sessions call it"},
+    {"tTable, a reference after the table has changed", "the caller answers for its life"},
     {"tTable::tTable", "every call works on tables that were made"},
     {"dbDatabase::dbDatabase", "each workplace has one of its own"},
     {"dbDatabase::setFileSizeLimit", "each workplace sets it before it opens the database"},

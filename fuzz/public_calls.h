@@ -55,7 +55,6 @@ struct Workplace {
   std::deque<NMD> nmds;
   std::deque<cbFlow> flows;
   std::optional<analysis::Switching> switching;
-  std::optional<analysis::Moment> moment;
 
  private:
   QString OtherId();

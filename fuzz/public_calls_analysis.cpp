@@ -15,9 +15,12 @@ std::vector<SwitchEvent> AnyEvents(Workplace& w) {
   return events;
 }
 
+/// On a copy: the records under a session stay, which its user answers for.
 void Begin(Workplace& w) {
-  auto begun = analysis::Switching::Begin(AnyAnalysis(w),
-                                          w.bytes.Chance(50) ? analysis::Rules::kCareful : analysis::Rules::kAsIs);
+  const auto copy = AnyAnalysis(w).Copy();
+  if (!copy) return;
+  const auto rules = w.bytes.Chance(50) ? analysis::Rules::kCareful : analysis::Rules::kAsIs;
+  auto begun = analysis::Switching::Begin(*copy, rules);
   if (begun) w.switching = std::move(*begun);
 }
 
