@@ -175,6 +175,7 @@ constexpr PublicCall kExchangeCalls[] = {
     {"dbDatabase::copyNote", [](Workplace& w) { w.database.copyNote(); }},
     {"dbDatabase::setCopyNote", [](Workplace& w) { w.database.setCopyNote("note"); }},
     {"dbDatabase::moveCopyNote", [](Workplace& w) { w.database.moveCopyNote("", "note"); }},
+    {"dbDatabase::backup", [](Workplace& w) { w.database.backup(w.folder.File("backup.fdb").c_str(), w.bytes.Chance(50)); }},
     {"dbAnyCursor", [](Workplace& w) { w.bytes.Chance(50) ? Walk<un>(w) : Walk<cb>(w); }},
 };
 // clang-format on
