@@ -30,11 +30,15 @@ void AddChanges(const std::vector<IslandPair>& pairs, IslandChangeKind gone, Isl
   }
 }
 
+/// The level of each node, -1 where a damaged model has none.
 std::vector<int> LevelsOfNodes(DTSDB& tables) {
   const tTable<ND>& nodes = *tables.m_ndTable;
   std::vector<int> levels;
   levels.reserve(static_cast<std::size_t>(nodes.GetCount()));
-  for (int i = 0; i < nodes.GetCount(); ++i) levels.push_back(tables.m_rKvNdTable->GetPh(nodes.GetPh(i).r_kv_nd).ikv);
+  for (int i = 0; i < nodes.GetCount(); ++i) {
+    const int level = tables.m_rKvNdTable->GetPh(nodes.GetPh(i).r_kv_nd).ikv;
+    levels.push_back(level >= 0 && level < tables.m_kvTable->GetCount() ? level : -1);
+  }
   return levels;
 }
 
@@ -46,14 +50,18 @@ std::vector<int> StationsOfLevels(DTSDB& tables) {
   return stations;
 }
 
+/// The level of node `nd`, -1 when there is no such node.
+int LevelIn(const std::vector<int>& levelOfNode, int nd) {
+  const bool known = nd >= 0 && static_cast<std::size_t>(nd) < levelOfNode.size();
+  return known ? levelOfNode[static_cast<std::size_t>(nd)] : -1;
+}
+
 template <class T>
 std::vector<int> LevelsOfDevices(DTSDB& tables, const std::vector<int>& levelOfNode) {
   const tTable<T>& devices = TableOf<T>(tables);
   std::vector<int> levels;
   for (int i = 0; i < devices.GetCount(); ++i) {
-    const int nd = devices.GetPh(i).ind;
-    const bool known = nd >= 0 && static_cast<std::size_t>(nd) < levelOfNode.size();
-    levels.push_back(known ? levelOfNode[static_cast<std::size_t>(nd)] : -1);
+    levels.push_back(LevelIn(levelOfNode, devices.GetPh(i).ind));
   }
   return levels;
 }
@@ -113,11 +121,12 @@ SupplyRecord::SupplyRecord(DTSDB& tables)
       m_stationOf(StationsOfLevels(tables)),
       m_nodes(m_levelOf, tables.m_kvTable->GetCount()),
       m_islands(IslandsOfNodes(tables)),
-      m_liveNodes(static_cast<std::size_t>(tables.m_stTable->GetCount())),
+      m_liveNodes(static_cast<std::size_t>(tables.m_stTable->GetSize())),
       m_buses(tables, m_levelOf),
       m_units(tables, m_levelOf),
       m_loads(tables, m_levelOf) {
   for (std::size_t i = 0; i < m_islands.size(); ++i) {
+    if (m_levelOf[i] < 0) continue;
     const int station = m_stationOf[static_cast<std::size_t>(m_levelOf[i])];
     if (m_islands[i] >= 0 && station >= 0) ++m_liveNodes[static_cast<std::size_t>(station)];
   }
@@ -142,6 +151,8 @@ void SupplyRecord::NoteFragments() {
     note(branch.iznd, branch.ind);
   }
 }
+
+int SupplyRecord::LevelOf(int nd) const { return LevelIn(m_levelOf, nd); }
 
 std::vector<int> SupplyRecord::AllLevels() const {
   std::vector<int> levels(m_stationOf.size());

@@ -49,10 +49,11 @@ class LevelContents {
   /// `levelOf` holds the level of each record, -1 for none; `levels` is the number of levels.
   LevelContents(const std::vector<int>& levelOf, int levels);
 
-  /// Calls `visit(number)` for what stands on `level`, ascending.
+  /// Calls `visit(number)` for what stands on `level`, ascending; never for a level that there isn't.
   template <class Visit>
   void ForEachOn(int level, Visit visit) const {
     const auto at = static_cast<std::size_t>(level);
+    if (level < 0 || at + 1 >= m_begin.size()) return;
     for (int i = m_begin[at]; i < m_begin[at + 1]; ++i) visit(m_numbers[static_cast<std::size_t>(i)]);
   }
 
@@ -81,8 +82,8 @@ class SupplyRecord {
   /// What became of the live islands at the start that have nodes on `levels`.
   IslandParts PartsOn(const std::vector<int>& levels) const;
 
-  /// The voltage level of node `nd`.
-  int LevelOf(int nd) const { return m_levelOf[static_cast<std::size_t>(nd)]; }
+  /// The voltage level of node `nd`, -1 when a damaged model has no such node or level.
+  int LevelOf(int nd) const;
   /// The numbers of all voltage levels.
   std::vector<int> AllLevels() const;
 

@@ -117,7 +117,7 @@ class ObjectFileSalvage {
     }
     const auto [size, first, last, firstFree, lastFree, count, ordered] = numbers;
     const auto most = static_cast<long long>((m_file.size() - at - kHead) / kSlot);
-    const auto isLink = [size](int slot, bool isNone) { return isNone ? slot == -1 : slot >= 0 && slot < size; };
+    const auto isLink = [size = size](int slot, bool isNone) { return isNone ? slot == -1 : slot >= 0 && slot < size; };
     head.size = size;
     head.count = count;
     head.isPossible = size >= 0 && size <= most && count >= 0 && count <= size && (ordered == 0 || ordered == 1) &&

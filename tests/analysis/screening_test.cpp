@@ -400,6 +400,30 @@ TEST(Screening, IsByFullRunsWhereAnIdentityBeginsAnother) {
   });
 }
 
+// A model may be marked good and still hold numbers that lead nowhere, as an object file can: they were taken for
+// places in the levels of nodes and in what stands on a level, and foreign memory was read.
+TEST(Screening, OfADamagedModelLooksAtNothingThatIsNotThere) {
+  const MessageCatcher catcher;
+  ModelBuilder m;
+  m.Station("A").Kv("KA").Unit("U", "KA", "a").Breaker("P", "KA", "a", "c");
+  m.Station("B").Kv("KB").Load("D", "KB", "b").Breaker("Q", "KB", "b", "d");
+  m.Line("L", "DV", "A", "B", "KA", "KB", "c", "d");
+  ASSERT_TRUE(m.Validate());
+  const Model model = Model::Of(m.Db());
+  const std::vector<Outage> outages = *SingleOutages(model, OutageTables());
+  m.Of<UN>("U").ind = 1 << 20;
+  m.Of<LN>("L").iznd = -7;
+  m.Of<CB>("Q").ind = 1 << 20;
+  m.Table<R_KV_ND>().GetPh(m.Of<ND>("b").r_kv_nd).ikv = 1 << 20;
+  ASSERT_TRUE(model.IsGood());
+  const Result<Screening> screening = Screen(model, outages);
+  if (screening) {
+    EXPECT_EQ(screening->outages.size(), outages.size());
+  } else {
+    EXPECT_FALSE(screening.error().message.empty());
+  }
+}
+
 TEST(Pairs, AreAllOfTwoDifferentOutages) {
   std::string text;
   for (const Outage& pair : AllPairs({{{"LN", "1"}}, {{"LN", "2"}}, {{"CB", "3"}}})) text += OutageText(pair) + ", ";
