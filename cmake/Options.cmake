@@ -22,8 +22,8 @@ if(MOLD)
 endif()
 include(${CMAKE_CURRENT_LIST_DIR}/PrecompiledHeaders.cmake)
 
-# Most of a file's compile time goes into what all files use: those of a folder are compiled as one, which takes a third
-# of the time of each alone. Their names without a namespace must differ, therefore. Whoever changes one file again and
+# Most of a file's compile time goes into what all files use: those of a folder are compiled as one, which takes half
+# the time of each alone. Their names without a namespace must differ, therefore. Whoever changes one file again and
 # again sets CMAKE_UNITY_BUILD=OFF, or CMAKE_UNITY_BUILD_BATCH_SIZE to the number of files that are compiled together.
 if(NOT DEFINED CMAKE_UNITY_BUILD)
   set(CMAKE_UNITY_BUILD ON)
