@@ -14,7 +14,7 @@ constexpr std::size_t kTemporaryDigits = 6;
 }  // namespace
 
 std::string NewTemporaryName(const std::string& front) {
-  static std::random_device random;
+  std::random_device random;  // one for each call: several threads may write files
   std::array<char, kTemporaryDigits + 1> digits{};
   std::snprintf(digits.data(), digits.size(), "%06x", random() & 0xFFFFFFU);
   return front + std::string(kTemporaryMark) + digits.data();

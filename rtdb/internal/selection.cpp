@@ -217,36 +217,39 @@ bool Selection::SortByNumber() {
   return true;
 }
 
-Status Selection::RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan,
-                         oid_t number) {
+bool Selection::BeginOne(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan) {
   Reset();
   LinkTo(context);
   m_table = &table;
   m_plan = plan;
-  if (!table.present) return {};
+  return table.present;
+}
+
+void Selection::TakeOne(const std::string& key) {
+  m_keys.Add(key);
+  m_size = m_live = 1;
+}
+
+Status Selection::RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan,
+                         oid_t number) {
+  if (!BeginOne(context, table, plan)) return {};
   std::string key;
   bool found = false;
   if (Status status = context.KeyOf(table, number, key, found); !status || !found) return status;
-  m_keys.Add(key);
-  m_size = m_live = 1;
+  TakeOne(key);
   return {};
 }
 
 Status Selection::RunFor(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan, oid_t number,
                          const void* record) {
-  Reset();
-  LinkTo(context);
-  m_table = &table;
-  m_plan = plan;
-  if (!table.present) return {};
+  if (!BeginOne(context, table, plan)) return {};
   std::string key;
   plan->Key(record, key);
   AppendRowNumber(key, number);
   std::string_view image;
   bool found = false;
   if (Status status = context.FindRow(table, key, image, found); !status || !found) return status;
-  m_keys.Add(key);
-  m_size = m_live = 1;
+  TakeOne(key);
   return {};
 }
 

@@ -100,6 +100,9 @@ class Selection final : private RowStream {
   /// Keeps the keys of the rows that fulfil the condition; of all rows for null.
   Status Collect(const CompiledQuery* query, Order order, LoadedRow& row, bool& loaded);
   void SortByColumns(const std::vector<std::string>& sortKeys);
+  /// Begins a selection of one row at most. False where the store doesn't have the table.
+  bool BeginOne(Context& context, const Table& table, const std::shared_ptr<const RowPlan>& plan);
+  void TakeOne(const std::string& key);
   /// True if that has changed the order.
   bool SortByNumber();
   void TakeOrder(const std::vector<std::size_t>& places);
