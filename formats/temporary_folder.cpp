@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "formats/files.h"
-#include "model/whole_file.h"
+#include "include/write_whole.h"
 
 namespace fs = std::filesystem;
 

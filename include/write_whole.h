@@ -1,5 +1,6 @@
 /// \file
-/// Writing and reading at a place of an open file, all or an error; waiting until files and folders are on the disk.
+/// Writing and reading at a place of an open file, all or an error; waiting until files and folders are on the disk;
+/// the names that files have while they are written.
 #pragma once
 
 #include <fcntl.h>
@@ -8,6 +9,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace dtsdb {
 
@@ -67,5 +69,12 @@ inline std::string FolderOf(const std::string& path) {
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
 }
+
+/// A name for a file or folder that is being written: FRONTdtsdb- and six hexadecimal digits. FRONT is empty or begins
+/// and ends with a dot. It is hardly in use.
+std::string NewTemporaryName(const std::string& front);
+
+/// Whether NewTemporaryName returns such names.
+bool IsTemporaryName(std::string_view name);
 
 }  // namespace dtsdb

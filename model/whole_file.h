@@ -4,10 +4,13 @@
 
 #include <QFile>
 #include <QString>
-#include <string>
-#include <string_view>
+#include <memory>
 
 namespace dtsdb {
+
+namespace internal {
+class NewFile;
+}
 
 /// Writes a file anew. It takes its place only when all of it is on the disk: until then, and when that fails, the old
 /// one stands there unchanged. A link leads to the file that is replaced; permissions stay, and the owner where
@@ -32,7 +35,8 @@ class WholeFile {
   bool Open();
   /// What takes the bytes, once it is open.
   QFileDevice& Device() { return m_file; }
-  /// Puts the file in its place. False when not all could be written, or when the disk may not have all of it.
+  /// Puts the file in its place. False when not all could be written, or when the disk may not have all of it; from then
+  /// on always.
   bool Finish();
   /// Why the last call returned false: the system's words, in one line.
   QString Error() const { return m_error.isEmpty() ? m_file.errorString() : m_error; }
@@ -50,24 +54,13 @@ class WholeFile {
     bool m_hasFailed = false;
   };
 
-  bool OpenBeside(bool isThere);
-  bool TakePlace();
-  bool GiveName();
   bool Fail(int error);
   bool Fail(const QString& why);
 
   QString m_path;
-  std::string m_target;     ///< the path without links; empty for a device or a pipe
-  std::string m_temporary;  ///< the path that the new file has at present; empty for none
+  std::unique_ptr<internal::NewFile> m_new;  ///< none for a device or a pipe
   Bytes m_file;
   QString m_error;
 };
-
-/// A name for a file or folder that is being written: FRONTdtsdb- and six hexadecimal digits. FRONT is empty or begins
-/// and ends with a dot. It is hardly in use.
-std::string NewTemporaryName(const std::string& front);
-
-/// Whether NewTemporaryName returns such names.
-bool IsTemporaryName(std::string_view name);
 
 }  // namespace dtsdb

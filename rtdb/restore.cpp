@@ -10,10 +10,10 @@
 #include <optional>
 #include <system_error>
 
+#include "include/internal/new_file.h"
 #include "include/internal/standard_streams.h"
 #include "rtdb/internal/environment.h"
 #include "rtdb/internal/file_check.h"
-#include "rtdb/internal/new_file.h"
 #include "rtdb/internal/snapshot.h"
 #include "rtdb/internal/status.h"
 #include "rtdb/internal/store_copy.h"
@@ -22,9 +22,9 @@
 namespace dtsdb::rtdb {
 namespace {
 
-using internal::rtdb::Descriptor;
+using internal::Descriptor;
+using internal::NewFile;
 using internal::rtdb::Environment;
-using internal::rtdb::NewFile;
 using internal::rtdb::OpeningGuard;
 using internal::rtdb::Status;
 using internal::rtdb::StoreFile;
@@ -75,7 +75,7 @@ std::string CopyInto(const std::string& backup, const NewFile& file, const std::
 /// Copies the backup, checks the copy and makes it a store of its own.
 std::string Prepare(const std::string& backup, NewFile& file, const std::string& store,
                     const std::function<std::string(const std::string&)>& check) {
-  if (const int error = file.Make(); error != 0) return Because(store, error);
+  if (const int error = file.Make(internal::rtdb::kFileMode); error != 0) return Because(store, error);
   if (std::string wrong = CopyInto(backup, file, store); !wrong.empty()) return wrong;
   if (const std::string wrong = internal::rtdb::CheckWholeFile(file.Fd()); !wrong.empty()) return backup + ": " + wrong;
   if (const std::string wrong = check(file.Path()); !wrong.empty()) return backup + ": " + wrong;

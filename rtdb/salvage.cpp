@@ -21,9 +21,9 @@
 namespace dtsdb::rtdb {
 namespace {
 
+using internal::Descriptor;
 using internal::rtdb::CheckBytes;
 using internal::rtdb::Column;
-using internal::rtdb::Descriptor;
 using internal::rtdb::kRowNumberSize;
 using internal::rtdb::RowPlan;
 using internal::rtdb::Schema;

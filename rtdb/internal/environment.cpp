@@ -14,10 +14,10 @@
 #include <system_error>
 #include <utility>
 
+#include "include/internal/new_file.h"
 #include "include/internal/standard_streams.h"
 #include "rtdb/internal/file_check.h"
 #include "rtdb/internal/lock_file.h"
-#include "rtdb/internal/new_file.h"
 #include "rtdb/internal/snapshot.h"
 #include "rtdb/internal/store.h"
 #include "rtdb/internal/store_copy.h"
@@ -364,7 +364,7 @@ Status Environment::Copy(const std::string& target, bool compact) {
   if (error) return refused(error.value());
   if (IdOf(place) == m_file.Id()) return Status::Error(dbErrors::FileError, target + ": is the store itself");
   NewFile copy(place.string());
-  if (const int failed = copy.Make(); failed != 0) return refused(failed);
+  if (const int failed = copy.Make(kFileMode); failed != 0) return refused(failed);
   if (Status status = CopyTo(copy, target, compact); !status) return status;
   const int failed = copy.Replace();
   return failed == 0 ? Status() : refused(failed);

@@ -17,9 +17,11 @@
 #include "rtdb/internal/status.h"
 #include "rtdb/internal/store_file.h"
 
-namespace dtsdb::internal::rtdb {
-
+namespace dtsdb::internal {
 class NewFile;
+}
+
+namespace dtsdb::internal::rtdb {
 
 /// An open store file. Opening one file twice in a process would corrupt reading, so all databases of the process that
 /// have the file open share one Environment, and the last to let go closes it: before anybody can open it anew.

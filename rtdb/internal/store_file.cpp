@@ -55,20 +55,6 @@ Status OpenRefused(const std::string& path, const std::string& why) {
   return Status::Error(dbErrors::DatabaseOpenError, path + ": " + why);
 }
 
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  if (this != &other) {
-    if (m_fd >= 0) ::close(m_fd);
-    m_fd = other.Release();
-  }
-  return *this;
-}
-
-Descriptor::~Descriptor() {
-  if (m_fd >= 0) ::close(m_fd);
-}
-
-int Descriptor::Release() { return std::exchange(m_fd, -1); }
-
 Status StoreFile::Open(const std::string& name, bool readOnly) {
   m_name = name;
   // Looked at first: opening something else, such as a pipe, could wait for ever.

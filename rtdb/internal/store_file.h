@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "include/internal/descriptor.h"
 #include "rtdb/internal/status.h"
 
 namespace dtsdb::internal::rtdb {
@@ -30,22 +31,6 @@ std::optional<FileId> IdOf(int descriptor);
 
 /// The error of the opening of a store.
 Status OpenRefused(const std::string& path, const std::string& why);
-
-/// A descriptor that is closed with it.
-class Descriptor {
- public:
-  explicit Descriptor(int fd = -1) : m_fd(fd) {}
-  Descriptor(Descriptor&& other) noexcept : m_fd(other.Release()) {}
-  Descriptor& operator=(Descriptor&& other) noexcept;
-  ~Descriptor();
-  int Get() const { return m_fd; }
-  bool IsOpen() const { return m_fd >= 0; }
-
- private:
-  int Release();
-
-  int m_fd;
-};
 
 /// The open file of a store. A name is resolved once, when it is opened; the lock file stands beside the file itself,
 /// so that all names lead to one lock.

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <iostream>
 
-#include "model/whole_file.h"
+#include "include/write_whole.h"
 #include "tests/faults/faulted_command.h"
 #include "tests/faults/scenarios.h"
 #include "tests/support/long_form.h"

@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <set>
 
+#include "include/write_whole.h"
 #include "tests/support/bytes.h"
 
 namespace dtsdb {

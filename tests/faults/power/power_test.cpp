@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <iostream>
 
-#include "model/whole_file.h"
+#include "include/write_whole.h"
 #include "tests/faults/faulted_command.h"
 #include "tests/faults/power/disk.h"
 #include "tests/faults/power/versions.h"

@@ -1,4 +1,4 @@
-#include "model/whole_file.h"
+#include "include/write_whole.h"
 
 #include <array>
 #include <cstdio>
