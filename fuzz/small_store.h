@@ -1,15 +1,19 @@
 /// \file
-/// A folder in memory for the store files of a fuzz target.
+/// A folder in memory for the store files of a fuzz target, and the bytes of a small store.
 #pragma once
 
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
+#include "fuzz/any_model.h"
 #include "fuzz/require.h"
+#include "rtdb/volma_rtdb.h"
 
 namespace dtsdb::fuzz {
 
@@ -32,8 +36,34 @@ class StoreFolder {
 
   std::string File(const char* name = "store.fdb") const { return (m_path / name).string(); }
 
+  void Empty() const {
+    for (const auto& entry : std::filesystem::directory_iterator(m_path)) std::filesystem::remove_all(entry.path());
+  }
+
  private:
   std::filesystem::path m_path;
 };
+
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline void WriteFile(const std::string& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+/// The bytes of a store with the small model.
+inline std::string SmallStore() {
+  const StoreFolder folder;
+  dbDatabase database;
+  Require(database.open(folder.File().c_str(), folder.File().c_str()), "the good store opens");
+  DTSDB model;
+  FillSmallModel(model);
+  model.WriteFastdb(&database);
+  database.close();
+  return ReadFile(folder.File());
+}
 
 }  // namespace dtsdb::fuzz
