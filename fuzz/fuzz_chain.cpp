@@ -1,6 +1,5 @@
 // Bytes as a model and what is done to it: validation, topology, switching, additions and removals, flows. In between
 // what the tables hold must be what other ways of working it out give.
-#include <QBuffer>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -13,32 +12,22 @@
 #include "fuzz/any_model.h"
 #include "fuzz/byte_source.h"
 #include "fuzz/require.h"
-#include "model/qarchive.h"
-#include "topology/tp.h"
+#include "tests/support/image.h"
+#include "tests/topology/plain_stages.h"
+#include "tests/topology/same_tables.h"
+#include "tests/topology/tp_probe.h"
 #include "validation/editing.h"
 
 namespace {
 
 using namespace dtsdb;
 
-QByteArray ImageOf(DTSDB& model) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  QArchive archive(&buffer, false);
-  model.Serialize(archive);
-  return buffer.data();
-}
-
 /// What is stored as an object file loads as the same tables.
 void RequireSameObjectFile(DTSDB& model) {
-  QByteArray image = ImageOf(model);
-  QBuffer buffer(&image);
-  buffer.open(QIODevice::ReadOnly);
-  QArchive archive(&buffer, true);
+  const QByteArray image = test::ImageOf(model);
   DTSDB again;
-  again.Serialize(archive);
-  fuzz::Require(!archive.IsRefused(), "an object file is read that was written");
-  fuzz::Require(ImageOf(again) == image, "the object file of what was read");
+  fuzz::Require(test::LoadImage(again, image).isNull(), "an object file is read that was written");
+  fuzz::Require(test::ImageOf(again) == image, "the object file of what was read");
 }
 
 /// What is written as text tables is read as the same records. Not all models can be written or read as text.
@@ -80,16 +69,17 @@ void Switch(fuzz::ByteSource& bytes, DTSDB& model) {
   }
 }
 
-/// Two full runs of a model leave the same tables behind.
-void RequireSameRun(DTSDB& model) {
-  TP first(&model);
-  const int done = first.tpAllnew();
-  const int sections = model.m_bsTable->GetCount();
-  TP second(&model);
-  fuzz::Require(second.tpAllnew() == done, "a second full run ends as the first");
-  if (done == 1) fuzz::Require(model.m_bsTable->GetCount() == sections, "as many sections as in the first full run");
-  first.tpChange();
-  first.tpSetRefUN();
+/// A full run leaves the tables that the plain form over whole tables leaves.
+void RequirePlainRun(DTSDB& model) {
+  DTSDB twin;
+  fuzz::Require(test::LoadImage(twin, test::ImageOf(model)).isNull(), "a copy of the model");
+  TP quick(&model);
+  TP plain(&twin);
+  const bool done = quick.tpAllnew() == 1;
+  fuzz::Require(test::PlainRun(TpProbe(plain).Lend()).RunAnew() == done, "the plain run ends as the quick one");
+  if (done) fuzz::Require(test::DifferentTables(model, twin).empty(), "the tables of the plain run");
+  quick.tpChange();
+  quick.tpSetRefUN();
 }
 
 template <class Record>
@@ -132,7 +122,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RequireSameObjectFile(model);
     RequireSameTextTables(model);
     if (IsGood(model)) {
-      RequireSameRun(model);
+      RequirePlainRun(model);
       Switch(bytes, model);
     }
     ComputeFlows(model);

@@ -6,20 +6,13 @@
 
 #include "model/dtsdb.h"
 #include "model/qarchive.h"
+#include "tests/support/image.h"
 
 namespace {
 
 /// Ends the run: the fuzzer keeps the input that led here.
 void Require(bool condition) {
   if (!condition) std::abort();
-}
-
-QByteArray ImageOf(dtsdb::DTSDB& database) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  dtsdb::QArchive ar(&buffer, false);
-  database.Serialize(ar);
-  return buffer.data();
 }
 
 }  // namespace
@@ -35,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     dtsdb::ForEachTable(database, [](auto& table) { Require(table.GetSize() == 0); });
     return 0;
   }
-  Require(ImageOf(database) == bytes.left(static_cast<qsizetype>(buffer.pos())));
+  Require(dtsdb::test::ImageOf(database) == bytes.left(static_cast<qsizetype>(buffer.pos())));
 
   dtsdb::ForEachTable(database, [](auto& table) {
     for (int i = 0; i < table.GetCount(); ++i) Require(table.PhToLg(table.LgToPh(i)) == i);

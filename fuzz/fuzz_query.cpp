@@ -54,6 +54,8 @@ void Ask(const std::string& text) {
   const int count = Selected<Row>(text);
   if (count < 0) return;
   fuzz::Require(Selected<Row>(text) == count, "the same rows again");
+  const int plain = Selected<Row>("(" + text + ") or (" + text + ")");
+  fuzz::Require(plain == count || plain < 0, "the rows of a query that is asked of every row, without bounds of keys");
   const int others = Selected<Row>("not (" + text + ")");
   if (others >= 0) fuzz::Require(count + others == Selected<Row>(""), "the negation selects the other rows");
 }

@@ -28,14 +28,6 @@ class Stream : public QBuffer {
   qint64 m_read = 0;
 };
 
-QByteArray ImageOf(DTSDB& model) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  QArchive ar(&buffer, false);
-  model.Serialize(ar);
-  return buffer.data();
-}
-
 /// The image of a model whose tables have no free slots and were filled in order, number by number and field by field.
 QByteArray PlainImageOf(DTSDB& model) {
   QBuffer buffer;

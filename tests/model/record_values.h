@@ -10,6 +10,7 @@
 #include "model/dtsdb.h"
 #include "model/qarchive.h"
 #include "model/table_image.h"
+#include "tests/support/image.h"
 
 namespace dtsdb::test {
 
@@ -51,26 +52,6 @@ T Keyed(int number) {
   } else {
     return T(QStringLiteral("p"), text);
   }
-}
-
-/// The image of one table or of a whole container.
-template <class Stored>
-QByteArray ImageOf(Stored& stored) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  QArchive ar(&buffer, false);
-  stored.Serialize(ar);
-  return buffer.data();
-}
-
-/// Loads an image; returns what was refused, null when it was taken.
-template <class Loaded>
-QString LoadImage(Loaded& loaded, QByteArray image) {
-  QBuffer buffer(&image);
-  buffer.open(QIODevice::ReadOnly);
-  QArchive ar(&buffer, true);
-  loaded.Serialize(ar);
-  return ar.Refusal();
 }
 
 /// Fills every table with `rows` records that differ in every field.

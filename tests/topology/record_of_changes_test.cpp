@@ -4,65 +4,20 @@
 #include <rapidcheck.h>
 
 #include <rapidcheck/gtest.h>
-#include <QBuffer>
 #include <cstdlib>
-#include <cstring>
 #include <deque>
 #include <random>
-#include <string_view>
 
-#include "model/qarchive.h"
+#include "tests/support/image.h"
 #include "tests/support/messages.h"
 #include "tests/topology/plain_stages.h"
 #include "tests/topology/random_network.h"
 #include "tests/topology/results.h"
+#include "tests/topology/same_tables.h"
 #include "topology/component_types.h"
 
 namespace dtsdb::test {
 namespace {
-
-/// Whether two values are equal byte for byte, as the object file would have them.
-bool IsSame(const QString& a, const QString& b) { return a == b && a.isNull() == b.isNull(); }
-template <class Number>
-bool IsSame(Number a, Number b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-/// The first field in which two records differ, null for none. Times aside: the two runs are a moment apart.
-template <class T>
-const char* Difference(const T& a, const T& b) {
-  for (const FieldInfo& field : T::Fields()) {
-    const std::string_view name = field.name;
-    if (name == "time" || (kKindOf<T> == KIND_GLOBAL && (name == "u1" || name == "check_time"))) continue;
-    const bool same = VisitValue(field, &a, [&](const auto& value) {
-      return IsSame(value, field.In<std::remove_cvref_t<decltype(value)>>(&b));
-    });
-    if (!same) return field.name;
-  }
-  return nullptr;
-}
-
-/// Where two tables first differ, free slots included; empty when they don't.
-template <class T>
-std::string Difference(const tTable<T>& a, const tTable<T>& b) {
-  if (a.GetCount() != b.GetCount() || a.GetSize() != b.GetSize()) return "count or size";
-  for (int i = 0; i < a.GetSize(); ++i) {
-    if (a.PhToLg(i) != b.PhToLg(i)) return "number of slot " + std::to_string(i);
-    const char* const field = Difference(a.GetPh(i), b.GetPh(i));
-    if (field != nullptr) return std::string(field) + " in slot " + std::to_string(i);
-  }
-  return "";
-}
-
-/// The image of a table in the object file: its free slots in their order, too.
-template <class T>
-QByteArray ImageOf(tTable<T>& table) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  QArchive archive(&buffer, false);
-  table.Serialize(archive);
-  return buffer.data();
-}
 
 /// What happens to a network between its runs.
 struct Life {
@@ -88,13 +43,7 @@ struct Side {
 
   /// Where the tables differ from those of `other`; empty when they don't.
   std::string Differences(Side& other) {
-    std::string differences;
-    ForEachRecordClass([&]<class T> {
-      Table<T>().Settle();
-      other.Table<T>().Settle();
-      const std::string difference = Difference<T>(Table<T>(), other.Table<T>());
-      if (!difference.empty()) differences += std::string(T::kTableName) + ": " + difference + "; ";
-    });
+    std::string differences = DifferentTables(Db(), other.Db());
     for (std::size_t i = 0; i < tps.size(); ++i) {
       if (TpProbe(tps[i]).ChangedKvs() != TpProbe(other.tps[i]).ChangedKvs()) differences += "levels of the run; ";
     }

@@ -6,6 +6,7 @@
 #include <QBuffer>
 
 #include "model/qarchive.h"
+#include "tests/support/image.h"
 #include "tests/support/messages.h"
 #include "tests/validation/random_model.h"
 #include "tests/validation/run.h"
@@ -15,21 +16,6 @@ namespace dtsdb::test {
 namespace {
 
 using internal::Making;
-
-QByteArray ImageOf(DTSDB& model) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  QArchive ar(&buffer, false);
-  model.Serialize(ar);
-  return buffer.data();
-}
-
-void Load(DTSDB& model, QByteArray image) {
-  QBuffer buffer(&image);
-  buffer.open(QIODevice::ReadOnly);
-  QArchive ar(&buffer, true);
-  model.Serialize(ar);
-}
 
 /// What lies in the slots of all tables, the free ones included. A null text and an empty one differ.
 QByteArray SlotsOf(DTSDB& model) {
@@ -46,7 +32,7 @@ QByteArray SlotsOf(DTSDB& model) {
 /// One of two models that go through the same runs, each in its own way.
 class Side {
  public:
-  Side(const QByteArray& image, Making making) : m_making(making) { Load(model, image); }
+  Side(const QByteArray& image, Making making) : m_making(making) { LoadImage(model, image); }
 
   /// What a run does and reports, but for the tables.
   Texts Run() {
@@ -87,8 +73,8 @@ void ExpectSameRuns(DTSDB& start, int changes, Change change) {
     }
     change(oneByOne.model);
     const QByteArray image = ImageOf(oneByOne.model);
-    Load(oneByOne.model, image);
-    Load(atOnce.model, image);
+    LoadImage(oneByOne.model, image);
+    LoadImage(atOnce.model, image);
   }
 }
 
