@@ -15,7 +15,7 @@
 namespace dtsdb::pictures {
 namespace {
 
-#ifdef DTSDB_SANITIZE
+#ifdef DTSDB_FEWER_CASES
 constexpr int kMapStations = 100;
 #else
 constexpr int kMapStations = 1000;

@@ -14,7 +14,7 @@ namespace dtsdb::pictures {
 namespace {
 
 /// The sanitizers take several times as long.
-#ifdef DTSDB_SANITIZE
+#ifdef DTSDB_FEWER_CASES
 constexpr int kStations = 60;
 constexpr std::size_t kSvgEvery = 1;
 #else

@@ -4,8 +4,8 @@
 
 namespace dtsdb::test {
 
-/// `usual` cases; under the sanitizers, where each costs many times as much, a quarter of them.
-#ifdef DTSDB_SANITIZE
+/// `usual` cases; in slow programs, such as those under the sanitizers, a quarter of them.
+#ifdef DTSDB_FEWER_CASES
 constexpr unsigned Cases(unsigned usual) { return (usual + 3) / 4; }
 #else
 constexpr unsigned Cases(unsigned usual) { return usual; }
