@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <utility>
@@ -18,6 +19,11 @@
 
 namespace dtsdb::tools {
 namespace {
+
+/// A run of more rows than these is a full one, whatever they are: TP::tpChange.
+constexpr std::ptrdiff_t kMostOfARun = 49;
+/// For more rows at once one full run takes less time than the incremental ones.
+constexpr std::size_t kMostInTurn = 1000;
 
 class Stopwatch {
  public:
@@ -103,11 +109,31 @@ bool TopologyTask::Look() {
 }
 
 void TopologyTask::FollowUp(TraceWindow::Taken taken) {
-  ApplyInOrder(taken.holding);
   for (TPTRACE& row : taken.fresh) row.n1 = NumberOf(row);
   ReportRows(taken);
-  const int count = static_cast<int>(taken.fresh.size());
-  m_model.m_tptraceTable->SetData(taken.fresh.data(), count, false);
+  if (taken.inTurn && taken.fresh.size() <= kMostInTurn) {
+    FollowUpInTurn(taken.fresh);
+  } else {
+    FollowUp(taken.holding, std::move(taken.fresh));
+  }
+}
+
+/// Follows the rows up by as many incremental runs as it takes. So each is logged, and while rows come so fast that many
+/// wait after each look, the task doesn't spend the time on full runs in which still more come.
+void TopologyTask::FollowUpInTurn(const std::vector<TPTRACE>& rows) {
+  for (auto begin = rows.begin(); begin != rows.end() && !m_replaced;) {
+    const auto end = begin + std::min(kMostOfARun, rows.end() - begin);
+    const std::vector<TPTRACE> part(begin, end);
+    FollowUp(part, part);
+    begin = end;
+  }
+}
+
+/// Follows up `fresh` by one run, after `holding` was put in its order.
+void TopologyTask::FollowUp(const std::vector<TPTRACE>& holding, std::vector<TPTRACE> fresh) {
+  ApplyInOrder(holding);
+  const int count = static_cast<int>(fresh.size());
+  m_model.m_tptraceTable->SetData(fresh.data(), count, false);
   ++m_run;
   Stopwatch watch;
   const analysis::Result<analysis::RunReport> run = m_runner.Run();

@@ -55,6 +55,8 @@ class TopologyTask {
 
   void LoadModel();
   void FollowUp(TraceWindow::Taken taken);
+  void FollowUpInTurn(const std::vector<TPTRACE>& rows);
+  void FollowUp(const std::vector<TPTRACE>& holding, std::vector<TPTRACE> fresh);
   void ReportRows(const TraceWindow::Taken& taken);
   int NumberOf(const TPTRACE& row);
   void ApplyInOrder(const std::vector<TPTRACE>& rows);

@@ -39,6 +39,7 @@ void TraceWindow::GoOn() {
     row->time = std::min(row->time, before);
     row->arrival = ++m_arrived;
   }
+  m_latest = std::min(m_latest, before);
   m_since = Before(before, kMinute);
 }
 
@@ -64,6 +65,8 @@ std::vector<u32> TraceWindow::TimesAtStart(const std::vector<TraceRow>& rows) co
 
 TraceWindow::Taken TraceWindow::Take(TraceReading reading) {
   Taken taken;
+  std::vector<u32> times;  // as of when the fresh rows hold
+  const u32 latestBefore = m_latest;
   const std::vector<u32> atStart = m_atStart ? TimesAtStart(reading.rows) : std::vector<u32>();
   std::unordered_map<oid_t, Row> known;
   if (!reading.whole) known.swap(m_known);
@@ -82,12 +85,14 @@ TraceWindow::Taken TraceWindow::Take(TraceReading reading) {
     if (m_setBack && reading.continued && !row.added) time = 0;
     known[row.number] = {row.record, time, ++m_arrived};
     if (time < m_since) continue;
+    m_latest = std::max(m_latest, time);
+    times.push_back(time);
     if (ahead) taken.ahead.push_back(row.record);
     taken.fresh.push_back(std::move(row.record));
   }
   m_known = std::move(known);
+  if (!taken.fresh.empty()) PutHolding(taken, times, latestBefore);
   m_atStart = false;
-  if (!taken.fresh.empty()) taken.holding = Holding();
   m_since = Before(m_now, kMinute);
   return taken;
 }
@@ -104,10 +109,22 @@ std::vector<TraceWindow::Row*> TraceWindow::InOrder(std::unordered_map<oid_t, Ro
   return rows;
 }
 
-std::vector<TPTRACE> TraceWindow::Holding() {
+/// What holds before the first of the fresh rows was put when it came. As a rule that is all that was known.
+void TraceWindow::PutHolding(Taken& taken, const std::vector<u32>& times, u32 latestBefore) {
+  const u32 earliest = *std::min_element(times.begin(), times.end());
+  const bool inOrder = std::is_sorted(times.begin(), times.end());
+  if (earliest < latestBefore || !inOrder || m_atStart || m_setBack) {
+    taken.holding = Holding(earliest);
+    return;
+  }
+  taken.holding = taken.fresh;
+  taken.inTurn = true;
+}
+
+std::vector<TPTRACE> TraceWindow::Holding(u32 earliest) {
   std::vector<TPTRACE> records;
   for (const Row* row : InOrder(m_known)) {
-    if (row->time >= m_since) records.push_back(row->record);
+    if (row->time >= std::max(m_since, earliest)) records.push_back(row->record);
   }
   return records;
 }

@@ -23,7 +23,9 @@ class TraceWindow {
   struct Taken {
     std::vector<TPTRACE> fresh;    ///< rows that weren't there at the look before, or had other contents
     std::vector<TPTRACE> ahead;    ///< those of them that are stamped ahead of the clock
-    std::vector<TPTRACE> holding;  ///< where there are fresh ones, all rows of the last minute; the last one holds
+    std::vector<TPTRACE> holding;  ///< in the order in which they hold, the last one longest: the fresh rows, and those
+                                   ///< of the last minute that hold after the first of them
+    bool inTurn = false;  ///< each fresh row holds after all rows of the looks before, so they can be taken one by one
   };
   Taken Look(TraceReader& reader);
 
@@ -43,7 +45,9 @@ class TraceWindow {
   std::vector<u32> TimesAtStart(const std::vector<TraceRow>& rows) const;
   /// The rows in the order in which they hold.
   static std::vector<Row*> InOrder(std::unordered_map<oid_t, Row>& known);
-  std::vector<TPTRACE> Holding();
+  /// The rows that hold as of `earliest` or later.
+  std::vector<TPTRACE> Holding(u32 earliest);
+  void PutHolding(Taken& taken, const std::vector<u32>& times, u32 latestBefore);
 
   const TaskClock& m_clock;
   bool m_atStart = true;   ///< nothing was taken yet
@@ -51,6 +55,7 @@ class TraceWindow {
   u32 m_since = 0;         ///< rows are wanted from this second on
   u32 m_now = 0;           ///< the time of this look
   double m_nowSteady = 0;  ///< the same by the steady clock
+  u32 m_latest = 0;  ///< no known row holds as of a later second
   std::uint64_t m_arrived = 0;
   std::unordered_map<oid_t, Row> m_known;
 };

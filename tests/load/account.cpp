@@ -14,7 +14,7 @@ constexpr std::size_t kMostFaults = 20;
 }  // namespace
 
 Account::Account(const Plan& plan, Timetable timetable) : m_plan(plan), m_timetable(timetable) {
-  for (int i = 0; i < plan.Components(); ++i) m_isOurs[plan.Component(i).load] = true;
+  for (int i = 0; i < plan.Components(); ++i) m_places[plan.Component(i).load] = i;
 }
 
 void Account::AddTraced(const std::vector<TracedEvent>& events) {
@@ -77,7 +77,7 @@ void Account::TakeFirst(const RunLine& run) {
 
 /// Accounts for all events up to `end`. `isExact`: the run has taken these and no others.
 void Account::TakeEvents(std::size_t end, const RunLine& run, bool isExact) {
-  LoggedByLoad logged = TakeLog(run.logFirst, run.logLast);
+  LoggedByPlace logged = TakeLog(run.logFirst, run.logLast);
   if (run.isIncremental) {
     Check(m_next, end, logged, isExact);
   } else {
@@ -87,71 +87,65 @@ void Account::TakeEvents(std::size_t end, const RunLine& run, bool isExact) {
   m_next = end;
 }
 
-Account::LoggedByLoad Account::TakeLog(int first, int last) {
-  LoggedByLoad logged;
+/// Takes the rows up to `last` off the log.
+Account::LoggedByPlace Account::TakeLog(int first, int last) {
+  LoggedByPlace logged;
   if (first == -1) return logged;
-  while (!m_log.empty() && m_log.front().number <= last) {
+  for (; !m_log.empty() && m_log.front().number <= last; m_log.pop_front()) {
     const LogRow& row = m_log.front();
     if (row.number < first) Fault(fmt::format("log row {} belongs to no run", row.number));
-    if (row.isLoad && m_isOurs.contains(row.name)) {
-      Logged& load = logged[row.name];
-      const bool isSection = row.event == "BS";
-      ++(isSection ? load.sections : load.changes);
-      if (!isSection) load.lastOn = row.event == "UNREMOVE";
-    }
-    m_log.pop_front();
+    const auto place = m_places.find(row.load);
+    if (row.matter == LogMatter::kOther || place == m_places.end()) continue;
+    // A load that is off leaves the dead section with the next run of its level, so its moves don't count.
+    const bool isBreaker = m_plan.Component(place->second).isBreaker;
+    if (isBreaker != (row.matter == LogMatter::kMove)) continue;
+    Logged& component = logged[place->second];
+    ++component.rows;
+    component.lastOn = row.isOn;
   }
   return logged;
 }
 
-void Account::Check(std::size_t begin, std::size_t end, LoggedByLoad& logged, bool isExact) {
-  struct Events {
-    int count = 0;
-    bool lastOn = false;
-  };
-  std::map<int, Events> events;  // of the components
+/// Compares the events from `begin` to `end` with what one run has logged. `isExact`: it has taken these and no others.
+void Account::Check(std::size_t begin, std::size_t end, LoggedByPlace& logged, bool isExact) {
+  std::map<int, Logged> expected;
   for (std::size_t i = begin; i < end; ++i) {
-    Events& of = events[m_plan.ComponentOf(m_events[i].row)];
-    ++of.count;
-    of.lastOn = m_plan.IsOn(m_events[i].row);
+    Logged& component = expected[m_plan.ComponentOf(m_events[i].row)];
+    ++component.rows;
+    component.lastOn = m_plan.IsOn(m_events[i].row);
   }
-  for (const auto& [place, of] : events) {
-    const int count = of.count;
+  for (const auto& [place, events] : expected) {
     const Switchable& component = m_plan.Component(place);
-    const auto found = logged.extract(component.load);
+    const auto found = logged.extract(place);
     const Logged got = found ? found.mapped() : Logged();
-    // The log has one change of section for all events that a run takes of a component, none for an even number.
-    const int changes = component.isBreaker ? 0 : count;
-    const int sections = count % 2;
-    const bool isWrong = isExact && changes > 0 && got.changes > 0 && got.lastOn != of.lastOn;
-    const int missing = std::max({isWrong ? 1 : 0, changes - got.changes, sections - got.sections});
-    const int surplus = isExact ? std::max({0, got.changes - changes, got.sections - sections}) : 0;
+    // A run that takes several events of a breaker moves its load once, or, when it ends as it was, not at all.
+    const int wanted = component.isBreaker ? events.rows % 2 : events.rows;
+    const bool isWrong = got.rows > 0 && got.lastOn != events.lastOn;
+    const int missing = std::max(isWrong ? 1 : 0, wanted - got.rows);
+    const int surplus = isExact ? std::max(0, got.rows - wanted) : 0;
     m_sums.lost += missing;
     m_sums.doubled += surplus;
-    m_sums.logged += count - missing;
+    m_sums.logged += events.rows - missing;
     if (missing + surplus == 0) continue;
-    Fault(fmt::format("{}: {} events, in the log {} changes of state and {} of section", component.name, count,
-                      got.changes, got.sections));
+    Fault(fmt::format("{}: {} events, {} rows in the log", component.name, events.rows, got.rows));
   }
   if (!isExact) return;
-  for (const auto& [load, got] : logged) {
-    ++m_sums.doubled;
-    Fault(fmt::format("{}: no event, in the log {} changes of state and {} of section", load, got.changes,
-                      got.sections));
+  for (const auto& [place, got] : logged) {
+    m_sums.doubled += got.rows;
+    Fault(fmt::format("{}: no event, {} rows in the log", m_plan.Component(place).name, got.rows));
   }
 }
 
 void Account::End() {
   if (m_log.empty()) return;
   const int first = m_log.front().number;
-  const int last = m_log.back().number;
-  LoggedByLoad logged = TakeLog(first, last);
+  LoggedByPlace logged = TakeLog(first, m_log.back().number);
+  std::set<int> found;
   std::size_t end = m_next;
-  std::set<std::string> found;
   for (; end < m_events.size() && found.size() < logged.size(); ++end) {
-    const std::string& load = m_plan.Component(m_plan.ComponentOf(m_events[end].row)).load;
-    if (!logged.contains(load)) break;
-    found.insert(load);
+    const int place = m_plan.ComponentOf(m_events[end].row);
+    if (!logged.contains(place)) break;
+    found.insert(place);
   }
   m_sums.unreported += static_cast<std::int64_t>(end - m_next);
   Check(m_next, end, logged, true);

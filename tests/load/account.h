@@ -20,12 +20,19 @@ struct TracedEvent {
   std::uint32_t time = 0; ///< its stamp
 };
 
+/// What a row of the log is about.
+enum class LogMatter {
+  kOther,
+  kState,  ///< a load was taken out or put back
+  kMove,   ///< a load has left the dead section or come there
+};
+
 /// A row of the log.
 struct LogRow {
   int number = 0;
-  bool isLoad = false;  ///< it is about a load
-  std::string name;
-  std::string event;
+  LogMatter matter = LogMatter::kOther;
+  bool isOn = false;  ///< the load was put back, or has left the dead section
+  std::string load;   ///< its identity
 };
 
 /// A line of the topology task about a run.
@@ -81,18 +88,17 @@ class Account {
   const std::vector<std::string>& Faults() const { return m_faults; }
 
  private:
-  /// What the log has about a component.
+  /// What a run has logged about one of our components.
   struct Logged {
-    int changes = 0;   ///< taken out or put back
-    int sections = 0;  ///< changes of section
+    int rows = 0;
     bool lastOn = false;
   };
-  using LoggedByLoad = std::map<std::string, Logged>;
+  using LoggedByPlace = std::map<int, Logged>;
 
-  LoggedByLoad TakeLog(int first, int last);
+  LoggedByPlace TakeLog(int first, int last);
   void TakeFirst(const RunLine& run);
   void TakeEvents(std::size_t end, const RunLine& run, bool isExact);
-  void Check(std::size_t begin, std::size_t end, LoggedByLoad& logged, bool isExact);
+  void Check(std::size_t begin, std::size_t end, LoggedByPlace& logged, bool isExact);
   void NoteLatencies(std::size_t end, std::int64_t at_ns, std::vector<std::uint32_t>& latencies);
   void Fault(const std::string& text);
 
@@ -103,7 +109,7 @@ class Account {
   std::deque<LogRow> m_log;
   bool m_isFirst = true;  ///< the next run is the first one of its life
   std::uint32_t m_since = 0;
-  std::map<std::string, bool> m_isOurs;
+  std::map<std::string, int> m_places;  ///< of our components in the plan, by their loads
   std::vector<std::uint32_t> m_latencies;
   std::vector<std::uint32_t> m_latenciesOverStarts;
   std::vector<std::string> m_faults;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
 #include "model/table_kinds.h"
 
@@ -10,6 +11,24 @@ namespace dtsdb::load {
 StoreFollower::StoreFollower(const std::string& store) {
   if (!m_database.open(store.c_str())) throw std::runtime_error(store + " can't be opened");
 }
+
+namespace {
+
+constexpr int kDeadSection = 0;
+
+LogRow RowOf(const tpl& stored) {
+  LogRow row;
+  row.number = stored.id;
+  if (stored.kind != KIND_LD) return row;
+  row.load = stored.name;
+  const std::string_view event = stored.event;
+  const bool isMove = event == "BS" && (stored.n2 == kDeadSection) != (stored.n3 == kDeadSection);
+  row.matter = isMove ? LogMatter::kMove : event == "BS" ? LogMatter::kOther : LogMatter::kState;
+  row.isOn = isMove ? stored.n2 != kDeadSection : event == "UNREMOVE";
+  return row;
+}
+
+}  // namespace
 
 void StoreFollower::Read() {
   ReadTrace();
@@ -37,7 +56,7 @@ void StoreFollower::ReadLog() {
   if (cursor.select() <= 0) return;
   std::vector<LogRow> fresh;
   for (const tpl* row = cursor.last(); row != nullptr && row->id >= m_nextLog; row = cursor.prev()) {
-    fresh.push_back({row->id, row->kind == KIND_LD, row->name, row->event});
+    fresh.push_back(RowOf(*row));
   }
   if (!fresh.empty()) m_nextLog = fresh.front().number + 1;
   m_log.insert(m_log.end(), fresh.rbegin(), fresh.rend());
