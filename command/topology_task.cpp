@@ -21,9 +21,9 @@ namespace dtsdb::tools {
 namespace {
 
 /// A run of more rows than these is a full one, whatever they are: TP::tpChange.
-constexpr std::ptrdiff_t kMostOfARun = 49;
-/// For more rows at once one full run takes less time than the incremental ones.
-constexpr std::size_t kMostInTurn = 1000;
+constexpr std::size_t kMostOfARun = 49;
+/// More rows at once would keep the last of them waiting: one full run takes less time.
+constexpr std::size_t kMostInTurn = 2000;
 
 class Stopwatch {
  public:
@@ -109,20 +109,24 @@ bool TopologyTask::Look() {
 }
 
 void TopologyTask::FollowUp(TraceWindow::Taken taken) {
-  for (TPTRACE& row : taken.fresh) row.n1 = NumberOf(row);
-  ReportRows(taken);
-  if (taken.inTurn && taken.fresh.size() <= kMostInTurn) {
-    FollowUpInTurn(taken.fresh);
-  } else {
-    FollowUp(taken.holding, std::move(taken.fresh));
+  for (std::vector<TPTRACE>* rows : {&taken.fresh, &taken.late, &taken.inTurn}) {
+    for (TPTRACE& row : *rows) row.n1 = NumberOf(row);
   }
+  ReportRows(taken);
+  if (taken.fresh.size() <= kMostOfARun || taken.inTurn.size() > kMostInTurn) {
+    taken.holding.insert(taken.holding.end(), taken.inTurn.begin(), taken.inTurn.end());
+    FollowUp(taken.holding, std::move(taken.fresh));
+    return;
+  }
+  if (!taken.late.empty()) FollowUp(taken.holding, std::move(taken.late));
+  FollowUpInTurn(taken.inTurn);
 }
 
-/// Follows the rows up by as many incremental runs as it takes. So each is logged, and while rows come so fast that many
-/// wait after each look, the task doesn't spend the time on full runs in which still more come.
+/// Follows the rows up by as many incremental runs as it takes. So each is logged, and while rows come so fast that
+/// many wait after each look, the task doesn't spend the time on full runs in which still more come.
 void TopologyTask::FollowUpInTurn(const std::vector<TPTRACE>& rows) {
   for (auto begin = rows.begin(); begin != rows.end() && !m_replaced;) {
-    const auto end = begin + std::min(kMostOfARun, rows.end() - begin);
+    const auto end = begin + std::min(static_cast<std::ptrdiff_t>(kMostOfARun), rows.end() - begin);
     const std::vector<TPTRACE> part(begin, end);
     FollowUp(part, part);
     begin = end;

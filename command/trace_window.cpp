@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace dtsdb::tools {
@@ -12,6 +13,9 @@ namespace {
 constexpr u32 kMinute = 60;
 /// The two clocks may differ by so many seconds without one having been set: they are read one after the other.
 constexpr u32 kTolerance = 2;
+
+/// A second that no row holds as of.
+constexpr u32 kNever = std::numeric_limits<u32>::max();
 
 u32 Before(u32 time, u32 seconds) { return time - std::min(time, seconds); }
 
@@ -66,7 +70,9 @@ std::vector<u32> TraceWindow::TimesAtStart(const std::vector<TraceRow>& rows) co
 TraceWindow::Taken TraceWindow::Take(TraceReading reading) {
   Taken taken;
   std::vector<u32> times;  // as of when the fresh rows hold
-  const u32 latestBefore = m_latest;
+  const std::uint64_t arrivedBefore = m_arrived;
+  // At a start, and when the clock was set back, all rows are put at once: those from before may be among them.
+  const u32 latestBefore = m_atStart || m_setBack ? kNever : m_latest;
   const std::vector<u32> atStart = m_atStart ? TimesAtStart(reading.rows) : std::vector<u32>();
   std::unordered_map<oid_t, Row> known;
   if (!reading.whole) known.swap(m_known);
@@ -91,7 +97,7 @@ TraceWindow::Taken TraceWindow::Take(TraceReading reading) {
     taken.fresh.push_back(std::move(row.record));
   }
   m_known = std::move(known);
-  if (!taken.fresh.empty()) PutHolding(taken, times, latestBefore);
+  Part(taken, times, arrivedBefore, latestBefore);
   m_atStart = false;
   m_since = Before(m_now, kMinute);
   return taken;
@@ -109,22 +115,29 @@ std::vector<TraceWindow::Row*> TraceWindow::InOrder(std::unordered_map<oid_t, Ro
   return rows;
 }
 
-/// What holds before the first of the fresh rows was put when it came. As a rule that is all that was known.
-void TraceWindow::PutHolding(Taken& taken, const std::vector<u32>& times, u32 latestBefore) {
-  const u32 earliest = *std::min_element(times.begin(), times.end());
-  const bool inOrder = std::is_sorted(times.begin(), times.end());
-  if (earliest < latestBefore || !inOrder || m_atStart || m_setBack) {
-    taken.holding = Holding(earliest);
-    return;
+/// Rows that hold before the first late one were put when they came, so they needn't be put again. As a rule no row is
+/// late: two programs must have written at the turn of a second, or one have waited for its turn to write.
+void TraceWindow::Part(Taken& taken, const std::vector<u32>& times, std::uint64_t arrivedBefore, u32 latestBefore) {
+  u32 earliest = kNever;
+  std::vector<std::pair<u32, std::size_t>> inTurn;
+  for (std::size_t i = 0; i < times.size(); ++i) {
+    if (times[i] >= latestBefore) {
+      inTurn.emplace_back(times[i], i);
+      continue;
+    }
+    earliest = std::min(earliest, times[i]);
+    taken.late.push_back(taken.fresh[i]);
   }
-  taken.holding = taken.fresh;
-  taken.inTurn = true;
+  std::sort(inTurn.begin(), inTurn.end());
+  for (const auto& [time, place] : inTurn) taken.inTurn.push_back(taken.fresh[place]);
+  if (!taken.late.empty()) taken.holding = Holding(earliest, arrivedBefore, latestBefore);
 }
 
-std::vector<TPTRACE> TraceWindow::Holding(u32 earliest) {
+std::vector<TPTRACE> TraceWindow::Holding(u32 earliest, std::uint64_t arrivedBefore, u32 latestBefore) {
   std::vector<TPTRACE> records;
   for (const Row* row : InOrder(m_known)) {
-    if (row->time >= std::max(m_since, earliest)) records.push_back(row->record);
+    const bool isInTurn = row->arrival > arrivedBefore && row->time >= latestBefore;
+    if (row->time >= std::max(m_since, earliest) && !isInTurn) records.push_back(row->record);
   }
   return records;
 }

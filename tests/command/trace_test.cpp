@@ -188,7 +188,13 @@ class Window : public Trace {
     return IdsOf(m_taken.fresh);
   }
   /// The row that holds for B.
-  int Holds() const { return m_taken.holding.empty() ? -1 : m_taken.holding.back().id; }
+  int Holds() const { return Order().empty() ? -1 : Order().back(); }
+  /// The ids of the rows that are put, in the order in which they hold.
+  Ids Order() const {
+    Ids ids = IdsOf(m_taken.holding);
+    for (const TPTRACE& row : m_taken.inTurn) ids.push_back(row.id);
+    return ids;
+  }
 
   std::optional<TraceReader> m_reader;
   std::optional<TraceWindow> m_window;
@@ -213,7 +219,7 @@ TEST_F(Window, WithinASecondTheLaterInsertedRowHolds) {
   Look();
   for (const int id : {9, 7, 8}) Add(id, kNoon);
   EXPECT_EQ(Look(), (Ids{9, 7, 8}));
-  EXPECT_EQ(IdsOf(m_taken.holding), (Ids{9, 7, 8}));
+  EXPECT_EQ(Order(), (Ids{9, 7, 8}));
   Add(1, kNoon);
   EXPECT_EQ(Look(), Ids{1});
   EXPECT_EQ(Holds(), 1);
@@ -228,7 +234,32 @@ TEST_F(Window, RowsOfTheLastMinuteComeBeforeTheOnesOfNow) {
   Look();
   Add(2, kNoon - 10);
   EXPECT_EQ(Look(), Ids{2});
-  EXPECT_EQ(IdsOf(m_taken.holding), (Ids{2, 1})) << "row 2 happened before row 1";
+  EXPECT_EQ(Order(), (Ids{2, 1})) << "row 2 happened before row 1";
+}
+
+TEST_F(Window, LateRowsAreKeptApartFromThoseThatHoldInTurn) {
+  Start(kNoon);
+  Look();
+  Add(1, kNoon);
+  Look();
+  EXPECT_EQ(IdsOf(m_taken.inTurn), Ids{1});
+  Wait(1);
+  Add(2, kNoon + 1);
+  Add(3, kNoon - 1);
+  Add(4, kNoon);
+  EXPECT_EQ(Look(), (Ids{2, 3, 4}));
+  EXPECT_EQ(IdsOf(m_taken.late), Ids{3});
+  EXPECT_EQ(IdsOf(m_taken.holding), (Ids{3, 1}));
+  EXPECT_EQ(IdsOf(m_taken.inTurn), (Ids{4, 2}));
+}
+
+TEST_F(Window, RowsThatWereThereBeforeTheStartAreAllLate) {
+  Add(1, kNoon);
+  Add(2, kNoon);
+  Start(kNoon);
+  EXPECT_EQ(Look(), (Ids{1, 2}));
+  EXPECT_EQ(IdsOf(m_taken.late), (Ids{1, 2}));
+  EXPECT_EQ(IdsOf(m_taken.inTurn), Ids{});
 }
 
 TEST_F(Window, RowsFromLongAgoAreNotTaken) {
@@ -266,11 +297,11 @@ TEST_F(Window, RowsAheadOfTheClockHoldInTheOrderOfTheirArrival) {
   Add(5, kNoon + 9000);
   Add(4, kNoon + 7000);
   EXPECT_EQ(Look(), (Ids{5, 4}));
-  EXPECT_EQ(IdsOf(m_taken.holding), (Ids{5, 4}));
+  EXPECT_EQ(Order(), (Ids{5, 4}));
   Wait(1);
   Add(3, kNoon + 8000);
   EXPECT_EQ(Look(), Ids{3});
-  EXPECT_EQ(IdsOf(m_taken.holding), Ids{3}) << "after rows 5 and 4";
+  EXPECT_EQ(Order(), Ids{3}) << "after rows 5 and 4";
 }
 
 TEST_F(Window, OldRowAheadOfTheClockDoesNotHoldAgainAtTheNextStart) {
@@ -340,10 +371,10 @@ TEST_F(Window, ClockSetBackKeepsTheOrderOfWhatWasTaken) {
   SetClock(kNoon - 1000);
   Add(3, m_day, "C");
   EXPECT_EQ(Look(), Ids{3});
-  EXPECT_EQ(IdsOf(m_taken.holding), Ids{3}) << "after rows 2 and 1";
+  EXPECT_EQ(Order(), Ids{3}) << "after rows 2 and 1";
   Add(4, m_day - 30, "C");
   EXPECT_EQ(Look(), Ids{4});
-  EXPECT_EQ(IdsOf(m_taken.holding), (Ids{4, 2, 1, 3}));
+  EXPECT_EQ(Order(), (Ids{4, 2, 1, 3}));
 }
 
 TEST_F(Window, ClockSetBackBetweenRareLooksLosesNothing) {

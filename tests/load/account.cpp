@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 namespace dtsdb::load {
@@ -19,6 +18,7 @@ Account::Account(const Plan& plan, Timetable timetable) : m_plan(plan), m_timeta
 
 void Account::AddTraced(const std::vector<TracedEvent>& events) {
   m_events.insert(m_events.end(), events.begin(), events.end());
+  m_isTaken.resize(m_events.size(), false);
   m_sums.written += static_cast<std::int64_t>(events.size());
 }
 
@@ -42,13 +42,50 @@ void Account::AddRun(const RunLine& run) {
     TakeFirst(run);
     return;
   }
-  if (!run.isIncremental) ++m_sums.fullRuns;
-  const std::size_t end = m_next + static_cast<std::size_t>(run.rows);
-  if (end > m_events.size()) {
-    Fault(fmt::format("a run has taken {} rows where {} were new", run.rows, m_events.size() - m_next));
-    m_sums.doubled += static_cast<std::int64_t>(end - m_events.size());
+  LoggedByPlace logged = TakeLog(run.logFirst, run.logLast);
+  const std::vector<TracedEvent> events = Claim(run.rows, logged);
+  const int surplus = run.rows - static_cast<int>(events.size());
+  if (surplus > 0) {
+    m_sums.doubled += surplus;
+    Fault(fmt::format("a run has taken {} rows where {} were new", run.rows, events.size()));
   }
-  TakeEvents(std::min(end, m_events.size()), run, true);
+  if (run.isIncremental) {
+    Check(events, logged, true);
+  } else {
+    ++m_sums.fullRuns;
+    m_sums.inFullRuns += static_cast<std::int64_t>(events.size());
+  }
+  NoteLatencies(events, run.at_ns, m_latencies);
+}
+
+/// Takes the events of a run of so many rows: the next ones of the components that it has logged, then the next ones of
+/// all.
+std::vector<TracedEvent> Account::Claim(int count, const LoggedByPlace& logged) {
+  constexpr std::size_t kFurthest = 5000;
+  const std::size_t end = std::min(m_events.size(), m_next + kFurthest + static_cast<std::size_t>(count));
+  std::map<int, int> wanted;
+  for (const auto& [place, got] : logged) wanted[place] = got.rows;
+  std::vector<TracedEvent> events;
+  const auto claimIf = [&](auto isMeant) {
+    for (std::size_t i = m_next; i < end && static_cast<int>(events.size()) < count; ++i) {
+      if (m_isTaken[i] || !isMeant(m_plan.ComponentOf(m_events[i].row))) continue;
+      m_isTaken[i] = true;
+      events.push_back(m_events[i]);
+    }
+  };
+  claimIf([&](int place) { return wanted.contains(place) && wanted[place]-- > 0; });
+  claimIf([](int) { return true; });
+  while (m_next < m_events.size() && m_isTaken[m_next]) ++m_next;
+  return events;
+}
+
+std::vector<TracedEvent> Account::ClaimUpTo(std::size_t end) {
+  std::vector<TracedEvent> events;
+  for (; m_next < end; ++m_next) {
+    if (!m_isTaken[m_next]) events.push_back(m_events[m_next]);
+    m_isTaken[m_next] = true;
+  }
+  return events;
 }
 
 /// The first run of a life takes every row stamped from m_since on that was there: the row at which their number is
@@ -72,19 +109,14 @@ void Account::TakeFirst(const RunLine& run) {
     Fault(fmt::format("the first run has taken {} rows, of {} that were there", run.rows, run.rows - left));
     m_sums.doubled += left;
   }
-  TakeEvents(std::max(at, m_next), run, false);
-}
-
-/// Accounts for all events up to `end`. `isExact`: the run has taken these and no others.
-void Account::TakeEvents(std::size_t end, const RunLine& run, bool isExact) {
   LoggedByPlace logged = TakeLog(run.logFirst, run.logLast);
+  const std::vector<TracedEvent> events = ClaimUpTo(std::max(at, m_next));
   if (run.isIncremental) {
-    Check(m_next, end, logged, isExact);
+    Check(events, logged, false);
   } else {
-    m_sums.inFullRuns += static_cast<std::int64_t>(end - m_next);
+    m_sums.inFullRuns += static_cast<std::int64_t>(events.size());
   }
-  NoteLatencies(end, run.at_ns, isExact ? m_latencies : m_latenciesOverStarts);
-  m_next = end;
+  NoteLatencies(events, run.at_ns, m_latenciesOverStarts);
 }
 
 /// Takes the rows up to `last` off the log.
@@ -106,28 +138,28 @@ Account::LoggedByPlace Account::TakeLog(int first, int last) {
   return logged;
 }
 
-/// Compares the events from `begin` to `end` with what one run has logged. `isExact`: it has taken these and no others.
-void Account::Check(std::size_t begin, std::size_t end, LoggedByPlace& logged, bool isExact) {
+/// Compares the events of a run with what it has logged. `isExact`: it has taken these and no others.
+void Account::Check(const std::vector<TracedEvent>& events, LoggedByPlace& logged, bool isExact) {
   std::map<int, Logged> expected;
-  for (std::size_t i = begin; i < end; ++i) {
-    Logged& component = expected[m_plan.ComponentOf(m_events[i].row)];
+  for (const TracedEvent& event : events) {
+    Logged& component = expected[m_plan.ComponentOf(event.row)];
     ++component.rows;
-    component.lastOn = m_plan.IsOn(m_events[i].row);
+    component.lastOn = m_plan.IsOn(event.row);
   }
-  for (const auto& [place, events] : expected) {
+  for (const auto& [place, wrote] : expected) {
     const Switchable& component = m_plan.Component(place);
     const auto found = logged.extract(place);
     const Logged got = found ? found.mapped() : Logged();
     // A run that takes several events of a breaker moves its load once, or, when it ends as it was, not at all.
-    const int wanted = component.isBreaker ? events.rows % 2 : events.rows;
-    const bool isWrong = got.rows > 0 && got.lastOn != events.lastOn;
+    const int wanted = component.isBreaker ? wrote.rows % 2 : wrote.rows;
+    const bool isWrong = got.rows > 0 && got.lastOn != wrote.lastOn;
     const int missing = std::max(isWrong ? 1 : 0, wanted - got.rows);
     const int surplus = isExact ? std::max(0, got.rows - wanted) : 0;
     m_sums.lost += missing;
     m_sums.doubled += surplus;
-    m_sums.logged += events.rows - missing;
+    m_sums.logged += wrote.rows - missing;
     if (missing + surplus == 0) continue;
-    Fault(fmt::format("{}: {} events, {} rows in the log", component.name, events.rows, got.rows));
+    Fault(fmt::format("{}: {} events, {} rows in the log", component.name, wrote.rows, got.rows));
   }
   if (!isExact) return;
   for (const auto& [place, got] : logged) {
@@ -140,22 +172,17 @@ void Account::End() {
   if (m_log.empty()) return;
   const int first = m_log.front().number;
   LoggedByPlace logged = TakeLog(first, m_log.back().number);
-  std::set<int> found;
-  std::size_t end = m_next;
-  for (; end < m_events.size() && found.size() < logged.size(); ++end) {
-    const int place = m_plan.ComponentOf(m_events[end].row);
-    if (!logged.contains(place)) break;
-    found.insert(place);
-  }
-  m_sums.unreported += static_cast<std::int64_t>(end - m_next);
-  Check(m_next, end, logged, true);
-  m_next = end;
+  int rows = 0;
+  for (const auto& [place, got] : logged) rows += got.rows;
+  const std::vector<TracedEvent> events = Claim(rows, logged);
+  m_sums.unreported += static_cast<std::int64_t>(events.size());
+  Check(events, logged, true);
 }
 
-void Account::NoteLatencies(std::size_t end, std::int64_t at_ns, std::vector<std::uint32_t>& latencies) {
-  for (std::size_t i = m_next; i < end; ++i) {
-    const int row = m_events[i].row;
-    const std::int64_t due = m_timetable.DueNs(row % m_plan.Writers(), row / m_plan.Writers());
+void Account::NoteLatencies(const std::vector<TracedEvent>& events, std::int64_t at_ns,
+                            std::vector<std::uint32_t>& latencies) {
+  for (const TracedEvent& event : events) {
+    const std::int64_t due = m_timetable.DueNs(event.row % m_plan.Writers(), event.row / m_plan.Writers());
     latencies.push_back(static_cast<std::uint32_t>(std::max<std::int64_t>(0, at_ns - due) / 1000));
   }
 }

@@ -16,8 +16,8 @@ namespace dtsdb::load {
 
 /// A row of the trace, in the order in which the rows were inserted.
 struct TracedEvent {
-  int row = 0;            ///< its number, as the plan gave it
-  std::uint32_t time = 0; ///< its stamp
+  int row = 0;             ///< its number, as the plan gave it
+  std::uint32_t time = 0;  ///< its stamp
 };
 
 /// What a row of the log is about.
@@ -46,22 +46,23 @@ struct RunLine {
 };
 
 /// Follows the task through its lives. Within a life every row of the trace is taken by one run, in the order of
-/// insertion; an incremental run logs for each event what Switchable has. At the start of a life the rows from a minute
-/// before the last run on are taken again, which is documented.
+/// insertion but for a few that were stamped in the second before; an incremental run logs for each event what
+/// Switchable has. At the start of a life the rows from a minute before the last run on are taken again, which is
+/// documented.
 class Account {
  public:
   struct Sums {
-    std::int64_t written = 0;       ///< rows of the trace
-    std::int64_t logged = 0;        ///< events whose rows stand in the log once
-    std::int64_t inFullRuns = 0;    ///< events that a full run has followed up, which keeps no log
-    std::int64_t repeated = 0;      ///< rows taken again at the start of a life
-    std::int64_t lost = 0;          ///< events that no run has taken, or whose rows the log lacks
-    std::int64_t doubled = 0;       ///< rows of the log about our components that no event accounts for
-    std::int64_t runs = 0;          ///< all of them
-    std::int64_t fullRuns = 0;      ///< of these, those behind a start not counted
+    std::int64_t written = 0;     ///< rows of the trace
+    std::int64_t logged = 0;      ///< events whose rows stand in the log once
+    std::int64_t inFullRuns = 0;  ///< events that a full run has followed up, which keeps no log
+    std::int64_t repeated = 0;    ///< rows taken again at the start of a life
+    std::int64_t lost = 0;        ///< events that no run has taken, or whose rows the log lacks
+    std::int64_t doubled = 0;     ///< rows of the log about our components that no event accounts for
+    std::int64_t runs = 0;        ///< all of them
+    std::int64_t fullRuns = 0;    ///< of these, those behind a start not counted
     std::int64_t failedRuns = 0;
     std::int64_t logRows = 0;
-    std::int64_t unreported = 0;    ///< events of runs that were committed but not reported, for the task was killed
+    std::int64_t unreported = 0;  ///< events of runs that were committed but not reported, for the task was killed
   };
 
   /// The plan must outlive it.
@@ -73,8 +74,8 @@ class Account {
   void Begin(std::uint32_t since);
   /// All rows of the trace and the log that the run has seen must have been added.
   void AddRun(const RunLine& run);
-  /// A life has ended, all its lines have been added and all that it left in the log. What is left there over belongs to
-  /// a run that was committed before its line was written.
+  /// A life has ended, all its lines have been added and all that it left in the log. What is left there over belongs
+  /// to a run that was committed before its line was written.
   void End();
 
   const Sums& Result() const { return m_sums; }
@@ -97,15 +98,17 @@ class Account {
 
   LoggedByPlace TakeLog(int first, int last);
   void TakeFirst(const RunLine& run);
-  void TakeEvents(std::size_t end, const RunLine& run, bool isExact);
-  void Check(std::size_t begin, std::size_t end, LoggedByPlace& logged, bool isExact);
-  void NoteLatencies(std::size_t end, std::int64_t at_ns, std::vector<std::uint32_t>& latencies);
+  std::vector<TracedEvent> Claim(int count, const LoggedByPlace& logged);
+  std::vector<TracedEvent> ClaimUpTo(std::size_t end);
+  void Check(const std::vector<TracedEvent>& events, LoggedByPlace& logged, bool isExact);
+  void NoteLatencies(const std::vector<TracedEvent>& events, std::int64_t at_ns, std::vector<std::uint32_t>& latencies);
   void Fault(const std::string& text);
 
   const Plan& m_plan;
   Timetable m_timetable;
   std::vector<TracedEvent> m_events;
-  std::size_t m_next = 0;  ///< the first event that no run has taken
+  std::vector<bool> m_isTaken;  ///< the events, by a run
+  std::size_t m_next = 0;       ///< the first event that no run has taken
   std::deque<LogRow> m_log;
   bool m_isFirst = true;  ///< the next run is the first one of its life
   std::uint32_t m_since = 0;

@@ -1,6 +1,6 @@
 /// \file
-/// The programs beside the topology task: those that write events, those that read, those that watch the page. Each runs
-/// in a process of its own, with a database of its own, until the notes have it stop.
+/// The programs beside the topology task: those that write events, those that read, those that watch the page. Each
+/// runs in a process of its own, with a database of its own, until the notes have it stop.
 #pragma once
 
 #include <cstdint>

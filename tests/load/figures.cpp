@@ -56,7 +56,8 @@ std::vector<Row> Rows(const Figures& f) {
   const auto& s = f.sums;
   return {
       {"stations, components switched", fmt::format("{}, {}", f.stations, f.components)},
-      {"duration, events a second", fmt::format("{:.0f} s, {:.0f}", f.seconds, static_cast<double>(f.committed) / f.seconds)},
+      {"duration, events a second",
+       fmt::format("{:.0f} s, {:.0f}", f.seconds, static_cast<double>(f.committed) / f.seconds)},
       {"restarts of the task", fmt::format("{}, every other one by SIGKILL", f.restarts)},
       {"events written", fmt::format("{}", f.committed)},
       {"  in the log, once", fmt::format("{}", s.logged)},
@@ -97,7 +98,8 @@ std::vector<Promise> Promises(const Figures& f) {
   const auto& s = f.sums;
   const bool everyOne = s.logged + s.inFullRuns == f.committed && s.written == f.committed;
   return {
-      {"every event is accounted for once: in the log, or in a full run", true, everyOne && s.lost == 0 && s.doubled == 0},
+      {"every event is accounted for once: in the log, or in a full run", true,
+       everyOne && s.lost == 0 && s.doubled == 0},
       {"no run fails", true, s.failedRuns == 0 && f.faults.empty()},
       {"every component is in the state of its last event", true, f.wrongStates == 0},
       {"the last topology is that of a full run", true, f.differences == 0},
@@ -122,7 +124,11 @@ std::string FiguresAsText(const Figures& figures) {
   for (const auto& [name, value] : Rows(figures)) text += fmt::format("{:<40}{}\n", name, value);
   text += SeriesAsText(figures) + "\n";
   for (const Promise& promise : Promises(figures)) {
-    text += fmt::format("{:<12}{}\n", !promise.isJudged ? "too short" : promise.holds ? "holds" : "BROKEN", promise.text);
+    text += fmt::format("{:<12}{}\n",
+                        !promise.isJudged ? "too short"
+                        : promise.holds   ? "holds"
+                                          : "BROKEN",
+                        promise.text);
   }
   for (const std::string& fault : figures.faults) text += "fault: " + fault + "\n";
   return text;
@@ -132,12 +138,15 @@ std::string FiguresAsJson(const Figures& figures) {
   Json object;
   for (const auto& [name, value] : Rows(figures)) object["figures"][name.substr(name.find_first_not_of(' '))] = value;
   for (const Sample& s : figures.samples) {
-    object["samples"].push_back({{"second", s.second}, {"run_mb", s.run_mb}, {"serve_mb", s.serve_mb},
-                                 {"reader_mb", s.reader_mb}, {"writer_mb", s.writer_mb}, {"store_mb", s.file_mb}});
+    object["samples"].push_back({{"second", s.second},
+                                 {"run_mb", s.run_mb},
+                                 {"serve_mb", s.serve_mb},
+                                 {"reader_mb", s.reader_mb},
+                                 {"writer_mb", s.writer_mb},
+                                 {"store_mb", s.file_mb}});
   }
   for (const Promise& promise : Promises(figures)) {
-    object["promises"].push_back(
-        {{"text", promise.text}, {"judged", promise.isJudged}, {"holds", promise.holds}});
+    object["promises"].push_back({{"text", promise.text}, {"judged", promise.isJudged}, {"holds", promise.holds}});
   }
   object["faults"] = figures.faults;
   object["good"] = AllHold(figures);

@@ -12,12 +12,12 @@ namespace dtsdb::load {
 
 /// Memory and file at one moment.
 struct Sample {
-  double second = 0;       ///< since the first event was due
-  double run_mb = 0;       ///< the topology task; these are megabytes of memory that a program has for itself
+  double second = 0;  ///< since the first event was due
+  double run_mb = 0;  ///< the topology task; these are megabytes of memory that a program has for itself
   double serve_mb = 0;
-  double reader_mb = 0;    ///< the largest of the readers
-  double writer_mb = 0;    ///< the largest of the writers
-  double file_mb = 0;      ///< the store's file
+  double reader_mb = 0;  ///< the largest of the readers
+  double writer_mb = 0;  ///< the largest of the writers
+  double file_mb = 0;    ///< the store's file
 };
 
 /// Times from an event to its result, in milliseconds.
@@ -30,13 +30,13 @@ struct Latency {
 struct Figures {
   int stations = 0;
   int components = 0;
-  double rate = 0;          ///< events a second, asked for
+  double rate = 0;  ///< events a second, asked for
   double seconds = 0;
-  int restarts = 0;         ///< of these, every other one by SIGKILL
+  int restarts = 0;  ///< of these, every other one by SIGKILL
   Account::Sums sums;
   std::int64_t committed = 0;  ///< events, by the writers
-  Latency latency;          ///< of events that found a task
-  Latency overStarts;       ///< of those that had to wait for the next one
+  Latency latency;             ///< of events that found a task
+  Latency overStarts;          ///< of those that had to wait for the next one
   double slowestWrite_ms = 0;
   double slowestRow_ms = 0;
   double slowestTable_ms = 0;
@@ -44,15 +44,15 @@ struct Figures {
   std::int64_t tableReads = 0;
   std::int64_t torn = 0;
   int viewers = 0;
-  int viewersServed = 0;    ///< still connected at the end, with events until then
+  int viewersServed = 0;  ///< still connected at the end, with events until then
   std::int64_t viewerEvents = 0;
   double slowestPrune_ms = 0;
   int prunings = 0;
-  std::vector<Sample> samples;    ///< one a second
-  double warmUp_s = 0;            ///< until the logs have the length that pruning leaves them
-  int differences = 0;            ///< of the last state from a full run
-  int wrongStates = 0;            ///< components that aren't in the state of their last event
-  bool goodStore = true;          ///< all its pages and rows can be read
+  std::vector<Sample> samples;  ///< one a second
+  double warmUp_s = 0;          ///< until the logs have the length that pruning leaves them
+  int differences = 0;          ///< of the last state from a full run
+  int wrongStates = 0;          ///< components that aren't in the state of their last event
+  bool goodStore = true;        ///< all its pages and rows can be read
   std::vector<std::string> faults;
 };
 

@@ -52,8 +52,8 @@ LastState JudgeLastState(const std::string& store, const Plan& plan, const std::
   constexpr std::size_t kMost = 10;
   for (const analysis::Difference& difference : analysis::CompareWithFullRun(model)) {
     if (state.differences.size() == kMost) break;
-    state.differences.push_back(
-        fmt::format("{} {}: {}; full run: {}", difference.table, difference.identity, difference.here, difference.there));
+    state.differences.push_back(fmt::format("{} {}: {}; full run: {}", difference.table, difference.identity,
+                                            difference.here, difference.there));
   }
   return state;
 }

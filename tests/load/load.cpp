@@ -10,6 +10,7 @@
 #include <csignal>
 #include <ctime>
 #include <deque>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <new>
@@ -27,8 +28,7 @@
 namespace dtsdb::load {
 
 Notes& Notes::Shared() {
-  void* const memory =
-      ::mmap(nullptr, sizeof(Notes), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  void* const memory = ::mmap(nullptr, sizeof(Notes), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) throw std::runtime_error("there is no memory to share with other processes");
   return *new (memory) Notes;
 }
@@ -118,10 +118,10 @@ class Load {
   std::vector<Switchable> MakeStore() {
     const std::string model = m_options.folder + "/grid.obj";
     const std::string store = "rtdb:" + m_store;
-    const std::vector<std::vector<std::string>> steps = {
-        {"generate", "--stations", std::to_string(m_options.stations), "--seed", std::to_string(m_options.seed), "-o", model},
-        {"validate", model, "-o", store},
-        {"run", store, "--once"}};
+    const std::vector<std::vector<std::string>> steps = {{"generate", "--stations", std::to_string(m_options.stations),
+                                                          "--seed", std::to_string(m_options.seed), "-o", model},
+                                                         {"validate", model, "-o", store},
+                                                         {"run", store, "--once"}};
     for (const std::vector<std::string>& step : steps) {
       const int code = RunProgram(Command(step), Messages());
       if (code != 0) throw std::runtime_error(fmt::format("dtsdb {} ended with {}; see {}", step[0], code, Messages()));
@@ -137,7 +137,7 @@ class Load {
   }
 
   void StartActors() {
-    constexpr std::int64_t kHeadStart_ns = 3'000'000'000;  // until the task has stored its first results
+    constexpr std::int64_t kHeadStart_ns = 2'000'000'000;  // until the task has stored its first results
     m_timetable = {NowNs() + kHeadStart_ns, m_options.rate, m_options.writers};
     for (int i = 0; i < m_options.writers; ++i) {
       m_writers.Add([this, i] { WriteEvents(m_store, m_plan, m_timetable, i, m_notes); });
@@ -186,6 +186,7 @@ class Load {
   }
 
   void TakeLine(const TimedLine& line, std::vector<RunLine>& runs) {
+    if (!m_options.lines.empty()) m_lines << line.text << '\n';
     const nlohmann::json object = nlohmann::json::parse(line.text, nullptr, false);
     if (object.is_discarded()) {
       m_figures.faults.push_back("dtsdb run wrote: " + line.text);
@@ -216,7 +217,7 @@ class Load {
       std::this_thread::sleep_for(std::chrono::milliseconds(20));
       if (audit.IsDue(now)) Audit();
       if (sample.IsDue(now)) Sample(now);
-      if (restart.IsDue(now) && now + 5 < end) RestartTask();
+      if (restart.IsDue(now) && now + std::min(5.0, m_options.restart_s / 2) < end) RestartTask();
       if (prune.IsDue(now)) StartPruning();
       GoOnPruning();
       if (m_task->Ended()) throw std::runtime_error("dtsdb run has ended by itself; see " + Messages());
@@ -332,6 +333,7 @@ class Load {
   std::string m_store;
   Plan m_plan;
   Notes& m_notes = Notes::Shared();
+  std::ofstream m_lines{m_options.lines, std::ios::app};
   Timetable m_timetable;
   std::optional<Program> m_serve;
   Actors m_writers;

@@ -22,7 +22,7 @@ void ForEachRow(dbDatabase& database, Visit visit) {
 constexpr nat4 kOpenEnds = 3;  // of the status of a branch: either end is open
 
 struct Node {
-  int attached = 0;             // devices, buses and ends of branches
+  int attached = 0;                 // devices, buses and ends of branches
   std::vector<std::string> closed;  // breakers
 };
 

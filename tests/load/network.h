@@ -10,8 +10,8 @@
 namespace dtsdb::load {
 
 /// A component whose switching takes the supply of one load away or gives it back, and leaves that of all others. An
-/// incremental run logs an event of it in one row: of a breaker that its load has come to the dead section or left it, of
-/// a load that it was taken out or put back. Each load of the network belongs to one such component at most.
+/// incremental run logs an event of it in one row: of a breaker that its load has come to the dead section or left it,
+/// of a load that it was taken out or put back. Each load of the network belongs to one such component at most.
 struct Switchable {
   std::string name;  ///< identity of the breaker or the load
   std::string load;  ///< identity of the load

@@ -10,7 +10,9 @@
 namespace dtsdb::load {
 
 /// Nanoseconds of the steady clock, which is the same in all processes of the machine.
-inline std::int64_t NowNs() { return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1); }
+inline std::int64_t NowNs() {
+  return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1);
+}
 
 /// Raises `most` to `value` where that is more.
 inline void NoteMost(std::atomic<std::int64_t>& most, std::int64_t value) {
@@ -18,17 +20,18 @@ inline void NoteMost(std::atomic<std::int64_t>& most, std::int64_t value) {
 }
 
 struct WriterNotes {
-  std::atomic<std::int64_t> events = 0;      ///< committed
-  std::atomic<std::int64_t> slowest_ns = 0;  ///< from the first call to the end of the commit, the wait for the turn included
+  std::atomic<std::int64_t> events = 0;  ///< committed
+  std::atomic<std::int64_t> slowest_ns =
+      0;  ///< from the first call to the end of the commit, the wait for the turn included
   std::atomic<bool> failed = false;
 };
 
 struct ReaderNotes {
-  std::atomic<std::int64_t> rows = 0;            ///< transactions that read two rows
-  std::atomic<std::int64_t> tables = 0;          ///< transactions that read a whole table
-  std::atomic<std::int64_t> slowestRow_ns = 0;   ///< from the beginning of the transaction to its first row
-  std::atomic<std::int64_t> slowestTable_ns = 0; ///< for a whole table
-  std::atomic<std::int64_t> torn = 0;            ///< transactions whose rows contradicted each other
+  std::atomic<std::int64_t> rows = 0;             ///< transactions that read two rows
+  std::atomic<std::int64_t> tables = 0;           ///< transactions that read a whole table
+  std::atomic<std::int64_t> slowestRow_ns = 0;    ///< from the beginning of the transaction to its first row
+  std::atomic<std::int64_t> slowestTable_ns = 0;  ///< for a whole table
+  std::atomic<std::int64_t> torn = 0;             ///< transactions whose rows contradicted each other
   std::atomic<bool> failed = false;
 };
 

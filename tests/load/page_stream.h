@@ -34,8 +34,9 @@ class PageStream {
     address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(url.substr(colon + 1))));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     m_socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const std::string request = "GET " + url.substr(path) + "api/events HTTP/1.1\r\nHost: " +
-                                url.substr(host, path - host) + "\r\nAccept: text/event-stream\r\n\r\n";
+    const std::string request = "GET " + url.substr(path) +
+                                "api/events HTTP/1.1\r\nHost: " + url.substr(host, path - host) +
+                                "\r\nAccept: text/event-stream\r\n\r\n";
     const auto length = static_cast<ssize_t>(request.size());
     const bool sent = ::connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0 &&
                       ::send(m_socket, request.data(), request.size(), MSG_NOSIGNAL) == length;
