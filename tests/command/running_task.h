@@ -104,6 +104,25 @@ class RunPlace : public testing::Test {
     database.commit();
     database.close();
   }
+  /// Adds so many rows in one transaction that switch 乙荷 off and on in turns; the first of them is stamped `ago`
+  /// seconds ago.
+  void TraceMany(int firstId, int count, int ago = 0) const {
+    dbDatabase database;
+    ASSERT_TRUE(database.open((here / "x").c_str()));
+    const QByteArray name = IdToBytes(IdFromLiteral("乙荷"));
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    for (int i = 0; i < count; ++i) {
+      tptrace row;
+      row.id = firstId + i;
+      row.name = name.constData();
+      row.type = 3;
+      row.status = i % 2 == 0 ? 0 : 1;
+      row.time = static_cast<nat4>(i == 0 ? now - ago : now);
+      database.insert(row);
+    }
+    database.commit();
+    database.close();
+  }
   std::string Rows(const char* table, const char* id) const {
     return here.Run((std::string("rtdb show x ") + table + " --id " + id + " --format json").c_str()).out;
   }
@@ -111,6 +130,11 @@ class RunPlace : public testing::Test {
   int LogCount() const {
     const std::string csv = here.Run("rtdb show x TPL --format csv").out;
     return static_cast<int>(std::count(csv.begin(), csv.end(), '\n')) - 1;
+  }
+  /// The number of log rows that end with an event word.
+  int LogCount(const char* event) const {
+    const QString csv = QString::fromStdString(here.Run("rtdb show x TPL --format csv").out);
+    return static_cast<int>(csv.count(QStringLiteral(",%1\n").arg(QLatin1String(event))));
   }
   /// The lines of a run that ends by itself, without their times.
   std::string Once(const char* options = "", int code = 0) const {

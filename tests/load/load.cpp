@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,6 +57,7 @@ class Actors {
     const pid_t process = ::fork();
     if (process < 0) throw std::runtime_error("no further process can be started");
     if (process == 0) {
+      ::prctl(PR_SET_PDEATHSIG, SIGKILL);
       job();
       ::_exit(0);
     }

@@ -1,7 +1,7 @@
 #include "tests/load/program.h"
 
 #include <fcntl.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,10 +13,18 @@
 
 #include "tests/load/notes.h"
 
-extern char** environ;
-
 namespace dtsdb::load {
 namespace {
+
+/// In the new process, where nothing but calls of the system may be made: other threads are not there.
+[[noreturn]] void BecomeProgram(char* const* arguments, int output, const char* messages) {
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  const int file = ::open(messages, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+  ::dup2(output, STDOUT_FILENO);
+  ::dup2(file, STDERR_FILENO);
+  ::execv(arguments[0], arguments);
+  ::_exit(127);
+}
 
 int CodeOf(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status); }
 
@@ -28,12 +36,8 @@ Program::Program(const std::vector<std::string>& words, const std::string& messa
   std::vector<char*> arguments;
   for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
-  posix_spawn_file_actions_t files;
-  ::posix_spawn_file_actions_init(&files);
-  ::posix_spawn_file_actions_adddup2(&files, ends[1], STDOUT_FILENO);
-  ::posix_spawn_file_actions_addopen(&files, STDERR_FILENO, messages.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0666);
-  if (::posix_spawn(&m_process, arguments[0], &files, nullptr, arguments.data(), environ) != 0) m_process = 0;
-  ::posix_spawn_file_actions_destroy(&files);
+  m_process = ::fork();
+  if (m_process == 0) BecomeProgram(arguments.data(), ends[1], messages.c_str());
   ::close(ends[1]);
   m_output = ends[0];
   m_taker = std::thread([this] { TakeLines(); });
@@ -41,7 +45,7 @@ Program::Program(const std::vector<std::string>& words, const std::string& messa
 
 Program::~Program() {
   if (m_process > 0) Signal(SIGKILL);
-  End();
+  if (m_taker.joinable()) End();
   if (m_output >= 0) ::close(m_output);
 }
 

@@ -19,7 +19,7 @@ struct TimedLine {
   std::int64_t at_ns = 0;
 };
 
-/// A program in a process of its own; killed when this goes.
+/// A program in a process of its own; killed when this goes, and when this process ends however that may be.
 class Program {
  public:
   /// Starts `words`, the first being the program. Its messages are added to the file `messages`.
