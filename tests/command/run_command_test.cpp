@@ -129,35 +129,39 @@ TEST_F(RunCommand, ManyRowsAtOneLookAreFollowedUpInTurnAndEachIsLogged) {
   Store();
   RunningTask task(here, {});
   ASSERT_TRUE(task.Line().starts_with("start: "));
-  TraceMany(0, 120);
-  EXPECT_TRUE(task.Line().starts_with("run 1: incremental, 49 rows, 1 level, "));
+  Trace(1, "甲开关", 1, 0);
+  ASSERT_TRUE(task.Line().starts_with("run 1: ")) << "the first look is over";
+  TraceMany(2, 121);
   EXPECT_TRUE(task.Line().starts_with("run 2: incremental, 49 rows, 1 level, "));
-  EXPECT_TRUE(task.Line().starts_with("run 3: incremental, 22 rows, 1 level, "));
-  EXPECT_EQ(LogCount("REMOVE") + LogCount("UNREMOVE"), 120);
-  EXPECT_TRUE(Contains(Rows("LD", "乙荷"), "\"status\": 0")) << "as the last row has it";
+  EXPECT_TRUE(task.Line().starts_with("run 3: incremental, 49 rows, 1 level, "));
+  EXPECT_TRUE(task.Line().starts_with("run 4: incremental, 23 rows, 1 level, "));
+  EXPECT_EQ(LogCount("REMOVE") + LogCount("UNREMOVE"), 121);
+  EXPECT_FALSE(Contains(Rows("LD", "乙荷"), "\"status\": 0")) << "off, as the last row has it";
 }
 
 TEST_F(RunCommand, LateRowAmongManyIsFollowedUpFirst) {
   Store();
   RunningTask task(here, {});
   ASSERT_TRUE(task.Line().starts_with("start: "));
-  Trace(1, "甲机", 2, 0);
+  Trace(1, "甲开关", 1, 0);
   ASSERT_TRUE(task.Line().starts_with("run 1: "));
   TraceMany(2, 61, 20);
   EXPECT_TRUE(task.Line().starts_with("run 2: incremental, 1 row, "));
   EXPECT_TRUE(task.Line().starts_with("run 3: incremental, 49 rows, "));
   EXPECT_TRUE(task.Line().starts_with("run 4: incremental, 11 rows, "));
-  EXPECT_TRUE(Contains(Rows("UN", "甲机"), "\"status\": 5")) << "row 1 holds on";
+  EXPECT_TRUE(IsOpen("甲开关"));
 }
 
 TEST_F(RunCommand, TooManyRowsAtOneLookGiveOneFullRun) {
   Store();
   RunningTask task(here, {});
   ASSERT_TRUE(task.Line().starts_with("start: "));
-  TraceMany(0, 2001);
+  Trace(1, "甲开关", 1, 0);
+  ASSERT_TRUE(task.Line().starts_with("run 1: "));
+  TraceMany(2, 2001);
   const std::string line = task.Line();
-  EXPECT_TRUE(line.starts_with("run 1: full, for many changes, 2001 rows, 2 levels, ")) << line;
-  EXPECT_TRUE(Contains(Rows("LD", "乙荷"), "\"tp_status\": 1")) << "as the last row has it";
+  EXPECT_TRUE(line.starts_with("run 2: full, for many changes, 2001 rows, 2 levels, ")) << line;
+  EXPECT_FALSE(Contains(Rows("LD", "乙荷"), "\"status\": 0")) << "off, as the last row has it";
   EXPECT_EQ(LogCount("REMOVE"), 0);
 }
 

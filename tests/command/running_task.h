@@ -131,10 +131,10 @@ class RunPlace : public testing::Test {
     const std::string csv = here.Run("rtdb show x TPL --format csv").out;
     return static_cast<int>(std::count(csv.begin(), csv.end(), '\n')) - 1;
   }
-  /// The number of log rows that end with an event word.
+  /// The number of log rows with an event word.
   int LogCount(const char* event) const {
     const QString csv = QString::fromStdString(here.Run("rtdb show x TPL --format csv").out);
-    return static_cast<int>(csv.count(QStringLiteral(",%1\n").arg(QLatin1String(event))));
+    return static_cast<int>(csv.count(QStringLiteral(",%1").arg(QLatin1String(event))));
   }
   /// The lines of a run that ends by itself, without their times.
   std::string Once(const char* options = "", int code = 0) const {
