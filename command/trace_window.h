@@ -27,7 +27,7 @@ class TraceWindow {
     std::vector<TPTRACE> late;     ///< those that don't hold after all rows of the looks before
     std::vector<TPTRACE> holding;  ///< where there are late ones: these and all rows of the looks before that hold
                                    ///< after the first of them; the last one holds
-    std::vector<TPTRACE> inTurn;  ///< the other fresh rows: they hold after all of these
+    std::vector<TPTRACE> inTurn;   ///< the other fresh rows: they hold after all of these
   };
   Taken Look(TraceReader& reader);
 
