@@ -120,7 +120,7 @@ class Network(TablesByName):
         return from_image, (self.image(), self.name)
 
     def __repr__(self) -> str:
-        return f"<network {self.name}>"
+        return f"<network {shown(self.name)}>"
 
     __hash__ = object.__hash__
 
@@ -369,7 +369,7 @@ class Drawing:
         return self.svg
 
     def __repr__(self) -> str:
-        return f"<diagram of {self.title}>"
+        return f"<diagram of {shown(self.title)}>"
 
 
 def _words(event: Event) -> str:

@@ -76,7 +76,7 @@ class Realtime:
         self.close()
 
     def __repr__(self) -> str:
-        return f"<realtime database {self.name}>"
+        return f"<realtime database {shown(self.name)}>"
 
     def tables(self) -> dict[str, int]:
         """The tables that have rows, and how many."""

@@ -63,6 +63,20 @@ TEST_F(ReaderLimits, TextTablesTakeLongLinesAndRefuseTooManyColumns) {
   EXPECT_EQ(here.Run("check n").code, 0) << "an even number of quotes is a text";
 }
 
+TEST_F(ReaderLimits, AFileThatIsTooLargeIsNotRead) {
+  constexpr std::uintmax_t kMebibyte = std::uintmax_t{1} << 20;
+  std::filesystem::resize_file(here / "m/CB.csv", 4096 * kMebibyte + 1);  // with nothing on the disk
+  EXPECT_EQ(Refused("convert m n.obj"), "dtsdb: m/CB.csv: has more than 4096 MiB\n");
+  EXPECT_EQ(Refused("check m"), "dtsdb: m/CB.csv: has more than 4096 MiB\n");
+  here.Write("s", "");
+  std::filesystem::resize_file(here / "s", 64 * kMebibyte + 1);
+  for (const char* const command : {"switch good --script s", "edit good s", "screen good --pairs s"}) {
+    here.CopyModel("good", "tests/command/two_stations");
+    EXPECT_EQ(Refused(command), "dtsdb: s: has more than 64 MiB\n") << command;
+    std::filesystem::remove_all(here / "good");
+  }
+}
+
 TEST_F(ReaderLimits, ATextTableThatIsAPipeIsRefused) {
   ASSERT_EQ(::mkfifo((here / "m/TPL.csv").c_str(), 0600), 0);
   EXPECT_EQ(Refused("convert m n.obj"), "dtsdb: m/TPL.csv: can't be read: it is a pipe or device\n");

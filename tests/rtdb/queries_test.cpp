@@ -180,6 +180,23 @@ TEST_F(Queries, DepthIsLimited) {
   EXPECT_NE(store.db.Reported().find("too many conditions"), std::string::npos);
 }
 
+TEST_F(Queries, LimitsOfDepthAndConditionsAreExact) {
+  const auto inBrackets = [](std::size_t n) { return std::string(n, '(') + "i4 = 1" + std::string(n, ')'); };
+  const auto joined = [](int n) {
+    std::string text = "i4 = 1";
+    for (int i = 1; i < n; ++i) text += " or i4 = 1";
+    return text;
+  };
+  for (const std::string& text : {inBrackets(200), joined(2000)}) {
+    Select(text.c_str());
+    EXPECT_EQ(store.db.Reported(), "") << text.size();
+  }
+  for (const std::string& text : {inBrackets(201), joined(2001)}) {
+    Select(text.c_str());
+    EXPECT_NE(store.db.Reported(), "") << text.size();
+  }
+}
+
 TEST_F(Queries, EveryTypeCanBeBound) {
   const int i = 10;
   const unsigned u = 10;
