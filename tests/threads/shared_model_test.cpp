@@ -4,6 +4,8 @@
 
 #include <QString>
 #include <atomic>
+#include <barrier>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -104,10 +106,13 @@ TEST(SharedTable, GivesEachThreadASpareRecordOfItsOwn) {
   const QtMessageHandler before =
       qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++warnings; });
   std::vector<const CO*> spares(kThreads);
+  std::barrier<> all(kThreads);  // the records of threads that have ended may be where those of others are
   SideBySide(kThreads, [&](int i) {
     for (int round = 0; round < 100; ++round) spares[static_cast<std::size_t>(i)] = &table[round];
+    all.arrive_and_wait();
   });
   qInstallMessageHandler(before);
+  EXPECT_EQ(std::set<const CO*>(spares.begin(), spares.end()).size(), spares.size());
   EXPECT_EQ(warnings, 100 * kThreads);
 }
 
