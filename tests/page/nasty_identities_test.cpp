@@ -41,15 +41,15 @@ class NastyPage : public LivePlace {
     return breaker;
   }
   /// A document, which must be JSON in UTF-8 on one line.
-  nlohmann::json Get(const std::string& name, const std::map<std::string, std::string>& parameters = {}) {
+  nlohmann::json Get(const std::string& document, const std::map<std::string, std::string>& parameters = {}) {
     PageRequest request;
-    request.path = "/0123456789abcdef/api/" + name;
+    request.path = "/0123456789abcdef/api/" + document;
     request.parameters = parameters;
     request.host = "127.0.0.1:8017";
     const PageAnswer answer = site->AnswerTo(request);
-    EXPECT_EQ(answer.status, 200) << name << ": " << answer.body.substr(0, 200);
+    EXPECT_EQ(answer.status, 200) << document << ": " << answer.body.substr(0, 200);
     EXPECT_EQ(answer.type, "application/json");
-    EXPECT_TRUE(nlohmann::json::accept(answer.body)) << name;
+    EXPECT_TRUE(nlohmann::json::accept(answer.body)) << document;
     return nlohmann::json::parse(answer.body);
   }
 
@@ -59,7 +59,7 @@ class NastyPage : public LivePlace {
 };
 
 TEST_F(NastyPage, AllDocumentsAreJson) {
-  for (const char* const name : {"model", "state", "findings", "grid"}) Get(name);
+  for (const char* const document : {"model", "state", "findings", "grid"}) Get(document);
   for (const char* const table : {"CB", "ST", "ND"}) Get("table", {{"name", table}});
   for (const std::string& id : names) {
     if (id.size() > 200) continue;  // longer than an address may be

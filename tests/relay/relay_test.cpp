@@ -132,11 +132,10 @@ TEST(Relay, CarriesWhateverBytesAnIdentityHas) {
   place.ExpectSame();
   tools::RealtimeDatabase copy(place.CopyName(), dbDatabase::dbReadOnly);
   dbCursor<ld> cursor(copy.Db(), dbCursorViewOnly);
-  dbQuery query;
-  char const* id = nullptr;
-  query = "id =", id;
   for (const std::string& name : names) {
-    id = name.c_str();
+    char const* const id = name.c_str();
+    dbQuery query;
+    query = "id =", id;
     EXPECT_EQ(cursor.select(query), 1) << tools::OneLine(name);
   }
 }
