@@ -96,7 +96,7 @@ TEST_F(ServeFaults, ItServesOrEndsInOneLineAndWritesNothing) {
                                         << " fails: " << std::strerror(fault.error) << ": " << served.result.err);
         EXPECT_EQ(served.result.code, served.hasServed ? 0 : 3);
         EXPECT_EQ(served.hasServed, served.result.err.empty());
-        if (!served.hasServed) EXPECT_TRUE(test::IsOneLine(served.result.err));
+        EXPECT_EQ(served.hasServed, !test::IsOneLine(served.result.err));
       }
     }
     EXPECT_EQ(ContentsOf(here.Path()), before);
