@@ -330,7 +330,7 @@ class Edits:
         if not found.good:
             first = next(finding for finding in found if finding.severity == "error")
             error = FaultyModelError(
-                f"the edited model has errors, {found.errors} in number; first {first.table} {one_line(first.identity)}: "
+                f"the edited model has errors, {found.errors} in number; first {first.table} {first.identity}: "
                 f"{first.text}",
                 "FAULTY_MODEL",
                 f"{first.table} {first.identity}",
