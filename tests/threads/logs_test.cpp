@@ -85,7 +85,7 @@ TEST(Logs, InOneFileStandBesideOneAnother) {
 
 TEST(Logs, OfTheBreakerFlowHaveEachObjectsLinesInOnePiece) {
   const TemporaryDirectory here;
-  EXPECT_EQ(RunHelper({"4", "200"}), "done\n");
+  EXPECT_EQ(RunHelper({"log", "200"}), "done\n");
   QString rest = QString::fromLatin1(here.Read(QStringLiteral("cbFlow.txt")));
   int blocks = 0;
   const QRegularExpression block(QStringLiteral("\\Abegin (\\d+)\\n(line \\1\\n){20}end \\1\\n"));
@@ -93,7 +93,7 @@ TEST(Logs, OfTheBreakerFlowHaveEachObjectsLinesInOnePiece) {
     rest.remove(0, found.capturedLength());
     ++blocks;
   }
-  EXPECT_EQ(blocks, 4 * 200);
+  EXPECT_EQ(blocks, kThreads * 200);
   EXPECT_TRUE(rest.isEmpty()) << rest.left(200).toStdString();
 }
 
