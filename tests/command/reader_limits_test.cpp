@@ -29,7 +29,7 @@ class ReaderLimits : public testing::Test {
 
 TEST_F(ReaderLimits, AScriptWithoutAnEndIsRefused) {
   for (const char* command :
-       {"switch m --script /dev/zero", "edit m --script /dev/zero", "screen m --pairs @/dev/zero"}) {
+       {"switch m --script /dev/zero", "edit m --dry-run --script /dev/zero", "screen m --pairs @/dev/zero"}) {
     EXPECT_EQ(Refused(command), "dtsdb: /dev/zero: has more than 64 MiB\n") << command;
   }
 }
@@ -69,7 +69,8 @@ TEST_F(ReaderLimits, AFileThatIsTooLargeIsNotRead) {
   here.Write("s", "");
   std::filesystem::resize_file(here / "s", 64 * kMebibyte + 1);
   here.CopyModel("good");
-  for (const char* const command : {"switch good --script s", "edit good --script s", "screen good --pairs @s"}) {
+  for (const char* const command :
+       {"switch good --script s", "edit good --dry-run --script s", "screen good --pairs @s"}) {
     EXPECT_EQ(Refused(command), "dtsdb: s: has more than 64 MiB\n") << command;
   }
 }

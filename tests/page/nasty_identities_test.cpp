@@ -85,7 +85,7 @@ TEST_F(NastyPage, PicturesHaveNoElementsOfStrangers) {
     if (xml.isStartElement()) ++elements;
     EXPECT_NE(xml.name().toString().toStdString(), "script");
     if (!xml.isCharacters()) continue;
-    for (const QChar c : xml.text()) ASSERT_FALSE(tools::TurnsText(c.unicode())) << c.unicode();
+    for (const QChar c : xml.text()) ASSERT_FALSE(tools::TurnsText(c.unicode())) << unsigned{c.unicode()};
   }
   EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
   EXPECT_GT(elements, 100);
