@@ -56,7 +56,7 @@ Result<RunReport> CarefulRunner::RunFull() { return RunFull(RunReason::kAsked); 
 EventResult CarefulRunner::Request(const SwitchEvent& event, int number) {
   EventResult result;
   result.stood = tools::Stands(m_database, event, number);
-  const QByteArray id = IdToBytes(*IdFromText(QString::fromStdString(event.id)));
+  const QByteArray id = IdToBytes(*tools::IdFromUtf8(event.id));
   result.result = m_tp.tpSetCompStatus(id.constData(), event.type, event.on);
   m_untraced.push_back({event.type, number});
   FollowBreaker(event, number);

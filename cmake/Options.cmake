@@ -7,6 +7,10 @@ if(DTSDB_SANITIZE)
                                                  -fno-omit-frame-pointer)
   target_link_options(dtsdb_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(DTSDB_SANITIZE_THREADS)
+  target_compile_options(dtsdb_options INTERFACE -fsanitize=thread)
+  target_link_options(dtsdb_options INTERFACE -fsanitize=thread)
+endif()
 
 include(${CMAKE_CURRENT_LIST_DIR}/RealtimeDatabase.cmake)
 

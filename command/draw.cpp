@@ -9,7 +9,6 @@
 #include "formats/field_text.h"
 #include "formats/files.h"
 #include "formats/import_ids.h"
-#include "model/text.h"
 #include "pictures/grid_map.h"
 #include "pictures/station_diagram.h"
 #include "pictures/svg.h"
@@ -41,7 +40,7 @@ constexpr const char* kDrawFooter =
     "  dtsdb draw examples/ieee14 --station Hekou -o hekou.svg\n"
     "  dtsdb draw grid.obj --kv ST7-220 --flows -o st7.svg";
 
-QString IdOf(const std::string& text) { return IdFromText(QString::fromStdString(UserText(text))).value_or(QString()); }
+QString IdOf(const std::string& text) { return IdFromUtf8(UserText(text)).value_or(QString()); }
 
 /// The picture of the station or level that the user has named; with the flows through its breakers where they are
 /// asked for.

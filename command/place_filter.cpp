@@ -20,7 +20,7 @@ QString Known(DTSDB& database, const std::string& name) {
   if (name.empty()) return {};
   const std::string text = UserText(name);
   tTable<T>& table = TableOf<T>(database);
-  const auto id = IdFromText(QString::fromStdString(text));
+  const auto id = IdFromUtf8(text);
   if (id && table.Find(T(*id)) != -1) return *id;
   std::vector<std::string> known;
   known.reserve(static_cast<std::size_t>(table.GetCount()));

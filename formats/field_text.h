@@ -8,6 +8,7 @@
 #include <charconv>
 #include <concepts>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -56,6 +57,10 @@ std::string ParseNumber(std::string_view text, V& value) {
 
 /// An identity as real text in UTF-8; bytes that are not valid in its encoding show as U+FFFD.
 inline std::string IdText(const QString& id) { return TextFromId(id).toStdString(); }
+/// The identity of a text in UTF-8, every character of it: nothing where the encoding in effect can't hold it.
+inline std::optional<QString> IdFromUtf8(const std::string& text) {
+  return IdFromText(TextFromBytes(QByteArray::fromStdString(text), IdEncoding::kUtf8));
+}
 
 /// What a user wrote, in UTF-8: taken as GBK where it is no UTF-8, as a GBK terminal sends it.
 std::string UserText(const std::string& bytes);

@@ -27,8 +27,9 @@ std::string ReadFile(const fs::path& path, std::size_t most) {
   std::string bytes;
   for (qint64 got = 1; got > 0;) {
     const std::size_t before = bytes.size();
-    if (before > most) RefuseFile(path, fmt::format("has more than {} MiB", most / kMebibyte));
-    bytes.resize(before + std::max(kPiece, static_cast<std::size_t>(std::max<qint64>(0, file.bytesAvailable()))));
+    const auto known = static_cast<std::size_t>(std::max<qint64>(0, file.bytesAvailable()));
+    if (before + known > most) RefuseFile(path, fmt::format("has more than {} MiB", most / kMebibyte));
+    bytes.resize(before + std::max(kPiece, known));
     got = file.read(bytes.data() + before, static_cast<qint64>(bytes.size() - before));
     bytes.resize(before + static_cast<std::size_t>(std::max<qint64>(0, got)));
   }

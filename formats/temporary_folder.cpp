@@ -2,12 +2,15 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <system_error>
 #include <vector>
@@ -23,8 +26,18 @@ namespace {
 /// The signals by which a user, a terminal, a pipe or a service manager ends a program.
 constexpr std::array kEndingSignals = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM};
 
-/// The folders that this process has. Changed only while the signals are held, so that the handler finds it whole.
+/// The folders that this process has, for the thread whose turn it is. That thread holds its signals: the handler finds
+/// the list whole, and never waits for the thread that it has interrupted.
 std::vector<const TemporaryFolder*> folders;
+std::atomic<pthread_t> turnOf{};
+
+/// Waits until no other thread has its turn. A handler may take no lock of the system, but it may do this.
+void TakeTurn() {
+  for (pthread_t nobody{}; !turnOf.compare_exchange_strong(nobody, ::pthread_self()); nobody = {}) {
+    if (nobody == ::pthread_self()) return;  // an early end in the middle of it
+    ::poll(nullptr, 0, 1);
+  }
+}
 
 extern "C" void EndBySignal(int signal) {
   RemoveTemporaryFolders();
@@ -60,6 +73,7 @@ void RemoveLeftovers(const fs::path& parent) {
 }  // namespace
 
 void RemoveTemporaryFolders() {
+  TakeTurn();  // for good: no other thread makes a folder before the process has ended
   for (const TemporaryFolder* folder : folders) RemoveFolder(folder->Path().c_str());
 }
 
@@ -68,9 +82,13 @@ SignalsHeld::SignalsHeld() {
   ::sigemptyset(&held);
   for (const int signal : kEndingSignals) ::sigaddset(&held, signal);
   ::pthread_sigmask(SIG_BLOCK, &held, &m_before);
+  TakeTurn();
 }
 
-SignalsHeld::~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+SignalsHeld::~SignalsHeld() {
+  turnOf = {};
+  ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+}
 
 OpenFolder::OpenFolder(const fs::path& folder, int flags)
     : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags)) {}

@@ -12,7 +12,8 @@
 
 namespace dtsdb::tools {
 
-/// Holds back the signals that end a program as long as this lives: what is done meanwhile is done whole.
+/// Holds back the signals that end a program as long as this lives: what is done meanwhile is done whole. A signal that
+/// comes on another thread waits there. One of these lives at a time; other threads wait for their turn.
 class SignalsHeld {
  public:
   SignalsHeld();
@@ -62,7 +63,7 @@ class FolderLock {
 /// terminal, of a pipe or SIGTERM ends the process. What a killed process leaves is removed by the next one that makes
 /// such a folder in the same place: it is locked as long as its process lives.
 ///
-/// For a process with one thread: the signal is handled on it.
+/// Any thread may make one, and the signal may come on any.
 class TemporaryFolder {
  public:
   /// Makes `parent`/FRONTdtsdb-XXXXXX with the permissions `mode`, and removes leftovers in `parent`. FRONT is empty
@@ -85,7 +86,8 @@ class TemporaryFolder {
   std::unique_ptr<FolderLock> m_lock;
 };
 
-/// Removes the temporary folders of this process, for its early end. Safe in a signal handler.
+/// Removes the temporary folders of this process, for its early end, which must follow: no thread makes or leaves a
+/// temporary folder any more. Safe in a signal handler.
 void RemoveTemporaryFolders();
 
 /// Removes a folder and the files in it; one with folders in it stays, with them alone. Safe in a signal handler.

@@ -10,7 +10,6 @@
 #include "formats/json_text.h"
 #include "formats/nearest.h"
 #include "model/any_table.h"
-#include "model/text.h"
 #include "page/internal/differences.h"
 #include "page/internal/grid_state.h"
 #include "page/internal/json.h"
@@ -137,14 +136,14 @@ analysis::Result<std::string> Documents::Station(const std::string& id) const {
   if (!m_content->hasTopology) {
     return tl::unexpected(Error{ErrorCode::kNoTopology, "the model has no topology, so no station can be drawn", id});
   }
-  const QString raw = IdFromText(QString::fromStdString(id)).value_or(QString());
+  const QString raw = tools::IdFromUtf8(id).value_or(QString());
   const analysis::Result<Json> station = internal::StationJson(*m_content, raw);
   if (!station) return tl::unexpected(station.error());
   return internal::TextOf(*station);
 }
 
 std::string Documents::StationSvg(const std::string& id) const {
-  const QString raw = IdFromText(QString::fromStdString(id)).value_or(QString());
+  const QString raw = tools::IdFromUtf8(id).value_or(QString());
   if (!m_content->hasTopology) return "\"\"";
   const analysis::Result<Json> station = internal::StationJson(*m_content, raw);
   return station ? internal::TextOf((*station)["svg"]) : "\"\"";

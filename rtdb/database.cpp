@@ -69,6 +69,7 @@ void dbDatabase::close() {
 }
 
 void dbDatabase::AssignTables() {
+  const std::lock_guard lock(dbTableDescriptor::RegistryMutex());
   std::set<std::string> names;
   for (dbTableDescriptor* descriptor : dbTableDescriptor::Registered()) {
     dbTableDescriptor* own = descriptor;
@@ -93,6 +94,7 @@ void dbDatabase::AssignTables() {
 }
 
 void dbDatabase::ReleaseTables() {
+  const std::lock_guard lock(dbTableDescriptor::RegistryMutex());
   for (dbTableDescriptor* table : m_tables) {
     table->m_database = nullptr;
     table->m_slot = -1;

@@ -15,10 +15,16 @@ std::vector<dbTableDescriptor*>& dbTableDescriptor::Registered() {
   return *tables;
 }
 
+std::mutex& dbTableDescriptor::RegistryMutex() {
+  static auto* const mutex = new std::mutex;  // never destroyed either
+  return *mutex;
+}
+
 dbTableDescriptor::dbTableDescriptor(char const* name, dbDatabase* database, std::size_t size, Describe describe)
     : m_registeredFor(database), m_database(nullptr), m_size(size), m_fields(describe()) {
   const char* colon = std::strrchr(name, ':');
   m_name = colon == nullptr ? name : colon + 1;
+  const std::lock_guard lock(RegistryMutex());
   Registered().push_back(this);
 }
 
@@ -29,7 +35,10 @@ dbTableDescriptor::dbTableDescriptor(const dbTableDescriptor& original, dbDataba
       m_size(original.m_size),
       m_fields(original.m_fields) {}
 
-dbTableDescriptor::~dbTableDescriptor() { std::erase(Registered(), this); }
+dbTableDescriptor::~dbTableDescriptor() {
+  const std::lock_guard lock(RegistryMutex());
+  std::erase(Registered(), this);
+}
 
 const dbFieldDescriptor* dbTableDescriptor::find(char const* name) const {
   const auto found =

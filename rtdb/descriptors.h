@@ -18,6 +18,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -149,6 +150,8 @@ class dbTableDescriptor {
   dbTableDescriptor(const dbTableDescriptor& original, dbDatabase* database);
 
   static std::vector<dbTableDescriptor*>& Registered();
+  /// Held while the registered classes are looked at, added or removed, and while databases take or leave them.
+  static std::mutex& RegistryMutex();
 
   std::string m_name;
   dbDatabase* m_registeredFor;  ///< null for the first that is opened, DETACHED_TABLE for none

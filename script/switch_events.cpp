@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "formats/failure.h"
-#include "model/text.h"
+#include "formats/field_text.h"
 #include "topology/component_types.h"
 
 namespace dtsdb::tools {
@@ -147,7 +147,7 @@ std::string SwitchEventText(const SwitchEvent& event) {
 }
 
 int ComponentNumber(DTSDB& database, const SwitchEvent& event) {
-  const auto id = IdFromText(QString::fromStdString(event.id));
+  const auto id = IdFromUtf8(event.id);
   return id ? ComponentNumber(database, event.type, *id) : -1;
 }
 

@@ -31,7 +31,7 @@ void TakeSwitchScript(const std::string& file, std::string_view bytes, std::vect
 std::string SwitchScriptText(const SwitchRun& events) {
   std::string script;
   for (const SwitchEvent& event : events) {
-    if (!IdFromText(QString::fromStdString(event.id))) {
+    if (!IdFromUtf8(event.id)) {
       throw Failure(kExitUsage, "the identity " + Quoted(event.id) + " is no valid " + NameOf(CurrentIdEncoding()) +
                                     ", and can't stand in a script");
     }

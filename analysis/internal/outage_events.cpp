@@ -49,7 +49,7 @@ void AddBus(DTSDB& tables, int bus, std::vector<NumberedEvent>& events) {
 }  // namespace
 
 int NumberOf(DTSDB& tables, const OutageComponent& component) {
-  const auto id = IdFromText(QString::fromStdString(component.identity));
+  const auto id = tools::IdFromUtf8(component.identity);
   if (!id) return -1;
   if (component.table == BUS::kTableName) return tables.m_busTable->Find(BUS(*id));
   return tools::ComponentNumber(tables, TypeOf(component.table), *id);

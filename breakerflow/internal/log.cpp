@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <locale>
+#include <mutex>
 
 #include "include/internal/standard_streams.h"
 #include "include/log_sink.h"
@@ -44,6 +45,8 @@ FlowLogLines::~FlowLogLines() {
   if (const LogSink& sink = CurrentLogSink()) {
     sink(LogKind::kBreakerFlow, text);
   } else {
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
     LogFile() << text << std::flush;
   }
 }

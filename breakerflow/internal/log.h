@@ -8,7 +8,8 @@
 namespace dtsdb::internal {
 
 /// Lines for the log. They are written when this goes: to the program's sink, or else to "cbFlow.txt" in the working
-/// directory that the program had when the library was loaded. Text is in the encoding of identities.
+/// directory that the program had when the library was loaded, there in one piece whatever other threads write. Text is
+/// in the encoding of identities.
 class FlowLogLines {
  public:
   FlowLogLines();

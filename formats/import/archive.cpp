@@ -18,7 +18,6 @@ namespace {
 
 // XML packs to about a tenth; a large grid has some dozen files of some hundred megabytes.
 constexpr int kMostEntries = 10'000;
-constexpr qint64 kMostBytes = qint64{8} << 30;
 constexpr qint64 kFreeBytes = qint64{64} << 20;  // so much may expand from anything
 constexpr qint64 kDensest = 200;                 // bytes out of one
 
@@ -30,14 +29,14 @@ using ArchiveHandle = std::unique_ptr<archive, CloseArchive>;
 /// How much an archive has expanded to so far, out of how much of it.
 class Budget {
  public:
-  Budget(archive* opened, qint64 size, const std::function<void(std::uint64_t)>& count)
-      : m_archive(opened), m_size(size), m_count(count) {}
+  Budget(archive* opened, qint64 size, qint64 most, const std::function<void(std::uint64_t)>& count)
+      : m_archive(opened), m_size(size), m_most(most), m_count(count) {}
 
   /// False when the archive has expanded to more than it may.
   bool Count(qint64 bytes) {
     m_bytes += bytes;
     CountPacked();
-    return m_bytes <= kMostBytes && (m_bytes <= kFreeBytes || m_bytes / kDensest <= m_size);
+    return m_bytes <= m_most && (m_bytes <= kFreeBytes || m_bytes / kDensest <= m_size);
   }
 
  private:
@@ -51,6 +50,7 @@ class Budget {
 
   archive* m_archive;
   qint64 m_size;
+  qint64 m_most;
   const std::function<void(std::uint64_t)>& m_count;
   qint64 m_bytes = 0;
   la_int64_t m_packed = 0;
@@ -135,9 +135,9 @@ void VisitEntry(const fs::path& path, EntryDevice& device, const std::function<v
 }  // namespace
 
 void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, const std::string&)>& visit,
-                  const std::function<void(std::uint64_t)>& count) {
+                  const std::function<void(std::uint64_t)>& count, qint64 most) {
   const ArchiveHandle opened = Open(path, Packing::kZip);
-  Budget budget(opened.get(), static_cast<qint64>(fs::file_size(path)), count);
+  Budget budget(opened.get(), static_cast<qint64>(fs::file_size(path)), most, count);
   for (int entries = 1;; ++entries) {
     archive_entry* entry = nullptr;
     const int result = archive_read_next_header(opened.get(), &entry);
@@ -153,9 +153,9 @@ void ForEachEntry(const fs::path& path, const std::function<void(QIODevice&, con
 }
 
 void ReadPacked(const fs::path& file, const std::function<void(QIODevice&)>& visit,
-                const std::function<void(std::uint64_t)>& count) {
+                const std::function<void(std::uint64_t)>& count, qint64 most) {
   const ArchiveHandle opened = Open(file, Packing::kGzip);
-  Budget budget(opened.get(), static_cast<qint64>(fs::file_size(file)), count);
+  Budget budget(opened.get(), static_cast<qint64>(fs::file_size(file)), most, count);
   archive_entry* entry = nullptr;
   if (archive_read_next_header(opened.get(), &entry) < ARCHIVE_WARN) RefuseArchive(file, FaultOf(opened.get()));
   EntryDevice device(opened.get(), budget);

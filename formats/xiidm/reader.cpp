@@ -13,9 +13,8 @@
 namespace dtsdb::tools::xiidm {
 namespace {
 
-constexpr std::size_t kDeepest = 16;       // a network in a network has nine levels
-constexpr int kNewest = 17;                // of the versions 1.x
-constexpr int kMostElements = 20'000'000;  // the largest grids have some hundred thousand
+constexpr std::size_t kDeepest = 16;  // a network in a network has nine levels
+constexpr int kNewest = 17;           // of the versions 1.x
 constexpr const char* kNoRoom = "no table has room for it";
 
 /// What is behind "/schema/iidm/" in a namespace, without what marks a file that has the equipment only.
@@ -40,7 +39,7 @@ OwnProperty OwnPropertyOf(QStringView name) {
 /// The reading of one file.
 class Reading {
  public:
-  Reading(QIODevice& input, const std::string& name) : m_guard(input), m_xml(&m_guard) {
+  Reading(QIODevice& input, const std::string& name, int most) : m_guard(input), m_xml(&m_guard), m_most(most) {
     constexpr qint64 kBytesOfObject = 200;  // about as many has one
     m_network.file = name;
     if (!input.isSequential()) m_network.objects.Reserve(input.size() / kBytesOfObject);
@@ -88,7 +87,7 @@ class Reading {
     if (m_unknown > 0 || m_xml.namespaceUri() != m_namespace) return;
     const ElementRow& row = RowOf(m_xml.name());
     if (row.role == Role::kUnknown) return TakeUnknown();
-    if (++m_elements > kMostElements) Refuse("it has more elements than any network");
+    if (++m_elements > m_most) Refuse("it has more elements than any network");
     const QXmlStreamAttributes attributes = m_xml.attributes();  // given back before the next element
     if (IsObject(row.role)) {
       TakeObject(row, attributes);
@@ -277,13 +276,14 @@ class Reading {
   std::string m_extended;       ///< the id of what it extends
   bool m_isBusBreaker = false;  ///< the topology at hand or read last
   int m_sections = 0;           ///< of the shunt compensator at hand
+  int m_most;
   int m_elements = 0;
   std::string m_utf8;
 };
 
 }  // namespace
 
-Network ReadNetwork(QIODevice& input, const std::string& name) { return Reading(input, name).Read(); }
+Network ReadNetwork(QIODevice& input, const std::string& name, int most) { return Reading(input, name, most).Read(); }
 
 bool IsNetworkTag(const QString& tag) {
   return RootName(tag) == QLatin1String("network") && tag.contains(QLatin1String("/schema/iidm/"));

@@ -8,7 +8,6 @@
 #include "formats/field_text.h"
 #include "formats/record_places.h"
 #include "model/any_table.h"
-#include "model/text.h"
 
 namespace dtsdb::page::internal {
 namespace {
@@ -91,7 +90,7 @@ std::string StationOf(DTSDB& tables, TableKind kind, const void* record) {
 }
 
 std::string StationOf(DTSDB& tables, const std::string& table, const std::string& id) {
-  const std::optional<QString> raw = IdFromText(QString::fromStdString(id));
+  const std::optional<QString> raw = tools::IdFromUtf8(id);
   std::string station;
   if (!raw) return station;
   ForEachRecordClass([&]<class T> {

@@ -152,7 +152,7 @@ py::object TableAtMoment::Find(const std::string& identity) const {
     RefuseCall("records of table " + std::string(m_table.Info().name) + " have no identity; take them by number",
                m_table.Info().name);
   }
-  const auto id = IdFromText(QString::fromStdString(identity));
+  const auto id = tools::IdFromUtf8(identity);
   if (!id) return py::none();
   const auto sought = m_table.MakeRecords();
   void* const record = sought->Add();

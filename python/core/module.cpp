@@ -12,6 +12,7 @@
 #include "analysis/flows.h"
 #include "analysis/screening.h"
 #include "formats/catalog.h"
+#include "formats/field_text.h"
 #include "formats/import_ids.h"
 #include "formats/model_io.h"
 #include "formats/nearest.h"
@@ -171,7 +172,7 @@ py::str Draw(Network& network, const std::string& identity, bool isLevel, bool f
       std::optional<Flows> computed;
       if (flows) computed = Take(analysis::WorkOutFlows(model));
       const pictures::StationReader reader(model.Tables(), computed ? &*computed : nullptr);
-      const QString id = IdFromText(QString::fromStdString(identity)).value_or(QString());
+      const QString id = tools::IdFromUtf8(identity).value_or(QString());
       const pictures::Station station = Take(isLevel ? reader.ReadLevel(id) : reader.Read(id));
       return pictures::ToSvg(pictures::DrawStation(station, {flows}));
     });
@@ -188,7 +189,7 @@ py::str DrawGrid(Network& network, const std::string& around, int hops, bool flo
       const pictures::GridReader reader(
           model.Tables(), hasPositions ? model.Positions() : tools::PositionsBeside(tools::ModelName(model.Name())));
       if (around.empty()) return pictures::ToSvg(pictures::DrawGrid(reader.Read(), {flows}));
-      const QString id = IdFromText(QString::fromStdString(around)).value_or(QString());
+      const QString id = tools::IdFromUtf8(around).value_or(QString());
       return pictures::ToSvg(pictures::DrawGrid(Take(reader.ReadAround(id, hops)), {flows}));
     });
   });

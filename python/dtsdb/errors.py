@@ -14,6 +14,8 @@ from __future__ import annotations
 
 from typing import Any
 
+from dtsdb.text import one_line
+
 
 class Error(Exception):
     """Why a call has no result.
@@ -27,7 +29,7 @@ class Error(Exception):
     """The model, file or record that it is about; empty where there is none."""
 
     def __init__(self, message: str = "", code: str = "INTERNAL", place: str = "") -> None:
-        super().__init__(message)
+        super().__init__(one_line(message))
         self.code = code
         self.place = place
 

@@ -11,6 +11,7 @@ from dtsdb import _core, results
 from dtsdb.errors import FaultyModelError, UsageError
 from dtsdb.progress import Progress, Shown
 from dtsdb.tables import TablesByName
+from dtsdb.text import one_line
 
 Event = Union[str, Sequence[str]]
 """A switching event: in words, such as "open CB B1" (docs/command.md), or as a tuple of them, in which identities
@@ -120,7 +121,7 @@ class Network(TablesByName):
         return from_image, (self.image(), self.name)
 
     def __repr__(self) -> str:
-        return f"<network {self.name}>"
+        return f"<network {one_line(self.name)}>"
 
     __hash__ = object.__hash__
 
@@ -369,7 +370,7 @@ class Drawing:
         return self.svg
 
     def __repr__(self) -> str:
-        return f"<diagram of {self.title}>"
+        return f"<diagram of {one_line(self.title)}>"
 
 
 def _words(event: Event) -> str:

@@ -21,6 +21,7 @@ from typing import TYPE_CHECKING, Any, Iterator, NamedTuple, Optional
 from dtsdb import _core
 from dtsdb.network import Path, _assignments
 from dtsdb.table import INFOS
+from dtsdb.text import one_line
 
 if TYPE_CHECKING:
     import pandas as pd
@@ -76,7 +77,7 @@ class Realtime:
         self.close()
 
     def __repr__(self) -> str:
-        return f"<realtime database {self.name}>"
+        return f"<realtime database {one_line(self.name)}>"
 
     def tables(self) -> dict[str, int]:
         """The tables that have rows, and how many."""

@@ -131,6 +131,15 @@ TEST_F(NastyModel, ComesBackFromTextTablesAndRealtimeDatabases) {
   }
 }
 
+TEST_F(NastyModel, StandsInALogByteByByte) {
+  Out("validate m.obj --log m.log");
+  const std::string log = here.Read("m.log");
+  for (const std::string& name : names) {
+    EXPECT_TRUE(Contains(log, name)) << OneLine(name);
+  }
+  EXPECT_NE(Out("validate m.obj --all").find("a\\nb"), std::string::npos) << "the findings are shown on one line each";
+}
+
 /// What an XML document is made of must not depend on names.
 void ExpectElementsOnly(const std::string& document, const std::string& what) {
   QXmlStreamReader xml(QByteArray::fromStdString(document));

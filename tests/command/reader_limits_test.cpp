@@ -28,12 +28,10 @@ class ReaderLimits : public testing::Test {
 };
 
 TEST_F(ReaderLimits, AScriptWithoutAnEndIsRefused) {
-  for (const char* command : {"switch m --script /dev/zero", "edit m /dev/zero", "screen m --pairs /dev/zero"}) {
-    const CommandResult result = here.Run(command);
-    EXPECT_NE(result.code, 0) << command;
-    EXPECT_TRUE(IsOneLine(result.err)) << command << ": " << result.err;
+  for (const char* command :
+       {"switch m --script /dev/zero", "edit m --dry-run --script /dev/zero", "screen m --pairs @/dev/zero"}) {
+    EXPECT_EQ(Refused(command), "dtsdb: /dev/zero: has more than 64 MiB\n") << command;
   }
-  EXPECT_TRUE(Contains(Refused("switch m --script /dev/zero"), "/dev/zero: has more than 64 MiB"));
 }
 
 TEST_F(ReaderLimits, AScriptOfOneEndlessLineEndsInOneLine) {
@@ -61,6 +59,20 @@ TEST_F(ReaderLimits, TextTablesTakeLongLinesAndRefuseTooManyColumns) {
   here.Write("n/CO.csv", "id\r\n" + std::string(kLong, '"'));
   here.Run("convert n n.obj");
   EXPECT_EQ(here.Run("check n").code, 0) << "an even number of quotes is a text";
+}
+
+TEST_F(ReaderLimits, AFileThatIsTooLargeIsNotRead) {
+  constexpr std::uintmax_t kMebibyte = std::uintmax_t{1} << 20;
+  std::filesystem::resize_file(here / "m/CB.csv", 4096 * kMebibyte + 1);  // with nothing on the disk
+  EXPECT_EQ(Refused("convert m n.obj"), "dtsdb: m/CB.csv: has more than 4096 MiB\n");
+  EXPECT_TRUE(Contains(here.Run("check m").out, "has more than 4096 MiB"));
+  here.Write("s", "");
+  std::filesystem::resize_file(here / "s", 64 * kMebibyte + 1);
+  here.CopyModel("good");
+  for (const char* const command :
+       {"switch good --script s", "edit good --dry-run --script s", "screen good --pairs @s"}) {
+    EXPECT_EQ(Refused(command), "dtsdb: s: has more than 64 MiB\n") << command;
+  }
 }
 
 TEST_F(ReaderLimits, ATextTableThatIsAPipeIsRefused) {

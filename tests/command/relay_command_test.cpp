@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "relay/copy_note.h"
+#include "rtdb/backend.h"
 #include "tests/support/command_runner.h"
 #include "tests/support/nats_broker.h"
 
@@ -97,6 +100,21 @@ TEST_F(RelayCommand, ShowsTheStatusOfACopy) {
   EXPECT_EQ(object["epoch"].get<std::string>().size(), 16U);
   EXPECT_GE(object["age"], 0.0);
   for (const char* time : {"changed", "as_of"}) EXPECT_TRUE(object[time].get<std::string>().ends_with("Z")) << object;
+}
+
+TEST_F(RelayCommand, ShowsTheStatusOfAStrangersCopyOnTwoLines) {
+  relay::CopyNote note;
+  note.epoch = 1;
+  note.source = "\x1B[31ma\nb\xE2\x80\xAE";
+  dbDatabase database(dbDatabase::dbCopyAccess);
+  ASSERT_TRUE(database.open("grid", (here / "grid.fdb").c_str()));
+  EXPECT_TRUE(database.setCopyNote(relay::EncodeNote(note)));
+  database.commit();
+  database.close();
+  const std::string text = Good("relay status rtdb:grid");
+  EXPECT_TRUE(text.starts_with("A copy of \\x1B[31ma\\nb\\u202E, commit 0 of epoch 0000000000000001.\n")) << text;
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2);
+  EXPECT_EQ(nlohmann::json::parse(Good("relay status rtdb:grid --format json"))["source"], note.source);
 }
 
 TEST_F(RelayCommand, HasNoStatusOfWhatIsNoCopy) {

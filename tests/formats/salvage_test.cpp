@@ -264,6 +264,37 @@ TEST_F(TextTablesSalvageTest, OpenQuotesOnEveryLineTakeTimeInProportion) {
   EXPECT_LE(salvage.places.size(), Salvage::kMostPlaces);
 }
 
+TEST_F(TextTablesSalvageTest, RowHasAtMost64Lines) {
+  for (const int lines : {64, 65}) {
+    std::string text = "id,kv,flags\r\nB1,\"K";
+    for (int i = 1; i < lines; ++i) text += "\nK";
+    Write("CB.csv", text + "\",1\r\nB2,K1,2\r\n");
+    Salvage salvage = SalvageModel(ModelName(path));
+    EXPECT_EQ(Breakers(salvage), lines == 64 ? "B1 B2 " : "B2 ") << lines;
+    EXPECT_EQ(salvage.IsSound(), lines == 64) << lines;
+  }
+}
+
+TEST_F(TextTablesSalvageTest, HeaderHasAtMostFourTimesTheColumnsOfItsTable) {
+  const std::size_t fields = Tables()[KIND_CB - 1].fields().size();
+  for (const std::size_t columns : {4 * fields, 4 * fields + 1}) {
+    std::string header = "id,kv,flags";
+    for (std::size_t i = 3; i < columns; ++i) header += ",x" + std::to_string(i);
+    Write("CB.csv", header + "\r\nB1,K1,1" + std::string(columns - 3, ',') + "\r\n");
+    Salvage salvage = SalvageModel(ModelName(path));
+    EXPECT_EQ(Breakers(salvage), columns == 4 * fields ? "B1 " : "") << columns;
+  }
+}
+
+TEST_F(TextTablesSalvageTest, ListsAtMostTenThousandPlacesAndCountsTheRest) {
+  std::string text = "id,kv,flags\r\n";
+  for (int i = 0; i < 10'007; ++i) text += "B" + std::to_string(i) + ",K1,x\r\n";
+  Write("CB.csv", text);
+  Salvage salvage = SalvageModel(ModelName(path));
+  EXPECT_EQ(salvage.places.size(), 10'000U);
+  EXPECT_EQ(salvage.placeCount, 10'007U);
+}
+
 TEST_F(TextTablesSalvageTest, ColumnOfAnotherNameIsLeftOut) {
   Write("CB.csv", "id,kvv,flags\r\nB1,K1,1\r\nB2,K1,2\r\n");
   Salvage salvage = SalvageModel(ModelName(path));
@@ -344,14 +375,25 @@ TEST_F(StoreSalvageTest, DamagedStructureLeavesOnlyWhatWasWritten) {
 }
 
 TEST_F(StoreSalvageTest, DamagedRowIsLeftOutAndNamed) {
-  const QString id = (*model.m_cbTable)[3].id;
-  const std::size_t at = whole.rfind(IdToBytes(id).toStdString());
-  ASSERT_NE(at, std::string::npos);
-  std::string bytes = whole;
-  bytes[at] = static_cast<char>(bytes[at] ^ 2);
-  WriteBytes(file, bytes);
-  Salvage salvage = SalvageModel(ModelName(name));
-  if (!salvage.IsSound()) ExpectOnlyOriginals(salvage, "a row");
+  const std::vector<std::size_t> data = dtsdb::test::PlaceFinder(whole).Places().data;
+  const std::set<std::size_t> used(data.begin(), data.end());
+  const std::string id = IdToBytes((*model.m_cbTable)[3].id).toStdString();
+  int named = 0;
+  for (std::size_t at = whole.find(id); at != std::string::npos; at = whole.find(id, at + 1)) {
+    if (!used.contains(at)) continue;  // in a page of before
+    std::string bytes = whole;
+    bytes[at] = static_cast<char>(bytes[at] ^ 2);
+    WriteBytes(file, bytes);
+    Salvage salvage = SalvageModel(ModelName(name));
+    if (salvage.IsSound()) continue;  // in the row itself, where another letter can't be found out
+    ++named;
+    EXPECT_EQ(ExpectOnlyOriginals(salvage, "a row"), CountOf(original) - 1);
+    ASSERT_EQ(salvage.places.size(), 1U);
+    EXPECT_EQ(salvage.places[0].table, "CB");
+    EXPECT_EQ(salvage.places[0].what, "a row isn't the one that its key names");
+    EXPECT_EQ(salvage.Of(KIND_CB).lost, 1);
+  }
+  EXPECT_EQ(named, 1) << "its key";
 }
 
 TEST_F(StoreSalvageTest, AnotherFileIsRefused) {

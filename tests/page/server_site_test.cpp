@@ -120,7 +120,10 @@ TEST_F(SiteTest, ReportsWhatThereIsNot) {
   EXPECT_EQ(Get("/api/table", {{"name", "CBX"}}).status, 404);
   EXPECT_NE(Body(Get("/api/table", {{"name", "CBX"}}))["error"].get<std::string>().find("CBX"), std::string::npos);
   EXPECT_EQ(Get("/api/station").status, 404);
+  EXPECT_EQ(Get("/api/search", {{"q", std::string(200, 'x')}}).status, 200);
   EXPECT_EQ(Get("/api/search", {{"q", std::string(201, 'x')}}).status, 400);
+  EXPECT_EQ(Get("/api/station", {{"id", std::string(200, 'x')}}).status, 404);
+  EXPECT_EQ(Get("/api/station", {{"id", std::string(201, 'x')}}).status, 400);
   EXPECT_EQ(Get("/api/state", {{"viewer", kViewer}}).status, 410) << "no copy yet";
 }
 
@@ -199,6 +202,21 @@ TEST_F(SiteTest, RefusesWhatItCanNotRead) {
     EXPECT_TRUE(Body(answer)["error"].is_string()) << body;
   }
   EXPECT_EQ(Post(std::string(100000, '[')).status, 400);
+}
+
+TEST_F(SiteTest, ForgetsTheOldestDocumentsBeyond32MiB) {
+  int written = 0;
+  const auto get = [&](int number) {
+    const auto make = [&written](const Documents&) -> analysis::Result<std::string> {
+      ++written;
+      return std::string(std::size_t{8} << 20, 'x');
+    };
+    EXPECT_TRUE(live->Now()->Get(std::to_string(number), make).has_value());
+  };
+  for (const int number : {1, 2, 3, 4, 1}) get(number);
+  EXPECT_EQ(written, 4) << "all four have room";
+  for (const int number : {5, 2, 1}) get(number);
+  EXPECT_EQ(written, 6) << "the fifth took the place of the first";
 }
 
 TEST_F(SiteTest, LimitsEventsBodiesAndCopies) {

@@ -11,7 +11,7 @@ import pytest
 from conftest import ROOT, SAMPLE
 
 MODULES = ["dtsdb", "dtsdb.errors", "dtsdb.network", "dtsdb.realtime", "dtsdb.results", "dtsdb.table", "dtsdb.tables",
-           "dtsdb.study"]
+           "dtsdb.study", "dtsdb.text"]
 
 
 @pytest.mark.parametrize("name", MODULES)

@@ -126,6 +126,15 @@ TEST(RelayMessage, IsRefusedWhenCutOffOrTooLong) {
   EXPECT_FALSE(DecodeMessage(good + "x"));
 }
 
+TEST(RelayMessage, IsRefusedBeyondItsLongestLength) {
+  const std::string body(kMostMessage - kHeadSize + 1, 'x');
+  Message message = SampleMessage();
+  message.body = std::string_view(body).substr(1);
+  EXPECT_TRUE(DecodeMessage(EncodeMessage(message)));
+  message.body = body;
+  EXPECT_FALSE(DecodeMessage(EncodeMessage(message)));
+}
+
 TEST(RelayMessage, IsRefusedWithNumbersOutOfRangeAndAGoodChecksum) {
   Message message = SampleMessage();
   message.part = 3;

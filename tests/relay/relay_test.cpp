@@ -6,11 +6,13 @@
 #include <random>
 
 #include "formats/failure.h"
+#include "formats/text_layout.h"
 #include "relay/follower.h"
 #include "relay/publisher.h"
 #include "relay/relayed_database.h"
 #include "tests/relay/memory_stream.h"
 #include "tests/relay/relayed_stores.h"
+#include "tests/support/nasty_identities.h"
 
 namespace dtsdb::relay::test {
 namespace {
@@ -108,6 +110,34 @@ TEST(Relay, CopiesEachCommitWithNumbersAndOrder) {
     place.ExpectSame();
   }
   EXPECT_EQ(place.Look().kind, Sent::Kind::kNothing);
+}
+
+TEST(Relay, CarriesWhateverBytesAnIdentityHas) {
+  RelayPlace place;
+  place.Look();
+  place.CatchUp();
+  std::vector<std::string> names = dtsdb::test::NastyIdentities();
+  for (const std::string& bytes : dtsdb::test::NoTexts()) names.push_back(bytes);
+  {
+    tools::RealtimeDatabase database(place.Original(), dbDatabase::dbAllAccess);
+    for (const std::string& name : names) {
+      ld row;
+      row.id = row.nd = name.c_str();
+      database.Db()->insert(row);
+    }
+    database.Db()->commit();
+  }
+  EXPECT_EQ(place.Look().kind, Sent::Kind::kCommit);
+  EXPECT_EQ(place.CatchUp()[Followed::Kind::kCommit], 1);
+  place.ExpectSame();
+  tools::RealtimeDatabase copy(place.CopyName(), dbDatabase::dbReadOnly);
+  dbCursor<ld> cursor(copy.Db(), dbCursorViewOnly);
+  for (const std::string& name : names) {
+    char const* const id = name.c_str();
+    dbQuery query;
+    query = "id =", id;
+    EXPECT_EQ(cursor.select(query), 1) << tools::OneLine(name);
+  }
 }
 
 TEST(Relay, SendsSeveralCommitsBetweenTwoLooksAsOne) {

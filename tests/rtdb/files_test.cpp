@@ -2,6 +2,8 @@
 #include <lmdb.h>
 #include <sys/stat.h>
 
+#include <cstdio>
+#include <fstream>
 #include <random>
 
 #include "samples.h"
@@ -229,6 +231,21 @@ TEST(Files, FullStoreGivesUpTheTransactionAndKeepsTheRest) {
   db.commit();
   EXPECT_EQ(EntryIds(db), (std::vector<int>{1, 2}));
   EXPECT_EQ(db.Reported(), "");
+}
+
+TEST(Files, StoreMayGrowTo64GiB) {
+  Folder folder;
+  Database db;
+  ASSERT_TRUE(db.open("store", folder.File().c_str()));
+  std::ifstream maps("/proc/self/maps");
+  std::uint64_t size = 0;
+  for (std::string line; std::getline(maps, line);) {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    if (!line.ends_with(folder.File()) || std::sscanf(line.c_str(), "%lx-%lx", &begin, &end) != 2) continue;
+    size += end - begin;
+  }
+  EXPECT_EQ(size, std::uint64_t{1} << 36);
 }
 
 TEST(Files, RollbackAfterAFullStoreIsQuiet) {

@@ -180,6 +180,23 @@ TEST_F(Queries, DepthIsLimited) {
   EXPECT_NE(store.db.Reported().find("too many conditions"), std::string::npos);
 }
 
+TEST_F(Queries, LimitsOfDepthAndConditionsAreExact) {
+  const auto inBrackets = [](std::size_t n) { return std::string(n, '(') + "i4 = 1" + std::string(n, ')'); };
+  const auto joined = [](int n) {
+    std::string text = "i4 = 1";
+    for (int i = 1; i < n; ++i) text += " or i4 = 1";
+    return text;
+  };
+  for (const std::string& text : {inBrackets(199), joined(1000)}) {
+    Select(text.c_str());
+    EXPECT_TRUE(store.db.Reported().empty()) << text.size();
+  }
+  for (const std::string& text : {inBrackets(200), joined(1001)}) {
+    Select(text.c_str());
+    EXPECT_FALSE(store.db.Reported().empty()) << text.size();
+  }
+}
+
 TEST_F(Queries, EveryTypeCanBeBound) {
   const int i = 10;
   const unsigned u = 10;

@@ -84,6 +84,74 @@ describe("report", () => {
   });
 });
 
+describe("identities of strangers", () => {
+  const kTurning = "\u202Egnirts\u2067";
+  const kNames = ["<script>document.body.id = 'run'</script>", "</style></script><!--", "<img src=x onerror=alert(1)>",
+                  "javascript:alert(1)", "a\nb", "a\rb", "\u0001\u001B[31mred", kTurning, "a\u2028b\u2029", "\uFEFFmark", "{}",
+                  "\"'`", "'=1", "\u{1F50C}", "e\u0301", "x".repeat(10000)];
+  const quoted = (text) => `"${text.replaceAll('"', '""')}"`;
+  let report;
+
+  before(() => {
+    const model = join(folder, "strangers");
+    mkdirSync(model);
+    const write = (table, lines) => writeFileSync(join(model, `${table}.csv`), lines.join("\r\n") + "\r\n");
+    write("CO", ["id", "C"]);
+    write("DV", ["id,co", "D,C"]);
+    write("ST", ["id,dv", ...kNames.map((name) => `${quoted(name)},D`)]);
+    write("KV", ["id,st,vbase,vmin,vmax", `K,${quoted(kTurning)},110,100,120`]);
+    write("CB", ["id,kv,nd,znd,flags", ...kNames.map((name) => `${quoted(name)},K,${quoted(name)},hub,1`)]);
+    write("LD", ["id,kv,nd", ...kNames.map((name) => `${quoted(name)},K,${quoted(name)}`)]);
+    process.env.DTSDB_ENCODING = "utf-8";
+    report = reportOn(model, folder, "strangers.html", 1);
+    delete process.env.DTSDB_ENCODING;
+  });
+
+  /** What must hold wherever such identities are shown. */
+  async function expectCalm(tab) {
+    await tab.settle();
+    const seen = await tab.page.evaluate(() => ({
+      id: document.body.id,
+      text: document.body.innerText,
+      turned: [...document.querySelectorAll("body, body *")].filter((each) => getComputedStyle(each).direction !== "ltr").length,
+      strangers: document.querySelectorAll("main script, main img, main iframe").length,
+      width: document.documentElement.scrollWidth - document.documentElement.clientWidth,
+    }));
+    assert.equal(seen.id, "");
+    assert.doesNotMatch(seen.text, /[\u0000-\u0008\u000B-\u001F\u007F-\u009F\u200E\u200F\u2028-\u202E\u2066-\u2069]/);
+    assert.equal(seen.turned + seen.strangers, 0);
+    assert.equal(seen.width, 0, "nothing is wider than the window");
+    assert.deepEqual(tab.faults, []);
+  }
+
+  for (const place of ["table/CB", "table/ST", "findings", "state", `station/${encodeURIComponent(kTurning)}`]) {
+    test(`stay in their place in ${place.split("/").slice(0, 2).join(" ").slice(0, 10)}`, async () => {
+      const tab = await Tab.open(browser);
+      tab.page.on("dialog", (dialog) => {
+        tab.faults.push(dialog.message());
+        dialog.dismiss();
+      });
+      await tab.show(report, place);
+      await expectCalm(tab);
+      if (place === "table/CB") {
+        await tab.waitForText(".rows", "\\u202Egnirts");
+        const heights = await tab.page.$$eval(".rows .body > *", (rows) => rows.map((row) => row.offsetHeight));
+        assert.ok(heights.length > 10 && heights.every((height) => height === heights[0]), heights.join(" "));
+      }
+      await tab.close();
+    });
+  }
+
+  test("are found by a search and shown as they are not", async () => {
+    const tab = await Tab.open(browser);
+    await tab.show(report);
+    await tab.page.type('[role="combobox"]', "gnirts");
+    await tab.waitForText(".matches", "\\u202Egnirts");
+    await expectCalm(tab);
+    await tab.close();
+  });
+});
+
 describe("search", () => {
   test("finds equipment by a part of its name and opens it", () => inSample("", async (tab, page) => {
     await page.type('[role="combobox"]', "e01-q0");

@@ -1,7 +1,7 @@
 // The page as a whole: its head, its navigation, the view in the middle and the panel beside it.
 
 import { isException, type Finding, type ModelDocument, type Run, type StateDocument, type TableInfo } from "./documents";
-import { fill, h, icon, number } from "./dom";
+import { fill, h, icon, number, visible } from "./dom";
 import { Inspector } from "./inspector";
 import { readRoute, writeRoute, type Route } from "./route";
 import { SearchBox } from "./search_box";
@@ -59,7 +59,7 @@ export class App {
     if (this.source.session) this.beginSession();
     applyTheme(this.theme);
     followSystem(() => this.theme);
-    document.title = this.model.name;
+    document.title = visible(this.model.name);
     fill(root, h("a", { class: "skip", href: "#view", onclick: (event: Event) => {
       event.preventDefault();
       this.place.focus();
@@ -156,7 +156,7 @@ export class App {
       this.viewName = name;
       fill(this.place, this.view.element);
     }
-    document.title = `${this.view!.title} – ${this.model.name}`;
+    document.title = visible(`${this.view!.title} – ${this.model.name}`);
     this.place.setAttribute("aria-label", this.view!.title);
     this.renderTabs();
     this.stations.select(name === "station" ? (args[0] ?? "") : "");

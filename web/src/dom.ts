@@ -27,8 +27,16 @@ function append(element: HTMLElement, children: Child[]): void {
   for (const child of children) {
     if (Array.isArray(child)) append(element, child);
     else if (child instanceof Node) element.append(child);
-    else if (child !== null && child !== undefined && child !== false) element.append(String(child));
+    else if (child !== null && child !== undefined && child !== false) element.append(visible(String(child)));
   }
+}
+
+// Control characters but the line feed, separators of lines and paragraphs, and what sets the direction of text.
+const kUnseen = /[\u0000-\u0009\u000B-\u001F\u007F-\u009F\u061C\u200E\u200F\u2028-\u202E\u2066-\u2069]/g;
+
+/** A text as it is shown: what can't be seen, or would turn the text around it, stands there as "\u202E". */
+export function visible(text: string): string {
+  return text.replace(kUnseen, (c) => `\\u${c.charCodeAt(0).toString(16).toUpperCase().padStart(4, "0")}`);
 }
 
 /** Replaces what is in `element`. */

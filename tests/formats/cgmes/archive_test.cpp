@@ -9,6 +9,7 @@
 
 #include "formats/cgmes/set.h"
 #include "formats/files.h"
+#include "formats/import/archive.h"
 #include "tests/formats/cgmes/profile_text.h"
 
 namespace dtsdb::tools::cgmes::test {
@@ -113,6 +114,22 @@ TEST(CgmesArchive, ABombIsNotReadToItsEnd) {
   while (bomb.size() < (std::size_t{96} << 20)) bomb += std::string(1 << 14, ' ') + "<cim:A rdf:ID=\"_1\"/>";
   WriteZip(path, {{"eq.xml", bomb}});
   EXPECT_EQ(FailureOf([&] { ReadSet({path}); }), path + ": can't be read: it expands to more than any grid");
+}
+
+TEST(CgmesArchive, AnArchiveExpandsToNoMoreThanAllowed) {
+  const SetFolder folder;
+  const std::string path = folder.Path() + "/grid.zip";
+  WriteZip(path, {{"a.xml", std::string(600, 'a')}, {"b.xml", std::string(400, 'b')}});
+  const auto read = [&](qint64 most) {
+    qint64 bytes = 0;
+    ForEachEntry(
+        path, [&](QIODevice& content, const std::string&) { bytes += content.readAll().size(); }, [](std::uint64_t) {},
+        most);
+    EXPECT_EQ(bytes, 1000);
+  };
+  EXPECT_EQ(FailureOf([&] { read(1000); }), "");
+  EXPECT_EQ(FailureOf([&] { read(999); }), path + ": can't be read: it expands to more than any grid");
+  EXPECT_EQ(kMostExpandedBytes, qint64{8} << 30);
 }
 
 TEST(CgmesArchive, AnArchiveWithTooManyFilesIsRefused) {

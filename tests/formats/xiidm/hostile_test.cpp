@@ -62,6 +62,23 @@ TEST(XiidmReader, WhatNoNetworkNeedsIsRefused) {
   }
 }
 
+TEST(XiidmReader, MoreElementsThanAnyNetworkHasAreRefused) {
+  QByteArray text = QByteArray::fromStdString(NetworkText(BusLevel("")));  // a level, its topology and two buses
+  const auto read = [&text](int most) {
+    QBuffer input(&text);
+    input.open(QIODevice::ReadOnly);
+    ReadNetwork(input, "a.xiidm", most);
+  };
+  EXPECT_NO_THROW(read(4));
+  try {
+    read(3);
+    ADD_FAILURE() << "read";
+  } catch (const Failure& failure) {
+    EXPECT_STREQ(failure.what(), "a.xiidm, line 6: it has more elements than any network");
+  }
+  EXPECT_EQ(kMostElements, 20'000'000);
+}
+
 TEST(XiidmReader, AFileThatIsCutOffIsRefusedWithItsLine) {
   const std::string text = NetworkText(BusLevel(""));
   for (std::size_t length = text.find("<iidm"); length < text.size() - 2; length += 7) {
