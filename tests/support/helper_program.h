@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace dtsdb::test {
@@ -30,12 +31,20 @@ inline int PrintAndWait(const std::string& text) {
   for (;;) ::pause();
 }
 
-/// Lets no file of the program grow beyond `bytes`, as if the disk were full.
+/// Lets no file of the program grow beyond `bytes`, as if the disk were full; until it ends, since then it may still
+/// write how often its lines ran.
 inline void LimitFileSize(rlim_t bytes) {
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit limit{};
-  limit.rlim_cur = limit.rlim_max = bytes;
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  limit.rlim_cur = bytes;
   ::setrlimit(RLIMIT_FSIZE, &limit);
+  std::atexit([] {
+    rlimit none{};
+    ::getrlimit(RLIMIT_FSIZE, &none);
+    none.rlim_cur = none.rlim_max;
+    ::setrlimit(RLIMIT_FSIZE, &none);
+  });
 }
 
 }  // namespace dtsdb::test
