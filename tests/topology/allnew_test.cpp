@@ -59,6 +59,22 @@ TEST_F(AllnewTest, EmptyModelRunsThroughEveryStage) {
   EXPECT_GT(empty.m_globalTable->GetPh(0).time, 0U);
 }
 
+// A section for each node and a fragment for each level, beside two heads and two spares; a list entry for each
+// station, level, section, branch end and device, beside the head and two spares.
+TEST_F(AllnewTest, WorkArraysHaveRoomForAllThatCanTakeAPlace) {
+  TwoStations();
+  const auto give = [&]<class... Records>(int first) {
+    int size = first;
+    (m.Table<Records>().SetSize(size += 10), ...);
+  };
+  give.template operator()<ST, KV, ND, LN2, XF2, ZBR2, LD, UN, CP, DLN2>(100);
+  Run();
+  EXPECT_EQ(probe.SectionCount(), m.Table<ND>().GetSize() + m.Table<KV>().GetSize() + 4);
+  const auto sizes = [&]<class... Records>() { return (m.Table<Records>().GetSize() + ...); };
+  EXPECT_EQ(probe.EntryCount(),
+            (sizes.template operator()<ST, KV, LN2, XF2, ZBR2, LD, UN, CP, DLN2>() + probe.SectionCount() + 3));
+}
+
 TEST_F(AllnewTest, VoltageLevelWithoutNodesIsPassedOver) {
   TwoStations();
   m.Station("C").Kv("C110", 110);

@@ -213,6 +213,17 @@ TEST(RemoveDistrict, WithALineThatFailsStops) {
   EXPECT_EQ(m.Table<DV>().GetCount(), 5);
 }
 
+TEST(RemoveDistrict, WithADcLineThatFailsStops) {
+  ModelBuilder m = FourDistricts(1);
+  m.DcLine("E", "D2", "S1", "S2", "K1", "K2", "N1", "N2");
+  Editing edit(m);
+  ASSERT_TRUE(edit.IsGood());
+  m.Of<DLN>("E").r_dv_dln = -1;
+  EXPECT_EQ(edit.Remove<DV>("D2"), "删除直流线路没有所属的分区.\n");
+  EXPECT_EQ(m.Table<LN>().GetCount(), 0) << "gone before";
+  EXPECT_EQ(m.Table<DV>().GetCount(), 5);
+}
+
 // Ten thousand districts, each leading to the next: no recursion.
 TEST(RemoveDistrict, GoesAnyDepth) {
   constexpr int kDistricts = 10000;
