@@ -33,5 +33,15 @@ TEST(TopologyComparison, MissingRecordsAreDifferences) {
   EXPECT_EQ(CompareTopology(nothing, model.Tables()).size(), differences.size());
 }
 
+// Of each table the first model's records stand on the left.
+TEST(TopologyComparison, EveryTableIsComparedInTheSameDirection) {
+  const Model model = TwoStations();
+  DTSDB nothing;
+  for (const Difference& difference : CompareTopology(model.Tables(), nothing)) {
+    EXPECT_EQ(difference.there, "0 records") << difference.table;
+    EXPECT_NE(difference.here, "0 records") << difference.table;
+  }
+}
+
 }  // namespace
 }  // namespace dtsdb::analysis

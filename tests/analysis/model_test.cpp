@@ -130,5 +130,18 @@ TEST_F(ModelTest, TopologyHasNames) {
   EXPECT_TRUE(topology->findings.empty());
 }
 
+// The unit produces more than it can: it can't become the reference.
+TEST_F(ModelTest, AnIslandWithoutAReferenceHasNoSectionOfIt) {
+  Model model = *Model::Open("grid.obj");
+  UN& unit = (*model.Tables().m_unTable)[0];
+  unit.pmax = 1;
+  unit.pcur = 2;
+  const Result<Topology> topology = WorkOutTopology(model);
+  ASSERT_TRUE(topology.has_value());
+  ASSERT_EQ(topology->islands.size(), 1U);
+  EXPECT_EQ(topology->islands[0].reference, "");
+  EXPECT_EQ(topology->islands[0].referenceSection, -1);
+}
+
 }  // namespace
 }  // namespace dtsdb::analysis

@@ -293,6 +293,24 @@ TEST_F(SmallScreening, NamesTheReferenceThatTakesOver) {
   EXPECT_EQ(result.islands[0].parts.at(0).reference, "UN V");
 }
 
+TEST_F(SmallScreening, NamesALoadThatIsTheReference) {
+  ASSERT_EQ(m.Number<LD>("D"), 0);
+  m.Of<LD>("D").ref = 0;
+  const OutageResult result = Tried({{"LN", "L"}, {"LN", "M"}});
+  ASSERT_EQ(result.islands.size(), 1U);
+  EXPECT_EQ(result.islands[0].reference, "LD D") << "E, which marks nothing, stands on the same section";
+  EXPECT_TRUE(result.islands[0].lostReference);
+}
+
+TEST_F(SmallScreening, APartMayHaveNoReference) {
+  m.Of<UN>("V").pmax = 1;
+  m.Of<UN>("V").pcur = 2;
+  const OutageResult result = Tried({{"LN", "L"}, {"LN", "M"}});
+  ASSERT_EQ(result.islands.size(), 1U);
+  ASSERT_EQ(result.islands[0].parts.size(), 2U);
+  EXPECT_EQ(result.islands[0].parts[1].reference, "");
+}
+
 TEST_F(SmallScreening, NamesIslandsThatDie) {
   const OutageResult result = Tried({{"UN", "U"}, {"UN", "V"}, {"UN", "W"}});
   ASSERT_EQ(result.islands.size(), 1U);
@@ -422,6 +440,34 @@ TEST(Screening, OfADamagedModelLooksAtNothingThatIsNotThere) {
   } else {
     EXPECT_FALSE(screening.error().message.empty());
   }
+}
+
+// The level of node b has the number behind the last one.
+TEST(Screening, OfALevelBehindTheLastOneLooksAtNothing) {
+  const MessageCatcher catcher;
+  ModelBuilder m;
+  m.Station("A").Kv("KA").Unit("U", "KA", "a").Station("B").Kv("KB").Load("D", "KB", "b");
+  m.Line("L", "DV", "A", "B", "KA", "KB", "a", "b");
+  ASSERT_TRUE(m.Validate());
+  ASSERT_EQ(TP(&m.Db()).tpAllnew(), 1);
+  m.Table<R_KV_ND>().GetPh(m.Of<ND>("b").r_kv_nd).ikv = m.Table<KV>().GetCount();
+  EXPECT_EQ(internal::SupplyRecord(m.Db()).LevelOf(m.Number<ND>("b")), -1);
+  EXPECT_EQ(internal::SupplyRecord(m.Db()).LevelOf(m.Number<ND>("a")), m.Number<KV>("KA"));
+}
+
+TEST(Screening, SupplyThatComesBackIsInItsStateBefore) {
+  ModelBuilder m;
+  m.Station("A").Kv("KA").Unit("U", "KA", "a").Bus("BA", "KA", "a").Station("B").Kv("KB").Load("D", "KB", "b");
+  m.Line("L", "DV", "A", "B", "KA", "KB", "a", "b");
+  m.Of<UN>("U").status |= SHUNT_OFF;
+  ASSERT_TRUE(m.Validate());
+  ASSERT_EQ(TP(&m.Db()).tpAllnew(), 1);
+  const internal::SupplyRecord record(m.Db());
+  m.Of<UN>("U").status &= ~SHUNT_OFF;
+  ASSERT_EQ(TP(&m.Db()).tpAllnew(), 1);
+  EXPECT_EQ(Text(record.EffectOn(record.AllLevels()).regained),
+            "ST A at A/ dead 0 0; ST B at B/ dead 0 0; BUS BA at A/KA dead 0 0; UN U at A/KA switched off 0 0; "
+            "LD D at B/KB dead 0 0");
 }
 
 TEST(Pairs, AreAllOfTwoDifferentOutages) {

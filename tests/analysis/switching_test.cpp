@@ -144,6 +144,21 @@ TEST_F(SwitchingTest, BranchWithItsToEndAloneOpenIsLeftOut) {
   EXPECT_TRUE(session.CompareWithFullRun().empty());
 }
 
+// A full run fails on such a branch unless the line of its number has its to end open; here there is no line at all.
+TEST(ZeroImpedanceBranch, WithItsToEndAloneOpenIsLeftOutWithoutAskingALineThatIsNotThere) {
+  ModelBuilder m;
+  m.Station("A").Kv("KA").Bus("M", "KA", "a").Unit("U", "KA", "a").Breaker("Q", "KA", "a", "c").Zbr("Z", "Q");
+  m.Load("D", "KA", "c").Winding("X", "A", "KA", "KA", "a", "c");
+  m.Table<LN>().SetSize(0);
+  ASSERT_TRUE(m.Validate());
+  m.Of<ZBR>("Z").status = BranchKind<ZBR>::kOpen2;
+  Model model = Model::Of(m.Db());
+  const test::MessageCatcher catcher;
+  const Result<Topology> topology = WorkOutTopology(model);
+  EXPECT_TRUE(topology.has_value());
+  EXPECT_EQ(test::MessageCatcher::Lines(), QStringList());
+}
+
 TEST_F(SwitchingTest, RunNamesWhyItIsAFullOne) {
   Switching session = Begin();
   EXPECT_EQ(session.First().run.Text(), "full");
@@ -156,6 +171,17 @@ TEST_F(SwitchingTest, RunNamesWhyItIsAFullOne) {
   EXPECT_EQ(session.Apply("join LN L to")->run.Text(), "full, for the open end of LN L");
   EXPECT_EQ(session.Apply("open CB Q")->run.Text(), "full, beside ZBR Z");
   EXPECT_EQ(session.Apply("out LN M")->run.Text(), "full, beside ZBR Z") << "it is out with its breaker";
+}
+
+// Line V leads to node e, which is no section by itself. On the same level the to end of line O is open.
+TEST_F(SwitchingTest, AnOpenEndIsFoundOnALevelThatTheRunDrawsIn) {
+  m.Station("C").Kv("KC").Load("F", "KC", "f").Line("O", "DV", "B", "C", "KB", "KC", "b", "f");
+  m.Of<LN>("O").status = BranchKind<LN>::kOpen2;
+  m.Station("E").Kv("KE").Breaker("T", "KE", "g", "h").Load("G", "KE", "g").Load("H", "KE", "h");
+  m.Line("V", "DV", "E", "C", "KE", "KC", "g", "e").Line("W", "DV", "E", "B", "KE", "KB", "h", "b");
+  ASSERT_TRUE(m.Validate());
+  Switching session = Begin();
+  EXPECT_EQ(session.Apply("open CB T")->run.Text(), "full, for the open end of LN O");
 }
 
 TEST_F(SwitchingTest, UnknownComponentIsAnErrorAndNothingIsSwitched) {

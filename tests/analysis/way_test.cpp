@@ -96,6 +96,19 @@ TEST(WayBetween, ABranchThatOnlyTheFirstHasGoesOutWithItsBreaker) {
   EXPECT_EQ(a.Of<ZBR>("Z").status, BranchKind<ZBR>::kOut);
 }
 
+// The branch comes back with its breaker, as it has gone.
+TEST(WayBetween, ABranchThatIsOutWithItsBreakerGoesAndComesWithIt) {
+  const test::MessageCatcher catcher;  // the topology warns that no line has the branch's number
+  ModelBuilder a = UnitAndLoad(false);
+  ModelBuilder b = UnitAndLoad(false);
+  const Model from = Model::Of(a.Db());
+  const Model to = Model::Of(b.Db());
+  ASSERT_TRUE(Switching::Begin(to)->Apply("open CB B"));
+  ASSERT_NE(b.Of<ZBR>("Z").tp_status & ZBR_OUT_WITH_BREAKER, 0U);
+  EXPECT_EQ(WayText(*FindWay(from, to)), "open CB B\n");
+  EXPECT_EQ(WayText(*FindWay(to, from)), "close CB B\n");
+}
+
 TEST(WayBetween, WhatOnlyOneModelHasIsReported) {
   ModelBuilder a = UnitAndLoad(true);
   ModelBuilder b = UnitAndLoad(false, "E");

@@ -306,5 +306,12 @@ TEST(FlowSources, RandomTablesGiveTheSame) {
   EXPECT_GT(breakers, 1000) << "the models are such that something is computed";
 }
 
+TEST(FlowClass, HasANameWhereThereIsOne) {
+  EXPECT_STREQ(ClassName(FlowClass::kRadial), "radial");
+  EXPECT_STREQ(ClassName(FlowClass::kBridge), "bridge");
+  EXPECT_STREQ(ClassName(FlowClass::kLoop), "loop");
+  EXPECT_STREQ(ClassName(FlowClass::kNone), "");
+}
+
 }  // namespace
 }  // namespace dtsdb::test
