@@ -1,8 +1,9 @@
 """Runs the tests against one planted error after the other."""
-import collections
 import dataclasses
 import mmap
 import os
+import pathlib
+import pickle
 import resource
 import shutil
 import signal
@@ -17,7 +18,7 @@ SEEN_BYTES = 4 + ERRORS * TESTS
 MOST_MEMORY = 4 << 30
 MOST_FILE = 2 << 30
 NOBODY = 65534
-QUICK_SECONDS = 0.1
+BATCH_SECONDS = 2
 
 
 def _confine():
@@ -71,8 +72,13 @@ class Programs:
             shutil.rmtree(folder, ignore_errors=True)
 
     def measure(self, program):
-        """Runs a program without an error, and returns how many seconds its tests take, how many errors they come by, and the
-        names of those that fail: they can't judge."""
+        """Runs a program without an error, once after each build, and returns its tests and the names of those that fail:
+        they can't judge."""
+        kept = pathlib.Path(f"{self.build}/{program}.tests")
+        if kept.exists() and kept.stat().st_mtime > os.stat(f"{self.build}/{program}").st_mtime:
+            tests, failed = pickle.loads(kept.read_bytes())
+            self.tests += tests
+            return tests, failed
         with tempfile.NamedTemporaryFile() as seen, tempfile.NamedTemporaryFile("r") as notes:
             seen.truncate(SEEN_BYTES)
             for file in (seen, notes):
@@ -82,25 +88,33 @@ class Programs:
             with mmap.mmap(seen.fileno(), SEEN_BYTES) as rows:
                 tests = [Test(program, name, int(milliseconds) / 1000, self._errors_of(rows, row))
                          for row, (name, milliseconds, _) in enumerate(lines, 1)]
-        failed = {name for name, _, passed in lines if passed != "1"}
-        self.tests += [test for test in tests if test.name not in failed]
-        return sum(test.seconds for test in tests), len(set().union(*(test.seen for test in tests))), sorted(failed)
+        failed = [name for name, _, passed in lines if passed != "1"]
+        tests = [test for test in tests if test.name not in failed]
+        kept.write_bytes(pickle.dumps((tests, failed)))
+        self.tests += tests
+        return tests, failed
 
     @staticmethod
     def _errors_of(rows, row):
         begin = struct.calcsize("i") + row * ERRORS
         return {number for number, seen in enumerate(rows[begin:begin + ERRORS]) if seen}
 
+    def _batches(self, number):
+        """The tests that come by an error, in batches for one run of a program each: a hanging test delays few others."""
+        batches, filling = [], {}
+        for test in sorted((test for test in self.tests if number in test.seen), key=lambda test: test.seconds):
+            batch = filling.get(test.program)
+            if batch is None or sum(one.seconds for one in batch) + test.seconds > BATCH_SECONDS:
+                batch = filling[test.program] = []
+                batches.append(batch)
+            batch.append(test)
+        return sorted(([sum(test.seconds for test in batch), batch] for batch in batches), key=lambda batch: batch[0])
+
     def try_one(self, number):
         """The program that finds the error, "" where none does, and None where no test comes by it."""
-        batches, of_seconds = collections.defaultdict(list), collections.Counter()
-        for test in self.tests:
-            if number in test.seen:
-                batch = (test.seconds > QUICK_SECONDS, test.program)
-                batches[batch].append(test.name)
-                of_seconds[batch] += test.seconds
-        for batch in sorted(batches, key=lambda batch: (batch[0], of_seconds[batch])):
-            if self._run(batch[1], 5 + 8 * of_seconds[batch], ":".join(batches[batch]), DTSDB_MUTANT=str(number),
-                         GTEST_FAIL_FAST="1") != 0:
-                return batch[1]
+        batches = self._batches(number)
+        for seconds, batch in batches:
+            names = ":".join(test.name for test in batch)
+            if self._run(batch[0].program, 10 + 5 * seconds, names, DTSDB_MUTANT=str(number), GTEST_FAIL_FAST="1") != 0:
+                return batch[0].program
         return "" if batches else None
