@@ -45,8 +45,8 @@ class Test:
 class Programs:
     """The test programs of a build."""
 
-    def __init__(self, build, cases):
-        self.build, self.cases, self.tests = build, cases, []
+    def __init__(self, build, cases, seconds):
+        self.build, self.cases, self.seconds, self.tests = build, cases, seconds, []
 
     def _run(self, program, longest, tests="*", **environment):
         """The exit code of a program, None where it took too long."""
@@ -113,7 +113,11 @@ class Programs:
     def try_one(self, number):
         """The program that finds the error, "" where none does, and None where no test comes by it."""
         batches = self._batches(number)
+        left = self.seconds
         for seconds, batch in batches:
+            left -= seconds
+            if left < 0:
+                break
             names = ":".join(test.name for test in batch)
             if self._run(batch[0].program, 10 + 5 * seconds, names, DTSDB_MUTANT=str(number), GTEST_FAIL_FAST="1") != 0:
                 return batch[0].program

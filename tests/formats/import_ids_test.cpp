@@ -58,6 +58,23 @@ TEST_F(ImportIds, KeepsThePositionsOfStations) {
   EXPECT_TRUE(PositionsBeside(Model()).empty());
 }
 
+TEST_F(ImportIds, TheFileLiesBesideTheModel) {
+  EXPECT_EQ(IdsPath(ModelName("/grid/")), "/grid.ids.csv");
+  EXPECT_EQ(IdsPath(ModelName("/")), "/.ids.csv");
+}
+
+// A name in a table isn't an identity.
+TEST_F(ImportIds, AnIdentityIsFoundByTableAndIdentity) {
+  ImportReport report;
+  report.identities = {{"CB", "Z", "m1", ""}, {"LN", "B", "m2", ""}, {"LN", "C", "m3", ""}, {"ND", "A", "m4", ""}};
+  for (const ImportReport::Identity& row : report.identities) {
+    ASSERT_NE(report.Find(row.table, row.identity), nullptr) << row.identity;
+    EXPECT_EQ(report.Find(row.table, row.identity)->mrid, row.mrid);
+  }
+  EXPECT_EQ(report.Find("LN", "A"), nullptr);
+  EXPECT_EQ(report.Find("CB", "B"), nullptr);
+}
+
 TEST_F(ImportIds, AModelWithoutTheFileHasNone) { EXPECT_TRUE(ReadIds(Model()).identities.empty()); }
 
 TEST_F(ImportIds, AFaultIsNamedWithItsLine) {
@@ -68,6 +85,9 @@ TEST_F(ImportIds, AFaultIsNamedWithItsLine) {
   Write("CB,Q1,,\r\n");
   EXPECT_EQ(FaultOf(), ", line 2: the mrid is missing");
   WriteFile(IdsPath(Model()), "CB,Q1,m1,\r\n");
+  EXPECT_EQ(FaultOf(), ", line 1: the header isn't table,identity,mrid,name");
+  EXPECT_EQ(FaultOf(), ", line 1: the header isn't table,identity,mrid,name");
+  WriteFile(IdsPath(Model()), "CB,Q1,m1,name\r\n");
   EXPECT_EQ(FaultOf(), ", line 1: the header isn't table,identity,mrid,name");
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QDataStream>
 #include <filesystem>
 #include <map>
 #include <random>
@@ -11,6 +12,7 @@
 #include "formats/failure.h"
 #include "formats/field_text.h"
 #include "formats/model_io.h"
+#include "formats/salvage/record_scan.h"
 #include "formats/salvage/salvage.h"
 #include "model/any_table.h"
 #include "model/qarchive.h"
@@ -167,7 +169,55 @@ TEST_F(ObjectFileSalvageTest, RecordsBetweenDamagedOnesAreFound) {
   }
   Salvage salvage = Of(whole);
   EXPECT_GE(ExpectOnlyOriginals(salvage, "three damages"), 990);
-  EXPECT_EQ(salvage.placeCount, 3U);
+  ASSERT_EQ(salvage.placeCount, 3U);
+  EXPECT_EQ(salvage.places[0].id + " " + salvage.places[1].id + " " + salvage.places[2].id, "10100 10499 10899");
+}
+
+/// Companies as they lie behind each other in a file, and where each begins; some are damaged.
+struct CompanyBytes {
+  CompanyBytes(int count, const std::set<int>& damaged) {
+    QByteArray buffer;
+    QDataStream stream(&buffer, QIODevice::WriteOnly);
+    for (int i = 0; i < count; ++i) {
+      begins.push_back(static_cast<std::size_t>(buffer.size()));
+      stream << QString(QStringLiteral("C%1").arg(i));
+      const QByteArray numbers(9 * 4, '\xFF');
+      stream.writeRawData(numbers.data(), static_cast<int>(numbers.size()));
+    }
+    bytes = buffer.toStdString();
+    for (const int i : damaged) bytes[begins[static_cast<std::size_t>(i)]] = '\x7F';
+  }
+  FoundRecords Find(int count, ScanEnd end) const {
+    RecordScan scan(bytes, TableOfKind(KIND_CO), 0, bytes.size());
+    return FindRecords(scan, count, end);
+  }
+
+  std::string bytes;
+  std::vector<std::size_t> begins;
+};
+
+TEST(FindRecords, DamagedFirstRecordLeavesNoneInFront) {
+  const CompanyBytes companies(10, {0});
+  for (const int count : {-1, 10}) {
+    const FoundRecords found = companies.Find(count, ScanEnd::kUnknown);
+    EXPECT_TRUE(found.runs.empty());
+    EXPECT_EQ(found.damaged, std::vector<std::size_t>{0});
+  }
+}
+
+TEST(FindRecords, DamagedLastRecordLeavesNoneBehind) {
+  const CompanyBytes companies(10, {9});
+  const FoundRecords found = companies.Find(10, ScanEnd::kLastRecord);
+  ASSERT_EQ(found.runs.size(), 1U);
+  EXPECT_EQ(found.runs[0].count, 9);
+  EXPECT_EQ(found.lost, 1);
+}
+
+// Records 1 to 4 and 6 to 9 lie between damaged ones, 11 to 14 behind them.
+TEST(FindRecords, NoMoreAreFoundThanTheHeadCounts) {
+  const CompanyBytes companies(15, {0, 5, 10});
+  EXPECT_EQ(companies.Find(15, ScanEnd::kLastRecord).runs.size(), 3U);
+  EXPECT_EQ(companies.Find(9, ScanEnd::kLastRecord).runs.size(), 2U) << "the head leaves room for one of the first two";
 }
 
 TEST_F(ObjectFileSalvageTest, SeveralDamagesLeaveOnlyWhatWasWritten) {
@@ -190,6 +240,29 @@ TEST_F(ObjectFileSalvageTest, CutOffFileKeepsWhatIsInFrontOfItsEnd) {
     while (images[static_cast<std::size_t>(tables) + 1] <= size) ++tables;
     EXPECT_GE(ExpectOnlyOriginals(salvage, "cut off at " + std::to_string(size)), tables * kRecords) << size;
   }
+}
+
+TEST_F(ObjectFileSalvageTest, RecordsBehindADamagedOneAreFoundWithoutTheNumberOfSlots) {
+  const std::size_t table = images[KIND_CB - 1];
+  std::string bytes = whole;
+  const auto slotCount = static_cast<std::size_t>(model.m_cbTable->GetSize());
+  bytes.replace(table, 4, 4, '\0');
+  bytes[table + 28 + 16 * slotCount] = '\x7F';  // the number of bytes of the first record's identity
+  Salvage salvage = Of(bytes);
+  ExpectOnlyOriginals(salvage, "no slots");
+  EXPECT_EQ(salvage.Of(KIND_CB).saved, kRecords - 1);
+}
+
+// The file ends behind the free slots of the table, one of which is damaged.
+TEST_F(ObjectFileSalvageTest, TableWithoutRecordsLosesNone) {
+  model.m_cbTable->Clear();
+  SaveModel(model, ModelName(path));
+  images = ImagesIn(model);
+  std::string bytes = ReadBytes(path).substr(0, images[KIND_CB]);
+  ASSERT_GT(model.m_cbTable->GetSize(), 0);
+  bytes[images[KIND_CB - 1] + 28] = '\x7F';
+  Salvage salvage = Of(bytes);
+  EXPECT_EQ(salvage.Of(KIND_CB).lost, 0);
 }
 
 TEST_F(ObjectFileSalvageTest, LosesTheMarkWithARecord) {

@@ -35,6 +35,15 @@ TEST(TextLayout, SeparatorsOfLinesAndTurnedTextBecomeVisible) {
   EXPECT_EQ(OneLine("\xE2\x81\xA6"), "\\u2066");
 }
 
+TEST(TextLayout, WhatTurnsTextIsKnownByItsNumber) {
+  std::vector<int> turning;
+  for (int c = 0; c <= 0xFFFF; ++c) {
+    if (TurnsText(static_cast<char16_t>(c))) turning.push_back(c);
+  }
+  EXPECT_EQ(turning, (std::vector<int>{0x061C, 0x200E, 0x200F, 0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2066, 0x2067,
+                                       0x2068, 0x2069}));
+}
+
 TEST(TextLayout, BrokenUtf8BecomesAReplacementCharacter) { EXPECT_EQ(OneLine("a\xFF"), "a\xEF\xBF\xBD"); }
 
 TEST(TextLayout, QuotesAreShortenedWhenVeryLong) {

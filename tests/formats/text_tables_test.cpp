@@ -6,6 +6,7 @@
 
 #include "formats/failure.h"
 #include "formats/model_io.h"
+#include "formats/temporary_folder.h"
 #include "tests/formats/random_model.h"
 #include "tests/support/command_runner.h"
 
@@ -221,6 +222,16 @@ TEST(ModelIo, AnObjectFileDoesNotTakeThePlaceOfAFolder) {
   const std::string path = (here / "m").string();
   EXPECT_EQ(FailureOf([&] { SaveModel(database, ModelName(path), ModelForm::kObjectFile); }),
             path + ": is a folder; an object file can't take its place");
+}
+
+TEST(TemporaryFolders, AreRemovedAtAnEndingSignalWhenOneHasGoneBefore) {
+  const QTemporaryDir place;
+  const fs::path parent = place.path().toStdString();
+  const TemporaryFolder first(parent, "", 0700, parent / "out");
+  { const TemporaryFolder second(parent, "", 0700, parent / "out"); }
+  ASSERT_TRUE(fs::exists(first.Path()));
+  RemoveTemporaryFolders();
+  EXPECT_FALSE(fs::exists(first.Path()));
 }
 
 }  // namespace

@@ -369,12 +369,12 @@ TEST(CgmesShunts, CompensatorsTakeReactivePower) {
   EXPECT_EQ(Real(grid.Of<CP>("ES").kv), "V");
 }
 
-/// Converters A and B in two stations, each with a DC terminal on the node of its name.
-ProfileText Converters() {
+/// Converters A and B in two stations, each with a DC terminal on the node of its name. A stands on N1, B on `nodeOfB`.
+ProfileText Converters(const char* nodeOfB = "N2") {
   ProfileText text;
   text.Station("S2").Level("V2", "S2").Node("N1").Node("N2", "V2");
   text.Equipment("VsConverter", "A", {"N1"}, {{"ACDCConverter.p", "90"}});
-  text.Equipment("CsConverter", "B", {"N2"}, {{"ACDCConverter.p", "-88"}});
+  text.Equipment("CsConverter", "B", {nodeOfB}, {{"ACDCConverter.p", "-88"}});
   for (const char* const id : {"A", "B"}) {
     text.Add("ACDCConverterDCTerminal", std::string("dc ") + id,
              {{"ACDCConverterDCTerminal.DCConductingEquipment", std::string("#") + id},
@@ -383,14 +383,18 @@ ProfileText Converters() {
   return text;
 }
 
-TEST(CgmesDcLines, ALineBetweenTwoConverters) {
-  ProfileText text = Converters();
+/// The same with line Dc between the two.
+ProfileText LineBetween(ProfileText text) {
   text.Add("DCLineSegment", "Dc");
   for (const char* const id : {"A", "B"}) {
     text.Add("DCTerminal", std::string("line ") + id,
              {{"DCTerminal.DCConductingEquipment", "#Dc"}, {"DCBaseTerminal.DCNode", std::string("#node ") + id}});
   }
-  Imported grid(text);
+  return text;
+}
+
+TEST(CgmesDcLines, ALineBetweenTwoConverters) {
+  Imported grid(LineBetween(Converters()));
   const DLN row = grid.Of<DLN>("Dc");
   EXPECT_EQ(Real(row.dv), "D");
   EXPECT_EQ(Real(row.st), "S");
@@ -398,6 +402,11 @@ TEST(CgmesDcLines, ALineBetweenTwoConverters) {
   EXPECT_EQ(Real(row.nd), "N1");
   EXPECT_EQ(Real(row.znd), "N2");
   EXPECT_EQ(grid.Count<LD>() + grid.Count<UN>(), 0);
+}
+
+TEST(CgmesDcLines, ConvertersOnOneNodeMakeNoLine) {
+  Imported grid(LineBetween(Converters("N1")));
+  EXPECT_EQ(grid.Count<DLN>(), 0);
 }
 
 TEST(CgmesDcLines, ConvertersWithoutALineAreLoadAndUnitByTheirPower) {
@@ -439,6 +448,32 @@ TEST(CgmesMeasurements, AStatusPointAgreesWithItsSwitch) {
   EXPECT_EQ(Real(grid.Of<CB>("B").status_id), "status B");
   EXPECT_EQ(grid.Of<STATUS>("status B").value, 2);
   EXPECT_EQ(grid.Of<STATUS>("status E").value, 1);
+}
+
+TEST(CgmesMeasurements, AUnitHasPowerAndVoltage) {
+  ProfileText text;
+  text.Node("N1").Equipment("SynchronousMachine", "U", {"N1"});
+  text.Add("Analog", "power",
+           {{"Measurement.PowerSystemResource", "#U"}, {"Measurement.measurementType", "ThreePhaseActivePower"}});
+  text.Add("Analog", "voltage",
+           {{"Measurement.PowerSystemResource", "#U"}, {"Measurement.measurementType", "LineToLineVoltage"}});
+  Imported grid(text);
+  EXPECT_EQ(Real(grid.Of<UN>("U").ana_p), "power");
+  EXPECT_EQ(Real(grid.Of<UN>("U").ana_v), "voltage");
+}
+
+TEST(CgmesMeasurements, AStatusPointOfAnythingElseHasItsValue) {
+  ProfileText text;
+  text.Node("N1").Node("N2").Equipment("ACLineSegment", "L", {"N1", "N2"});
+  const std::map<std::string, std::string> values = {{"five", "5"}, {"below", "-3"}, {"above", "1000"}};
+  for (const auto& [id, value] : values) {
+    text.Add("Discrete", id, {{"Measurement.PowerSystemResource", "#L"}, {"Measurement.measurementType", "Tap"}});
+    text.Add("DiscreteValue", "value of " + id, {{"DiscreteValue.Discrete", "#" + id}, {"DiscreteValue.value", value}});
+  }
+  Imported grid(text);
+  EXPECT_EQ(grid.Of<STATUS>("five").value, 5);
+  EXPECT_EQ(grid.Of<STATUS>("below").value, 0);
+  EXPECT_EQ(grid.Of<STATUS>("above").value, 127);
 }
 
 TEST(CgmesReport, NamesWhatIsLeftOutWithItsPlace) {

@@ -65,6 +65,24 @@ TEST(CgmesTopologyComparison, WhatIsTogetherHereAndPublishedApartNamesTheSwitchB
             "together here: C, D / T2: C | T5: D (Breaker 'Q2' is closed)\n");
 }
 
+// Behind the switches Q4 to Q7 stand nodes H1 to H4, or one less.
+TEST(CgmesTopologyComparison, FourNamesAreListedAndOfMoreThanFourTheFirst) {
+  for (const int count : {3, 4}) {
+    TestGrid grid;
+    grid.Switches("closed", "closed", "open");
+    Published published = kAllClosed;
+    for (int i = 1; i <= count; ++i) {
+      const std::string node = "H" + std::to_string(i);
+      grid.Text().Node(node).Equipment("Breaker", "Q" + std::to_string(3 + i), {"A", node}, {{"Switch.open", "true"}});
+      published["T1"].push_back(node);
+    }
+    const std::string groups = count == 3 ? "A, B | H1 | H2 | H3" : "A, B | H1 | H2 | H3 and 1 more";
+    const std::string why = "Breaker 'Q4' is open, Breaker 'Q5' is open, Breaker 'Q6' is open";
+    EXPECT_EQ(DifferencesOf(grid, TopologyOf(published)),
+              "apart here: " + groups + " / T1 (" + why + (count == 3 ? ")\n" : ", Breaker 'Q7' is open)\n"));
+  }
+}
+
 TEST(CgmesTopologyComparison, RetainedSwitchesKeepNodesApartByDesign) {
   const TestGrid grid = TestGrid().Switches("retained", "closed", "open");
   EXPECT_EQ(DifferencesOf(grid, TopologyOf(kAllClosed)),

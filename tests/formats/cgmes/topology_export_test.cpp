@@ -80,6 +80,33 @@ TEST(CgmesTopologyExport, BaseVoltageAndContainerAreThoseOfTheLevel) {
   EXPECT_NE(text.find("<cim:TopologicalNode.ConnectivityNodeContainer rdf:resource=\"#_W\"/>"), std::string::npos);
 }
 
+// Node X stands in a line, whose level has no voltage of its own.
+TEST(CgmesTopologyExport, WithoutALevelsVoltageThatOfTheEquipmentCounts) {
+  TestGrid grid;
+  grid.Switches("closed", "closed", "open").Text().Add("Line", "Row").Node("X", "Row");
+  for (const auto& [id, end] : std::map<std::string, std::string>{{"M", "B"}, {"N", "C"}}) {
+    grid.Text().Equipment("ACLineSegment", id, {end, "X"}, {{"ConductingEquipment.BaseVoltage", "#220kV"}});
+  }
+  const Exported exported(grid.File());
+  EXPECT_EQ(exported.Result().withoutVoltage, 0);
+  const std::string file = exported.Bytes("TP");
+  const std::size_t node = file.find("<cim:TopologicalNode rdf:ID=\"_" + exported.MridOf("X") + "\">");
+  ASSERT_NE(node, std::string::npos) << file;
+  const std::string text = file.substr(node, file.find("</cim:TopologicalNode>", node) - node);
+  EXPECT_NE(text.find("<cim:TopologicalNode.BaseVoltage rdf:resource=\"#_220kV\"/>"), std::string::npos) << text;
+}
+
+TEST(CgmesTopologyExport, TheNamesOfTheFilesHaveNoCharactersThatCommandTheTerminal) {
+  std::string file = TestGrid().Switches("closed", "closed", "open").File();
+  const std::string host = "grid.example";
+  file.replace(file.find(host), host.size(),
+               "gr\x7F"
+               "id.\xC3\xA4");
+  const SetFolder folder;
+  WorkedOutSet({folder.Write("grid.xml", file)}).Export(folder.Path() + "/out");
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() + "/out/20261122T0730Z__gr-id.\xC3\xA4_TP_1.xml"));
+}
+
 TEST(CgmesTopologyExport, TheIslandHasItsLiveNodesAndItsReference) {
   Exported grid(TestGrid().Switches("closed", "open", "open").File());
   EXPECT_EQ(grid.Result().islands, 1);
