@@ -19,6 +19,8 @@ MOST_MEMORY = 4 << 30
 MOST_FILE = 2 << 30
 NOBODY = 65534
 BATCH_SECONDS = 2
+# Tests that take far longer than the others, and what they look at is looked at by these too.
+LONG_TESTS = "-Damage.Every*"
 
 
 def _confine():
@@ -83,7 +85,7 @@ class Programs:
             seen.truncate(SEEN_BYTES)
             for file in (seen, notes):
                 os.chmod(file.name, 0o666)
-            self._run(program, 900, DTSDB_MUTANTS_SEEN=seen.name, DTSDB_MUTANTS_TESTS=notes.name)
+            self._run(program, 900, LONG_TESTS, DTSDB_MUTANTS_SEEN=seen.name, DTSDB_MUTANTS_TESTS=notes.name)
             lines = [line.split() for line in notes]
             with mmap.mmap(seen.fileno(), SEEN_BYTES) as rows:
                 tests = [Test(program, name, int(milliseconds) / 1000, self._errors_of(rows, row))
@@ -99,8 +101,9 @@ class Programs:
         begin = struct.calcsize("i") + row * ERRORS
         return {number for number, seen in enumerate(rows[begin:begin + ERRORS]) if seen}
 
-    def _batches(self, number):
-        """The tests that come by an error, in batches for one run of a program each: a hanging test delays few others."""
+    def _batches(self, number, folder):
+        """The tests that come by an error, in batches for one run of a program each, so that one which hangs delays few:
+        those of the folder first, then the quickest."""
         batches, filling = [], {}
         for test in sorted((test for test in self.tests if number in test.seen), key=lambda test: test.seconds):
             batch = filling.get(test.program)
@@ -108,11 +111,12 @@ class Programs:
                 batch = filling[test.program] = []
                 batches.append(batch)
             batch.append(test)
-        return sorted(([sum(test.seconds for test in batch), batch] for batch in batches), key=lambda batch: batch[0])
+        timed = [(sum(test.seconds for test in batch), batch) for batch in batches]
+        return sorted(timed, key=lambda batch: (f"/{folder}/" not in batch[1][0].program, batch[0]))
 
-    def try_one(self, number):
+    def try_one(self, number, folder):
         """The program that finds the error, "" where none does, and None where no test comes by it."""
-        batches = self._batches(number)
+        batches = self._batches(number, folder)
         left = self.seconds
         for seconds, batch in batches:
             left -= seconds

@@ -321,6 +321,13 @@ TEST_F(TextTablesSalvageTest, WrongRowIsLeftOutAndNamed) {
   EXPECT_EQ(salvage.places[3].what, "'B1' stands already in row 2");
 }
 
+TEST_F(TextTablesSalvageTest, OneWrongRowIsLeftOut) {
+  Write("CB.csv", "id,kv,flags\r\nB1,K1,1\r\nB2,K1,x\r\nB3,K1,3\r\n");
+  Salvage salvage = SalvageModel(ModelName(path));
+  EXPECT_EQ(Breakers(salvage), "B1 B3 ");
+  EXPECT_EQ(salvage.Of(KIND_CB).lost, 1);
+}
+
 TEST_F(TextTablesSalvageTest, OpenQuoteCostsItsRow) {
   Write("CB.csv", "id,kv,flags\r\nB1,\"K1,1\r\nB2,K1,2\r\nB3,K1,3\r\n");
   Salvage salvage = SalvageModel(ModelName(path));

@@ -196,6 +196,10 @@ TEST(TextTables, TwoEqualRecordsAreNotWritten) {
   EXPECT_EQ(FailureOf([&] { WriteTextTables(database, (here / "m").string()); }),
             "table CB, record 1, field id: 'B' stands twice in the table");
   EXPECT_EQ(here.EntryCount(), 0);
+  CB pairs[] = {Breaker("A"), Breaker("A"), Breaker("B"), Breaker("B")};
+  database.m_cbTable->SetData(pairs, 4, true);
+  EXPECT_EQ(FailureOf([&] { WriteTextTables(database, (here / "m").string()); }),
+            "table CB, record 1, field id: 'A' stands twice in the table");
 }
 
 TEST(ModelIo, TheNameDecidesTheFormOfTheOutput) {

@@ -39,6 +39,16 @@ TEST(TableBulk, FewerRecordsThanSlotsKeepAllSlots) {
   EXPECT_EQ(state.ordered, 1);
 }
 
+TEST(TableBulk, DataMakesATableOrderedThatWasFilledOneByOne) {
+  Table table;
+  table.Add(Rec(2));
+  table.Add(Rec(1));
+  ASSERT_EQ(Probe::State(table).ordered, 0);
+  Rec rows[] = {1, 2};
+  table.SetData(rows, 2, true);
+  EXPECT_EQ(Probe::State(table).ordered, 1);
+}
+
 // With room for all slots or without, sorted or not: slots and what lies in them are as after a copy.
 TEST(TableBulk, RecordsThatAreTakenOverComeOutAsCopiedOnes) {
   const std::vector<std::vector<Rec>> choices = {{1, 2, 3}, {3, 1, 2}, {2, 1, 2, 1}, {7}, {6, 5, 4, 3, 2, 1}};

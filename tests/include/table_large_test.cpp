@@ -111,6 +111,19 @@ TEST(LargeTable, FindAndRemoveWorkWhileNumberingIsPutOff) {
   EXPECT_TRUE(Probe::IsNumberingPutOff(table));
 }
 
+// The slots 0 to 2999 hold ascending keys, but the last of them is free: its place has the record in slot 3000.
+TEST(LargeTable, CompactGoesByTheRecordsWhileNumberingIsPutOff) {
+  Table table;
+  Fill(table);
+  table.Add(Rec(5));
+  EXPECT_EQ(table.Remove(kRows - 1), kRows);
+  ASSERT_TRUE(Probe::IsNumberingPutOff(table));
+  table.Compact();
+  ASSERT_EQ(table.GetCount(), kRows);
+  EXPECT_EQ(table.GetPh(1).key, 5);
+  EXPECT_EQ(table.GetPh(kRows - 1).key, (kRows - 2) * 10);
+}
+
 TEST(LargeTable, EqualRecordsAreNeverPutOff) {
   Table table;
   std::vector<Rec> rows;

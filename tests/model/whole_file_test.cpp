@@ -89,6 +89,16 @@ TEST_F(WholeFileTest, LinkLeadsToTheFileThatIsReplaced) {
   EXPECT_EQ(test::ReadBytes(At("d/f")), "new");
 }
 
+// As many links as the system follows; behind them the next link is replaced.
+TEST_F(WholeFileTest, FortyLinksAreFollowed) {
+  for (int i = 0; i < 41; ++i) fs::create_symlink(std::to_string(i + 1), At(std::to_string(i).c_str()));
+  EXPECT_EQ(Write(At("1"), "of forty"), "");
+  EXPECT_EQ(test::ReadBytes(At("41")), "of forty");
+  EXPECT_EQ(Write(At("0"), "of forty-one"), "");
+  EXPECT_FALSE(fs::is_symlink(At("40")));
+  EXPECT_EQ(test::ReadBytes(At("41")), "of forty");
+}
+
 TEST_F(WholeFileTest, LinkMayLeadToAFileThatIsNotThere) {
   fs::create_symlink("f", At("link"));
   EXPECT_EQ(Write(At("link"), "new"), "");

@@ -137,6 +137,11 @@ TEST(XiidmReader, HalvesAndEndsThatMeetTwiceAreLeftOut) {
                   "<iidm:tieLine id=\"U\" boundaryLineId1=\"X\" boundaryLineId2=\"X\"/>"));
   EXPECT_EQ(tie.Count<LN>(), 1);
   EXPECT_EQ(WhyOf(tie.report.leftOut, "tieLine"), "one of its halves is a half already");
+  Imported used(NetworkText(BusLevel("<iidm:boundaryLine id=\"X\" bus=\"B1\"/><iidm:boundaryLine id=\"Y\" bus=\"B2\"/>"
+                                     "<iidm:boundaryLine id=\"Z\" bus=\"B2\"/>") +
+                            "<iidm:tieLine id=\"T\" boundaryLineId1=\"X\" boundaryLineId2=\"Y\"/>"
+                            "<iidm:tieLine id=\"U\" boundaryLineId1=\"X\" boundaryLineId2=\"Z\"/>"));
+  EXPECT_EQ(WhyOf(used.report.leftOut, "tieLine"), "one of its halves is a half already");
   Imported dc(NetworkText(BusLevel("<iidm:vscConverterStation id=\"v\" bus=\"B1\"/>") +
                           "<iidm:hvdcLine id=\"D\" converterStation1=\"v\" converterStation2=\"v\"/>"));
   EXPECT_EQ(dc.Count<DLN>(), 0);

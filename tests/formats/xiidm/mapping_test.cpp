@@ -1,6 +1,10 @@
 // What becomes of the objects of small XIIDM networks, class by class.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <map>
+#include <tuple>
 
 #include "model/record_bits.h"
 #include "tests/formats/xiidm/network_text.h"
@@ -255,6 +259,21 @@ TEST(XiidmBranches, ATransformerWithThreeWindingsIsAStar) {
   EXPECT_EQ(grid.Of<XF>("T 3").status, BranchKind<XF>::kOpen1);
 }
 
+// The name of a star is made unique by the station of the first winding.
+TEST(XiidmBranches, StarsOfOneNameHaveThoseOfTheirStationsToo) {
+  std::string text = Level("", "", "V") + Level("", "", "W");
+  for (const auto& [id, first, second] : {std::tuple("T1", "V", "W"), std::tuple("T2", "W", "V")}) {
+    text += fmt::format(
+        "<iidm:threeWindingsTransformer id=\"{0}\" name=\"T\" voltageLevelId1=\"{1}\" node1=\"1\" "
+        "voltageLevelId2=\"{2}\" node2=\"2\" voltageLevelId3=\"{2}\" node3=\"3\"/>\n",
+        id, first, second);
+  }
+  Imported grid(NetworkText(text));
+  std::string levels;
+  for (int i = 0; i < grid.model.m_kvTable->GetCount(); ++i) levels += Real((*grid.model.m_kvTable)[i].id) + ";";
+  EXPECT_EQ(levels, "SV/T star;SW/T star;V;W;");
+}
+
 TEST(XiidmBranches, ADcLineJoinsWhereItsConverterStationsStand) {
   Imported grid(TwoLevels("<iidm:vscConverterStation id=\"v\" bus=\"a\"/>",
                           "<iidm:lccConverterStation id=\"l\" bus=\"b\"/>",
@@ -301,6 +320,18 @@ TEST(XiidmNetworks, WhatHasNoTableIsReported) {
   for (const ImportReport::Exception& unknown : grid.report.unknown)
     names += unknown.type + " " + unknown.names[0] + ";";
   EXPECT_EQ(names, "extension position V;ground E;inj in V;voltageAngleLimit A;");
+}
+
+TEST(XiidmNetworks, AnEmptyExtensionEndsAtOnce) {
+  Imported grid(NetworkText("<iidm:extension id=\"net\"/>\n" + Level(kTwoNodes)));
+  EXPECT_EQ(Real(grid.Of<CB>("Q").kv), "V");
+}
+
+TEST(XiidmNetworks, ClassesAreCountedByName) {
+  Imported grid(NetworkText(Level(kTwoNodes, "<iidm:load id=\"L\" p0=\"1\" q0=\"0\" node=\"0\"/>")));
+  std::map<std::string, int> counts;
+  for (const ImportReport::Class& mapped : grid.report.classes) counts[mapped.name] = mapped.count;
+  EXPECT_EQ(counts, (std::map<std::string, int>{{"load", 1}, {"substation", 1}, {"switch", 1}, {"voltageLevel", 1}}));
 }
 
 TEST(XiidmNetworks, InANetworkCountAsOne) {

@@ -167,5 +167,37 @@ TEST(XiidmRoundTrip, KeepsTheStarOfATransformer) {
   EXPECT_EQ(FirstDifference(FactsOf(grid.model), FactsOf(again.model)), "");
 }
 
+/// A transformer with three windings, and how its star is written with `device` on it.
+template <class Device>
+void ExpectNoStarWith(Device device) {
+  Imported grid(NetworkText(
+      Level("", "", "V") + Level("", "", "W") +
+      "<iidm:threeWindingsTransformer id=\"T\" voltageLevelId1=\"V\" node1=\"1\" voltageLevelId2=\"W\" node2=\"1\" "
+      "voltageLevelId3=\"W\" node3=\"2\" p1=\"9\" q1=\"1\" p2=\"-8\" p3=\"-1\"/>\n"));
+  SettleTables(grid.model);
+  const XF& winding = (*grid.model.m_xfTable)[0];
+  const bool isFrom = TextFromId(winding.kv).endsWith(QStringLiteral(" star"));
+  ASSERT_TRUE(isFrom || TextFromId(winding.zkv).endsWith(QStringLiteral(" star")));
+  device.kv = isFrom ? winding.kv : winding.zkv;
+  device.nd = isFrom ? winding.nd : winding.znd;
+  if constexpr (requires { device.znd; }) {
+    device.zkv = isFrom ? winding.zkv : winding.kv;
+    device.znd = isFrom ? winding.znd : winding.nd;
+    device.st = device.zst = (*grid.model.m_stTable)[0].id;
+    device.dv = (*grid.model.m_dvTable)[0].id;
+  }
+  TableOf<Device>(grid.model).Add(device);
+  SettleTables(grid.model);
+  const std::string text = Exported(grid.model);
+  EXPECT_EQ(text.find("threeWindingsTransformer"), std::string::npos) << Device::kTableName;
+}
+
+TEST(XiidmExport, AStarOnWhichMoreStandsIsALevel) {
+  ExpectNoStarWith(CP(QStringLiteral("C")));
+  ExpectNoStarWith(DLN(QStringLiteral("D")));
+  ExpectNoStarWith(LN(QStringLiteral("L")));
+  ExpectNoStarWith(LD(QStringLiteral("P")));
+}
+
 }  // namespace
 }  // namespace dtsdb::tools::xiidm::test
