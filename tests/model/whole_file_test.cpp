@@ -55,6 +55,15 @@ TEST_F(WholeFileTest, TakesThePlaceOfTheOldOneAtItsEnd) {
   EXPECT_EQ(Names(), std::set<std::string>{"f"});
 }
 
+TEST_F(WholeFileTest, HasNoNameBeforeItsEnd) {
+  WholeFile file(Text(At("f")));
+  ASSERT_TRUE(file.Open());
+  file.Device().write("new");
+  EXPECT_EQ(Names(), std::set<std::string>());
+  EXPECT_TRUE(file.Finish());
+  EXPECT_EQ(Names(), std::set<std::string>{"f"});
+}
+
 TEST_F(WholeFileTest, ForgottenOneLeavesTheOld) {
   test::WriteBytes(At("f"), "old");
   {

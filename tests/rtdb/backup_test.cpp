@@ -76,6 +76,15 @@ TEST_F(Backups, EachIsOneCommitWhileAnotherProgramWrites) {
   EXPECT_TRUE(writer.IsRunning());
 }
 
+TEST_F(Backups, HaveThePagesOfTheStoreUnlessTheyAreCompact) {
+  MakeStore("store.fdb", {1, 2});
+  Database db(dbDatabase::dbReadOnly);
+  ASSERT_TRUE(db.open("store", folder.File("store.fdb").c_str())) << db.Reported();
+  ASSERT_TRUE(db.backup(folder.File("copy.fdb").c_str(), false)) << db.Reported();
+  const std::string copy = ReadBytes(folder.File("copy.fdb"));
+  EXPECT_EQ(copy, ReadBytes(folder.File("store.fdb")).substr(0, copy.size()));
+}
+
 TEST_F(Backups, HaveTheLastCommitAndNothingElseIsLeft) {
   MakeStore("store.fdb", {1, 2});
   Database db;

@@ -35,6 +35,7 @@ TEST_F(Cursors, EmptySelectionHasNoRow) {
   EXPECT_EQ(cursor.last(), nullptr);
   EXPECT_EQ(cursor.getNumberOfRecords(), 0);
   EXPECT_FALSE(cursor.skip(1));
+  EXPECT_EQ(cursor.getTable(), store.db.lookupTable(&entry::dbDescriptor));
 }
 
 TEST_F(Cursors, BeforeTheFirstSelectThereIsNoRow) {
@@ -266,6 +267,7 @@ TEST_F(Cursors, RowThatHasGoneGivesAMessageAndNoRow) {
   writer.remove();
   EXPECT_EQ(view.next(), nullptr);
   EXPECT_EQ(view.get(), nullptr);
+  EXPECT_EQ(view.currentId().getOid(), 0U);
   EXPECT_NE(store.db.Reported().find("row has gone"), std::string::npos);
   EXPECT_EQ(view.next()->id, 3);
   stale->value = 1;

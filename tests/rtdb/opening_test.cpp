@@ -1,9 +1,12 @@
 // What the check on opening must take, whatever came before, and what it must refuse.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <lmdb.h>
 
 #include <cstring>
+#include <filesystem>
+#include <utility>
 
 #include "rtdb/internal/file_check.h"
 #include "rtdb/internal/file_format.h"
@@ -110,6 +113,72 @@ TEST_F(Opening, FirstHeadWithoutItsMarkIsDamage) {
   bytes[offsetof(Head, magic)] ^= 1;
   WriteBytes(path, bytes);
   ExpectDamaged();
+}
+
+TEST_F(Opening, OneHeadOfAnotherVersionIsDamage) {
+  CommitUpTo(2);
+  const std::string whole = ReadBytes(path);
+  for (const std::size_t head : {0U, 1U}) {
+    std::string bytes = whole;
+    bytes[head * kPage + offsetof(Head, version)] ^= 1;
+    WriteBytes(path, bytes);
+    ExpectDamaged();
+  }
+}
+
+TEST_F(Opening, HeadsWithWrongPageNumbersAreDamage) {
+  CommitUpTo(2);
+  const std::string whole = ReadBytes(path);
+  for (const std::size_t head : {0U, 1U}) {
+    std::string bytes = whole;
+    bytes[head * kPage + offsetof(Head, number)] ^= 2;
+    WriteBytes(path, bytes);
+    ExpectDamaged();
+  }
+}
+
+// Only what is a new head in all that it has is taken for a store that was being made.
+TEST_F(Opening, PageThatIsHalfANewHeadIsLeftAlone) {
+  MDB_env* env = nullptr;
+  ASSERT_EQ(mdb_env_create(&env), 0);
+  ASSERT_EQ(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR, 0664), 0);
+  mdb_env_close(env);
+  const std::string made = ReadBytes(path).substr(0, kPage);
+  for (const std::size_t place : {offsetof(Head, magic), offsetof(Head, pageFlags), offsetof(Head, transaction)}) {
+    std::string bytes = made;
+    bytes[place] ^= 1;
+    WriteBytes(path, bytes);
+    EXPECT_NE(Refusal(), "opened");
+    EXPECT_EQ(ReadBytes(path), bytes);
+  }
+}
+
+/// The files of this process that lie in a folder, and whether programs that it starts get them.
+std::pair<int, int> OpenAndInherited(const std::string& folder) {
+  int open = 0;
+  int inherited = 0;
+  for (int file = 0; file < 256; ++file) {
+    std::error_code error;
+    const std::string name = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), error).string();
+    if (error || !name.starts_with(folder)) continue;
+    ++open;
+    inherited += (::fcntl(file, F_GETFD) & FD_CLOEXEC) == 0 ? 1 : 0;
+  }
+  return {open, inherited};
+}
+
+TEST_F(Opening, StoreHoldsItsFilesAloneAndAsLongAsItIsOpen) {
+  const std::string place = std::filesystem::path(path).parent_path().string();
+  CommitUpTo(2);
+  EXPECT_EQ(OpenAndInherited(place), (std::pair{0, 0}));
+  Database db;
+  ASSERT_TRUE(db.open("store", path.c_str()));
+  AddEntry(db, 99);
+  db.commit();
+  EXPECT_GT(OpenAndInherited(place).first, 0);
+  EXPECT_EQ(OpenAndInherited(place).second, 0);
+  db.close();
+  EXPECT_EQ(OpenAndInherited(place), (std::pair{0, 0}));
 }
 
 TEST_F(Opening, StoreThatWasNeverWrittenIsMade) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "file_change.h"
 #include "samples.h"
 
 using dtsdb::test::AddEntry;
@@ -30,6 +31,27 @@ constinit int made::count = 0;
 /// Never opened: other tests' databases do without the table.
 dbDatabase unused;
 REGISTER_IN(made, &unused);
+
+/// Tables that are found by a number, opened and closed by the test of them.
+dtsdb::test::Database keyed;
+
+#define KEYED_TABLE(name, type)          \
+  struct name {                          \
+    type id = 0;                         \
+    TYPE_DESCRIPTOR((KEY(id, INDEXED))); \
+  };                                     \
+  REGISTER_IN(name, &keyed)
+
+KEYED_TABLE(by_bool, bool);
+KEYED_TABLE(by_int1, int1);
+KEYED_TABLE(by_nat1, nat1);
+KEYED_TABLE(by_int2, int2);
+KEYED_TABLE(by_nat2, nat2);
+KEYED_TABLE(by_nat4, nat4);
+KEYED_TABLE(by_int8, db_int8);
+KEYED_TABLE(by_real4, real4);
+KEYED_TABLE(by_real8, real8);
+#undef KEYED_TABLE
 
 }  // namespace sample
 
@@ -106,6 +128,86 @@ TEST_F(OwnCursors, ReferencesLeadToTheirRows) {
   EXPECT_EQ(cursor.at(reference)->id, 51);
   store.db.update(12345, store.db.lookupTable(&entry::dbDescriptor), &changed);
   EXPECT_NE(store.db.Reported().find("gone"), std::string::npos);
+}
+
+/// Rows with these keys in ascending order, and a number that none has.
+template <class Row>
+void ExpectRanges(const std::vector<long long>& ids, long long beyond) {
+  const dtsdb::test::Folder folder;
+  ASSERT_TRUE(sample::keyed.open(folder.File().c_str(), folder.File().c_str()));
+  for (const long long id : ids) {
+    Row row;
+    row.id = static_cast<decltype(row.id)>(id);
+    sample::keyed.insert(row);
+  }
+  const auto count = [](const std::string& query) {
+    dbCursor<Row> cursor(&sample::keyed);
+    return cursor.select(query.c_str());
+  };
+  const int all = static_cast<int>(ids.size());
+  for (int i = 0; i < all; ++i) {
+    const std::string id = std::to_string(ids[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(count("id = " + id), 1) << id;
+    EXPECT_EQ(count("id >= " + id), all - i) << id;
+    EXPECT_EQ(count("id < " + id), i) << id;
+  }
+  EXPECT_EQ(count("id = " + std::to_string(beyond)), 0);
+  EXPECT_EQ(count("id < " + std::to_string(beyond)), all);
+  EXPECT_EQ(sample::keyed.Reported(), "");
+  sample::keyed.close();
+}
+
+TEST(OwnKeys, MayBeNumbersOfEveryType) {
+  ExpectRanges<sample::by_int1>({-128, 0, 127}, 128);
+  ExpectRanges<sample::by_nat1>({0, 128, 255}, 256);
+  ExpectRanges<sample::by_int2>({-32768, 0, 32767}, 32768);
+  ExpectRanges<sample::by_nat2>({0, 32768, 65535}, 65536);
+  ExpectRanges<sample::by_nat4>({0, 2147483648, 4294967295}, 4294967296);
+  ExpectRanges<sample::by_int8>({-4294967296, 0, 4294967296}, 4294967297);
+  ExpectRanges<sample::by_real4>({-3, 0, 4}, 5);
+  ExpectRanges<sample::by_real8>({-3, 0, 4}, 5);
+}
+
+TEST(OwnKeys, MayBeTruths) { ExpectRanges<sample::by_bool>({0, 1}, 2); }
+
+// The text of the last row has no end.
+TEST(OwnRows, EndAWalkWhereOneIsDamaged) {
+  OpenStore store;
+  for (const int id : {1, 2}) AddEntry(store.db, id, id, "text");
+  store.db.close();
+  {
+    dtsdb::test::FileChange file(store.folder.File());
+    MDB_cursor* rows = nullptr;
+    ASSERT_EQ(mdb_cursor_open(file.Transaction(), file.Tree("entry"), &rows), 0);
+    MDB_val key{};
+    MDB_val row{};
+    ASSERT_EQ(mdb_cursor_get(rows, &key, &row, MDB_LAST), 0);
+    std::string bytes(static_cast<const char*>(row.mv_data), row.mv_size);
+    bytes.back() = 'x';
+    row.mv_data = bytes.data();
+    ASSERT_EQ(mdb_cursor_put(rows, &key, &row, MDB_CURRENT), 0);
+    mdb_cursor_close(rows);
+  }
+  ASSERT_TRUE(store.Open());
+  dbCursor<entry> view(&store.db);
+  ASSERT_EQ(view.select("order by id"), 2);
+  EXPECT_EQ(view.get()->id, 1);
+  EXPECT_EQ(view.next(), nullptr);
+  EXPECT_NE(store.db.Reported().find("a row is damaged"), std::string::npos);
+}
+
+TEST(OwnQueries, MayHaveAThousandConditions) {
+  OpenStore store;
+  AddEntry(store.db, 1);
+  const auto count = [&store](int conditions) {
+    std::string text = "id = 1";
+    for (int i = 1; i < conditions; ++i) text += " or id = 1";
+    return EntryIds(store.db, text.c_str()).size();
+  };
+  EXPECT_EQ(count(1000), 1U);
+  EXPECT_EQ(store.db.Reported(), "");
+  EXPECT_EQ(count(1001), 0U);
+  EXPECT_NE(store.db.Reported().find("it has too many conditions"), std::string::npos);
 }
 
 }  // namespace
