@@ -3,6 +3,7 @@
 
 #include "tests/topology/results.h"
 #include "topology/internal/chain_bound.h"
+#include "topology/internal/flat_network.h"
 
 namespace dtsdb::test {
 namespace {
@@ -214,6 +215,16 @@ TEST_F(AllnewTest, StoredSectionsEndBehindTheFirstFreeOneOrWithTheArray) {
     EXPECT_EQ(TpProbe(run).Ring().size(), static_cast<std::size_t>(lines) + 2);
     EXPECT_EQ(n.Table<BS>().GetCount(), stored[lines - 1]) << lines << " lines";
   }
+}
+
+// A model that isn't laid out flat is worked out all the same, only later.
+TEST_F(AllnewTest, ASoundModelIsLaidOutFlat) {
+  TwoStations();
+  m.Cap("C", "A220", "a").Winding("X", "A", "A220", "A220", "a", "c").Breaker("Q", "B220", "b", "d").Zbr("Z", "Q");
+  ASSERT_TRUE(m.Validate());
+  EXPECT_TRUE(internal::FlatNetwork::Of(m.Db()).has_value());
+  m.Of<KV>("B220").r_kv_nd = 1 << 20;
+  EXPECT_FALSE(internal::FlatNetwork::Of(m.Db()).has_value());
 }
 
 TEST_F(AllnewTest, SecondRunGivesTheSameResults) {

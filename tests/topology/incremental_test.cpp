@@ -63,6 +63,38 @@ TEST_F(Incremental, BranchWhoseNodeIsNoneFailsTheRun) {
   EXPECT_EQ(ChangeLines(), kFailed);
 }
 
+TEST_F(Incremental, UnitWhoseChangeCannotBeLoggedFailsTheRun) {
+  m.Put(TPL(m.Table<TPL>().GetCount() + 1));  // the next row is to have this number
+  Wait(2, m.Number<UN>("U"));
+  EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.ChangedKv(), 0); }),
+            (Lines{"TP:failed at (N) in tpTpl.\n", "TP:failed at (N) in tpChangedKv.\n"}));
+}
+
+TEST_F(Incremental, ClosedEndThatWasOnNoLiveSectionAsksForNewIslands) {
+  LN& line = m.Of<LN>("L");
+  m.Table<LN2>().GetPh(line.ln2).flags |= END_ISOLATED;
+  line.ibs = 0;
+  bool islandChanged = false;
+  bool kvChanged = false;
+  EXPECT_EQ(probe.BranchChanged(Kv("A220"), Nd("a"), line, &islandChanged, &kvChanged), 1);
+  EXPECT_TRUE(islandChanged);
+  EXPECT_TRUE(kvChanged);
+  EXPECT_EQ(m.Table<LN2>().GetPh(line.ln2).flags & END_ISOLATED, 0U);
+}
+
+TEST_F(Incremental, LoadThatIsSwitchedOffStandsOnTheHead) {
+  LD& load = m.Of<LD>("D");
+  ASSERT_EQ(load.ibs, SectionOf("c"));
+  load.status |= SHUNT_OFF;
+  bool islandChanged = false;
+  bool kvChanged = false;
+  EXPECT_EQ(probe.ShuntChanged(m.Number<LD>("D"), load, &kvChanged, &islandChanged), 1);
+  EXPECT_TRUE(kvChanged);
+  EXPECT_FALSE(islandChanged) << "only a unit makes an island live";
+  EXPECT_EQ(load.ibs, 0);
+  EXPECT_NE(load.status & SHUNT_ISOLATED, 0U);
+}
+
 TEST_F(Incremental, RowsBehindAFailingOneStayWithIt) {
   m.Of<LD>("D").r_kv_ld = -1;
   Wait(3, m.Number<LD>("D"));

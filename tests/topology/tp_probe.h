@@ -46,6 +46,19 @@ class TpProbe {
   void NameSections() { internal::SectionStore(m_tp.Lend()).Name(); }
   int ChangedKv() { return m_tp.tpChangedKv(); }
   int ComponentChanged(bool* islandChanged) { return m_tp.tpComponentChanged(islandChanged); }
+  /// Follows up the end of a line on node `nd` of level `kv`.
+  int BranchChanged(int kv, int nd, LN& line, bool* islandChanged, bool* kvChanged) {
+    using Kind = BranchKind<LN>;
+    auto& ends = *m_tp.m_tables->m_ln2Table;
+    return m_tp.tpBranchChanged(kv, nd, line.ln2, KIND_LN2, END_ISOLATED, &ends.GetPh(line.ln2).flags,
+                                &ends.GetPh(line.zln2).flags, line.ind, line.iznd, &line.ibs, &line.izbs, &line.status,
+                                Kind::kOut, Kind::kOpen1, Kind::kOpen2, &line.tp_status, TP_END1_ISOLATED,
+                                TP_END2_ISOLATED, TP_BOTH_DEAD, islandChanged, kvChanged);
+  }
+  int ShuntChanged(int number, LD& load, bool* kvChanged, bool* islandChanged) {
+    return m_tp.tpShuntChanged(number, load.ind, &load.ibs, KIND_LD, &load.status, SHUNT_OFF, SHUNT_ISOLATED,
+                               &load.tp_status, SHUNT_DEAD, kvChanged, islandChanged);
+  }
   int BsRestore() { return m_tp.tpBsRestore(); }
   bool FindPassPath(int cb) { return m_tp.tpFindPassPath(cb); }
 
