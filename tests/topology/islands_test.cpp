@@ -1,5 +1,12 @@
 // Islands, what is live, the status that follows, and the references.
+#include "topology/internal/islands.h"
 #include "tests/topology/results.h"
+#include "topology/internal/component_change.h"
+#include "topology/internal/island_update.h"
+#include "topology/internal/node_pass.h"
+#include "topology/internal/section_list.h"
+#include "topology/internal/section_store.h"
+#include "topology/internal/status.h"
 
 namespace dtsdb::test {
 namespace {
@@ -382,6 +389,64 @@ TEST_F(PassPathTest, NextRunIsNotDisturbedByMarksLeft) {
   ASSERT_FALSE(probe.FindPassPath(m.Number<CB>("q")));
   ASSERT_EQ(tp.tpAllnew(), 1);
   EXPECT_EQ(SectionOf("e"), 2);
+}
+
+/// Stations A and B, each with a unit and a load, joined by the lines L and M; station C with a load hangs on B.
+class FollowedIslands : public TopologyTest {
+ protected:
+  void SetUp() override {
+    for (const char* name : {"A", "B"}) {
+      const std::string level = std::string("K") + name;
+      m.Station(name).Kv(level.c_str()).Unit((std::string("U") + name).c_str(), level.c_str(), name);
+      m.Load((std::string("D") + name).c_str(), level.c_str(), name);
+    }
+    m.Station("C").Kv("KC").Load("DC", "KC", "C");
+    m.Line("L", "DV", "A", "B", "KA", "KB", "A", "B").Line("M", "DV", "A", "B", "KA", "KB", "A", "B");
+    m.Line("N", "DV", "B", "C", "KB", "KC", "B", "C").Line("O", "DV", "B", "C", "KB", "KC", "B", "C");
+    Run();
+    Put(KIND_LN, "L", 0);  // a run from which the islands can be followed
+  }
+
+  /// Gives a line or unit another state and does the stages of a run. Returns what following the islands came to.
+  internal::IslandOutcome Put(int kind, const char* id, u32 status) {
+    if (kind == KIND_LN) {
+      m.Of<LN>(id).status = status;
+    } else {
+      m.Of<UN>(id).status = status;
+    }
+    probe.SetChangedKvs({Kv("KA"), Kv("KB"), Kv("KC")});
+    const internal::State state = probe.Lend();
+    internal::Changes& changes = state.arrays->changes;
+    changes.Begin(state.network);
+    const internal::IslandUpdate islands(state);
+    islands.Prepare();
+    bool changed = false;
+    EXPECT_TRUE(internal::NodePass(state).Sort(false));
+    EXPECT_TRUE(internal::ComponentChange(state).FollowAll(&changed));
+    EXPECT_TRUE(internal::SectionList(state).Build(false));
+    const internal::IslandOutcome outcome = islands.Follow();
+    bool renumbered = false;
+    EXPECT_TRUE(outcome == internal::IslandOutcome::kDone || internal::Islands(state).Sort(&renumbered));
+    state.Sections().GiveBackHeld();
+    islands.Close(true);
+    const internal::EquipmentStatus equipment(state);
+    EXPECT_TRUE(changes.all ? equipment.Update() : equipment.UpdateChanged());
+    const internal::SectionStore store(state);
+    EXPECT_TRUE(changes.all ? store.NameAndStore() : store.NameAndStoreChanged());
+    return outcome;
+  }
+
+  int Island(const char* node) { return probe.Section(SectionOf(node)).island; }
+};
+
+// Where the search gave up the islands would be right all the same, but all sections had to be looked at.
+TEST_F(FollowedIslands, AreFollowedWhereBranchesGoAndComeAndWhereAUnitGoes) {
+  using internal::IslandOutcome;
+  EXPECT_EQ(Put(KIND_LN, "L", BranchKind<LN>::kOut), IslandOutcome::kDone);
+  EXPECT_EQ(Put(KIND_LN, "L", 0), IslandOutcome::kDone);
+  EXPECT_EQ(Put(KIND_UN, "UB", SHUNT_OFF), IslandOutcome::kDone) << "A supplies B";
+  EXPECT_EQ(Put(KIND_UN, "UB", 0), IslandOutcome::kDone);
+  EXPECT_EQ(Island("A"), Island("C"));
 }
 
 }  // namespace
