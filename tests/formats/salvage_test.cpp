@@ -454,6 +454,29 @@ TEST_F(StoreSalvageTest, DamagedStructureLeavesOnlyWhatWasWritten) {
   EXPECT_GT(saved / damaged, CountOf(original) * 8 / 10);
 }
 
+// A row with a long text lies on pages of its own.
+TEST_F(StoreSalvageTest, LongRowsAreSaved) {
+  (*model.m_cbTable)[3].kv = QString(9000, QLatin1Char('k'));
+  const QString id = (*model.m_cbTable)[3].id;
+  SaveModel(model, ModelName(name));
+  whole = ReadBytes(file);
+  const dtsdb::test::StorePlaces places = dtsdb::test::PlaceFinder(whole).Places();
+  int damaged = 0;
+  int saved = 0;
+  for (std::size_t place = 0; place < places.entries.size(); place += 1 + places.entries.size() / 40) {
+    std::string bytes = whole;
+    bytes[places.entries[place]] ^= 1;
+    WriteBytes(file, bytes);
+    Salvage salvage = SalvageModel(ModelName(name));
+    if (salvage.IsSound()) continue;
+    ++damaged;
+    const int number = salvage.model.m_cbTable->Find(CB(id));
+    if (number != -1 && salvage.model.m_cbTable->GetPh(number).kv.size() == 9000) ++saved;
+  }
+  EXPECT_GT(damaged, 10);
+  EXPECT_GT(saved, damaged / 2);
+}
+
 TEST_F(StoreSalvageTest, DamagedRowIsLeftOutAndNamed) {
   const std::vector<std::size_t> data = dtsdb::test::PlaceFinder(whole).Places().data;
   const std::set<std::size_t> used(data.begin(), data.end());

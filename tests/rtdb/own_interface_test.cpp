@@ -210,4 +210,41 @@ TEST(OwnQueries, MayHaveAThousandConditions) {
   EXPECT_NE(store.db.Reported().find("it has too many conditions"), std::string::npos);
 }
 
+TEST(OwnFiles, DescriptionOfAColumnThatIsCutShortIsDamage) {
+  OpenStore store;
+  AddEntry(store.db, 1);
+  store.db.close();
+  {
+    dtsdb::test::FileChange file(store.folder.File());
+    std::string columns = file.Get("@schema", "entry");
+    columns.resize(columns.rfind(' '));  // the last column without its last word
+    file.Put("@schema", "entry", columns);
+  }
+  EXPECT_FALSE(store.Open());
+  EXPECT_NE(store.db.Reported().find("damaged"), std::string::npos);
+}
+
+// A refused opening leaves nothing that the next one waits for.
+TEST(OwnFiles, RefusedOpeningLetsOthersIn) {
+  OpenStore store;
+  AddEntry(store.db, 1);
+  store.db.close();
+  std::string columns;
+  {
+    dtsdb::test::FileChange file(store.folder.File());
+    columns = file.Get("@schema", "entry");
+    file.Put("@schema", "entry", columns.substr(0, columns.rfind(' ')));
+  }
+  EXPECT_FALSE(store.Open());
+  store.db.Reported();
+  {
+    dtsdb::test::FileChange file(store.folder.File());
+    file.Put("@schema", "entry", columns);
+  }
+  ASSERT_TRUE(store.Open()) << store.db.Reported();
+  AddEntry(store.db, 2);
+  store.db.commit();
+  EXPECT_EQ(EntryIds(store.db), (std::vector<int>{1, 2}));
+}
+
 }  // namespace

@@ -236,6 +236,30 @@ TEST_F(IslandsTest, BusThatChangedSectionIsLoggedInAnIncrementalRun) {
   EXPECT_EQ(m.Of<BUS>("N").ibs, 2);
 }
 
+TEST_F(IslandsTest, RefusedLogRowOfWhatComesToLifeFailsTheSort) {
+  OneIsland();
+  m.Of<UN>("U").status |= SHUNT_OFF;
+  Run();
+  ASSERT_EQ(Islands(3), (std::vector{ISLAND_DEAD, ISLAND_DEAD}));
+  m.Of<UN>("U").status &= ~(SHUNT_OFF | SHUNT_ISOLATED);
+  m.Put(TPL(Log().GetCount() + 1));  // the next row is to have this number
+  probe.SetAllnew(false);
+  bool changed = false;
+  EXPECT_EQ(FailureLines([&] { EXPECT_EQ(probe.BsSort(&changed), 0); }),
+            (Lines{"TP:failed at (N) in tpTpl.\n", "TP:failed at (N) in tpBsSort.\n"}));
+}
+
+TEST_F(IslandsTest, OnlyNumbersOfLiveIslandsCountAsChanged) {
+  OneIsland();
+  m.Of<UN>("U").status |= SHUNT_OFF;
+  Run();
+  m.Of<UN>("U").status &= ~(SHUNT_OFF | SHUNT_ISOLATED);
+  bool changed = false;
+  ASSERT_EQ(probe.BsSort(&changed), 1);
+  EXPECT_EQ(Islands(3), (std::vector{0, 0}));
+  EXPECT_FALSE(changed) << "they were dead before";
+}
+
 TEST_F(IslandsTest, RefusedLogRowFailsTheStatus) {
   OneIsland();
   m.Bus("M", "A220", "a");

@@ -469,6 +469,22 @@ TEST_F(NodePassTest, ConnectGoesOnFromTheGroupsThatItReached) {
   EXPECT_EQ(bs, SectionOf("a"));
 }
 
+//   d --[b1 open]-- e --[b2 open]-- a --[b3 open]-- x   x has the base section, a one of its own
+TEST_F(NodePassTest, ConnectFindsTheNearestSectionNotThatOfTheBase) {
+  m.Station("A").Kv("A220").Station("B").Kv("B220").Load("F", "B220", "z");
+  m.Breaker("b0", "A220", "x", "y").Breaker("b1", "A220", "d", "e", true).Breaker("b2", "A220", "e", "a", true);
+  m.Breaker("b3", "A220", "a", "x", true).Load("D", "A220", "d").Cap("C", "A220", "a").Unit("U", "A220", "x");
+  for (const auto& [line, node] : {std::pair{"L1", "x"}, {"L2", "x"}, {"L3", "a"}, {"L4", "a"}}) {
+    m.Line(line, "DV", "A", "B", "A220", "B220", node, "z");
+  }
+  Run();
+  ASSERT_EQ(SectionOf("x"), m.Of<ND>("d").ibs0);
+  ASSERT_NE(SectionOf("a"), m.Of<ND>("d").ibs0);
+  int bs = -7;
+  EXPECT_EQ(probe.NodeConnect(Kv("A220"), Nd("d"), &bs), 1);
+  EXPECT_EQ(bs, SectionOf("a"));
+}
+
 TEST_F(NodePassTest, ConnectFallsBackOnTheBaseSection) {
   OneLine();
   m.Breaker("b1", "A220", "d", "e", true).Load("D", "A220", "d");
