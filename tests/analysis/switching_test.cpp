@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "analysis/internal/certainty.h"
 #include "tests/support/messages.h"
 #include "tests/support/model_builder.h"
 #include "validation/message_catalog.h"
@@ -241,6 +242,14 @@ TEST_F(SwitchingTest, NodesOfASmallPointBearItsName) {
     EXPECT_EQ(node.level, "KB");
     EXPECT_EQ(node.station, "B");
   }
+}
+
+TEST_F(SwitchingTest, DoubtAboutANodeWithoutALevelLooksAtNone) {
+  ASSERT_EQ(TP(&m.Db()).tpAllnew(), 1);
+  m.Of<ND>("b").r_kv_nd = -1;
+  const test::MessageCatcher catcher;
+  EXPECT_FALSE(internal::DoubtAbout({{3, m.Number<LD>("D")}}, m.Db()).has_value());
+  EXPECT_EQ(test::MessageCatcher::Lines(), QStringList());
 }
 
 }  // namespace
