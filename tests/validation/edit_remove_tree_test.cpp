@@ -88,6 +88,15 @@ TEST(RemoveStation, TakesLevelsAndWindingsAlong) {
   EXPECT_EQ(edit.Revalidate(), Texts());
 }
 
+TEST(RemoveStation, MayBeAskedForByItsNumber) {
+  ModelBuilder m = FullStation();
+  Editing edit(m);
+  EXPECT_TRUE(NmdAccess::RemoveStation(edit.nmd, m.Number<ST>("S1")));
+  EXPECT_EQ(Ids<ST>(m), Texts{"S2"});
+  m.Of<ST>("S2").r_dv_st = -1;
+  EXPECT_FALSE(NmdAccess::RemoveStation(edit.nmd, m.Number<ST>("S2")));
+}
+
 TEST(RemoveStation, WithoutADistrictIsRefused) {
   ModelBuilder m = FullStation();
   Editing edit(m);

@@ -28,6 +28,13 @@ class Indexing : public testing::Test {
   int number = 99;
 };
 
+TEST_F(Indexing, ChecksOfASoundModelSucceedOneByOne) {
+  m.Breaker("B1", "K2", "N1", "N2").Unit("U1", "K2", "N1").Load("L1", "K2", "N2");
+  NMD other(&m.Db());
+  NmdAccess::StartDetect(other);
+  EXPECT_TRUE(NmdAccess::CheckByCheck(other));
+}
+
 TEST_F(Indexing, NewNodeIsTiedToItsLevel) {
   EXPECT_EQ(Insert("N1", "K2", 4), INSERT_DONE);
   EXPECT_EQ(number, 0);

@@ -22,6 +22,13 @@ struct NmdAccess {
   static void StartDetect(NMD& nmd) { nmd.StartDetect(); }
   static bool RunChecks(NMD& nmd) { return internal::RunChecks(nmd.m_parts->checks); }
   static bool Run(NMD& nmd, internal::Making making) { return internal::RunValidation(nmd.m_parts->checks, making); }
+  /// Each check by the member of its own, in the order of a run.
+  static bool CheckByCheck(NMD& nmd) {
+    return nmd.DetectCO_DV() && nmd.DetectDV_ST() && nmd.DetectST_KV() && nmd.DetectKV_LD() && nmd.DetectKV_UN() &&
+           nmd.DetectKV_CP() && nmd.DetectKV_CB() && nmd.DetectKV_BUS() && nmd.DetectKV_ZBR() && nmd.DetectST_XF() &&
+           nmd.DetectDV_LN() && nmd.DetectDV_DLN();
+  }
+  static bool RemoveStation(NMD& nmd, int number) { return nmd.RemoveST(number); }
   static int NodeInsert(NMD& nmd, const char* nd, int* pNd, const char* kv, int mask) {
     return nmd.NodeInsert(IdFromLiteral(nd), pNd, IdFromLiteral(kv), mask);
   }
