@@ -271,6 +271,20 @@ TEST_F(IslandsTest, RefusedLogRowFailsTheStatus) {
             (Lines{"TP:failed at (N) in tpTpl.\n", "TP:failed at (N) in tpUpdateStatus.\n"}));
 }
 
+TEST_F(IslandsTest, RefusedLogRowFailsTheStatusOfTheLevelsOfARun) {
+  OneIsland();
+  m.Bus("M", "A220", "a");
+  Run();
+  const internal::State before = probe.Lend();
+  before.arrays->changes.Begin(before.network);
+  before.arrays->changes.levels.Add(Kv("A220"));
+  m.Put(TPL(1));
+  probe.SetAllnew(false);
+  m.Of<BUS>("M").ibs = 3;
+  EXPECT_EQ(FailureLines([&] { EXPECT_FALSE(internal::EquipmentStatus(probe.Lend()).UpdateChanged()); }),
+            (Lines{"TP:failed at (N) in tpTpl.\n", "TP:failed at (N) in tpUpdateStatus.\n"}));
+}
+
 //   U a --[q]-- e --[r open]-- f      f: nothing on it
 TEST_F(IslandsTest, BreakersShowTheSectionsOfTheirSides) {
   OneIsland();

@@ -276,5 +276,17 @@ TEST(NmdConstructor, NoDatabaseIsWarnedOfAndNothingRuns) {
   EXPECT_FALSE(nmd.DetectAll());
 }
 
+TEST(Verdict, LeavesNoSectionOrListEntry) {
+  ModelBuilder m;
+  m.Station("S").Kv("K").Unit("U", "K", "a").Load("L", "K", "a");
+  m.Validate();
+  const GLOBAL& verdict = m.Table<GLOBAL>().GetPh(0);
+  EXPECT_EQ(verdict.f1, 100.0F);
+  for (const int none :
+       {verdict.bs_free, verdict.bs_dead, verdict.bs_live, verdict.bsl_free, verdict.bsl_head, verdict.n1}) {
+    EXPECT_EQ(none, -1);
+  }
+}
+
 }  // namespace
 }  // namespace dtsdb::test
