@@ -35,7 +35,6 @@ TEST_F(Cursors, EmptySelectionHasNoRow) {
   EXPECT_EQ(cursor.last(), nullptr);
   EXPECT_EQ(cursor.getNumberOfRecords(), 0);
   EXPECT_FALSE(cursor.skip(1));
-  EXPECT_EQ(cursor.getTable(), store.db.lookupTable(&entry::dbDescriptor));
 }
 
 TEST_F(Cursors, BeforeTheFirstSelectThereIsNoRow) {

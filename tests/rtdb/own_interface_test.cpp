@@ -190,6 +190,7 @@ TEST(OwnRows, EndAWalkWhereOneIsDamaged) {
   }
   ASSERT_TRUE(store.Open());
   dbCursor<entry> view(&store.db);
+  EXPECT_EQ(view.getTable(), store.db.lookupTable(&entry::dbDescriptor));
   ASSERT_EQ(view.select("order by id"), 2);
   EXPECT_EQ(view.get()->id, 1);
   EXPECT_EQ(view.next(), nullptr);
