@@ -1,5 +1,5 @@
-// Linked into every test program of scripts/mutate: notes which test comes by which errors, how long it takes, and whether
-// it passes, a line for each in the file that DTSDB_MUTANTS_TESTS names.
+// Linked into every test program of scripts/mutate: notes which test comes by which errors, how long it takes, and
+// whether it passes, a line for each in the file that DTSDB_MUTANTS_TESTS names.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -1,5 +1,6 @@
 /// \file
-/// Single errors in the sources, of which a run of a program has at most one. scripts/mutate has every source begin with it.
+/// Single errors in the sources, of which a run of a program has at most one. scripts/mutate has every source begin
+/// with it.
 #pragma once
 
 #include <fcntl.h>
