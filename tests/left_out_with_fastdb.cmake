@@ -46,6 +46,7 @@ set(left_out_with_fastdb
     Descriptors.UnassignedTableHasACopyInEachDatabase
     ExchangeFailures.DatabaseThatCouldNotBeOpenedGivesEmptyTablesAndTakesNothing
     Queries.DepthIsLimited
+    Queries.LimitsOfDepthAndConditionsAreExact
     Queries.NullTextIsEmpty
     Transactions.ThreadThatIsNotAttachedIsReported
     # Where cursors and texts stand after a change of the row.
